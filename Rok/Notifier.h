@@ -1,0 +1,196 @@
+// OVERVIEW
+//   Change notification. A Notifier tells its notifiees that something happened to one of its
+//   attributes, for a collection attribute also at which key. It doesn't say what happened: whoever
+//   is told reads the current state.
+//
+// RULES
+//   - Delivery is at once, inside the write, in the order of registration; notifiees that watch one
+//     key of an attribute come after those that watch all of it.
+//   - A notifiee holds a strong pointer to its notifier, so a notifier outlives its observers.
+//   - What happens to a notification while it goes round:
+//       a notifiee removes itself        nobody else is missed or called twice
+//       removes one before or behind it  the removed one is not called any more
+//       adds one                         the new one is not called for this change
+//       changes the notifier again       the inner notification goes round in full, then the outer
+//       drops the last outside reference the notifier lives until the notification is through
+//       is switched off                  not called
+//       throws                           all others are told; then the first exception goes on
+//   - Subscribing and unsubscribing cost the same whatever the number of notifiees, and so does the
+//     notification of a keyed notifiee.
+//
+// EXAMPLE
+//   class Port final : public Rok::Notifier {
+//    public:
+//     struct Attr {
+//       static constexpr Rok::Attribute<> mtu{130};
+//     };
+//     unsigned mtu() const { return mtu_; }
+//     void mtuIs(unsigned v) { attributeIs(mtu_, v, Attr::mtu); }
+//
+//    private:
+//     unsigned mtu_ = 1500;
+//   };
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <exception>
+#include <memory>
+#include <utility>
+#include <vector>
+
+#include "Dorpel/Export.h"
+#include "Rok/Hash.h"
+#include "Rok/HashMap2018.h"
+#include "Rok/Ptr.h"
+
+namespace Rok {
+
+// An attribute of a class: its id and, for a collection, the type of its key.
+template <class KeyType = void>
+struct Attribute {
+  using Key = KeyType;
+  AttributeId id;
+};
+
+// Base class of all observers.
+class QOS_EXPORT PtrInterface::NotifieeConst : public PtrInterface {
+ public:
+  NotifieeConst() = default;
+  ~NotifieeConst() override;
+
+  void hasNotificationActiveIs(bool v) override;
+  void zeroReferencesIs(bool v) override;
+  const FwkType& fwkType() const override;
+
+  // Runs when the last reference to the notifiee has gone: takes it off its notifier's list.
+  virtual void onZeroReferences();
+  // An attribute of the notifier changed. For a collection, `key` points to the key.
+  virtual void onAttribute(AttributeId id, const void* key) = 0;
+  // Makes the notifiee deaf for good, or (false) brings it back.
+  virtual void rokDoZombieReactors(bool v);
+
+  // Binds to a notifier, or to none. A registration with the old one ends.
+  virtual void notifierIs(const PtrInterface* notifier);
+  const PtrInterface* notifier() const { return notifier_.get(); }
+  // Enters the notifier's list, or leaves it. Without a notifier nothing happens.
+  void isRegisteredNotifieeIs(bool v) const;
+  bool isRegisteredNotifiee() const { return slot_ != unregistered; }
+
+  // What a keyed notifiee wants to hear of: the attribute and the key, as one hash. 0 means all.
+  virtual std::uint64_t interest() const { return 0; }
+
+ private:
+  friend class Rok::NotifieeList;
+  static constexpr std::uint32_t unregistered = 0xffffffffu;
+
+  mutable std::uint32_t slot_ = unregistered;  // my place in the list
+  Ptr<const PtrInterface> notifier_;
+};
+
+// The observers of one notifier. One word while nobody or a single notifiee watches.
+class QOS_EXPORT NotifieeList {
+ public:
+  using Notifiee = PtrInterface::NotifieeConst;
+
+  NotifieeList() = default;
+  NotifieeList(NotifieeList&& other) noexcept : word_(std::exchange(other.word_, 0)) {}
+  NotifieeList& operator=(NotifieeList&& other) noexcept {
+    std::swap(word_, other.word_);
+    return *this;
+  }
+  ~NotifieeList();
+
+  bool empty() const { return word_ == 0; }
+  // The number of notifiees.
+  std::size_t notifiees() const;
+
+  void notifieeNew(const Notifiee& notifiee);
+  // Requires: notifieeNew(notifiee) came before.
+  void notifieeDel(const Notifiee& notifiee) noexcept;
+
+  // Tells everybody. Requires: somebody holds the notifier meanwhile.
+  // Throws: the first exception that left a notifiee, once all have been told.
+  void notify(AttributeId id, const void* key) const { notify(id, key, 0); }
+  template <class Key>
+  void notify(AttributeId id, const Key& key) const {
+    notify(id, &key, hasKeyed() ? interestIn(id, key) : 0);
+  }
+
+  // The interest in one key of an attribute.
+  template <class Key>
+  static std::uint64_t interestIn(AttributeId id, const Key& key) {
+    const std::uint64_t hash = hashSingleAttr(HashHelper::hashSeed32(), key);
+    return (std::uint64_t{id} << 32) | hash;
+  }
+
+ private:
+  struct Many;
+  struct Errors;
+  Many* many() const {
+    return (word_ & 1) != 0 ? reinterpret_cast<Many*>(word_ - 1) : nullptr;
+  }
+  const Notifiee* single() const {
+    return (word_ & 1) != 0 ? nullptr : reinterpret_cast<const Notifiee*>(word_);
+  }
+  bool hasKeyed() const;
+  Many& manyIs();
+  void append(const Notifiee& notifiee);
+  void remove(const Notifiee& notifiee) noexcept;
+  void dropEmptyKey(std::uint64_t interest) noexcept;
+  void compact() noexcept;
+  void notify(AttributeId id, const void* key, std::uint64_t interest) const;
+  void walk(AttributeId id, const void* key, Errors& errors) const;
+
+  std::uintptr_t word_ = 0;  // null, a notifiee, or a Many with the lowest bit set
+};
+
+// Base class of everything that can be watched.
+class QOS_EXPORT Notifier : public PtrInterface {
+ public:
+  NotifieeList* notifieeList() const override { return &notifiees_; }
+
+ protected:
+  // A scalar attribute changed.
+  void notify(Attribute<> attribute) const {
+    if (notifiees_.empty()) return;
+    const Ptr<const Notifier> alive(this);
+    notifiees_.notify(attribute.id, nullptr);
+  }
+  // Something changed at a key of a collection attribute.
+  template <class Key>
+  void notify(Attribute<Key> attribute, const Key& key) const {
+    if (notifiees_.empty()) return;
+    const Ptr<const Notifier> alive(this);
+    notifiees_.notify(attribute.id, key);
+  }
+
+  // Assigns a scalar; an equal value notifies nothing.
+  template <class T>
+  void attributeIs(T& field, const T& value, Attribute<> attribute) {
+    if (field == value) return;
+    field = value;
+    notify(attribute);
+  }
+  // Inserts or replaces an entry of a hash map; an equal value notifies nothing.
+  template <class Map, class Key, class Value>
+  void memberIs(Map& map, const Key& key, const Value& value, Attribute<Key> attribute) {
+    const auto [node, isNew] = map.newMember(key, value);
+    if (!isNew) {
+      if (node->value() == value) return;
+      node->value() = value;
+    }
+    notify(attribute, key);
+  }
+  // Removes an entry; what isn't there notifies nothing.
+  template <class Map, class Key>
+  void memberDel(Map& map, const Key& key, Attribute<Key> attribute) {
+    const Key kept(key);  // `key` may be a part of the entry
+    if (map.deleteMember(kept)) notify(attribute, kept);
+  }
+
+ private:
+  mutable NotifieeList notifiees_;
+};
+
+}  // namespace Rok

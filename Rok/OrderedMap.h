@@ -1,0 +1,125 @@
+// OVERVIEW
+//   The ordered collection: entries by ascending key, walked from the least one.
+//
+// RULES
+//   - An iterator remembers the collection's version. When the loop body changed the collection, the
+//     iterator finds its place again by its key and goes on at the next greater one. So deleting any
+//     entry is safe, and an entry added behind the current key is visited.
+//   - version() moves with every structural change; replacing a value is none.
+//
+// EXAMPLE
+//   Rok::OrderedMap<std::uint32_t, Velmo::String> rules;
+//   rules.memberIs(20, "deny");
+//   rules.memberIs(10, "permit");
+//   std::string order;
+//   for (auto i = rules.iterator(); i; ++i) order += std::to_string(i.key()) + " ";
+//   assert(order == "10 20 ");
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <utility>
+
+#include "Rok/Ptr.h"
+#include "Rok/Sassert.h"
+
+namespace Rok {
+
+template <class KeyType, class ValueType>
+class OrderedMap {
+ public:
+  using Key = KeyType;
+  using Value = ValueType;
+  class Iterator;
+
+  std::uint32_t members() const { return static_cast<std::uint32_t>(tree_.size()); }
+  std::uint32_t version() const { return version_; }
+
+  // The value under a key, or null. Finding it is a binary search.
+  const Value* find(const Key& key) const {
+    const auto found = tree_.find(key);
+    return found != tree_.end() ? &found->second : nullptr;
+  }
+  Value* find(const Key& key) {
+    const auto found = tree_.find(key);
+    return found != tree_.end() ? &found->second : nullptr;
+  }
+
+  // Inserts or replaces. Returns whether the entry is new.
+  template <class V>
+  bool memberIs(const Key& key, V&& value) {
+    const bool isNew = tree_.insert_or_assign(key, std::forward<V>(value)).second;
+    if (isNew) ++version_;
+    return isNew;
+  }
+  // Removes. Returns whether there was an entry.
+  bool deleteMember(const Key& key) {
+    const auto dead = tree_.extract(key);  // dies after the collection is whole again
+    if (dead.empty()) return false;
+    ++version_;
+    return true;
+  }
+  void _memberDelAll() {
+    const auto dead = std::exchange(tree_, {});
+    ++version_;
+  }
+
+  // A walk in ascending order that survives every change, but not the end of the collection.
+  Iterator iterator() const { return Iterator(*this); }
+
+  friend bool operator==(const OrderedMap& a, const OrderedMap& b) { return a.tree_ == b.tree_; }
+
+ private:
+  using Tree = std::map<Key, Value>;
+
+  Tree tree_;
+  std::uint32_t version_ = 0;
+};
+
+template <class KeyType, class ValueType>
+class OrderedMap<KeyType, ValueType>::Iterator {
+ public:
+  explicit Iterator(const OrderedMap& map)
+      : map_(&map), version_(map.version_), at_(map.tree_.begin()) {
+    if (at_ != map.tree_.end()) key_ = at_->first;
+  }
+
+  explicit operator bool() const { return key_.has_value(); }
+  // The key under the iterator, also when the entry has gone meanwhile.
+  const Key& key() const {
+    check();
+    return *key_;
+  }
+  // The value under the iterator, or null when the entry has gone meanwhile.
+  const Value* value() const {
+    check();
+    return version_ == map_->version_ ? &at_->second : map_->find(*key_);
+  }
+  void advance() {
+    check();
+    at_ = version_ == map_->version_ ? std::next(at_) : map_->tree_.upper_bound(*key_);
+    version_ = map_->version_;
+    if (at_ == map_->tree_.end()) {
+      key_.reset();
+    } else {
+      *key_ = at_->first;
+    }
+  }
+  Iterator& operator++() {
+    advance();
+    return *this;
+  }
+
+ private:
+  void check() const {
+    if (!key_) SassertHelper("iter_") << "use of an exhausted iterator";
+  }
+
+  const OrderedMap* map_;
+  std::uint32_t version_;
+  typename Tree::const_iterator at_;
+  std::optional<Key> key_;
+};
+
+}  // namespace Rok

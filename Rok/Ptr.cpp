@@ -1,0 +1,33 @@
+#include "Rok/Ptr.h"
+
+#include "Rok/GenericIfImpl.h"
+#include "Rok/Hash.h"
+
+namespace Rok {
+
+bool VFPtrInterface::threadSafePointers_ = false;
+std::uint32_t HashHelper::orderSeed_ = 0;
+
+PtrInterface::~PtrInterface() = default;
+
+NotifieeList* PtrInterface::notifieeList() const { return nullptr; }
+
+void PtrInterface::hasNotificationActiveIs(bool v) { flagIs(activeFlag, v); }
+
+void PtrInterface::zeroReferencesIs(bool /*v*/) {}
+
+const FwkType& PtrInterface::fwkType() const {
+  static const FwkType type{"PtrInterface", {}};
+  return type;
+}
+
+void PtrInterface::handleZeroRef() const {
+  // One reference stands during the last moments, so that whoever borrows the object then does not
+  // bring the count to zero a second time.
+  referenceNew();
+  auto* self = const_cast<PtrInterface*>(this);
+  self->zeroReferencesIs(true);
+  delete self;
+}
+
+}  // namespace Rok

@@ -1,0 +1,109 @@
+// The iterators of the hash map: the safe one, with which all translators walk, and the unsafe one,
+// which only compares maps. HashMap2018.h has the rules.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+
+#include "Rok/HashMap2018.h"
+
+namespace Rok {
+
+// Walks a map that may change under it in any way. Not copyable: it is a loop variable.
+template <class Map>
+class HashMap2018IteratorGeneric {
+ public:
+  using Node = typename Map::Node;
+  using Value = typename Map::Value;
+
+  explicit HashMap2018IteratorGeneric(const Map& map) : table_(map.table_) {
+    if (table_ == nullptr) return;
+    walker_.node = table_->nextLive(table_->firstPosition());
+    if (walker_.node == Impl::noNode) {
+      table_ = nullptr;
+      return;
+    }
+    table_->walkerNew(walker_);
+  }
+  HashMap2018IteratorGeneric(const HashMap2018IteratorGeneric&) = delete;
+  HashMap2018IteratorGeneric& operator=(const HashMap2018IteratorGeneric&) = delete;
+  ~HashMap2018IteratorGeneric() {
+    if (table_ != nullptr) table_->walkerDel(walker_);
+  }
+
+  // False once the walk is over.
+  explicit operator bool() const { return table_ != nullptr; }
+
+  // The node at which the iterator stands, also when it has been deleted meanwhile.
+  // Asserts "iter_" on an exhausted iterator, like everything below.
+  const Node* currNodeMaybeStale() const { return &iter()->node(walker_.node); }
+  // The node, or null when it has been deleted meanwhile.
+  const Node* currNodeNonStale() const {
+    const Node* node = currNodeMaybeStale();
+    return walker_.stale ? nullptr : node;
+  }
+  // The key under the iterator, stale or not; by value, since the loop body may delete the entry.
+  typename Map::Key key() const { return currNodeMaybeStale()->key(); }
+
+  // Moves to the next live entry.
+  void advance() {
+    typename Map::Table* table = iter();
+    const auto behind = Map::Table::positionBehind(walker_.node);
+    table->leave(walker_);
+    walker_.node = table->nextLive(behind);
+    if (walker_.node != Impl::noNode) return;
+    table_ = nullptr;
+    table->walkerDel(walker_);
+  }
+  HashMap2018IteratorGeneric& operator++() {
+    advance();
+    return *this;
+  }
+
+ private:
+  typename Map::Table* iter() const {
+    if (table_ == nullptr) SassertHelper("iter_") << "use of an exhausted iterator";
+    return table_;
+  }
+
+  typename Map::Table* table_;
+  Impl::HashWalker walker_;
+};
+
+// Walks a map that must not change meanwhile: each step asserts "version_ == hashMap_->version()".
+template <class Map>
+class HashMap2018UnsafeIteratorConstGeneric {
+ public:
+  using Node = typename Map::Node;
+
+  explicit HashMap2018UnsafeIteratorConstGeneric(const Map& map)
+      : hashMap_(&map), version_(map.version()) {
+    if (map.table_ != nullptr) node_ = map.table_->nextLive(map.table_->firstPosition());
+  }
+
+  explicit operator bool() const { return node_ != Impl::noNode; }
+  const Node& operator*() const {
+    check();
+    return hashMap_->table_->node(node_);
+  }
+  const Node* operator->() const { return &**this; }
+  HashMap2018UnsafeIteratorConstGeneric& operator++() {
+    check();
+    node_ = hashMap_->table_->nextLive(Map::Table::positionBehind(node_));
+    return *this;
+  }
+
+ private:
+  void check() const {
+    if (version_ != hashMap_->version()) {
+      SassertHelper("version_ == hashMap_->version()") << "the map changed during the walk";
+    }
+    if (node_ == Impl::noNode) SassertHelper("iter_") << "use of an exhausted iterator";
+  }
+
+  const Map* hashMap_;
+  std::uint32_t version_;
+  std::uint32_t node_ = Impl::noNode;
+};
+
+}  // namespace Rok

@@ -1,0 +1,193 @@
+// OVERVIEW
+//   Trace lines: one handle a compilation unit, ten levels, one sink. A line is built only when its
+//   level is on; when it is off, it costs one test.
+//
+// RULES
+//   - Level 0 tells a fault in the data, 2 and 8 the entry of a handler, 9 further detail.
+//   - Levels are switched by the handle's name; handles of one name go together. All are off at first.
+//   - The sink gets whole lines, without the end of line. Without a sink of its own a process writes
+//     them to standard error.
+//   - A name or a text goes into the line as it is, except that control characters are written as
+//     \xNN: a line stays one line.
+//
+// EXAMPLE
+//   constinit Rok::TraceHandle traceHandle("OpenConfigQos", false);
+//
+//   void Counter::handleTick(int n) {
+//     Rok::EntryTrace(traceHandle, 8, *this, n);
+//     if (Rok::TraceHelper line{traceHandle, 9}) line << "ticks so far: " << n;
+//   }
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <source_location>
+#include <sstream>
+#include <string>
+#include <string_view>
+#include <type_traits>
+
+#include "Dorpel/Export.h"
+#include "Velmo/String.h"
+
+namespace Rok {
+
+struct QOS_EXPORT TraceFacility {
+  using FacilityLevel = unsigned;
+  static constexpr FacilityLevel levels = 10;
+
+  // One finished line.
+  struct Line {
+    std::string_view handle;
+    FacilityLevel level;
+    const char* sourceFile;
+    unsigned sourceLine;
+    const char* functionName;
+    std::string_view text;
+  };
+  using Sink = std::function<void(const Line&)>;
+
+  // Switches a level of all handles of that name, present and future.
+  // Throws: RangeException for a level above 9.
+  static void levelIs(std::string_view handle, FacilityLevel level, bool on);
+  // The same for all handles of any name.
+  static void levelIs(FacilityLevel level, bool on);
+  // Switches everything off.
+  static void levelDelAll();
+
+  // Where lines go. Returns the sink that was there; an empty one stands for standard error.
+  static Sink sinkIs(Sink sink);
+};
+
+// A unit's handle on the trace. It registers itself at its first use and lives as long as the process.
+class QOS_EXPORT TraceHandle {
+ public:
+  constexpr TraceHandle(const char* name, bool /*unused*/) : name_(name) {}
+
+  std::string_view name() const { return name_; }
+  bool isOn(TraceFacility::FacilityLevel level) {
+    return ((mask_ >> level) & 1) != 0 && isOnAfterRegistering(level);
+  }
+
+ private:
+  friend struct TraceFacility;
+  friend struct TraceRegistry;
+  static constexpr std::uint32_t unregistered = 0xffffffffu;
+
+  bool isOnAfterRegistering(TraceFacility::FacilityLevel level);
+
+  const char* name_;
+  std::uint32_t mask_ = unregistered;  // a bit for each level; all of them before the first use
+  TraceHandle* next_ = nullptr;
+};
+
+// What a trace line takes: texts as they are, anything else through its operator<<.
+class QOS_EXPORT TraceStream {
+ public:
+  TraceStream& operator<<(const char* text) { return add(text); }
+  TraceStream& operator<<(std::string_view text) { return add(text); }
+  TraceStream& operator<<(const std::string& text) { return add(text); }
+  TraceStream& operator<<(const Velmo::String& text) { return add(text); }
+  TraceStream& operator<<(unsigned value) {
+    stream_ << value;
+    return *this;
+  }
+  template <class T>
+  TraceStream& operator<<(const T& value) {
+    stream_ << value;
+    return *this;
+  }
+
+  std::ostream& stream() { return stream_; }
+  std::string text() const { return stream_.str(); }
+
+ private:
+  TraceStream& add(std::string_view text) {
+    stream_.write(text.data(), static_cast<std::streamsize>(text.size()));
+    return *this;
+  }
+  std::ostringstream stream_;
+};
+
+// Opens one trace line; its destructor ends the line and hands it to the sink. When the level is off
+// the helper is false and takes nothing: `if (Rok::TraceHelper line{handle, 8}) line << ...`.
+class QOS_EXPORT TraceHelper {
+ public:
+  TraceHelper(TraceHandle& handle, TraceFacility::FacilityLevel level,
+              std::source_location place = std::source_location::current())
+      : TraceHelper(handle, level, place.file_name(), place.line(), place.function_name()) {}
+  TraceHelper(TraceHandle& handle, TraceFacility::FacilityLevel level, const char* sourceFile,
+              unsigned sourceLine, const char* functionName) {
+    if (handle.isOn(level)) [[unlikely]] {
+      open(handle, level, sourceFile, sourceLine, functionName);
+    }
+  }
+  TraceHelper(const TraceHelper&) = delete;
+  TraceHelper& operator=(const TraceHelper&) = delete;
+  ~TraceHelper() {
+    if (line_) [[unlikely]] close();
+  }
+
+  explicit operator bool() const { return line_ != nullptr; }
+  // Requires: *this is true.
+  template <class T>
+  TraceHelper& operator<<(const T& value) {
+    stream() << value;
+    return *this;
+  }
+
+ private:
+  struct Open;
+  void open(TraceHandle& handle, TraceFacility::FacilityLevel level, const char* sourceFile,
+            unsigned sourceLine, const char* functionName);
+  void close() noexcept;
+  TraceStream& stream();
+
+  Open* line_ = nullptr;
+};
+
+namespace Impl {
+template <class T>
+concept Printable = requires(std::ostream& out, const T& value) { out << value; };
+
+// An object prints by its operator<<, or as its address.
+template <class T>
+void traceObject(TraceHelper& line, const T& object) {
+  if constexpr (Printable<T>) {
+    line << object;
+  } else {
+    line << static_cast<const void*>(&object);
+  }
+}
+}  // namespace Impl
+
+// The line with which a handler opens: the object, the function's signature, the arguments.
+template <class Object, class... Args>
+struct EntryTrace {
+  EntryTrace(TraceHandle& handle, TraceFacility::FacilityLevel level, const Object& object,
+             const Args&... args,
+             std::source_location place = std::source_location::current()) {
+    if (TraceHelper line{handle, level, place}) {
+      Impl::traceObject(line, object);
+      line << " " << place.function_name() << " ( ";
+      [[maybe_unused]] const char* comma = "";
+      ((line << comma << args, comma = ", "), ...);
+      line << " ) ";
+    }
+  }
+};
+template <class Object, class... Args>
+EntryTrace(TraceHandle&, TraceFacility::FacilityLevel, const Object&, const Args&...)
+    -> EntryTrace<Object, Args...>;
+
+// The same for a free function: the signature and its argument.
+template <class Arg>
+struct CallTrace {
+  CallTrace(TraceHandle& handle, TraceFacility::FacilityLevel level, const Arg& arg,
+            std::source_location place = std::source_location::current()) {
+    if (TraceHelper line{handle, level, place}) line << place.function_name() << " ( " << arg;
+  }
+};
+
+}  // namespace Rok

@@ -1,0 +1,81 @@
+#include "Velmo/String.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstring>
+#include <limits>
+#include <new>
+#include <ostream>
+#include <stdexcept>
+
+#include "Dorpel/Slab.h"
+
+namespace Velmo {
+
+std::uint32_t hashBytes(std::string_view bytes) noexcept {
+  const char* at = bytes.data();
+  std::size_t left = bytes.size();
+  std::uint64_t hash = bytes.size();
+  for (; left >= 8; at += 8, left -= 8) {
+    std::uint64_t word = 0;
+    std::memcpy(&word, at, 8);
+    hash = hashMix(hash, word);
+  }
+  std::uint64_t tail = 0;
+  if (left > 0) std::memcpy(&tail, at, left);
+  hash = hashMix(hash, tail);
+  const auto folded = static_cast<std::uint32_t>(hash ^ (hash >> 32));
+  return folded != 0 ? folded : 1;
+}
+
+String::Rep* String::newRep(std::string_view left, std::string_view right, std::size_t reserve) {
+  const std::size_t size = left.size() + right.size();
+  const std::size_t capacity = std::max(size, reserve);
+  if (capacity > std::numeric_limits<std::uint32_t>::max() - sizeof(Rep)) {
+    throw std::length_error("Velmo::String: text too long");
+  }
+  void* block = Dorpel::slabAllocOrStdMalloc(offsetof(Rep, text) + capacity + 1);
+  auto* rep = static_cast<Rep*>(block);
+  rep->references = 1;
+  rep->size = static_cast<std::uint32_t>(size);
+  rep->hash = 0;
+  rep->capacity = static_cast<std::uint32_t>(capacity);
+  char* text = static_cast<char*>(block) + offsetof(Rep, text);
+  if (!left.empty()) std::memcpy(text, left.data(), left.size());
+  if (!right.empty()) std::memcpy(text + left.size(), right.data(), right.size());
+  text[size] = '\0';
+  return rep;
+}
+
+void String::freeRep(Rep* rep) noexcept {
+  Dorpel::slabFreeOrStdFree(rep, offsetof(Rep, text) + rep->capacity + 1);
+}
+
+bool String::sameBytes(const Rep& a, const Rep& b) noexcept {
+  if (a.hash != 0 && b.hash != 0 && a.hash != b.hash) return false;
+  return std::memcmp(a.text, b.text, a.size) == 0;
+}
+
+String& String::append(std::string_view text) {
+  if (text.empty()) return *this;
+  const std::size_t size = this->size() + text.size();
+  if (rep_ != nullptr && rep_->references == 1 && size <= rep_->capacity) {
+    char* end = reinterpret_cast<char*>(rep_) + offsetof(Rep, text) + rep_->size;
+    // The text may be a part of this very string: move, then close with the NUL.
+    std::memmove(end, text.data(), text.size());
+    end[text.size()] = '\0';
+    rep_->size = static_cast<std::uint32_t>(size);
+    rep_->hash = 0;
+    return *this;
+  }
+  Rep* grown = newRep(*this, text, rep_ != nullptr ? size + size / 2 : 0);
+  release();
+  rep_ = grown;
+  return *this;
+}
+
+std::ostream& operator<<(std::ostream& out, const String& text) {
+  return out << std::string_view(text);
+}
+
+}  // namespace Velmo

@@ -1,0 +1,24 @@
+# A floor of the house: an object library whose sources see the headers of their own floor and of the
+# floors below, and of nothing else. Headers are included as "Floor/Header.h"; each floor gets an
+# include directory that holds a link to its folder alone, so an upward include does not compile.
+#
+#   qos_floor(rok PATH Rok SOURCES Ptr.cpp ... FLOORS velmo)
+function(qos_floor name)
+  cmake_parse_arguments(FLOOR "" "PATH" "SOURCES;FLOORS" ${ARGN})
+  set(include ${PROJECT_BINARY_DIR}/include/${name})
+  get_filename_component(parent ${include}/${FLOOR_PATH} DIRECTORY)
+  file(MAKE_DIRECTORY ${parent})
+  file(CREATE_LINK ${PROJECT_SOURCE_DIR}/${FLOOR_PATH} ${include}/${FLOOR_PATH} SYMBOLIC)
+
+  # The headers alone, for those that link the shared library.
+  add_library(${name}_headers INTERFACE)
+  target_include_directories(${name}_headers INTERFACE ${include})
+  foreach(floor IN LISTS FLOOR_FLOORS)
+    target_link_libraries(${name}_headers INTERFACE ${floor}_headers)
+  endforeach()
+
+  add_library(${name} OBJECT ${FLOOR_SOURCES})
+  target_link_libraries(${name} PUBLIC ${name}_headers PRIVATE qos_options)
+  set_target_properties(${name} PROPERTIES POSITION_INDEPENDENT_CODE ON)
+  set_property(GLOBAL APPEND PROPERTY QOS_FLOORS ${name})
+endfunction()

@@ -1,0 +1,104 @@
+// Native class maps: what the class-map translator watches.
+#pragma once
+
+#include "Rok/Rok.h"
+
+namespace Qos {
+
+// The family of a class map or policy map. Other values are legal and are not translated.
+enum class MapType : unsigned char { mapQos = 1 };
+using enum MapType;
+
+// What a class map matches through. Other values are legal.
+enum class ClassMapMatchOption : unsigned char { matchIpAccessGroup = 1, matchIpv6AccessGroup = 2 };
+using enum ClassMapMatchOption;
+
+QOS_EXPORT const Rok::EnumType<unsigned char>& rokEnumType(MapType);
+QOS_EXPORT const Rok::EnumType<unsigned char>& rokEnumType(ClassMapMatchOption);
+inline std::ostream& operator<<(std::ostream& out, MapType v) { return Rok::enumPrint(out, v); }
+inline std::ostream& operator<<(std::ostream& out, ClassMapMatchOption v) {
+  return Rok::enumPrint(out, v);
+}
+
+// One match statement. Only its presence matters.
+class ClassMapMatch final : public Rok::PtrInterface {};
+
+// One class map.
+class ClassMapConfig final : public Rok::Notifier {
+ public:
+  struct Attr {
+    static constexpr Rok::Attribute<> name{130};
+    static constexpr Rok::Attribute<> type{131};
+    static constexpr Rok::Attribute<ClassMapMatchOption> match{132};
+  };
+  using Matches =
+      Rok::HashMap2018<Rok::Hm2018NEI<0x6a09e667u, ClassMapMatchOption, Rok::Ptr<ClassMapMatch>>>;
+
+  ClassMapConfig(const Rok::String& name, MapType type) : type_(type), name_(name) {}
+
+  const Rok::String& name() const { return name_; }
+  MapType type() const { return type_; }
+
+  // The match statements, one an option. Notifies: match, with the option.
+  const Matches& match() const { return match_; }
+  void matchIs(ClassMapMatchOption option, const Rok::Ptr<ClassMapMatch>& match) {
+    memberIs(match_, option, match, Attr::match);
+  }
+  void matchDel(ClassMapMatchOption option) { memberDel(match_, option, Attr::match); }
+
+ private:
+  MapType type_;
+  Rok::String name_;
+  Matches match_;
+};
+
+namespace Input {
+
+// The class maps of one map type.
+class ClassMapTypeConfig final : public Rok::Notifier {
+ public:
+  struct Attr {
+    static constexpr Rok::Attribute<> type{130};
+    static constexpr Rok::Attribute<Rok::String> cmap{131};
+  };
+  using ClassMaps =
+      Rok::HashMap2018<Rok::Hm2018NEI<0xbb67ae85u, Rok::String, Rok::Ptr<ClassMapConfig>>>;
+
+  explicit ClassMapTypeConfig(MapType type) : type_(type) {}
+
+  MapType type() const { return type_; }
+
+  // The class maps by name. Notifies: cmap, with the name.
+  const ClassMaps& cmap() const { return cmap_; }
+  void cmapIs(const Rok::String& name, const Rok::Ptr<ClassMapConfig>& cmap) {
+    memberIs(cmap_, name, cmap, Attr::cmap);
+  }
+  void cmapDel(const Rok::String& name) { memberDel(cmap_, name, Attr::cmap); }
+
+ private:
+  MapType type_;
+  ClassMaps cmap_;
+};
+
+// The root of the native classification. It is not an access list, in spite of its name.
+class AclConfig final : public Rok::Notifier {
+ public:
+  struct Attr {
+    static constexpr Rok::Attribute<MapType> cmapType{130};
+  };
+  using ClassMapTypes =
+      Rok::HashMap2018<Rok::Hm2018NEI<0x3c6ef372u, MapType, Rok::Ptr<ClassMapTypeConfig>>>;
+
+  // The class maps by map type. Notifies: cmapType, with the map type.
+  const ClassMapTypes& cmapType() const { return cmapType_; }
+  void cmapTypeIs(MapType type, const Rok::Ptr<ClassMapTypeConfig>& config) {
+    memberIs(cmapType_, type, config, Attr::cmapType);
+  }
+  void cmapTypeDel(MapType type) { memberDel(cmapType_, type, Attr::cmapType); }
+
+ private:
+  ClassMapTypes cmapType_;
+};
+
+}  // namespace Input
+}  // namespace Qos

@@ -1,0 +1,170 @@
+// OpenConfig classifiers and their terms: what the class-map, ACL and policy-map translators write.
+#pragma once
+
+#include <ostream>
+
+#include "Rok/Rok.h"
+#include "Velmo/Vector.h"
+
+namespace QosOc::Classifier {
+
+enum class Type : unsigned char { classifierTypeIpv4 = 0, classifierTypeIpv6 = 1 };
+using enum Type;
+
+QOS_EXPORT const Rok::EnumType<unsigned char>& rokEnumType(Type);
+inline std::ostream& operator<<(std::ostream& out, Type v) { return Rok::enumPrint(out, v); }
+
+}  // namespace QosOc::Classifier
+
+namespace QosOc::Config {
+
+// What a classifier is called and which family it matches. Every writer sets both.
+struct ClassifierConfig {
+  Rok::String name;
+  Rok::Optional<QosOc::Classifier::Type> type;
+
+  bool operator==(const ClassifierConfig&) const = default;
+  explicit operator bool() const { return *this != ClassifierConfig(); }
+};
+QOS_EXPORT std::ostream& operator<<(std::ostream& out, const ClassifierConfig& config);
+
+// The DSCPs of one family: a single one in `dscp`, several in `dscpSet`, never both.
+struct TermConditionsIpConfig {
+  Rok::Optional<unsigned char> dscp;
+  Velmo::ByteVector dscpSet;
+
+  TermConditionsIpConfig() = default;
+  explicit TermConditionsIpConfig(Rok::Optional<unsigned char> dscp) : dscp(dscp) {}
+  void dscpSetPush(unsigned char value) { dscpSet.push_back(value); }
+
+  bool operator==(const TermConditionsIpConfig&) const = default;
+  explicit operator bool() const { return *this != TermConditionsIpConfig(); }
+};
+QOS_EXPORT std::ostream& operator<<(std::ostream& out, const TermConditionsIpConfig& config);
+
+// What a term matches. Present, with both members default, it says that the term has lost its ACL;
+// absent, that no ACL has been seen yet.
+struct TermConditions {
+  TermConditionsIpConfig ipv4;
+  TermConditionsIpConfig ipv6;
+
+  bool operator==(const TermConditions&) const = default;
+  explicit operator bool() const { return *this != TermConditions(); }
+};
+QOS_EXPORT std::ostream& operator<<(std::ostream& out, const TermConditions& conditions);
+
+struct TermActionsConfig {
+  Rok::String targetGroup;  // the name of a forwarding group; empty when the action was withdrawn
+
+  bool operator==(const TermActionsConfig&) const = default;
+  explicit operator bool() const { return *this != TermActionsConfig(); }
+};
+
+// What a term does.
+struct TermActions {
+  TermActionsConfig config;
+
+  bool operator==(const TermActions&) const = default;
+  explicit operator bool() const { return *this != TermActions(); }
+};
+QOS_EXPORT std::ostream& operator<<(std::ostream& out, const TermActions& actions);
+
+// One term. Its writers share it: each reads a copy, changes its own field and writes it back whole.
+struct Term {
+  Rok::String id;
+  Rok::String configId;  // every writer makes it equal to `id`
+  Rok::Optional<TermConditions> conditions;
+  Rok::Optional<TermActions> actions;
+
+  Term() = default;
+  explicit Term(const Rok::String& id) : id(id) {}
+
+  bool operator==(const Term&) const = default;
+  // Tells a term that was found from the default one that stands for a missing term.
+  explicit operator bool() const { return *this != Term(); }
+};
+QOS_EXPORT std::ostream& operator<<(std::ostream& out, const Term& term);
+
+// The terms of one classifier.
+class Terms final : public Rok::PtrInterface {
+ public:
+  struct KeyFunktor {
+    const Rok::String& operator()(const Term& term) const { return term.id; }
+  };
+  using Map = Rok::HashMap2018<Rok::Hm2018NII<0xa54ff53au, Rok::String, Term, KeyFunktor>>;
+
+  const Map& term() const { return term_; }
+  // A copy of the term; a default Term when there is none.
+  Term term(const Rok::String& id) const {
+    const Term* found = term_.find(id);
+    return found != nullptr ? *found : Term();
+  }
+  // Inserts the term, or replaces the one with its id.
+  void termIs(const Term& term) {
+    const auto [node, isNew] = term_.newMember(term.id, term);
+    if (!isNew) node->value() = term;
+  }
+  // Removes a term and gives it back; a default Term when there was none.
+  Term termDel(const Rok::String& id) {
+    Term removed;
+    term_.deleteMember(id, &removed);
+    return removed;
+  }
+
+ private:
+  Map term_;
+};
+
+class Classifier final : public Rok::PtrInterface {
+ public:
+  explicit Classifier(const Rok::String& name) : name_(name) {}
+
+  const Rok::String& name() const { return name_; }
+
+  const ClassifierConfig& config() const { return config_; }
+  void configIs(const ClassifierConfig& config) { config_ = config; }
+
+  // Null when there are none.
+  const Rok::Ptr<Terms>& terms() const { return terms_; }
+  const Rok::Ptr<Terms>& termsIs() {
+    if (!terms_) terms_ = Rok::make<Terms>();
+    return terms_;
+  }
+  void termsDel() { terms_ = nullptr; }
+
+ private:
+  Rok::String name_;
+  ClassifierConfig config_;
+  Rok::Ptr<Terms> terms_;
+};
+
+// All classifiers by name.
+class ClassifiersDir final : public Rok::PtrInterface {
+ public:
+  struct KeyFunktor {
+    const Rok::String& operator()(const Rok::Ptr<Classifier>& classifier) const {
+      return classifier->name();
+    }
+  };
+  using Map =
+      Rok::HashMap2018<Rok::Hm2018NII<0x510e527fu, Rok::String, Rok::Ptr<Classifier>, KeyFunktor>>;
+
+  const Map& classifier() const { return classifier_; }
+  // Null when there is none.
+  Rok::Ptr<Classifier> classifier(const Rok::String& name) const {
+    const Rok::Ptr<Classifier>* found = classifier_.find(name);
+    return found != nullptr ? *found : nullptr;
+  }
+  // The classifier of that name; a new one, or the one that is there with its config and terms.
+  Rok::Ptr<Classifier> classifierIs(const Rok::String& name) {
+    if (const Rok::Ptr<Classifier>* found = classifier_.find(name)) return *found;
+    return classifier_.newMember(name, Rok::make<Classifier>(name)).first->value();
+  }
+  // Removes the classifier with its terms.
+  void classifierDel(const Rok::String& name) { classifier_.deleteMember(name); }
+
+ private:
+  Map classifier_;
+};
+
+}  // namespace QosOc::Config
