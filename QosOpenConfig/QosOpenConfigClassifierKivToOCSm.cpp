@@ -36,7 +36,7 @@ InBrackets inBrackets(std::string_view name) {
   const std::string_view rest = name.substr(end);
   if (!rest.starts_with(middle)) return {};
   const std::string_view term = rest.substr(middle.size());
-  if (term.find(']') != term.size() - 1) return {};
+  if (term.empty() || term.find(']') != term.size() - 1) return {};
   return {name.substr(0, end), term.substr(0, term.size() - suffix.size())};
 }
 

@@ -17,6 +17,7 @@
 #pragma once
 
 #include <compare>
+#include <concepts>
 #include <cstddef>
 #include <cstdint>
 #include <iosfwd>
@@ -83,11 +84,10 @@ class String {
     if (a.rep_ == nullptr || b.rep_ == nullptr) return false;
     return a.rep_->size == b.rep_->size && sameBytes(*a.rep_, *b.rep_);
   }
-  friend bool operator==(const String& a, std::string_view b) noexcept {
-    return std::string_view(a) == b;
-  }
-  friend bool operator==(const String& a, const char* b) noexcept {
-    return std::string_view(a) == b;
+  template <class Text>
+    requires(std::convertible_to<const Text&, std::string_view> && !std::same_as<Text, String>)
+  friend bool operator==(const String& a, const Text& b) noexcept {
+    return std::string_view(a) == std::string_view(b);
   }
   friend std::strong_ordering operator<=>(const String& a, const String& b) noexcept {
     if (a.rep_ == b.rep_) return std::strong_ordering::equal;

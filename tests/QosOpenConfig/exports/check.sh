@@ -1,0 +1,29 @@
+#!/usr/bin/env bash
+# check.sh LIBRARY: fails when a factory or a free function is missing from the library's exports,
+# when a translator's workings leak out of it, or when it needs more than the standard library.
+set -euo pipefail
+library=$1
+exports=$(nm -DC --defined-only "$library")
+failed=0
+
+complain() {
+  echo "$1" >&2
+  failed=1
+}
+
+for function in classMapKivToOcSmFactory classMapTypeSmFactory classMapSmFactory \
+  classifierNameFromClassName classifierKeyFromConfigObjName; do
+  grep -q " T QosOc::$function(" <<<"$exports" || complain "not exported: QosOc::$function"
+done
+if hidden=$(grep -E " [TW] QosOc::[A-Za-z]+Sm::" <<<"$exports"); then
+  complain "exported although it is the library's own affair: $hidden"
+fi
+needed=$(objdump -p "$library" | awk '$1 == "NEEDED" { print $2 }')
+while read -r name; do
+  case $name in
+    libstdc++.so.* | libgcc_s.so.* | libc.so.* | libm.so.* | ld-linux*) ;;
+    libasan.so.* | libubsan.so.*) ;; # a sanitizer build brings its runtime along
+    *) complain "needs more than the standard library: $name" ;;
+  esac
+done <<<"$needed"
+exit $failed

@@ -1,0 +1,51 @@
+// Collects trace lines for a test, and leaves the trace as it found it: silent.
+#pragma once
+
+#include <algorithm>
+#include <initializer_list>
+#include <string>
+#include <vector>
+
+#include "Rok/Trace.h"
+
+namespace support {
+
+class TraceCapture {
+ public:
+  explicit TraceCapture(std::initializer_list<unsigned> levels) {
+    for (const unsigned level : levels) Rok::TraceFacility::levelIs(level, true);
+    before_ = Rok::TraceFacility::sinkIs([this](const Rok::TraceFacility::Line& line) {
+      lines_.push_back(std::to_string(line.level) + " " + std::string(line.text));
+      handles_.emplace_back(line.handle);
+    });
+  }
+  TraceCapture(const TraceCapture&) = delete;
+  TraceCapture& operator=(const TraceCapture&) = delete;
+  ~TraceCapture() {
+    Rok::TraceFacility::sinkIs(before_);
+    Rok::TraceFacility::levelDelAll();
+  }
+
+  // Each line as its level, a blank and its text.
+  const std::vector<std::string>& lines() const { return lines_; }
+  const std::vector<std::string>& handles() const { return handles_; }
+  void clear() {
+    lines_.clear();
+    handles_.clear();
+  }
+  // The lines in which a text occurs.
+  std::vector<std::string> linesWith(const std::string& text) const {
+    std::vector<std::string> found;
+    std::ranges::copy_if(lines_, std::back_inserter(found), [&](const std::string& line) {
+      return line.find(text) != std::string::npos;
+    });
+    return found;
+  }
+
+ private:
+  Rok::TraceFacility::Sink before_;
+  std::vector<std::string> lines_;
+  std::vector<std::string> handles_;
+};
+
+}  // namespace support
