@@ -156,6 +156,9 @@ Rok::Ptr<ClassMapSm> ClassMapSm::ClassMapSmIs(
 ClassMapSm::ClassMapSm(const Rok::Ptr<Qos::ClassMapConfig const>& cmapConfig,
                        const Rok::Ptr<Config::ClassifiersDir>& classifierDir)
     : cmapConfig_(*this, cmapConfig), classifierDir_(classifierDir) {
+  const InBrackets names = inBrackets(cmapName());
+  classifierName_ = names.classifier;
+  termId_ = names.term;
   handleInitialized();
 }
 
@@ -173,29 +176,31 @@ std::ostream& operator<<(std::ostream& out, const ClassMapSm& sm) {
 // one, and nothing is taken back.
 void ClassMapSm::handleClassMapMatch(Qos::ClassMapMatchOption option) {
   Rok::EntryTrace(traceHandle, handler, *this, option);
-  const auto [classifierName, termId] = classifierKeyFromConfigObjName(cmapName());
-  const Velmo::String placeholderName = classifierNameFromClassName(cmapName());
-  if (!classifierName.empty() && !termId.empty()) {
-    const auto classifier = classifierDir_->classifierIs(classifierName);
-    const Classifier::Type type = classifierTypeFromMatchOption(option);
-    if (Rok::TraceHelper line{traceHandle, handler}) {
-      line << "Creating classifier named: " << classifierName << " of type: " << type
-           << " and termId named: " << termId;
-    }
-    classifier->configIs({classifierName, type});
-    const auto terms = classifier->termsIs();
-    if (terms->term().find(termId) != nullptr) return;
-    Config::Term term(termId);
-    term.configId = termId;
-    terms->termIs(term);
-  } else if (!placeholderName.empty()) {
-    const auto classifier = classifierDir_->classifierIs(placeholderName);
-    const Classifier::Type type = classifierTypeFromMatchOption(option);
-    if (Rok::TraceHelper line{traceHandle, handler}) {
-      line << "Creating classifier named: " << placeholderName << " of type: " << type;
-    }
-    classifier->configIs({placeholderName, type});
+  traceDecoders();
+  if (classifierName_.empty()) return;
+  const auto classifier = classifierDir_->classifierIs(classifierName_);
+  const Classifier::Type type = classifierTypeFromMatchOption(option);
+  if (Rok::TraceHelper line{traceHandle, handler}) {
+    line << "Creating classifier named: " << classifierName_ << " of type: " << type;
+    if (!termId_.empty()) line << " and termId named: " << termId_;
   }
+  classifier->configIs({classifierName_, type});
+  if (!termId_.empty()) makeTerm(*classifier->termsIs());
+}
+
+// A term that is there stays as it is: its conditions and actions have writers of their own.
+void ClassMapSm::makeTerm(Config::Terms& terms) const {
+  if (terms.term().find(termId_) != nullptr) return;
+  Config::Term term(termId_);
+  term.configId = termId_;
+  terms.termIs(term);
+}
+
+// The names are decoded once, and a trace shows the decoders at work at each event all the same.
+void ClassMapSm::traceDecoders() const {
+  if (!traceHandle.isOn(handler)) return;
+  classifierKeyFromConfigObjName(cmapName());
+  classifierNameFromClassName(cmapName());
 }
 
 Classifier::Type ClassMapSm::classifierTypeFromMatchOption(Qos::ClassMapMatchOption option) const {
@@ -209,20 +214,17 @@ Classifier::Type ClassMapSm::classifierTypeFromMatchOption(Qos::ClassMapMatchOpt
 }
 
 void ClassMapSm::doPrepareToDie() {
-  const auto [classifierName, termId] = classifierKeyFromConfigObjName(cmapName());
-  const Velmo::String placeholderName = classifierNameFromClassName(cmapName());
-  if (!classifierName.empty() && !termId.empty()) {
-    if (Rok::TraceHelper line{traceHandle, handler}) {
-      line << "Deleting termId named: " << termId << " for classifier named: " << classifierName;
-    }
-    const auto classifier = classifierDir_->classifier(classifierName);
-    if (!classifier || !classifier->terms()) return;
-    const auto terms = classifier->terms();
-    terms->termDel(termId);
-    if (terms->term().members() == 0) classifier->termsDel();
-  } else if (!placeholderName.empty()) {
-    classifierDir_->classifierDel(placeholderName);
+  traceDecoders();
+  if (classifierName_.empty()) return;
+  if (termId_.empty()) return classifierDir_->classifierDel(classifierName_);
+  if (Rok::TraceHelper line{traceHandle, handler}) {
+    line << "Deleting termId named: " << termId_ << " for classifier named: " << classifierName_;
   }
+  const auto classifier = classifierDir_->classifier(classifierName_);
+  if (!classifier || !classifier->terms()) return;
+  const auto terms = classifier->terms();
+  terms->termDel(termId_);
+  if (terms->term().members() == 0) classifier->termsDel();
 }
 
 void ClassMapSm::handleInitialized() {

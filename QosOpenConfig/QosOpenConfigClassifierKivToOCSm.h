@@ -63,9 +63,15 @@ class ClassMapSm final : public Rok::StateMachine<ClassMapSm> {
   ClassMapSm(const Rok::Ptr<Qos::ClassMapConfig const>& cmapConfig,
              const Rok::Ptr<Config::ClassifiersDir>& classifierDir);
   auto parts() { return std::tie(cmapConfig_); }
+  void makeTerm(Config::Terms& terms) const;
+  void traceDecoders() const;
 
   RokCmapConfig cmapConfig_;
   Rok::Ptr<Config::ClassifiersDir> classifierDir_;
+  // What the class map's name decodes to. It never changes, so it is decoded once: both empty for a
+  // class map that is not one of ours, the term alone for a placeholder.
+  Velmo::String classifierName_;
+  Velmo::String termId_;
 };
 QOS_EXPORT std::ostream& operator<<(std::ostream& out, const ClassMapSm& sm);
 
