@@ -1,7 +1,7 @@
 // OVERVIEW
-//   The slab allocator: small blocks of equal size come from large chunks and go back to a free list
-//   of their size, so that an allocation is a handful of instructions and objects of one kind lie
-//   close together.
+//   The slab allocator: small blocks of equal size come from large chunks and go back to a free
+//   list of their size, so that an allocation is a handful of instructions and objects of one kind
+//   lie close together.
 //
 // RULES
 //   - A block is freed with the size that it was allocated with.

@@ -14,8 +14,8 @@ constexpr Rok::TraceFacility::FacilityLevel handler = 8;
 // ===== Names
 //
 // The forms are those of the expressions "^__yang_\[([^\]]+)\]_\[\]$" and
-// "^__yang_\[([^\]]+)\]_\[([^\]]+)\]$". A name inside brackets is any bytes but "]", and at least one:
-// a "[" or a line terminator inside is accepted.
+// "^__yang_\[([^\]]+)\]_\[([^\]]+)\]$". A name inside brackets is any bytes but "]", and at least
+// one: a "[" or a line terminator inside is accepted.
 
 constexpr std::string_view prefix = "__yang_[";
 constexpr std::string_view middle = "]_[";
@@ -77,7 +77,8 @@ ClassMapKivToOcSm::ClassMapKivToOcSm(const Rok::Ptr<Qos::Input::AclConfig const>
 void ClassMapKivToOcSm::handleInitialized() {
   Rok::EntryTrace(traceHandle, handler, *this);
   const auto* entry = qosAclConfig_->cmapType().find(mapType());
-  // Without the entry the argument is null, and that is an exception: the host must have mounted it.
+  // Without the entry the argument is null, and that is an exception: the host must have mounted
+  // it.
   cmapTypeConfigSmIs(entry != nullptr ? *entry : nullptr, classifierDir_);
 }
 

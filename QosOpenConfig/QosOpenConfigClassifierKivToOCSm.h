@@ -1,6 +1,7 @@
 // Native classification into OpenConfig classifiers.
 //
-// A class map takes part only when its name is a derived one: `__yang_[C]_[]` stands for classifier C,
+// A class map takes part only when its name is a derived one: `__yang_[C]_[]` stands for classifier
+// C,
 // `__yang_[C]_[T]` for its term T. Class maps of other names are mirrored and have no effect.
 //
 // What wakes what:
@@ -114,10 +115,9 @@ class ClassMapTypeSm final : public Rok::StateMachine<ClassMapTypeSm> {
 
  private:
   friend Rok::StateMachine<ClassMapTypeSm>;
-  using RokCmapTypeConfig =
-      Rok::Watch<ClassMapTypeSm, Qos::Input::ClassMapTypeConfig,
-                 Rok::On<Qos::Input::ClassMapTypeConfig::Attr::cmap,
-                         &ClassMapTypeSm::handleClassMapConfig>>;
+  using RokCmapTypeConfig = Rok::Watch<
+      ClassMapTypeSm, Qos::Input::ClassMapTypeConfig,
+      Rok::On<Qos::Input::ClassMapTypeConfig::Attr::cmap, &ClassMapTypeSm::handleClassMapConfig>>;
 
   ClassMapTypeSm(const Rok::Ptr<Qos::Input::ClassMapTypeConfig const>& cmapTypeConfig,
                  const Rok::Ptr<Config::ClassifiersDir>& classifierDir);

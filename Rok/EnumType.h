@@ -1,4 +1,5 @@
-// Enumerations of the models: one byte wide, open (a value without a name is legal), with a text form.
+// Enumerations of the models: one byte wide, open (a value without a name is legal), with a text
+// form.
 //
 // An enumeration gets its names by one line beside it:
 //   enum class MapType : unsigned char { mapQos = 1 };
@@ -6,7 +7,8 @@
 //     static const Rok::EnumType<unsigned char> type("Qos::MapType", {{1, "mapQos"}});
 //     return type;
 //   }
-//   inline std::ostream& operator<<(std::ostream& out, MapType v) { return Rok::enumPrint(out, v); }
+//   inline std::ostream& operator<<(std::ostream& out, MapType v) { return Rok::enumPrint(out, v);
+//   }
 #pragma once
 
 #include <cstddef>

@@ -30,14 +30,12 @@ inline std::uint32_t hashSingleAttr(std::uint32_t seed, const Velmo::String& val
   return Velmo::hashWord(seed, value.hash());
 }
 template <class T>
-  requires std::integral<T> || std::is_enum_v<T>
+requires std::integral<T> || std::is_enum_v<T>
 constexpr std::uint32_t hashSingleAttr(std::uint32_t seed, T value) {
   return Velmo::hashWord(seed, static_cast<std::uint64_t>(value));
 }
 template <class T>
-  requires requires(const T& value, std::uint32_t seed) { value.hash(seed); }
-std::uint32_t hashSingleAttr(std::uint32_t seed, const T& value) {
-  return value.hash(seed);
-}
+requires requires(const T& value, std::uint32_t seed) { value.hash(seed); }
+std::uint32_t hashSingleAttr(std::uint32_t seed, const T& value) { return value.hash(seed); }
 
 }  // namespace Rok

@@ -11,8 +11,8 @@ HashSlot* newSlots(std::uint32_t size) {
   return slots;
 }
 
-// Four fifths full is where a search begins to get long.
-constexpr std::uint64_t capacityOf(std::uint64_t size) { return size / 5 * 4; }
+// Fuller, and how many slots an insert moves would depend on where between two sizes the map is.
+constexpr std::uint64_t capacityOf(std::uint64_t size) { return size / 8 * 5; }
 
 }  // namespace
 
@@ -27,12 +27,12 @@ void HashIndex::clear() noexcept {
   Dorpel::slabFreeOrStdFree(slots_, bytes());
   slots_ = nullptr;
   mask_ = 0;
+  capacity_ = 0;
 }
 
-void HashIndex::reserve(std::uint32_t entries) {
+void HashIndex::grow(std::uint32_t entries) {
   std::uint64_t size = std::max<std::uint64_t>(std::uint64_t{mask_} + 1, 16);
   while (capacityOf(size) < entries) size *= 2;
-  if (slots_ != nullptr && size == std::uint64_t{mask_} + 1) return;
   HashIndex grown;
   grown.slots_ = newSlots(static_cast<std::uint32_t>(size));
   grown.mask_ = static_cast<std::uint32_t>(size - 1);
@@ -41,6 +41,7 @@ void HashIndex::reserve(std::uint32_t entries) {
   }
   std::swap(slots_, grown.slots_);
   std::swap(mask_, grown.mask_);
+  capacity_ = static_cast<std::uint32_t>(capacityOf(size));
 }
 
 void HashIndex::insert(std::uint32_t hash, std::uint32_t node) noexcept {

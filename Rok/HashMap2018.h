@@ -7,7 +7,8 @@
 //   A map is one pointer. Up to eight entries are found by looking at each; the index comes after.
 //
 // RULES
-//   - Two storage forms. Hm2018NEI keeps key and value side by side. Hm2018NII keeps the value alone
+//   - Two storage forms. Hm2018NEI keeps key and value side by side. Hm2018NII keeps the value
+//   alone
 //     and reads the key out of it by a functor; the key must not change while the entry stands.
 //   - Walk order is unspecified. HashHelper::orderSeedIs varies it.
 //   - The safe iterator (StdIterator.h) survives every change made while it stands:
@@ -100,8 +101,8 @@ struct HashSlot {
 };
 inline constexpr std::uint32_t noNode = 0xffffffffu;
 
-// Moves the slot at `slot` to its right neighbour, round the end. Inserting shifts a run of slots by
-// this, one at a time. Asserts slotsToShift == 1.
+// Moves the slot at `slot` to its right neighbour, round the end. Inserting shifts a run of slots
+// by this, one at a time. Asserts slotsToShift == 1.
 QOS_EXPORT void shiftSlot(HashSlot* slots, std::uint32_t mask, std::uint32_t slot,
                           std::uint32_t slotsToShift);
 
@@ -117,7 +118,9 @@ class QOS_EXPORT HashIndex {
   std::size_t bytes() const { return empty() ? 0 : (std::size_t{mask_} + 1) * sizeof(HashSlot); }
   void clear() noexcept;
   // Makes room for `entries` in all. Throws: std::bad_alloc, and then nothing has changed.
-  void reserve(std::uint32_t entries);
+  void reserve(std::uint32_t entries) {
+    if (entries > capacity_) grow(entries);
+  }
   // Requires: room.
   void insert(std::uint32_t hash, std::uint32_t node) noexcept;
   void erase(std::uint32_t hash, std::uint32_t node) noexcept;
@@ -134,8 +137,11 @@ class QOS_EXPORT HashIndex {
   }
 
  private:
+  void grow(std::uint32_t entries);
+
   HashSlot* slots_ = nullptr;
   std::uint32_t mask_ = 0;
+  std::uint32_t capacity_ = 0;  // entries that the slots have room for
 };
 
 // What an iterator and the table that it walks know of each other.
@@ -157,7 +163,7 @@ class HashMap2018 {
   using UnsafeIterator = HashMap2018UnsafeIteratorConstGeneric<HashMap2018>;
 
   HashMap2018() = default;
-  HashMap2018(const HashMap2018& other) { copyFrom(other); }
+  HashMap2018(const HashMap2018& other) : HashMap2018() { copyFrom(other); }
   HashMap2018(HashMap2018&& other) noexcept : table_(std::exchange(other.table_, nullptr)) {}
   HashMap2018& operator=(const HashMap2018& other) {
     if (this != &other) {
@@ -170,6 +176,7 @@ class HashMap2018 {
     if (this != &other) {
       HashMap2018 old(std::move(*this));
       table_ = std::exchange(other.table_, nullptr);
+      if (table_ != nullptr && table_->version == old.version()) ++table_->version;
     }
     return *this;
   }
@@ -263,16 +270,14 @@ class HashMap2018 {
   Table* table_ = nullptr;
 };
 
-// The nodes of a map, its index, and the iterators that stand on it. Nodes lie in chunks of 1, 1, 2,
-// 4, 8 ... nodes, so that they never move and a map of one entry is small.
+// The nodes of a map, its index, and the iterators that stand on it. Nodes lie in chunks of 1, 1,
+// 2, 4, 8 ... nodes, so that they never move and a map of one entry is small.
 template <class Form>
 struct HashMap2018<Form>::Table {
   // Up to so many chunks, a search looks at each entry; beyond, there is an index for good.
   static constexpr std::uint32_t chunksWithoutIndex = 4;  // eight nodes
 
-  static Table* create() {
-    return new (Dorpel::slabAllocOrStdMalloc(sizeof(Table))) Table();
-  }
+  static Table* create() { return new (Dorpel::slabAllocOrStdMalloc(sizeof(Table))) Table(); }
   void destroy() noexcept {
     for (std::uint32_t c = 0; c < chunkCount; ++c) {
       Dorpel::slabFreeOrStdFree(chunks[c], chunkBytes(chunkSize(c)));
@@ -293,12 +298,16 @@ struct HashMap2018<Form>::Table {
   static constexpr std::uint32_t chunkFirst(std::uint32_t chunk) {
     return chunk == 0 ? 0 : 1u << (chunk - 1);
   }
+  // The room of a node: a free one holds the number of the next.
+  static constexpr std::size_t nodeBytes =
+      sizeof(Node) < sizeof(std::uint32_t) ? sizeof(std::uint32_t) : sizeof(Node);
+  static_assert(alignof(Node) <= Dorpel::slabGranule);
   // A chunk is a bit for each node that says whether it is live, then the nodes.
   static constexpr std::size_t liveBytes(std::uint32_t size) {
     return (std::size_t{size} + 63) / 64 * sizeof(std::uint64_t);
   }
   static constexpr std::size_t chunkBytes(std::uint32_t size) {
-    return liveBytes(size) + std::size_t{size} * sizeof(Node);
+    return liveBytes(size) + std::size_t{size} * nodeBytes;
   }
   std::uint64_t* live(std::uint32_t chunk) const {
     return reinterpret_cast<std::uint64_t*>(chunks[chunk]);
@@ -306,7 +315,7 @@ struct HashMap2018<Form>::Table {
   std::byte* place(std::uint32_t n) const {
     const std::uint32_t chunk = chunkOf(n);
     return chunks[chunk] + liveBytes(chunkSize(chunk)) +
-           std::size_t{n - chunkFirst(chunk)} * sizeof(Node);
+           std::size_t{n - chunkFirst(chunk)} * nodeBytes;
   }
   Node& node(std::uint32_t n) const { return *std::launder(reinterpret_cast<Node*>(place(n))); }
   void liveIs(std::uint32_t n, bool v) {
@@ -391,9 +400,8 @@ struct HashMap2018<Form>::Table {
     ++walking;
     for (std::uint32_t n = nextLive(firstPosition()); n != Impl::noNode;
          n = nextLive(positionBehind(n))) {
-      const std::optional<Value> dead = remove(n);
+      [[maybe_unused]] const std::optional<Value> dead = remove(n);
     }
-    ++version;
     --walking;
     destroyIfAbandoned();
   }
@@ -412,7 +420,6 @@ struct HashMap2018<Form>::Table {
     return n;
   }
   void giveNode(std::uint32_t n) noexcept {
-    static_assert(sizeof(Node) >= sizeof(freed));
     std::memcpy(place(n), &freed, sizeof(freed));
     freed = n;
   }
@@ -459,10 +466,10 @@ struct HashMap2018<Form>::Table {
     std::uint32_t chunk;
     std::uint32_t offset;
   };
-  bool downward() const { return (Velmo::hashWord(orderSeed, Form::seed) & 1) != 0 && orderSeed != 0; }
-  Position firstPosition() const {
-    return {downward() && chunkCount > 0 ? chunkCount - 1 : 0, 0};
+  bool downward() const {
+    return (Velmo::hashWord(orderSeed, Form::seed) & 1) != 0 && orderSeed != 0;
   }
+  Position firstPosition() const { return {downward() && chunkCount > 0 ? chunkCount - 1 : 0, 0}; }
   static Position positionBehind(std::uint32_t n) {
     const std::uint32_t chunk = chunkOf(n);
     return {chunk, n - chunkFirst(chunk) + 1};
@@ -495,7 +502,9 @@ struct HashMap2018<Form>::Table {
     Impl::HashWalker** link = &walkers;
     while (*link != &walker) link = &(*link)->next;
     *link = walker.next;
+    ++walking;  // what dies in leave() may take the map with it
     leave(walker);
+    --walking;
     destroyIfAbandoned();
   }
   // Whether an iterator stands on the node; all that do are told that it is stale.
@@ -538,12 +547,12 @@ struct HashMap2018<Form>::Table {
   std::uint32_t used = 0;              // nodes that were ever handed out
   std::uint32_t freed = Impl::noNode;  // the first of those handed back; each names the next
   std::byte* firstChunk = nullptr;
-  std::byte** chunks = &firstChunk;    // a list of its own from the second chunk on
+  std::byte** chunks = &firstChunk;  // a list of its own from the second chunk on
   Impl::HashIndex index;
   Impl::HashWalker* walkers = nullptr;
   std::uint32_t orderSeed = HashHelper::orderSeed();
   std::uint32_t chunkCount = 0;
-  std::uint8_t walking = 0;   // clear() is at work
+  std::uint32_t walking = 0;  // clear() or walkerDel() is at work
   bool abandoned = false;     // the map has gone and iterators still stand
 };
 

@@ -46,8 +46,8 @@ void PtrInterface::NotifieeConst::isRegisteredNotifieeIs(bool v) const {
 
 // ===== NotifieeList
 
-// More than one notifiee, or any keyed one. Places of notifiees that went are null until the list is
-// compacted, which never happens during a walk: a walk goes by place.
+// More than one notifiee, or any keyed one. Places of notifiees that went are null until the list
+// is compacted, which never happens during a walk: a walk goes by place.
 struct NotifieeList::Many {
   using KeyedLists = HashMap2018<Hm2018NEI<0x3b61u, std::uint64_t, NotifieeList>>;
 
@@ -55,6 +55,16 @@ struct NotifieeList::Many {
   std::uint32_t live = 0;
   std::uint32_t walks = 0;
   std::unique_ptr<KeyedLists> keyed;
+  Turn* turns = nullptr;
+
+  void tell(std::size_t end, AttributeId id, const void* key, Errors& errors) const;
+};
+
+// The notifiees of one key, while a notification goes round those that watch the whole attribute:
+// who is to be called is settled when the notification begins.
+struct NotifieeList::Turn {
+  Turn* next;
+  const Notifiee* single;  // null once it has left the list
 };
 
 // The first exception of a walk.
@@ -70,6 +80,13 @@ struct NotifieeList::Errors {
     }
   }
 };
+
+void NotifieeList::Many::tell(std::size_t end, AttributeId id, const void* key,
+                              Errors& errors) const {
+  for (std::size_t i = 0; i < end; ++i) {
+    if (const Notifiee* notifiee = places[i]) errors.tell(*notifiee, id, key);
+  }
+}
 
 NotifieeList::~NotifieeList() { delete many(); }
 
@@ -133,6 +150,9 @@ void NotifieeList::notifieeNew(const Notifiee& notifiee) {
 void NotifieeList::notifieeDel(const Notifiee& notifiee) noexcept {
   const std::uint64_t interest = notifiee.interest();
   if (interest == 0) return remove(notifiee);
+  for (Turn* turn = many()->turns; turn != nullptr; turn = turn->next) {
+    if (turn->single == &notifiee) turn->single = nullptr;
+  }
   many()->keyed->find(interest)->remove(notifiee);
   dropEmptyKey(interest);
 }
@@ -150,7 +170,7 @@ void NotifieeList::dropEmptyKey(std::uint64_t interest) noexcept {
 
 void NotifieeList::compact() noexcept {
   Many* many = this->many();
-  if (many->walks > 0) return;
+  if (many == nullptr || many->walks > 0) return;
   if (many->live == 0 && !many->keyed) {
     delete many;
     word_ = 0;
@@ -175,22 +195,42 @@ void NotifieeList::walk(AttributeId id, const void* key, Errors& errors) const {
     return;
   }
   ++many->walks;
-  const std::size_t end = many->places.size();
-  for (std::size_t i = 0; i < end; ++i) {
-    if (const Notifiee* notifiee = many->places[i]) errors.tell(*notifiee, id, key);
-  }
+  many->tell(many->places.size(), id, key, errors);
   --many->walks;
   const_cast<NotifieeList*>(this)->compact();
 }
 
+// The walk counts that go up here keep both lists in place, whatever a notifiee does meanwhile.
+void NotifieeList::walkWithKeyed(AttributeId id, const void* key, NotifieeList& keyed,
+                                 Errors& errors) const {
+  Many& all = *many();
+  Many* several = keyed.many();
+  const std::size_t end = several != nullptr ? several->places.size() : 0;
+  Turn turn{all.turns, keyed.single()};
+  ++all.walks;
+  if (several != nullptr) ++several->walks;
+  all.turns = &turn;
+  walk(id, key, errors);
+  all.turns = turn.next;
+  if (turn.single != nullptr) errors.tell(*turn.single, id, key);
+  if (several != nullptr) {
+    several->tell(end, id, key, errors);
+    --several->walks;
+    keyed.compact();
+  }
+  --all.walks;
+}
+
 void NotifieeList::notify(AttributeId id, const void* key, std::uint64_t interest) const {
   Errors errors;
-  walk(id, key, errors);
-  if (interest != 0 && hasKeyed()) {
-    if (const NotifieeList* list = many()->keyed->find(interest)) {
-      list->walk(id, key, errors);
-      const_cast<NotifieeList*>(this)->dropEmptyKey(interest);
-    }
+  NotifieeList* keyed = interest != 0 ? many()->keyed->find(interest) : nullptr;
+  if (keyed == nullptr) {
+    walk(id, key, errors);
+  } else {
+    auto* self = const_cast<NotifieeList*>(this);
+    walkWithKeyed(id, key, *keyed, errors);
+    self->dropEmptyKey(interest);
+    self->compact();
   }
   if (errors.first) std::rethrow_exception(errors.first);
 }

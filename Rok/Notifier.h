@@ -78,6 +78,8 @@ class QOS_EXPORT PtrInterface::NotifieeConst : public PtrInterface {
   bool isRegisteredNotifiee() const { return slot_ != unregistered; }
 
   // What a keyed notifiee wants to hear of: the attribute and the key, as one hash. 0 means all.
+  // It stays the same while the notifiee is registered, so a class that overrides this ends the
+  // registration in its own destructor.
   virtual std::uint64_t interest() const { return 0; }
 
  private:
@@ -111,7 +113,7 @@ class QOS_EXPORT NotifieeList {
 
   // Tells everybody. Requires: somebody holds the notifier meanwhile.
   // Throws: the first exception that left a notifiee, once all have been told.
-  void notify(AttributeId id, const void* key) const { notify(id, key, 0); }
+  void notify(AttributeId id) const { notify(id, nullptr, 0); }
   template <class Key>
   void notify(AttributeId id, const Key& key) const {
     notify(id, &key, hasKeyed() ? interestIn(id, key) : 0);
@@ -126,10 +128,9 @@ class QOS_EXPORT NotifieeList {
 
  private:
   struct Many;
+  struct Turn;
   struct Errors;
-  Many* many() const {
-    return (word_ & 1) != 0 ? reinterpret_cast<Many*>(word_ - 1) : nullptr;
-  }
+  Many* many() const { return (word_ & 1) != 0 ? reinterpret_cast<Many*>(word_ - 1) : nullptr; }
   const Notifiee* single() const {
     return (word_ & 1) != 0 ? nullptr : reinterpret_cast<const Notifiee*>(word_);
   }
@@ -141,6 +142,7 @@ class QOS_EXPORT NotifieeList {
   void compact() noexcept;
   void notify(AttributeId id, const void* key, std::uint64_t interest) const;
   void walk(AttributeId id, const void* key, Errors& errors) const;
+  void walkWithKeyed(AttributeId id, const void* key, NotifieeList& keyed, Errors& errors) const;
 
   std::uintptr_t word_ = 0;  // null, a notifiee, or a Many with the lowest bit set
 };
@@ -155,7 +157,7 @@ class QOS_EXPORT Notifier : public PtrInterface {
   void notify(Attribute<> attribute) const {
     if (notifiees_.empty()) return;
     const Ptr<const Notifier> alive(this);
-    notifiees_.notify(attribute.id, nullptr);
+    notifiees_.notify(attribute.id);
   }
   // Something changed at a key of a collection attribute.
   template <class Key>
@@ -175,12 +177,13 @@ class QOS_EXPORT Notifier : public PtrInterface {
   // Inserts or replaces an entry of a hash map; an equal value notifies nothing.
   template <class Map, class Key, class Value>
   void memberIs(Map& map, const Key& key, const Value& value, Attribute<Key> attribute) {
-    const auto [node, isNew] = map.newMember(key, value);
+    const Key kept(key);  // `key` may be a part of what a handler lets go
+    const auto [node, isNew] = map.newMember(kept, value);
     if (!isNew) {
       if (node->value() == value) return;
       node->value() = value;
     }
-    notify(attribute, key);
+    notify(attribute, kept);
   }
   // Removes an entry; what isn't there notifies nothing.
   template <class Map, class Key>

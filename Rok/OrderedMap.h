@@ -2,9 +2,10 @@
 //   The ordered collection: entries by ascending key, walked from the least one.
 //
 // RULES
-//   - An iterator remembers the collection's version. When the loop body changed the collection, the
-//     iterator finds its place again by its key and goes on at the next greater one. So deleting any
-//     entry is safe, and an entry added behind the current key is visited.
+//   - An iterator remembers the collection's version. When the loop body changed the collection,
+//   the
+//     iterator finds its place again by its key and goes on at the next greater one. So deleting
+//     any entry is safe, and an entry added behind the current key is visited.
 //   - version() moves with every structural change; replacing a value is none.
 //
 // EXAMPLE
@@ -32,6 +33,21 @@ class OrderedMap {
   using Key = KeyType;
   using Value = ValueType;
   class Iterator;
+
+  OrderedMap() = default;
+  OrderedMap(const OrderedMap& other) : tree_(other.tree_) {}
+  OrderedMap(OrderedMap&& other) noexcept { swap(other); }
+  OrderedMap& operator=(OrderedMap other) noexcept {
+    swap(other);
+    return *this;
+  }
+  ~OrderedMap() = default;
+  // Exchanges the entries; both versions move.
+  void swap(OrderedMap& other) noexcept {
+    tree_.swap(other.tree_);
+    ++version_;
+    ++other.version_;
+  }
 
   std::uint32_t members() const { return static_cast<std::uint32_t>(tree_.size()); }
   std::uint32_t version() const { return version_; }
@@ -62,7 +78,7 @@ class OrderedMap {
   }
   void _memberDelAll() {
     const auto dead = std::exchange(tree_, {});
-    ++version_;
+    if (!dead.empty()) ++version_;
   }
 
   // A walk in ascending order that survives every change, but not the end of the collection.

@@ -1,14 +1,19 @@
 // OVERVIEW
-//   Reference-counted objects and the pointers that count. Everything with identity is a PtrInterface:
-//   native objects, output directories, state machines, notifiees.
+//   Reference-counted objects and the pointers that count. Everything with identity is a
+//   PtrInterface: native objects, output directories, state machines, notifiees.
 //
 // RULES
-//   - An object is born with one reference, which Rok::make hands to the first Ptr. A reference taken
+//   - An object is born with one reference, which Rok::make hands to the first Ptr. A reference
+//   taken
 //     and given back inside a constructor therefore never destroys the object.
-//   - When the last reference goes, zeroReferencesIs(true) runs while the object is still whole; then
-//     it is destroyed. References taken meanwhile must be given back before zeroReferencesIs returns.
-//   - An object that is a member of another object keeps its birth reference and dies with its owner.
-//   - One thread, unless threadSafePointers_ is set before the first object is made: then counts move
+//   - When the last reference goes, zeroReferencesIs(true) runs while the object is still whole;
+//   then
+//     it is destroyed. References taken meanwhile must be given back before zeroReferencesIs
+//     returns.
+//   - An object that is a member of another object keeps its birth reference and dies with its
+//   owner.
+//   - One thread, unless threadSafePointers_ is set before the first object is made: then counts
+//   move
 //     atomically. Nothing else becomes safe by it.
 //
 // EXAMPLE
@@ -49,9 +54,9 @@ class QOS_EXPORT VFPtrInterface {
   VFPtrInterface(const VFPtrInterface&) = delete;
   VFPtrInterface& operator=(const VFPtrInterface&) = delete;
 
-  bool hasNotificationActive() const { return (word_ & activeFlag) != 0; }
-  bool rokMarkedForDeletion() const { return (word_ & deletionFlag) != 0; }
-  std::uint32_t references() const { return word_ / oneReference; }
+  bool hasNotificationActive() const { return (word() & activeFlag) != 0; }
+  bool rokMarkedForDeletion() const { return (word() & deletionFlag) != 0; }
+  std::uint32_t references() const { return word() / oneReference; }
 
  protected:
   ~VFPtrInterface() = default;
@@ -72,13 +77,24 @@ class QOS_EXPORT VFPtrInterface {
     word_ -= oneReference;
     return word_ < oneReference;
   }
-  void flagIs(std::uint32_t flag, bool v) const { word_ = v ? word_ | flag : word_ & ~flag; }
+  // The flags share the word with the count, so they move as it does.
+  void flagIs(std::uint32_t flag, bool v) const {
+    if (!threadSafePointers_) {
+      word_ = v ? word_ | flag : word_ & ~flag;
+    } else if (v) {
+      std::atomic_ref(word_).fetch_or(flag, std::memory_order_relaxed);
+    } else {
+      std::atomic_ref(word_).fetch_and(~flag, std::memory_order_relaxed);
+    }
+  }
 
   static constexpr std::uint32_t activeFlag = 1;
   static constexpr std::uint32_t deletionFlag = 2;
   static constexpr std::uint32_t oneReference = 4;
 
  private:
+  std::uint32_t word() const { return std::atomic_ref(word_).load(std::memory_order_relaxed); }
+
   mutable std::uint32_t word_ = oneReference;
 };
 
@@ -128,13 +144,11 @@ class Ptr {
   Ptr(const Ptr& other) noexcept : object_(other.object_) { take(); }
   Ptr(Ptr&& other) noexcept : object_(std::exchange(other.object_, nullptr)) {}
   template <class U>
-    requires std::is_convertible_v<U*, T*>
-  Ptr(const Ptr<U>& other) noexcept : object_(other.get()) {
-    take();
-  }
+  requires std::is_convertible_v<U*, T*> Ptr(const Ptr<U>& other)
+  noexcept : object_(other.get()) { take(); }
   template <class U>
-    requires std::is_convertible_v<U*, T*>
-  Ptr(Ptr<U>&& other) noexcept : object_(other.release()) {}
+  requires std::is_convertible_v<U*, T*> Ptr(Ptr<U>&& other)
+  noexcept : object_(other.release()) {}
   Ptr& operator=(const Ptr& other) noexcept {
     Ptr(other).swap(*this);
     return *this;

@@ -1,29 +1,30 @@
 // OVERVIEW
-//   The pattern of every state machine, written once. A state machine watches native objects, is told
-//   when an attribute of one of them changes, and keeps the output in step. What a state machine adds
-//   is its table of inputs (Watch), its handlers, and its children (Children).
+//   The pattern of every state machine, written once. A state machine watches native objects, is
+//   told when an attribute of one of them changes, and keeps the output in step. What a state
+//   machine adds is its table of inputs (Watch), its handlers, and its children (Children).
 //
 // RULES
 //   Life. `create` allocates, constructs, switches on. The constructor binds the watches in
 //   declaration order (a null input leaves a watch deaf), stores the rest, makes the children empty
-//   and ends in handleInitialized(). A constructor that throws leaves nothing registered. Watches are
-//   live from their construction; the state machine's own flag comes on after its constructor.
+//   and ends in handleInitialized(). A constructor that throws leaves nothing registered. Watches
+//   are live from their construction; the state machine's own flag comes on after its constructor.
 //   Children made meanwhile are on already.
 //
 //   Teardown. When the last reference goes, before any member is destroyed: the machine and its
-//   watches become zombies, the watches forget their owner, the children are released. Nothing of it
-//   touches the output; whoever wants that calls doPrepareToDie() first.
+//   watches become zombies, the watches forget their owner, the children are released. Nothing of
+//   it touches the output; whoever wants that calls doPrepareToDie() first.
 //
 //   Delivery. A watch passes on only the attributes it names, only while it is no zombie and has an
 //   owner. It holds its owner during the call: a handler may release the last outside reference.
 //
-//   Mirroring. `children.is(arguments...)` returns the child under the key of its arguments, or makes
-//   one. Null pointer arguments throw MutatorArgNullPointerException. When the child that is there was
-//   built from other arguments, the first that differs throws MutatorReinstantiatingException, and
-//   nothing changes. Attribute ids count from 130 by the argument's place.
+//   Mirroring. `children.is(arguments...)` returns the child under the key of its arguments, or
+//   makes one. Null pointer arguments throw MutatorArgNullPointerException. When the child that is
+//   there was built from other arguments, the first that differs throws
+//   MutatorReinstantiatingException, and nothing changes. Attribute ids count from 130 by the
+//   argument's place.
 //
-//   Every watch and collection is constructed with *this and named by parts(); `create` asserts that
-//   none was forgotten.
+//   Every watch and collection is constructed with *this and named by parts(); `create` asserts
+//   that none was forgotten.
 //
 // EXAMPLE
 //   // Keeps one line for each port of a device.
@@ -31,7 +32,8 @@
 //    public:
 //     static constexpr std::string_view rokTypeName = "PortSm";
 //     static constexpr auto rokArguments() {
-//       return std::tuple{Rok::Argument{"port", &PortSm::port}, Rok::Argument{"log", &PortSm::log}};
+//       return std::tuple{Rok::Argument{"port", &PortSm::port}, Rok::Argument{"log",
+//       &PortSm::log}};
 //     }
 //     Rok::Ptr<Port const> port() const { return port_.ptr(); }
 //     const Rok::Ptr<Log>& log() const { return log_; }
@@ -174,8 +176,8 @@ class Watch : public PtrInterface::NotifieeConst {
   Owner* owner_;
 };
 
-// A watched input of which one key of one attribute matters. The handler is called for that key only,
-// at a cost that other watches don't add to.
+// A watched input of which one key of one attribute matters. The handler is called for that key
+// only, at a cost that other watches don't add to.
 template <class Owner, class Input, class Reaction>
 class KeyedWatch : public Watch<Owner, Input, Reaction> {
  public:
@@ -186,6 +188,10 @@ class KeyedWatch : public Watch<Owner, Input, Reaction> {
       : Base(owner), interest_(NotifieeList::interestIn(Reaction::id, key)), key_(key) {
     this->inputIs(input);
   }
+  KeyedWatch(const KeyedWatch&) = delete;
+  KeyedWatch& operator=(const KeyedWatch&) = delete;
+  // Leaves the list while the list can still ask for the interest.
+  ~KeyedWatch() override { this->isRegisteredNotifieeIs(false); }
 
   std::uint64_t interest() const override { return interest_; }
   const auto& key() const { return key_; }
@@ -328,10 +334,8 @@ struct KeyFunktor {
     return std::invoke(key, *((*child).*input)());
   }
   template <class Input>
-    requires std::is_invocable_v<decltype(key), const Input&>
-  decltype(auto) operator()(const Input& from) const {
-    return std::invoke(key, from);
-  }
+  requires std::is_invocable_v<decltype(key), const Input&>
+  decltype(auto) operator()(const Input& from) const { return std::invoke(key, from); }
 };
 
 // The children of one kind, by key.
@@ -377,8 +381,8 @@ class Children {
   void withdraw(const Key& key) {
     if (const Ptr<Child> dying = child(key)) withdraw(key, *dying);
   }
-  // The same where a child must be there: its absence means that a notifier reported the deletion of
-  // a key whose addition it never reported, and ends the process.
+  // The same where a child must be there: its absence means that a notifier reported the deletion
+  // of a key whose addition it never reported, and ends the process.
   void withdrawKnown(const Key& key) {
     const Ptr<Child> dying = child(key);
     if (!dying) {

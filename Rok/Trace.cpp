@@ -109,7 +109,8 @@ void TraceHelper::open(TraceHandle& handle, TraceFacility::FacilityLevel level,
 void TraceHelper::close() noexcept {
   const std::string text = oneLine(line_->stream.text());
   line_->line.text = text;
-  if (const TraceFacility::Sink& sink = TraceRegistry::instance().sink) {
+  // A copy: the sink may put another in its place.
+  if (const TraceFacility::Sink sink = TraceRegistry::instance().sink) {
     sink(line_->line);
   } else {
     writeToStandardError(line_->line);

@@ -4,8 +4,10 @@
 //
 // RULES
 //   - Level 0 tells a fault in the data, 2 and 8 the entry of a handler, 9 further detail.
-//   - Levels are switched by the handle's name; handles of one name go together. All are off at first.
-//   - The sink gets whole lines, without the end of line. Without a sink of its own a process writes
+//   - Levels are switched by the handle's name; handles of one name go together. All are off at
+//   first.
+//   - The sink gets whole lines, without the end of line. Without a sink of its own a process
+//   writes
 //     them to standard error.
 //   - A name or a text goes into the line as it is, except that control characters are written as
 //     \xNN: a line stays one line.
@@ -60,7 +62,8 @@ struct QOS_EXPORT TraceFacility {
   static Sink sinkIs(Sink sink);
 };
 
-// A unit's handle on the trace. It registers itself at its first use and lives as long as the process.
+// A unit's handle on the trace. It registers itself at its first use and lives as long as the
+// process.
 class QOS_EXPORT TraceHandle {
  public:
   constexpr TraceHandle(const char* name, bool /*unused*/) : name_(name) {}
@@ -110,8 +113,8 @@ class QOS_EXPORT TraceStream {
   std::ostringstream stream_;
 };
 
-// Opens one trace line; its destructor ends the line and hands it to the sink. When the level is off
-// the helper is false and takes nothing: `if (Rok::TraceHelper line{handle, 8}) line << ...`.
+// Opens one trace line; its destructor ends the line and hands it to the sink. When the level is
+// off the helper is false and takes nothing: `if (Rok::TraceHelper line{handle, 8}) line << ...`.
 class QOS_EXPORT TraceHelper {
  public:
   TraceHelper(TraceHandle& handle, TraceFacility::FacilityLevel level,
@@ -126,7 +129,8 @@ class QOS_EXPORT TraceHelper {
   TraceHelper(const TraceHelper&) = delete;
   TraceHelper& operator=(const TraceHelper&) = delete;
   ~TraceHelper() {
-    if (line_) [[unlikely]] close();
+    if (line_) [[unlikely]]
+      close();
   }
 
   explicit operator bool() const { return line_ != nullptr; }
@@ -149,7 +153,9 @@ class QOS_EXPORT TraceHelper {
 
 namespace Impl {
 template <class T>
-concept Printable = requires(std::ostream& out, const T& value) { out << value; };
+concept Printable = requires(std::ostream& out, const T& value) {
+  out << value;
+};
 
 // An object prints by its operator<<, or as its address.
 template <class T>
@@ -166,8 +172,7 @@ void traceObject(TraceHelper& line, const T& object) {
 template <class Object, class... Args>
 struct EntryTrace {
   EntryTrace(TraceHandle& handle, TraceFacility::FacilityLevel level, const Object& object,
-             const Args&... args,
-             std::source_location place = std::source_location::current()) {
+             const Args&... args, std::source_location place = std::source_location::current()) {
     if (TraceHelper line{handle, level, place}) {
       Impl::traceObject(line, object);
       line << " " << place.function_name() << " ( ";

@@ -30,10 +30,9 @@ std::uint32_t hashBytes(std::string_view bytes) noexcept {
 
 String::Rep* String::newRep(std::string_view left, std::string_view right, std::size_t reserve) {
   const std::size_t size = left.size() + right.size();
-  const std::size_t capacity = std::max(size, reserve);
-  if (capacity > std::numeric_limits<std::uint32_t>::max() - sizeof(Rep)) {
-    throw std::length_error("Velmo::String: text too long");
-  }
+  constexpr std::size_t limit = std::numeric_limits<std::uint32_t>::max() - sizeof(Rep);
+  if (size > limit) throw std::length_error("Velmo::String: text too long");
+  const std::size_t capacity = std::max(size, std::min(reserve, limit));
   void* block = Dorpel::slabAllocOrStdMalloc(offsetof(Rep, text) + capacity + 1);
   auto* rep = static_cast<Rep*>(block);
   rep->references = 1;
@@ -54,6 +53,12 @@ void String::freeRep(Rep* rep) noexcept {
 bool String::sameBytes(const Rep& a, const Rep& b) noexcept {
   if (a.hash != 0 && b.hash != 0 && a.hash != b.hash) return false;
   return std::memcmp(a.text, b.text, a.size) == 0;
+}
+
+std::uint32_t String::computeHash() const noexcept {
+  const std::uint32_t hash = hashBytes(*this);
+  if (rep_ != nullptr) rep_->hash = hash;
+  return hash;
 }
 
 String& String::append(std::string_view text) {

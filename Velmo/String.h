@@ -1,8 +1,8 @@
 // OVERVIEW
-//   A value string whose copies share one immutable, counted buffer. The buffer keeps the hash of its
-//   bytes, so a copy is an increment, and comparing or looking up a copied name is mostly a compare
-//   of two pointers. Names travel everywhere in this system (a key, an id, a config id), and that is
-//   why they are cheap.
+//   A value string whose copies share one immutable, counted buffer. The buffer keeps the hash of
+//   its bytes, so a copy is an increment, and comparing or looking up a copied name is mostly a
+//   compare of two pointers. Names travel everywhere in this system (a key, an id, a config id),
+//   and that is why they are cheap.
 //
 // RULES
 //   - Any bytes are legal, NUL included. data() is followed by a NUL all the same.
@@ -71,9 +71,8 @@ class String {
 
   // Never 0. Computed once for a buffer and all its copies.
   std::uint32_t hash() const noexcept {
-    if (rep_ == nullptr) return hashBytes({});
-    if (rep_->hash == 0) rep_->hash = hashBytes(*this);
-    return rep_->hash;
+    if (rep_ != nullptr && rep_->hash != 0) return rep_->hash;
+    return computeHash();
   }
 
   // True when both share one buffer: a test hook, and no promise.
@@ -85,8 +84,9 @@ class String {
     return a.rep_->size == b.rep_->size && sameBytes(*a.rep_, *b.rep_);
   }
   template <class Text>
-    requires(std::convertible_to<const Text&, std::string_view> && !std::same_as<Text, String>)
-  friend bool operator==(const String& a, const Text& b) noexcept {
+  requires(std::convertible_to<const Text&, std::string_view> &&
+           !std::same_as<Text, String>) friend bool
+  operator==(const String& a, const Text& b) noexcept {
     return std::string_view(a) == std::string_view(b);
   }
   friend std::strong_ordering operator<=>(const String& a, const String& b) noexcept {
@@ -107,6 +107,7 @@ class String {
   QOS_EXPORT static Rep* newRep(std::string_view left, std::string_view right,
                                 std::size_t reserve = 0);
   QOS_EXPORT static void freeRep(Rep* rep) noexcept;
+  QOS_EXPORT std::uint32_t computeHash() const noexcept;
   QOS_EXPORT static bool sameBytes(const Rep& a, const Rep& b) noexcept;
   static String joined(std::string_view left, std::string_view right) {
     String result;

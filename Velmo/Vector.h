@@ -1,5 +1,5 @@
-// The vectors of the models: a standard vector over the slab allocator, with the checked mutators of
-// a vector attribute.
+// The vectors of the models: a standard vector over the slab allocator, with the checked mutators
+// of a vector attribute.
 #pragma once
 
 #include <cstddef>

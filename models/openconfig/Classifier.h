@@ -69,7 +69,8 @@ struct TermActions {
 };
 QOS_EXPORT std::ostream& operator<<(std::ostream& out, const TermActions& actions);
 
-// One term. Its writers share it: each reads a copy, changes its own field and writes it back whole.
+// One term. Its writers share it: each reads a copy, changes its own field and writes it back
+// whole.
 struct Term {
   Rok::String id;
   Rok::String configId;  // every writer makes it equal to `id`

@@ -316,7 +316,8 @@ TEST(ClassMapTranslation, AClassifierWithoutPlaceholderGoesAtStartWhoeverWroteIt
   device.add("__yang_[edge-in]_[voice]");
   device.start();
   EXPECT_EQ(device.model(), Model{});
-  EXPECT_NE(device.machine("__yang_[edge-in]_[voice]"), nullptr) << "its machine stands all the same";
+  EXPECT_NE(device.machine("__yang_[edge-in]_[voice]"), nullptr)
+      << "its machine stands all the same";
 }
 
 TEST(ClassMapTranslation, ATermWithoutItsClassMapGoesAtStart) {
@@ -399,8 +400,8 @@ TEST(ClassMapTranslation, SweepsOfManyClassifiersDoNotInterfere) {
       if (n % 3 == 0) continue;
       device.add("__yang_[" + name + "]_[]");
       if (n % 3 == 1) device.add("__yang_[" + name + "]_[video]");
-      kept[name + "/v4"] = n % 3 == 1 ? std::vector<std::string>{"video"}
-                                      : std::vector<std::string>{"-"};
+      kept[name + "/v4"] =
+          n % 3 == 1 ? std::vector<std::string>{"video"} : std::vector<std::string>{"-"};
     }
     device.start();
     EXPECT_EQ(device.model(), kept) << "seed " << seed;
@@ -455,7 +456,8 @@ TEST(ClassMapTranslation, AMissingMapQosEntryThrowsOutOfTheFactory) {
     FAIL() << "no exception";
   } catch (const Rok::MutatorArgNullPointerException& e) {
     EXPECT_EQ(e.attribute(), "cmapTypeConfig");
-    EXPECT_STREQ(e.what(), "ClassMapTypeSm: argument cmapTypeConfig (attribute 130) must not be null");
+    EXPECT_STREQ(e.what(),
+                 "ClassMapTypeSm: argument cmapTypeConfig (attribute 130) must not be null");
   }
   EXPECT_EQ(Rok::AllocTrackTypeInfo::of<ClassMapKivToOcSm>().blocks(), 0u);
 }
@@ -653,9 +655,9 @@ TEST(ClassMapTrace, AForeignClassMapTracesNothingBeyondEntryAndDecoders) {
   const auto foreign = device.add("MGMT-SSH", {});
   TraceCapture trace({0, 2, 8, 9});
   foreign->matchIs(matchIpAccessGroup, Rok::make<Qos::ClassMapMatch>());
-  EXPECT_THAT(trace.lines(), ElementsAre(HasSubstr("handleClassMapMatch"),
-                                         keyDecoder + std::string("MGMT-SSH"),
-                                         nameDecoder + std::string("MGMT-SSH")));
+  EXPECT_THAT(trace.lines(),
+              ElementsAre(HasSubstr("handleClassMapMatch"), keyDecoder + std::string("MGMT-SSH"),
+                          nameDecoder + std::string("MGMT-SSH")));
 }
 
 TEST(ClassMapTrace, TheDeletionOfATermTracesTheTermButNoEntry) {

@@ -92,9 +92,10 @@ TEST(ClassifierNames, TheEmptyStringGivesNothing) {
 }
 
 TEST(ClassifierNames, TheFormsAreCaseSensitiveAndAnchoredAtBothEnds) {
-  for (const char* name : {"__YANG_[a]_[b]", " __yang_[a]_[b]", "__yang_[a]_[b] ", "x__yang_[a]_[b]",
-                           "__yang_[a]_[b]_[c]", "__yang_[a]-[b]", "__yang_[a]_[b", "__yang_[a]_[",
-                           "__yang_[a]", "__yang_[", "__yang_[a]_[]]", "__yang_[a]_[]x"}) {
+  for (const char* name :
+       {"__YANG_[a]_[b]", " __yang_[a]_[b]", "__yang_[a]_[b] ", "x__yang_[a]_[b]",
+        "__yang_[a]_[b]_[c]", "__yang_[a]-[b]", "__yang_[a]_[b", "__yang_[a]_[", "__yang_[a]",
+        "__yang_[", "__yang_[a]_[]]", "__yang_[a]_[]x"}) {
     EXPECT_EQ(classifierKeyFromConfigObjName(name), none) << name;
     EXPECT_EQ(classifierNameFromClassName(name), "") << name;
   }
@@ -122,9 +123,27 @@ TEST(ClassifierNames, ANameDecodesByOneFormAtMost) {
 
 // Names made of the pieces that matter, in any order.
 std::string adversarialName(std::mt19937& random) {
-  static const std::vector<std::string> pieces = {
-      "__yang_[", "]_[", "]", "[", "_", "edge-in", "voice", "", "\n", "\r", std::string(1, '\0'),
-      "\xff", "\x80", "\xe2\x80\xa8", "__yang_", "]_[]", "[]", "^", "$", "\\", "."};
+  static const std::vector<std::string> pieces = {"__yang_[",
+                                                  "]_[",
+                                                  "]",
+                                                  "[",
+                                                  "_",
+                                                  "edge-in",
+                                                  "voice",
+                                                  "",
+                                                  "\n",
+                                                  "\r",
+                                                  std::string(1, '\0'),
+                                                  "\xff",
+                                                  "\x80",
+                                                  "\xe2\x80\xa8",
+                                                  "__yang_",
+                                                  "]_[]",
+                                                  "[]",
+                                                  "^",
+                                                  "$",
+                                                  "\\",
+                                                  "."};
   std::string name = random() % 4 == 0 ? "" : "__yang_[";
   for (unsigned n = random() % 8; n > 0; --n) name += pieces[random() % pieces.size()];
   if (random() % 3 != 0) name += "]_[";
@@ -145,9 +164,14 @@ TEST(ClassifierNames, NamesWithOneByteChangedDecodeAsTheFormsSay) {
     std::string name = valid[random() % 3];
     const std::size_t at = random() % name.size();
     switch (random() % 3) {
-      case 0: name[at] = static_cast<char>(random()); break;
-      case 1: name.insert(at, 1, static_cast<char>(random())); break;
-      default: name.erase(at, 1);
+      case 0:
+        name[at] = static_cast<char>(random());
+        break;
+      case 1:
+        name.insert(at, 1, static_cast<char>(random()));
+        break;
+      default:
+        name.erase(at, 1);
     }
     expectDecodedAsByTheForms(name);
   }

@@ -1,12 +1,12 @@
 // The native class-map records: what they hold and whom they tell.
+#include "models/native/ClassMap.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <sstream>
 #include <string>
 #include <vector>
-
-#include "models/native/ClassMap.h"
 
 namespace Qos {
 namespace {

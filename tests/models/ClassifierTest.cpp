@@ -1,11 +1,11 @@
 // The OpenConfig classifier records.
+#include "models/openconfig/Classifier.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <sstream>
 #include <string>
-
-#include "models/openconfig/Classifier.h"
 
 namespace QosOc::Config {
 namespace {
@@ -168,8 +168,7 @@ TEST(ClassifierConfig, IsDefaultUntilItHoldsANameOrAType) {
   EXPECT_TRUE((ClassifierConfig{"", QosOc::Classifier::classifierTypeIpv4}));
   std::ostringstream out;
   out << ClassifierConfig{"edge-in", QosOc::Classifier::classifierTypeIpv6} << ClassifierConfig();
-  EXPECT_EQ(out.str(),
-            "{name edge-in, type classifierTypeIpv6}{name , type (absent)}");
+  EXPECT_EQ(out.str(), "{name edge-in, type classifierTypeIpv6}{name , type (absent)}");
 }
 
 TEST(ClassifierType, HasTheValuesOfTheModel) {

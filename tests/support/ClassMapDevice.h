@@ -23,8 +23,7 @@ struct ClassMapDevice {
   Rok::Ptr<Qos::Input::AclConfig> aclConfig = Rok::make<Qos::Input::AclConfig>();
   Rok::Ptr<Qos::Input::ClassMapTypeConfig> classMaps =
       Rok::make<Qos::Input::ClassMapTypeConfig>(Qos::mapQos);
-  Rok::Ptr<QosOc::Config::ClassifiersDir> classifiers =
-      Rok::make<QosOc::Config::ClassifiersDir>();
+  Rok::Ptr<QosOc::Config::ClassifiersDir> classifiers = Rok::make<QosOc::Config::ClassifiersDir>();
   Rok::Ptr<QosOc::ClassMapKivToOcSm> root;
 
   ClassMapDevice() { aclConfig->cmapTypeIs(Qos::mapQos, classMaps); }

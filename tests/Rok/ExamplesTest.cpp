@@ -1,0 +1,217 @@
+// The EXAMPLE blocks of the headers, compiled and run. A test holds each block against this file.
+#include <algorithm>
+#include <cassert>
+#include <cctype>
+#include <fstream>
+#include <sstream>
+
+#include "Rok/Rok.h"
+
+namespace {
+
+TEST(Examples, Ptr) {
+  struct Lamp : Rok::PtrInterface {
+    bool lit = false;
+  };
+  Rok::Ptr<Lamp> lamp = Rok::make<Lamp>();
+  Rok::Ptr<Lamp const> seen = lamp;
+  lamp->lit = true;
+  assert(seen->lit && lamp->references() == 2);
+}
+
+TEST(Examples, HashMap) {
+  Rok::HashMap2018<Rok::Hm2018NEI<0x51, Velmo::String, int>> ports;
+  ports.newMember("Ethernet1", 7);
+  assert(*ports.find("Ethernet1") == 7);
+  for (auto i = ports.iterator(); i; i.advance()) {
+    ports.deleteMember(i.currNodeMaybeStale()->key());
+  }
+  assert(ports.members() == 0);
+}
+
+TEST(Examples, OrderedMap) {
+  Rok::OrderedMap<std::uint32_t, Velmo::String> rules;
+  rules.memberIs(20, "deny");
+  rules.memberIs(10, "permit");
+  std::string order;
+  for (auto i = rules.iterator(); i; ++i) order += std::to_string(i.key()) + " ";
+  assert(order == "10 20 ");
+}
+
+TEST(Examples, String) {
+  Velmo::String classifier("edge-in");
+  Velmo::String placeholder = classifier.addLeft("__yang_[").addRight("]_[]");
+  assert(placeholder == "__yang_[edge-in]_[]");
+}
+
+namespace notifier {
+
+class Port final : public Rok::Notifier {
+ public:
+  struct Attr {
+    static constexpr Rok::Attribute<> mtu{130};
+  };
+  unsigned mtu() const { return mtu_; }
+  void mtuIs(unsigned v) { attributeIs(mtu_, v, Attr::mtu); }
+
+ private:
+  unsigned mtu_ = 1500;
+};
+
+}  // namespace notifier
+
+TEST(Examples, Notifier) {
+  const auto port = Rok::make<notifier::Port>();
+  port->mtuIs(9000);
+  EXPECT_EQ(port->mtu(), 9000u);
+}
+
+namespace machine {
+
+class Port final : public Rok::Notifier {
+ public:
+  struct Attr {
+    static constexpr Rok::Attribute<> mtu{130};
+  };
+  static Rok::String name() { return "Ethernet1"; }
+  unsigned mtu() const { return mtu_; }
+  void mtuIs(unsigned v) { attributeIs(mtu_, v, Attr::mtu); }
+
+ private:
+  unsigned mtu_ = 1500;
+};
+
+struct Log final : Rok::PtrInterface {
+  void line(const Rok::String& name, unsigned mtu) { text = Rok::_fmt("%s %u", name.data(), mtu); }
+  void lineDel(const Rok::String& /*name*/) { text = ""; }
+  Rok::String text;
+};
+
+// Keeps one line for each port of a device.
+class PortSm final : public Rok::StateMachine<PortSm> {
+ public:
+  static constexpr std::string_view rokTypeName = "PortSm";
+  static constexpr auto rokArguments() {
+    return std::tuple{Rok::Argument{"port", &PortSm::port}, Rok::Argument{"log", &PortSm::log}};
+  }
+  Rok::Ptr<Port const> port() const { return port_.ptr(); }
+  const Rok::Ptr<Log>& log() const { return log_; }
+  void handleMtu() { log_->line(port_->name(), port_->mtu()); }
+  void doPrepareToDie() { log_->lineDel(port_->name()); }
+  void handleInitialized() { handleMtu(); }
+
+ private:
+  friend Rok::StateMachine<PortSm>;
+  using RokPort = Rok::Watch<PortSm, Port, Rok::On<Port::Attr::mtu, &PortSm::handleMtu>>;
+  PortSm(const Rok::Ptr<Port const>& port, const Rok::Ptr<Log>& log)
+      : port_(*this, port), log_(log) {
+    handleInitialized();
+  }
+  auto parts() { return std::tie(port_); }
+
+  RokPort port_;
+  Rok::Ptr<Log> log_;
+};
+
+}  // namespace machine
+
+TEST(Examples, StateMachine) {
+  const auto port = Rok::make<machine::Port>();
+  const auto log = Rok::make<machine::Log>();
+  const auto sm = machine::PortSm::create(port, log);
+  EXPECT_EQ(log->text, "Ethernet1 1500");
+  port->mtuIs(9000);
+  EXPECT_EQ(log->text, "Ethernet1 9000");
+  sm->doPrepareToDie();
+  EXPECT_EQ(log->text, "");
+}
+
+struct Counter {
+  void handleTick(int n);
+  int ticks = 0;
+};
+
+constinit Rok::TraceHandle traceHandle("OpenConfigQos", false);
+
+void Counter::handleTick(int n) {
+  Rok::EntryTrace(traceHandle, 8, *this, n);
+  if (Rok::TraceHelper line{traceHandle, 9}) line << "ticks so far: " << n;
+}
+
+TEST(Examples, Trace) {
+  std::string text;
+  const auto before =
+      Rok::TraceFacility::sinkIs([&](const Rok::TraceFacility::Line& line) { text = line.text; });
+  Rok::TraceFacility::levelIs(9, true);
+  Counter().handleTick(3);
+  Rok::TraceFacility::levelDelAll();
+  Rok::TraceFacility::sinkIs(before);
+  EXPECT_EQ(text, "ticks so far: 3");
+}
+
+enum class MapType : unsigned char { mapQos = 1 };
+inline const Rok::EnumType<unsigned char>& rokEnumType(MapType) {
+  static const Rok::EnumType<unsigned char> type("Qos::MapType", {{1, "mapQos"}});
+  return type;
+}
+inline std::ostream& operator<<(std::ostream& out, MapType v) { return Rok::enumPrint(out, v); }
+
+TEST(Examples, EnumType) {
+  std::ostringstream out;
+  out << MapType::mapQos;
+  EXPECT_EQ(out.str(), "mapQos");
+}
+
+TEST(ExamplesDeathTest, Sassert) {
+  const int type = 7;
+  EXPECT_DEATH(if (type > 1) Rok::SassertHelper("type <= 1") << "Unexpected ACL type " << type;
+               , "Unexpected ACL type 7");
+}
+
+// ===== The blocks are those of the headers
+
+std::string readAll(const std::string& path) {
+  std::ifstream in(std::string(QOS_SOURCE_DIR) + "/" + path);
+  EXPECT_TRUE(in) << path;
+  std::ostringstream text;
+  text << in.rdbuf();
+  return text.str();
+}
+
+// The text without white space and comment signs, which is how a block and its copy are compared.
+std::string squeezed(const std::string& text) {
+  std::string result;
+  std::istringstream in(text);
+  for (std::string line; std::getline(in, line);) {
+    const std::size_t from = line.find_first_not_of(" /");
+    if (from != std::string::npos) result += line.substr(from);
+  }
+  std::erase_if(result, [](unsigned char c) { return std::isspace(c) != 0; });
+  return result;
+}
+
+std::string exampleOf(const std::string& header) {
+  std::istringstream in(readAll(header));
+  std::string block;
+  bool inside = false;
+  for (std::string line; std::getline(in, line) && line.starts_with("//");) {
+    if (inside) block += line + "\n";
+    inside = inside || line == "// EXAMPLE";
+  }
+  return squeezed(block);
+}
+
+class HeaderExamples : public testing::TestWithParam<const char*> {};
+INSTANTIATE_TEST_SUITE_P(Headers, HeaderExamples,
+                         testing::Values("Rok/Ptr.h", "Rok/HashMap2018.h", "Rok/OrderedMap.h",
+                                         "Rok/Notifier.h", "Rok/StateMachine.h", "Rok/Trace.h",
+                                         "Velmo/String.h"));
+
+TEST_P(HeaderExamples, AreTheOnesThatRunHere) {
+  const std::string example = exampleOf(GetParam());
+  ASSERT_GT(example.size(), 50u);
+  EXPECT_NE(squeezed(readAll("tests/Rok/ExamplesTest.cpp")).find(example), std::string::npos)
+      << example;
+}
+
+}  // namespace
