@@ -1,0 +1,43 @@
+#include "Input.h"
+
+#include <sys/types.h>
+
+#include <cerrno>
+#include <cstring>
+
+namespace qosoc {
+namespace {
+
+[[noreturn]] void throwUnreadable(const std::string& path, int error) {
+  throw InputError(path, {"", std::string("cannot be read: ") + std::strerror(error)});
+}
+
+}  // namespace
+
+Lines::Lines(const std::string& path)
+    : path_(path), file_(path == "-" ? stdin : std::fopen(path.c_str(), "rb")) {
+  if (!file_) throwUnreadable(path_, errno);
+  if (file_.get() == stdin) return;
+  // A directory opens and can't be read, and that is to be known before anything is done.
+  std::ungetc(std::fgetc(file_.get()), file_.get());
+  checkReadable();
+}
+
+std::optional<std::string_view> Lines::next() {
+  char* line = line_.release();
+  const ssize_t size = ::getline(&line, &capacity_, file_.get());
+  line_.reset(line);
+  if (size < 0) {
+    checkReadable();
+    return std::nullopt;
+  }
+  std::string_view text(line, static_cast<std::size_t>(size));
+  if (text.ends_with('\n')) text.remove_suffix(1);
+  return text;
+}
+
+void Lines::checkReadable() const {
+  if (std::ferror(file_.get()) != 0) throwUnreadable(path_, errno);
+}
+
+}  // namespace qosoc

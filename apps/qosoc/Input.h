@@ -1,0 +1,61 @@
+// Files that the commands read, and how they report them.
+#pragma once
+
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+#include "host/Fault.h"
+
+namespace qosoc {
+
+// A fault of an input file.
+class InputError : public std::runtime_error {
+ public:
+  InputError(const std::string& file, const host::Fault& fault)
+      : std::runtime_error(fault.inFile(file)) {}
+};
+
+// Runs `read(path)`. Throws: InputError for a Fault that leaves it.
+template <class Read>
+void readFile(const std::string& path, const Read& read) {
+  try {
+    read(path);
+  } catch (const host::Fault& fault) {
+    throw InputError(path, fault);
+  }
+}
+
+// A text file, or standard input as "-", line by line as the lines come.
+class Lines {
+ public:
+  // Throws: InputError.
+  explicit Lines(const std::string& path);
+
+  // The next line, without its end; nothing behind the last one. It stands until the next call.
+  // Throws: InputError.
+  std::optional<std::string_view> next();
+
+ private:
+  void checkReadable() const;
+
+  struct Close {
+    void operator()(std::FILE* file) const {
+      if (file != stdin) std::fclose(file);
+    }
+  };
+  struct Free {
+    void operator()(char* block) const { std::free(block); }
+  };
+
+  std::string path_;
+  std::unique_ptr<std::FILE, Close> file_;
+  std::unique_ptr<char, Free> line_;
+  std::size_t capacity_ = 0;
+};
+
+}  // namespace qosoc

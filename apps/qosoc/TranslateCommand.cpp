@@ -1,0 +1,185 @@
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <functional>
+#include <memory>
+#include <utility>
+
+#include "Arguments.h"
+#include "Commands.h"
+#include "Input.h"
+#include "Rok/Rok.h"
+#include "host/Changes.h"
+#include "host/ModelReader.h"
+#include "host/ModelWriter.h"
+#include "host/OpenConfigJson.h"
+#include "host/Roots.h"
+#include "host/Sections.h"
+#include "host/Text.h"
+
+namespace qosoc {
+namespace {
+
+constexpr const char* help = R"(usage: qosoc translate NATIVE.json [OPTIONS]
+
+Reads a native QoS configuration, translates it, and prints the OpenConfig QoS model that comes of
+it. Then each change of the native side changes only what it concerns.
+
+  --changes FILE|-   apply a stream of changes: a JSON Patch a line; "-" reads standard input, line
+                     by line as they come
+  --each             print the model as one line, at the start and after each change
+  --format FORMAT    openconfig (the default): the OpenConfig tree, as any OpenConfig client reads it
+                     model: every field of the output records, absent ones as null
+  --initial FILE     start from the model of an earlier life, in the format `model`; what the native
+                     side no longer stands for is swept out of it
+  --roots NAME,...   build only these roots: class-map
+  --trace LEVEL,...  write the trace lines of these levels (0 to 9) to standard error
+  --order-seed N     walk every hash collection in another order: the output stays the same
+
+  $ cat router.json
+  {"class-maps": {"qos": {"__yang_[edge-in]_[]": {"match": ["ip-access-group"]}}}}
+  $ cat changes.jsonl
+  [{"op": "add", "path": "/class-maps/qos/__yang_[edge-in]_[voice]", "value": {"match": ["ip-access-group"]}}]
+  $ qosoc translate router.json --changes changes.jsonl --each
+  {"openconfig-qos:qos":{"classifiers":{"classifier":[{"config":{"name":"edge-in","type":"IPV4"},"name":"edge-in"}]}}}
+  {"openconfig-qos:qos":{"classifiers":{"classifier":[{"config":{"name":"edge-in","type":"IPV4"},"name":"edge-in","terms":{"term":[{"config":{"id":"voice"},"id":"voice"}]}}]}}}
+
+A change line that does not apply is refused as a whole, and the next one is read. What is wrong goes
+to standard error.
+
+Exit code: 0 all done; 1 translated, but a change line was refused, or a root or a handler raised;
+2 bad usage or bad input, nothing translated.
+)";
+
+constexpr Option options[] = {
+    {"--help", false},   {"--changes", true}, {"--each", false}, {"--format", true},
+    {"--initial", true}, {"--roots", true},   {"--trace", true}, {"--order-seed", true},
+};
+
+using Render = std::function<std::string(const host::Model&, host::Layout)>;
+
+void tell(const std::string& line) { std::fprintf(stderr, "%s\n", line.c_str()); }
+
+Render renderOf(const std::string& format) {
+  if (format == "model") return host::modelJson;
+  if (format != "openconfig") {
+    throw UsageError("--format: expected openconfig or model, not " + host::quoted(format));
+  }
+  const auto renderer = std::make_shared<host::OpenConfigJson>(
+      [](const std::string& warning) { tell("warning: " + warning); });
+  return [renderer](const host::Model& model, host::Layout layout) {
+    return renderer->json(model, layout);
+  };
+}
+
+std::vector<std::string> rootNames(const std::string& list) {
+  std::vector<std::string> names = parts(list);
+  for (const std::string& name : names) {
+    const host::Root* root = host::rootNamed(name);
+    if (root == nullptr) throw UsageError("--roots: there is no root " + host::quoted(name));
+    if (root->factory == nullptr) throw UsageError("--roots: " + name + " is not there yet");
+  }
+  return names;
+}
+
+void traceLevelsOn(const std::string& list) {
+  for (const std::string& part : parts(list)) {
+    const auto level = host::decimal(part, Rok::TraceFacility::levels - 1);
+    if (!level) {
+      throw UsageError("--trace: expected levels from 0 to 9, not " + host::quoted(part));
+    }
+    Rok::TraceFacility::levelIs(static_cast<unsigned>(*level), true);
+  }
+}
+
+void orderSeedIs(const std::string& text) {
+  const auto seed = host::decimal(text, 0xffffffffu);
+  if (!seed) {
+    throw UsageError("--order-seed: expected a number from 0 to 4294967295, not " +
+                     host::quoted(text));
+  }
+  Rok::HashHelper::orderSeedIs(static_cast<std::uint32_t>(*seed));
+}
+
+// What the arguments ask for. All of them are judged before any file is read.
+struct Request {
+  explicit Request(const Arguments& arguments)
+      : native(arguments.operand("NATIVE.json")),
+        changes(arguments.value("--changes")),
+        initial(arguments.value("--initial")),
+        each(arguments.has("--each")),
+        render(renderOf(arguments.value("--format").value_or("openconfig"))) {
+    if (const auto list = arguments.value("--roots")) roots = rootNames(*list);
+    if (const auto list = arguments.value("--trace")) traceLevelsOn(*list);
+    if (const auto seed = arguments.value("--order-seed")) orderSeedIs(*seed);
+  }
+
+  std::string native;
+  std::optional<std::string> changes;
+  std::optional<std::string> initial;
+  bool each;
+  Render render;
+  std::vector<std::string> roots;
+};
+
+class Translation {
+ public:
+  explicit Translation(const Request& request) : request_(request) {
+    readFile(request.native, [&](const std::string& path) { host::readNative(path, native_); });
+    if (!request.initial) return;
+    readFile(*request.initial, [&](const std::string& path) { host::readModel(path, model_); });
+  }
+
+  int run() {
+    std::unique_ptr<Lines> lines;
+    if (request_.changes) lines = std::make_unique<Lines>(*request_.changes);
+    const auto roots = host::buildRoots(request_.roots, native_, model_,
+                                        [this](const std::string& line) { report(line); });
+    if (request_.each) print(host::Layout::compact);
+    if (lines) apply(*lines);
+    if (!request_.each) print(host::Layout::pretty);
+    return clean_ ? done : doneWithReports;
+  }
+
+ private:
+  void apply(Lines& lines) {
+    host::Changes changes(native_, [this](const std::string& line) { report(line); });
+    while (const auto line = lines.next()) {
+      const bool isBlank = changes.line(*line) == host::Changes::Outcome::blank;
+      if (request_.each && !isBlank) print(host::Layout::compact);
+    }
+  }
+
+  void report(const std::string& line) {
+    tell(line);
+    clean_ = false;
+  }
+
+  void print(host::Layout layout) {
+    std::string text = request_.render(model_, layout);
+    if (layout == host::Layout::compact) text += '\n';
+    const bool written = std::fwrite(text.data(), 1, text.size(), stdout) == text.size();
+    if (written && std::fflush(stdout) == 0) return;
+    if (clean_) report(std::string("qosoc: standard output: ") + std::strerror(errno));
+    clean_ = false;
+  }
+
+  const Request& request_;
+  host::Native native_;
+  host::Model model_;
+  bool clean_ = true;
+};
+
+}  // namespace
+
+int translateCommand(std::span<const std::string> words) {
+  const Arguments arguments(words, options);
+  if (arguments.has("--help")) {
+    std::fputs(help, stdout);
+    return done;
+  }
+  const Request request(arguments);
+  return Translation(request).run();
+}
+
+}  // namespace qosoc

@@ -1,0 +1,64 @@
+// qosoc: translates native QoS configuration into an OpenConfig QoS model.
+#include <cstdio>
+#include <new>
+#include <string>
+#include <vector>
+
+#include "Arguments.h"
+#include "Commands.h"
+#include "Input.h"
+#include "host/Text.h"
+#include "host/Version.h"
+
+namespace {
+
+constexpr const char* help = R"(usage: qosoc COMMAND ...
+
+Translates native QoS configuration into the OpenConfig QoS model, change by change.
+
+  qosoc translate NATIVE.json   print the model, also after each of a stream of changes
+  qosoc check NATIVE.json       say what is wrong with a native document
+  qosoc --version               print the version
+
+`qosoc COMMAND --help` tells more, with an example.
+)";
+
+using Words = std::vector<std::string>;
+
+int run(const Words& words) {
+  const std::string command = words.empty() ? "" : words.front();
+  const Words rest(words.begin() + (words.empty() ? 0 : 1), words.end());
+  if (command == "translate") return qosoc::translateCommand(rest);
+  if (command == "check") return qosoc::checkCommand(rest);
+  if (command == "--help") {
+    std::fputs(help, stdout);
+    return qosoc::done;
+  }
+  if (command == "--version") {
+    std::printf("qosoc %s\n", std::string(host::version()).c_str());
+    return qosoc::done;
+  }
+  throw qosoc::UsageError(command.empty() ? "a command is missing"
+                                          : "there is no command " + host::quoted(command));
+}
+
+int refuse(const std::string& line) {
+  std::fprintf(stderr, "qosoc: %s\n", line.c_str());
+  return qosoc::nothingDone;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  const Words words(argv + 1, argv + argc);
+  try {
+    return run(words);
+  } catch (const qosoc::UsageError& error) {
+    const bool known = !words.empty() && (words[0] == "translate" || words[0] == "check");
+    return refuse(error.what() + (" (see qosoc " + (known ? words[0] + ' ' : "") + "--help)"));
+  } catch (const qosoc::InputError& error) {
+    return refuse(error.what());
+  } catch (const std::bad_alloc&) {
+    return refuse("out of memory");
+  }
+}

@@ -1,0 +1,214 @@
+#include "host/Changes.h"
+
+#include <algorithm>
+#include <span>
+#include <unordered_set>
+#include <utility>
+#include <vector>
+
+#include "host/Sections.h"
+#include "host/Text.h"
+
+namespace host {
+namespace {
+
+[[noreturn]] void refuse(const std::string& reason) { throw Fault("", reason); }
+
+bool isBlank(std::string_view line) { return line.find_first_not_of(" \t\r\n") == line.npos; }
+
+// What stands below the draft. `tokens` are the keys as the line has them.
+// Throws: Fault when one of the keys leads nowhere.
+Draft& follow(Draft& draft, std::span<const std::string> keys, const Tokens& tokens) {
+  Draft* at = &draft;
+  for (std::size_t i = 0; i < keys.size(); ++i) {
+    at = at->at(keys[i]);
+    if (at == nullptr) refuse("nothing is at " + shownPointer(std::span(tokens).first(i + 1)));
+  }
+  return *at;
+}
+
+std::unique_ptr<Place> follow(const Native& native, std::span<const std::string> keys) {
+  std::unique_ptr<Place> place = nativePlace(native);
+  for (const std::string& key : keys) place = place->at(key);
+  return place;
+}
+
+std::span<const std::string> withoutLast(const Tokens& keys) {
+  return std::span(keys).first(keys.size() - 1);
+}
+
+}  // namespace
+
+Changes::Outcome Changes::line(std::string_view text) {
+  ++number_;
+  if (isBlank(text)) return Outcome::blank;
+  std::vector<Change> changes;
+  try {
+    const Patch patch(text);
+    Draft draft(nativePlace(native_));
+    for (std::size_t i = 0; i < patch.operations().size(); ++i) {
+      if (std::optional<Change> change = check(patch, i, draft)) {
+        changes.push_back(std::move(*change));
+      }
+    }
+  } catch (const Fault& fault) {
+    tell("refused: " + fault.place() + ": " + fault.what());
+    return Outcome::refused;
+  }
+  Writes writes([this](const std::string& what) { tell(what); });
+  for (const Change& change : changes) write(change, writes);
+  return Outcome::applied;
+}
+
+void Changes::tell(const std::string& what) {
+  clean_ = false;
+  report_("line " + std::to_string(number_) + ": " + what);
+}
+
+// ===== Judging
+
+Changes::Target Changes::resolve(const Tokens& tokens) {
+  if (tokens.empty()) {
+    refuse("the document can't be changed or tested as a whole: name a place in it");
+  }
+  Target target;
+  target.schema = &nativeSchema();
+  for (const std::string& token : tokens) descend(target, *target.schema, token);
+  return target;
+}
+
+void Changes::descend(Target& target, const Schema& at, const std::string& token) {
+  if (target.inSet) refuse("nothing can stand below " + quoted("-"));
+  switch (at.kind()) {
+    case Schema::Kind::record:
+      return descendRecord(target, at, token);
+    case Schema::Kind::keyed:
+      return descendCollection(target, at, token);
+    case Schema::Kind::set:
+      return descendSet(target, at, token);
+    default:
+      refuse("nothing can stand below a " + quoted(target.keys.back()));
+  }
+}
+
+void Changes::descendRecord(Target& target, const Schema& record, const std::string& token) {
+  const Schema::Member* member = record.member(token);
+  if (member == nullptr) refuse("unknown member " + quoted(token));
+  const Schema& schema = member->schema;
+  if (schema.kind() == Schema::Kind::unavailable) refuse(schema.expected());
+  const bool isCollection = schema.kind() == Schema::Kind::keyed && member->initial;
+  target.keys.push_back(token);
+  target.schema = &schema;
+  target.manner = isCollection ? Manner::collection : Manner::whole;
+  target.initial = member->initial;
+}
+
+void Changes::descendCollection(Target& target, const Schema& keyed, const std::string& token) {
+  std::optional<std::string> key = keyed.key().canonical(token);
+  if (!key) refuse(quoted(token) + " is not " + keyed.key().expected);
+  const Schema& element = keyed.element();
+  const bool isMounted = keyed.isMounted(*key);
+  const bool isScalar = element.kind() == Schema::Kind::scalar;
+  target.keys.push_back(std::move(*key));
+  target.schema = &element;
+  target.manner = isMounted ? Manner::collection : isScalar ? Manner::whole : Manner::entry;
+  target.initial = isMounted ? std::optional(element.empty()) : std::nullopt;
+}
+
+// The elements of a set have no places of their own, but one can be added.
+void Changes::descendSet(Target& target, const Schema& set, const std::string& token) {
+  if (token != "-") {
+    refuse(quoted(target.keys.back()) +
+           " is a set and its elements have no index: change it as a " +
+           "whole, or add to it at \"-\"");
+  }
+  target.inSet = true;
+  target.schema = &set.element();
+}
+
+Value Changes::joined(const Value& set, const Value& element) {
+  Value::List list = set.list();
+  if (std::find(list.begin(), list.end(), element) != list.end()) {
+    refuse("the set holds this value already");
+  }
+  const auto behind = std::find_if(list.begin(), list.end(), [&](const Value& other) {
+    return other.number() > element.number();
+  });
+  list.insert(behind, element);
+  return Value(std::move(list));
+}
+
+void Changes::test(const Draft& there, const Patch& patch, std::size_t operation,
+                   const Schema& schema) {
+  Value expected;
+  try {
+    expected = patch.value(operation, schema);
+  } catch (const Fault& fault) {
+    refuse(std::string("test failed: ") + fault.what());
+  }
+  if (!(there.value() == expected)) refuse("test failed: something else is there");
+}
+
+// Judges an operation and carries it out on the draft. Nothing for a `test`.
+std::optional<Changes::Change> Changes::check(const Patch& patch, std::size_t operation,
+                                              Draft& draft) {
+  const auto& [kind, path] = patch.operations()[operation];
+  const Tokens tokens = *pointerTokens(path);
+  try {
+    Change change{resolve(tokens), std::nullopt};
+    const auto& [keys, manner, schema, initial, inSet] = change.target;
+    if (inSet && kind != Patch::Kind::add) refuse("nothing stands at \"-\": it is only for add");
+    Draft& parent = follow(draft, withoutLast(keys), tokens);
+    const Draft* there = parent.at(keys.back());
+    if (there == nullptr && kind != Patch::Kind::add) refuse("nothing is there");
+    if (kind == Patch::Kind::test) {
+      test(*there, patch, operation, *schema);
+      return std::nullopt;
+    }
+    change.value = kind == Patch::Kind::remove ? initial : patch.value(operation, *schema);
+    if (inSet) change.value = joined(there->value(), *change.value);
+    if (change.value) {
+      parent.put(keys.back(), *change.value);
+    } else {
+      parent.erase(keys.back());
+    }
+    return change;
+  } catch (const Fault& fault) {
+    throw Fault(shownPointer(tokens), fault.what());
+  }
+}
+
+// ===== Writing
+
+void Changes::write(const Change& change, Writes& writes) const {
+  const auto& [keys, manner, schema, initial, inSet] = change.target;
+  const std::string& key = keys.back();
+  const std::unique_ptr<Place> parent = follow(native_, withoutLast(keys));
+  if (manner == Manner::collection) {
+    return writeCollection(*parent->at(key), *schema, *change.value, writes);
+  }
+  const bool goes = !change.value || (manner == Manner::entry && parent->has(key));
+  if (goes) parent->erase(key, writes);
+  if (change.value) parent->put(key, *change.value, writes);
+}
+
+// First those that go, then those that come or are replaced.
+void Changes::writeCollection(Place& place, const Schema& schema, const Value& value,
+                              Writes& writes) {
+  std::unordered_set<std::string_view> stay;
+  for (const Member& entry : value.object()) stay.insert(entry.key);
+  for (const std::string& key : place.keys()) {
+    if (!stay.contains(key)) place.erase(key, writes);
+  }
+  const bool isScalar = schema.element().kind() == Schema::Kind::scalar;
+  for (const auto& [key, entry] : value.object()) {
+    if (schema.isMounted(key)) {
+      writeCollection(*place.at(key), schema.element(), entry, writes);
+      continue;
+    }
+    if (!isScalar && place.has(key)) place.erase(key, writes);
+    place.put(key, entry, writes);
+  }
+}
+
+}  // namespace host

@@ -1,0 +1,41 @@
+#include "host/Draft.h"
+
+namespace host {
+
+Draft::Draft(const Value& value) {
+  if (value.as<Value::Object>() == nullptr) {
+    leaf_ = value;
+    return;
+  }
+  for (const Member& member : value.object()) put(member.key, member.value);
+}
+
+Draft* Draft::at(const std::string& key) {
+  if (const auto found = touched_.find(key); found != touched_.end()) return found->second.get();
+  std::unique_ptr<Place> place = native_ ? native_->at(key) : nullptr;
+  if (!place) return nullptr;
+  return (touched_[key] = std::make_unique<Draft>(std::move(place))).get();
+}
+
+void Draft::put(const std::string& key, const Value& value) {
+  touched_[key] = std::make_unique<Draft>(value);
+}
+
+void Draft::erase(const std::string& key) { touched_[key] = nullptr; }
+
+Value Draft::value() const {
+  if (leaf_) return *leaf_;
+  if (touched_.empty() && native_) return native_->value();
+  Value::Object members;
+  if (native_) {
+    for (const std::string& key : native_->keys()) {
+      if (!touched_.contains(key)) members.push_back({key, native_->at(key)->value()});
+    }
+  }
+  for (const auto& [key, draft] : touched_) {
+    if (draft) members.push_back({key, draft->value()});
+  }
+  return Value(std::move(members));
+}
+
+}  // namespace host

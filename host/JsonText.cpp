@@ -1,0 +1,51 @@
+#include "host/JsonText.h"
+
+#include <cerrno>
+#include <cstring>
+#include <memory>
+
+#include "host/JsonStream.h"
+#include "host/Text.h"
+
+namespace host {
+namespace {
+
+struct CloseFile {
+  void operator()(std::FILE* file) const { std::fclose(file); }
+};
+
+[[noreturn]] void throwUnreadable(int error) {
+  throw Fault("", std::string("cannot be read: ") + std::strerror(error));
+}
+
+void read(JsonStream& stream, SchemaReader& reader) {
+  const SyntaxFault syntax = parseJson(stream, reader);
+  if (stream.failed()) throwUnreadable(errno);
+  if (reader.fault()) throw *reader.fault();
+  if (syntax.reason.empty()) return;
+  throw Fault(reader.place(), "not JSON: " + syntax.reason, stream.position(syntax.offset));
+}
+
+}  // namespace
+
+void readJsonFile(const std::string& path, SchemaReader& reader) {
+  errno = 0;
+  const std::unique_ptr<std::FILE, CloseFile> file(std::fopen(path.c_str(), "rb"));
+  if (!file) throwUnreadable(errno);
+  JsonStream stream(file.get());
+  read(stream, reader);
+}
+
+void readJsonText(std::string_view text, SchemaReader& reader) {
+  JsonStream stream(text);
+  read(stream, reader);
+}
+
+std::string Fault::inFile(const std::string& file) const {
+  std::string line = shown(file);
+  if (!position_.empty()) line += ':' + position_;
+  if (!place_.empty()) line += ": " + place_;
+  return line + ": " + what();
+}
+
+}  // namespace host

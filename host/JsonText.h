@@ -1,0 +1,18 @@
+// JSON texts, read as streams of events. No text can overflow the stack, however deep it nests.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "host/SchemaReader.h"
+
+namespace host {
+
+// Feeds a file to a reader, a block at a time.
+// Throws: Fault, also for a file that can't be read; then the fault has no place.
+void readJsonFile(const std::string& path, SchemaReader& reader);
+
+// The same for a text.
+void readJsonText(std::string_view text, SchemaReader& reader);
+
+}  // namespace host

@@ -1,0 +1,123 @@
+#include "host/JsonWriter.h"
+
+#include <array>
+#include <charconv>
+
+namespace host {
+namespace {
+
+constexpr unsigned indent = 2;
+
+bool isSpecial(char c) { return static_cast<unsigned char>(c) < 0x20 || c == '"' || c == '\\'; }
+
+void appendEscaped(std::string& out, char c) {
+  constexpr std::string_view digits = "0123456789abcdef";
+  switch (c) {
+    case '"':
+    case '\\':
+      out += '\\';
+      out += c;
+      return;
+    case '\n':
+      out += "\\n";
+      return;
+    case '\r':
+      out += "\\r";
+      return;
+    case '\t':
+      out += "\\t";
+      return;
+    default:
+      out += "\\u00";
+      out += digits[static_cast<unsigned char>(c) >> 4];
+      out += digits[static_cast<unsigned char>(c) & 15];
+  }
+}
+
+template <class Number>
+std::string_view printed(std::array<char, 32>& buffer, Number number) {
+  const auto result = std::to_chars(buffer.data(), buffer.data() + buffer.size(), number);
+  return {buffer.data(), static_cast<std::size_t>(result.ptr - buffer.data())};
+}
+
+}  // namespace
+
+void JsonWriter::key(std::string_view key) {
+  separate();
+  string(key);
+  out_ += pretty_ ? ": " : ":";
+  afterKey_ = true;
+}
+
+void JsonWriter::text(std::string_view text) {
+  separate();
+  string(text);
+}
+
+void JsonWriter::number(std::uint64_t number) {
+  std::array<char, 32> buffer{};
+  literal(printed(buffer, number));
+}
+
+void JsonWriter::real(double number) {
+  std::array<char, 32> buffer{};
+  const std::string_view digits = printed(buffer, number);
+  literal(digits);
+  if (digits.find_first_of(".e") == std::string_view::npos) out_ += ".0";
+}
+
+std::string JsonWriter::take() {
+  if (pretty_) out_ += '\n';
+  return std::move(out_);
+}
+
+void JsonWriter::begin(char bracket) {
+  separate();
+  out_ += bracket;
+  ++depth_;
+  first_ = true;
+}
+
+void JsonWriter::end(char bracket) {
+  --depth_;
+  if (!first_) newLine();
+  out_ += bracket;
+  first_ = false;
+}
+
+void JsonWriter::literal(std::string_view text) {
+  separate();
+  out_ += text;
+}
+
+// Puts what stands between the last value and the one that comes now.
+void JsonWriter::separate() {
+  if (!afterKey_ && depth_ > 0) {
+    if (!first_) out_ += ',';
+    newLine();
+  }
+  afterKey_ = false;
+  first_ = false;
+}
+
+void JsonWriter::newLine() {
+  if (!pretty_) return;
+  out_ += '\n';
+  out_.append(std::size_t{depth_} * indent, ' ');
+}
+
+void JsonWriter::string(std::string_view text) {
+  out_ += '"';
+  while (!text.empty()) {
+    std::size_t plain = 0;
+    while (plain < text.size() && !isSpecial(text[plain])) ++plain;
+    out_ += text.substr(0, plain);
+    text.remove_prefix(plain);
+    if (text.empty()) break;
+    appendEscaped(out_, text.front());
+    text.remove_prefix(1);
+  }
+  out_ += '"';
+}
+
+}  // namespace host

@@ -1,0 +1,49 @@
+// Writes a JSON text into a string, compact or laid out for people.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <utility>
+
+namespace host {
+
+enum class Layout { compact, pretty };
+
+// Calls come in the order of the text. The text is valid if they nest and each key has one value.
+class JsonWriter {
+ public:
+  explicit JsonWriter(Layout layout) : pretty_(layout == Layout::pretty) {}
+
+  void beginObject() { begin('{'); }
+  void endObject() { end('}'); }
+  void beginArray() { begin('['); }
+  void endArray() { end(']'); }
+  void key(std::string_view key);
+
+  void text(std::string_view text);
+  void number(std::uint64_t number);
+  // Always with a fraction or an exponent. Requires: finite.
+  void real(double number);
+  void boolean(bool v) { literal(v ? "true" : "false"); }
+  void null() { literal("null"); }
+
+  // The finished text. A pretty one ends with a line end.
+  std::string take();
+
+ private:
+  void begin(char bracket);
+  void end(char bracket);
+  void literal(std::string_view text);
+  void separate();
+  void newLine();
+  void string(std::string_view text);
+
+  const bool pretty_;
+  std::string out_;
+  unsigned depth_ = 0;
+  bool first_ = true;  // nothing is in this object or array yet
+  bool afterKey_ = false;
+};
+
+}  // namespace host

@@ -1,0 +1,14 @@
+// The `model` format: the exact output records, every field, so that what is absent and what is
+// present with default values can be told apart. ModelReader.h reads it back.
+#pragma once
+
+#include <string>
+
+#include "host/JsonWriter.h"
+#include "host/Model.h"
+
+namespace host {
+
+std::string modelJson(const Model& model, Layout layout);
+
+}  // namespace host

@@ -1,0 +1,28 @@
+// The `openconfig` format: the OpenConfig QoS tree as JSON by RFC 7951. Types, ranges, keys and
+// uniqueness always hold in it: what a leaf can't hold is left out, with a warning.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <unordered_set>
+
+#include "host/JsonWriter.h"
+#include "host/Model.h"
+
+namespace host {
+
+class OpenConfigJson {
+ public:
+  using Warn = std::function<void(const std::string&)>;
+
+  // `warn` gets one line for each value that is left out, in a life of the renderer once.
+  explicit OpenConfigJson(Warn warn) : warn_(std::move(warn)) {}
+
+  std::string json(const Model& model, Layout layout);
+
+ private:
+  Warn warn_;
+  std::unordered_set<std::string> warned_;
+};
+
+}  // namespace host

@@ -1,0 +1,20 @@
+// JSON Pointers: the names of places in a document.
+#pragma once
+
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace host {
+
+using Tokens = std::vector<std::string>;
+
+// The tokens of a pointer, unescaped. Nothing for a text that is no pointer.
+std::optional<Tokens> pointerTokens(std::string_view pointer);
+
+// The pointer of the tokens, for a message: like `shown`, and "(document)" for the whole document.
+std::string shownPointer(std::span<const std::string> tokens);
+
+}  // namespace host

@@ -1,0 +1,53 @@
+#include "host/Roots.h"
+
+#include <algorithm>
+
+#include "QosOpenConfig/QosOpenConfigClassifierKivToOCSm.h"
+#include "host/Place.h"
+
+namespace host {
+namespace {
+
+Rok::Ptr<Rok::PtrInterface> classMapRoot(const Native& native, const Model& model) {
+  return QosOc::classMapKivToOcSmFactory(native.aclConfig, model.classifiers);
+}
+
+constexpr Root table[] = {
+    {"class-map", classMapRoot},
+    {"acl", nullptr},
+    {"class-action", nullptr},
+    {"interface-classifier", nullptr},
+    {"forwarding-group", nullptr},
+    {"queue", nullptr},
+    {"pfc", nullptr},
+    {"interface-pfc", nullptr},
+    {"queue-management", nullptr},
+    {"scheduler-policy", nullptr},
+};
+
+}  // namespace
+
+std::span<const Root> roots() { return table; }
+
+const Root* rootNamed(std::string_view name) {
+  const auto* found = std::find_if(std::begin(table), std::end(table),
+                                   [&](const Root& root) { return root.name == name; });
+  return found != std::end(table) ? found : nullptr;
+}
+
+std::vector<Rok::Ptr<Rok::PtrInterface>> buildRoots(
+    std::span<const std::string> names, const Native& native, const Model& model,
+    const std::function<void(const std::string&)>& report) {
+  std::vector<Rok::Ptr<Rok::PtrInterface>> built;
+  for (const Root& root : table) {
+    const bool wanted =
+        names.empty() || std::find(names.begin(), names.end(), root.name) != names.end();
+    if (!wanted || root.factory == nullptr) continue;
+    Writes attempt(
+        [&](const std::string& what) { report("root " + std::string(root.name) + ": " + what); });
+    attempt([&] { built.push_back(root.factory(native, model)); });
+  }
+  return built;
+}
+
+}  // namespace host

@@ -1,0 +1,33 @@
+// The roots: one for each translator. A root keeps the output in line with the native objects for
+// as long as it lives.
+#pragma once
+
+#include <functional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/Model.h"
+#include "host/Native.h"
+
+namespace host {
+
+struct Root {
+  std::string_view name;
+  // Null for a root that is not there yet.
+  Rok::Ptr<Rok::PtrInterface> (*factory)(const Native& native, const Model& model);
+};
+
+// All roots, in the order in which they are built.
+std::span<const Root> roots();
+// Null for a name that no root has.
+const Root* rootNamed(std::string_view name);
+
+// Builds the roots of those names, or all that are there when `names` is empty, always in the order
+// of the table. One that throws is reported, as "root <name>: <what>", and left out.
+std::vector<Rok::Ptr<Rok::PtrInterface>> buildRoots(
+    std::span<const std::string> names, const Native& native, const Model& model,
+    const std::function<void(const std::string&)>& report);
+
+}  // namespace host

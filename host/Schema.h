@@ -1,0 +1,105 @@
+// Which values a document may hold, told as data: each section declares its schema, and reading,
+// checking a change and comparing all go by it.
+//
+//   Schema::keyed(Key::named("a map type", mapTypes),
+//                 Schema::keyed(Key::name(),
+//                               Schema::record({{"match", Schema::set(...),
+//                               Value(Value::List())}})))
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/Value.h"
+
+namespace host {
+
+// A text that documents use for a native byte.
+struct Name {
+  std::string_view text;
+  unsigned char number;
+};
+
+// The keys of a collection.
+struct Key {
+  std::string expected;  // "a map type: qos or a number from 0 to 255"
+  // The canonical form of a key, a decimal for a named one; nothing for a text that is no such key.
+  std::function<std::optional<std::string>(std::string_view)> canonical;
+
+  static Key name();
+  // By name, or as the decimal of any byte.
+  static Key named(std::string_view what, std::span<const Name> names);
+};
+
+class Schema {
+ public:
+  enum class Kind { scalar, set, list, keyed, record, unavailable };
+  struct Member;
+
+  // A whole number from 0 to `max`.
+  static Schema number(std::uint64_t max);
+  static Schema real();
+  static Schema text();
+  // A byte by its name, as a number, or as a decimal.
+  static Schema named(std::string_view what, std::span<const Name> names);
+  // One value of a scalar and no other.
+  static Schema exactly(const Schema& schema, Value value, std::string expected);
+  // An array whose order means nothing and in which nothing is there twice.
+  static Schema set(Schema element);
+  static Schema list(Schema element);
+  // An object with any keys of a kind. The entries under `mounted` keys are always there.
+  static Schema keyed(Key key, Schema element, std::vector<std::string> mounted = {});
+  // Requires: at most 64 members.
+  static Schema record(std::vector<Member> members);
+  // Stands where nothing can be read yet, and says why.
+  static Schema unavailable(std::string reason);
+  // The same or null.
+  Schema orNull() const;
+
+  Kind kind() const { return kind_; }
+  bool mayBeNull() const { return mayBeNull_; }
+  // What a message says that it expected here; the reason for `unavailable`.
+  const std::string& expected() const { return expected_; }
+
+  // The canonical form of a scalar; nothing for a value that can't stand here.
+  std::optional<Value> accept(const Value& value) const { return accept_(value); }
+  // Of a set, a list or a collection.
+  const Schema& element() const { return *element_; }
+  const Key& key() const { return *key_; }
+  bool isMounted(std::string_view key) const;
+  const std::vector<Member>& members() const { return *members_; }
+  // Null when there is no such member.
+  const Member* member(std::string_view name) const;
+
+  // A collection without entries, but for the mounted ones. Requires: kind keyed.
+  Value empty() const;
+
+ private:
+  Schema(Kind kind, std::string expected) : kind_(kind), expected_(std::move(expected)) {}
+  static Schema scalar(std::string expected,
+                       std::function<std::optional<Value>(const Value&)> accept);
+
+  Kind kind_;
+  bool mayBeNull_ = false;
+  std::string expected_;
+  std::function<std::optional<Value>(const Value&)> accept_;
+  std::shared_ptr<const Schema> element_;
+  std::shared_ptr<const Key> key_;
+  std::shared_ptr<const std::vector<Member>> members_;
+  std::vector<std::string> mounted_;
+};
+
+struct Schema::Member {
+  std::string name;
+  Schema schema;
+  // What it is when left out. Without it, a member that is left out is absent.
+  std::optional<Value> initial = std::nullopt;
+};
+
+}  // namespace host

@@ -1,0 +1,223 @@
+#include "host/SchemaReader.h"
+
+#include <algorithm>
+#include <sstream>
+#include <utility>
+
+#include "host/Text.h"
+
+namespace host {
+namespace {
+
+// A scalar as a message names it.
+std::string described(const Value& value) {
+  std::ostringstream out;
+  if (const auto* v = value.as<bool>()) out << (*v ? "true" : "false");
+  if (const auto* v = value.as<std::uint64_t>()) out << *v;
+  if (const auto* v = value.as<std::int64_t>()) out << *v;
+  if (const auto* v = value.as<double>()) out << *v;
+  if (const auto* v = value.as<std::string>()) out << quoted(*v);
+  return out.str();
+}
+
+bool isObject(const Schema& schema) {
+  return schema.kind() == Schema::Kind::keyed || schema.kind() == Schema::Kind::record;
+}
+bool isArray(const Schema& schema) {
+  return schema.kind() == Schema::Kind::set || schema.kind() == Schema::Kind::list;
+}
+
+// A bit for each member of a record.
+std::uint64_t bitOf(const Schema& record, const Schema::Member& member) {
+  return std::uint64_t{1} << (&member - record.members().data());
+}
+
+bool lessNumber(const Value& a, const Value& b) { return a.number() < b.number(); }
+
+}  // namespace
+
+bool SchemaReader::Null() {
+  if (expected().mayBeNull()) return complete(Value());
+  return refuse("null is never a value here: expected " + expected().expected());
+}
+bool SchemaReader::Bool(bool v) { return scalar(Value(v)); }
+bool SchemaReader::Int64(std::int64_t v) {
+  return v >= 0 ? Uint64(static_cast<std::uint64_t>(v)) : scalar(Value(v));
+}
+bool SchemaReader::Uint64(std::uint64_t v) { return scalar(Value(v)); }
+bool SchemaReader::Double(double v) { return scalar(Value(v)); }
+
+bool SchemaReader::String(const char* text, unsigned size, bool /*copy*/) {
+  const std::string_view view(text, size);
+  if (!isUtf8(view)) return refuse("this string is not valid Unicode: " + quoted(view));
+  return scalar(Value(std::string(view)));
+}
+
+bool SchemaReader::StartObject() {
+  if (!isObject(expected())) return mismatch("an object");
+  begin(Value(Value::Object()));
+  return true;
+}
+
+bool SchemaReader::StartArray() {
+  if (!isArray(expected())) return mismatch("an array");
+  begin(Value(Value::List()));
+  return true;
+}
+
+bool SchemaReader::Key(const char* text, unsigned size, bool /*copy*/) {
+  const std::string_view key(text, size);
+  if (!isUtf8(key)) return refuse("this key is not valid Unicode: " + quoted(key));
+  frames_.back().atMember = true;
+  const bool fits = frames_.back().schema->kind() == Schema::Kind::keyed ? keyOfCollection(key)
+                                                                         : keyOfRecord(key);
+  if (!fits) return false;
+  const Schema& next = *frames_.back().next;
+  return next.kind() != Schema::Kind::unavailable || refuse(next.expected());
+}
+
+bool SchemaReader::EndObject(unsigned /*members*/) {
+  end();
+  return !fault_;
+}
+
+bool SchemaReader::EndArray(unsigned /*elements*/) {
+  end();
+  return !fault_;
+}
+
+std::string SchemaReader::place() const { return shownPointer(tokens()); }
+
+// The schema of the value that comes now.
+const Schema& SchemaReader::expected() const {
+  if (frames_.empty()) return schema_;
+  const Frame& frame = frames_.back();
+  return isArray(*frame.schema) ? frame.schema->element() : *frame.next;
+}
+
+bool SchemaReader::refuse(const std::string& reason) {
+  fault_.emplace(place(), reason);
+  return false;
+}
+
+bool SchemaReader::mismatch(const std::string& actual) {
+  return refuse("expected " + expected().expected() + ", not " + actual);
+}
+
+bool SchemaReader::scalar(const Value& value) {
+  const Schema& schema = expected();
+  if (schema.kind() != Schema::Kind::scalar) return mismatch(described(value));
+  std::optional<Value> canonical = schema.accept(value);
+  return canonical ? complete(std::move(*canonical)) : mismatch(described(value));
+}
+
+void SchemaReader::begin(Value container) {
+  const Schema& schema = expected();
+  const bool first = frames_.empty();
+  const bool handedOn =
+      sink_ != nullptr &&
+      (first || (frames_.back().handedOn && schema.kind() == Schema::Kind::keyed));
+  if (handedOn && !first) sink_->collectionBegins(frames_.back().key);
+  frames_.push_back(Frame{&schema, handedOn, std::move(container)});
+}
+
+bool SchemaReader::keyOfCollection(std::string_view key) {
+  Frame& frame = frames_.back();
+  frame.next = &frame.schema->element();
+  std::optional<std::string> canonical = frame.schema->key().canonical(key);
+  frame.written = canonical == key ? std::nullopt : std::optional(std::string(key));
+  if (!canonical) return refuse("this key is not " + frame.schema->key().expected);
+  frame.key = std::move(*canonical);
+  return frame.seen.insert(frame.key).second || refuse("the same key twice");
+}
+
+bool SchemaReader::keyOfRecord(std::string_view key) {
+  Frame& frame = frames_.back();
+  frame.key = key;
+  const Schema::Member* member = frame.schema->member(key);
+  if (member == nullptr) return refuse("unknown member");
+  frame.next = &member->schema;
+  const std::uint64_t bit = bitOf(*frame.schema, *member);
+  if ((frame.members & bit) != 0) return refuse("the same member twice");
+  frame.members |= bit;
+  return true;
+}
+
+// Takes the finished object or array off the frames and gives it to the one around it.
+void SchemaReader::end() {
+  Frame frame = std::move(frames_.back());
+  frames_.pop_back();
+  if (frame.handedOn) {
+    if (!frames_.empty()) sink_->collectionEnds();
+    return;
+  }
+  fillIn(frame);
+  complete(std::move(frame.value));
+}
+
+// Puts in what was left out.
+void SchemaReader::fillIn(Frame& frame) const {
+  switch (frame.schema->kind()) {
+    case Schema::Kind::record:
+      for (const Schema::Member& member : frame.schema->members()) {
+        if (member.initial && (frame.members & bitOf(*frame.schema, member)) == 0) {
+          frame.value.object().push_back({member.name, *member.initial});
+        }
+      }
+      return;
+    case Schema::Kind::keyed: {
+      const Value empty = frame.schema->empty();
+      for (const Member& mounted : empty.object()) {
+        if (!frame.seen.contains(mounted.key)) frame.value.object().push_back(mounted);
+      }
+      return;
+    }
+    case Schema::Kind::set:
+      return std::sort(frame.value.list().begin(), frame.value.list().end(), lessNumber);
+    default:
+      return;
+  }
+}
+
+bool SchemaReader::complete(Value value) {
+  if (frames_.empty()) {
+    result_ = std::move(value);
+    return true;
+  }
+  Frame& frame = frames_.back();
+  if (isArray(*frame.schema)) return element(frame, std::move(value));
+  if (frame.handedOn) {
+    try {
+      sink_->entry(frame.key, std::move(value));
+    } catch (const Fault& fault) {
+      return refuse(fault.what());
+    }
+  } else {
+    frame.value.object().push_back({frame.key, std::move(value)});
+  }
+  return true;
+}
+
+bool SchemaReader::element(Frame& frame, Value value) {
+  Value::List& list = frame.value.list();
+  const bool twice = frame.schema->kind() == Schema::Kind::set &&
+                     std::find(list.begin(), list.end(), value) != list.end();
+  if (twice) return refuse("the same value twice");
+  list.push_back(std::move(value));
+  ++frame.elements;
+  return true;
+}
+
+Tokens SchemaReader::tokens() const {
+  Tokens tokens;
+  for (const Frame& frame : frames_) {
+    if (isArray(*frame.schema)) {
+      tokens.push_back(std::to_string(frame.elements));
+    } else if (frame.atMember) {
+      tokens.push_back(frame.written.value_or(frame.key));
+    }
+  }
+  return tokens;
+}
+
+}  // namespace host

@@ -1,0 +1,99 @@
+// Builds a checked value from the events of a JSON text, a step at a time, and stops at the first
+// that doesn't fit its schema. So what is held is never more than the schema allows, and however
+// deep a text nests, it is left where it leaves the schema.
+//
+// A text of any length can be read through an EntrySink: the collections on the upper levels of the
+// document are then handed on entry by entry and not kept.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_set>
+#include <vector>
+
+#include "host/Fault.h"
+#include "host/Pointer.h"
+#include "host/Schema.h"
+#include "host/Value.h"
+
+namespace host {
+
+// Takes the entries of a document as they are read. Keys are canonical, values checked.
+class EntrySink {
+ public:
+  virtual ~EntrySink() = default;
+  // A collection of collections hands its entries on one by one, between these two.
+  virtual void collectionBegins(const std::string& key) = 0;
+  virtual void collectionEnds() = 0;
+  virtual void entry(const std::string& key, Value value) = 0;
+};
+
+class SchemaReader {
+ public:
+  // With a sink, `schema` is the record of a whole document. Both must outlive the reader.
+  explicit SchemaReader(const Schema& schema, EntrySink* sink = nullptr)
+      : schema_(schema), sink_(sink) {}
+
+  // The events, by the names that the parser calls. Each returns false once there is a fault.
+  bool Null();
+  bool Bool(bool v);
+  bool Int(std::int32_t v) { return Int64(v); }
+  bool Uint(std::uint32_t v) { return Uint64(v); }
+  bool Int64(std::int64_t v);
+  bool Uint64(std::uint64_t v);
+  bool Double(double v);
+  bool RawNumber(const char* text, unsigned size, bool /*copy*/) {
+    return String(text, size, true);
+  }
+  bool String(const char* text, unsigned size, bool copy);
+  bool StartObject();
+  bool Key(const char* text, unsigned size, bool copy);
+  bool EndObject(unsigned members);
+  bool StartArray();
+  bool EndArray(unsigned elements);
+
+  // What is wrong; nothing while all is well.
+  const std::optional<Fault>& fault() const { return fault_; }
+  // The place at which the reader stands.
+  std::string place() const;
+  // The whole value. Requires: a text was read to its end without a fault, and there is no sink.
+  Value take() { return std::move(result_); }
+
+ private:
+  // An object or array that has begun.
+  struct Frame {
+    const Schema* schema;
+    bool handedOn;                                      // its entries go to the sink
+    Value value;                                        // what is built, unless handed on
+    std::string key = {};                               // of the member being read, canonical
+    std::optional<std::string> written = std::nullopt;  // the same as the text has it, if different
+    const Schema* next = nullptr;                       // the schema of that member
+    std::unordered_set<std::string> seen = {};          // keys of a collection
+    std::uint64_t members = 0;  // those of a record that were seen, a bit each
+    bool atMember = false;      // a key was read
+    std::size_t elements = 0;
+  };
+
+  const Schema& expected() const;
+  bool refuse(const std::string& reason);
+  bool mismatch(const std::string& actual);
+  bool scalar(const Value& value);
+  void begin(Value container);
+  bool keyOfCollection(std::string_view key);
+  bool keyOfRecord(std::string_view key);
+  void end();
+  void fillIn(Frame& frame) const;
+  bool complete(Value value);
+  bool element(Frame& frame, Value value);
+  Tokens tokens() const;
+
+  const Schema& schema_;
+  EntrySink* sink_;
+  std::vector<Frame> frames_;
+  std::optional<Fault> fault_;
+  Value result_;
+};
+
+}  // namespace host

@@ -1,0 +1,32 @@
+// The sections of the native document, one for each top-level member. Each lives in a file of its
+// own below sections/ and is entered in the table of Sections.cpp.
+#pragma once
+
+#include <memory>
+#include <string_view>
+
+#include "host/Native.h"
+#include "host/Place.h"
+#include "host/Schema.h"
+
+namespace host {
+
+struct Section {
+  std::string_view name;
+  Schema schema;
+  // The section's place over the native objects, which outlive it.
+  std::unique_ptr<Place> (*place)(const Native& native);
+};
+
+// The schema of a whole native document.
+const Schema& nativeSchema();
+
+// The place of the whole document.
+std::unique_ptr<Place> nativePlace(const Native& native);
+
+// Mounts a native document. Requires: nothing but the mounted entries is there.
+// Throws: Fault; then part of the document may be mounted.
+void readNative(const std::string& path, const Native& native);
+void readNativeText(std::string_view text, const Native& native);
+
+}  // namespace host

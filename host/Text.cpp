@@ -1,0 +1,107 @@
+#include "host/Text.h"
+
+#include <array>
+#include <charconv>
+#include <cstdio>
+#include <cstring>
+
+namespace host {
+namespace {
+
+constexpr std::size_t longText = 160;  // bytes; a longer text is cut
+constexpr std::size_t shortened = 60;  // to so many
+
+// The bytes that follow a lead byte, and the smallest character that needs them.
+struct Lead {
+  int more;
+  char32_t bits;
+  char32_t least;
+};
+
+std::optional<Lead> leadOf(unsigned char byte) {
+  if (byte < 0x80) return Lead{0, byte, 0};
+  if ((byte & 0xe0) == 0xc0) return Lead{1, byte & 0x1fu, 0x80};
+  if ((byte & 0xf0) == 0xe0) return Lead{2, byte & 0x0fu, 0x800};
+  if ((byte & 0xf8) == 0xf0) return Lead{3, byte & 0x07u, 0x10000};
+  return std::nullopt;
+}
+
+std::size_t asciiPrefix(std::string_view text) {
+  std::size_t n = 0;
+  for (std::uint64_t word = 0; n + sizeof(word) <= text.size(); n += sizeof(word)) {
+    std::memcpy(&word, text.data() + n, sizeof(word));
+    if ((word & 0x8080808080808080u) != 0) break;
+  }
+  while (n < text.size() && static_cast<unsigned char>(text[n]) < 0x80) ++n;
+  return n;
+}
+
+bool isPlain(char32_t c) {
+  if (c < 0x20 || (c >= 0x7f && c < 0xa0)) return false;  // controls
+  if (c >= 0x2028 && c <= 0x202e) return false;           // line ends, changes of direction
+  return !(c >= 0x2066 && c <= 0x2069) && c != 0xfeff && c != 0x200e && c != 0x200f;
+}
+
+template <class... Args>
+std::string printed(const char* format, Args... args) {
+  std::array<char, 32> buffer{};
+  std::snprintf(buffer.data(), buffer.size(), format, args...);
+  return buffer.data();
+}
+
+}  // namespace
+
+std::optional<char32_t> takeCharacter(std::string_view& text) {
+  const std::optional<Lead> lead = leadOf(static_cast<unsigned char>(text.front()));
+  const std::string_view rest = text.substr(1);
+  text = rest;
+  if (!lead || rest.size() < static_cast<std::size_t>(lead->more)) return std::nullopt;
+  char32_t c = lead->bits;
+  for (int i = 0; i < lead->more; ++i) {
+    const auto byte = static_cast<unsigned char>(rest[i]);
+    if ((byte & 0xc0) != 0x80) return std::nullopt;
+    c = (c << 6) | (byte & 0x3fu);
+  }
+  if (c < lead->least || c > 0x10ffff || (c >= 0xd800 && c <= 0xdfff)) return std::nullopt;
+  text = rest.substr(lead->more);
+  return c;
+}
+
+bool isUtf8(std::string_view text) {
+  while (!text.empty()) {
+    text.remove_prefix(asciiPrefix(text));
+    if (!text.empty() && !takeCharacter(text)) return false;
+  }
+  return true;
+}
+
+std::optional<std::uint64_t> decimal(std::string_view text, std::uint64_t max) {
+  if (text.empty() || (text.front() == '0' && text.size() > 1)) return std::nullopt;
+  std::uint64_t number = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (error != std::errc() || end != text.data() + text.size() || number > max) return std::nullopt;
+  return number;
+}
+
+std::string shown(std::string_view text) {
+  const bool cut = text.size() > longText;
+  std::string_view rest = text;
+  std::string line;
+  while (!rest.empty() && !(cut && text.size() - rest.size() >= shortened)) {
+    const std::string_view before = rest;
+    const std::optional<char32_t> c = takeCharacter(rest);
+    if (!c) {
+      line += printed("\\x%02x", static_cast<unsigned char>(before.front()));
+    } else if (!isPlain(*c)) {
+      line += printed("\\u%04x", static_cast<unsigned>(*c));
+    } else {
+      line += before.substr(0, before.size() - rest.size());
+    }
+  }
+  if (cut) line += printed("...(%zu bytes)", text.size());
+  return line;
+}
+
+std::string quoted(std::string_view text) { return '"' + shown(text) + '"'; }
+
+}  // namespace host

@@ -1,0 +1,27 @@
+// Texts from outside: whether they are legal, and how messages show them.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace host {
+
+// Takes the first character off `text`. Nothing when the bytes there are not valid UTF-8: then one
+// byte is taken. Requires: text is not empty.
+std::optional<char32_t> takeCharacter(std::string_view& text);
+
+bool isUtf8(std::string_view text);
+
+// The number that a canonical decimal stands for: no sign, no leading zero, at most `max`.
+std::optional<std::uint64_t> decimal(std::string_view text, std::uint64_t max);
+
+// A text for a message. It stays one short line whatever it holds: control characters and others
+// that would move the cursor or turn the line round, and bytes that are not UTF-8, are escaped, and
+// a long text is cut and says how long it is.
+std::string shown(std::string_view text);
+// The same in double quotes.
+std::string quoted(std::string_view text);
+
+}  // namespace host

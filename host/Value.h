@@ -1,0 +1,74 @@
+// A value of a document once it has been checked against its schema. It is canonical: numbers stand
+// for names, sets are sorted, what was left out and has a default is there. So two values that mean
+// the same compare equal.
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <variant>
+#include <vector>
+
+namespace host {
+
+struct Member;
+
+class Value {
+ public:
+  using List = std::vector<Value>;
+  using Object = std::vector<Member>;  // in the order in which the document tells them
+
+  Value() = default;  // null
+  explicit Value(bool v) : data_(v) {}
+  explicit Value(std::uint64_t v) : data_(v) {}
+  explicit Value(std::int64_t v) : data_(v) {}  // negative ones only
+  explicit Value(double v) : data_(v) {}
+  explicit Value(std::string v) : data_(std::move(v)) {}
+  explicit Value(const char* v) : data_(std::string(v)) {}
+  explicit Value(List v) : data_(std::move(v)) {}
+  explicit Value(Object v) : data_(std::move(v)) {}
+
+  template <class T>
+  const T* as() const {
+    return std::get_if<T>(&data_);
+  }
+  bool isNull() const { return as<std::monostate>() != nullptr; }
+
+  // Each requires that the value is of that kind.
+  std::uint64_t number() const { return std::get<std::uint64_t>(data_); }
+  double real() const { return std::get<double>(data_); }
+  const std::string& text() const { return std::get<std::string>(data_); }
+  const List& list() const { return std::get<List>(data_); }
+  List& list() { return std::get<List>(data_); }
+  const Object& object() const { return std::get<Object>(data_); }
+  Object& object() { return std::get<Object>(data_); }
+
+  // The member of an object; null when there is none.
+  const Value* find(std::string_view key) const;
+  // The member of an object. Requires: it is there.
+  const Value& at(std::string_view key) const { return *find(key); }
+
+  // The order of an object's members doesn't count.
+  friend bool operator==(const Value& a, const Value& b);
+
+ private:
+  std::variant<std::monostate, bool, std::uint64_t, std::int64_t, double, std::string, List, Object>
+      data_;
+};
+
+struct Member {
+  std::string key;
+  Value value;
+  friend bool operator==(const Member&, const Member&) = default;
+};
+
+inline const Value* Value::find(std::string_view key) const {
+  for (const Member& member : object()) {
+    if (member.key == key) return &member.value;
+  }
+  return nullptr;
+}
+
+}  // namespace host

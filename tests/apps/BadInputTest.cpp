@@ -1,0 +1,149 @@
+// Documents that are refused: one line on standard error, exit code 2, nothing translated.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "Paths.h"
+#include "tests/support/HostProgram.h"
+
+namespace {
+
+using support::HostFolder;
+using support::HostRun;
+using support::hostRun;
+
+// The sanitizers make reading ten times slower and memory several times larger.
+#if defined(__SANITIZE_ADDRESS__)
+constexpr std::size_t large = 10'000'000;
+#else
+constexpr std::size_t large = 100'000'000;
+#endif
+
+class BadInput : public testing::Test {
+ protected:
+  std::string file(std::string_view text) { return folder_.file("bad.json", text); }
+  // Both commands refuse the file at `path` with the same words.
+  void expectRefused(const std::string& path, const std::string& message) {
+    for (const char* command : {"check", "translate"}) {
+      const HostRun run = hostRun({paths::qosoc, command, path});
+      EXPECT_EQ(run.exit, 2) << command;
+      EXPECT_EQ(run.out, "") << command;
+      EXPECT_EQ(run.err, "qosoc: " + path + message + "\n") << command;
+    }
+  }
+  void expectTextRefused(std::string_view text, const std::string& message) {
+    expectRefused(file(text), message);
+  }
+
+  HostFolder folder_;
+};
+
+TEST_F(BadInput, IsAFileThatIsNotThere) {
+  expectRefused(folder_.path("none.json"), ": cannot be read: No such file or directory");
+}
+
+TEST_F(BadInput, IsADirectory) {
+  expectRefused(folder_.path("."), ": cannot be read: Is a directory");
+}
+
+TEST_F(BadInput, IsAnEmptyFile) {
+  expectTextRefused("", ":1:1: (document): not JSON: The document is empty.");
+}
+
+TEST_F(BadInput, IsNotJson) {
+  expectTextRefused("{\n  \"class-maps\": [\n", ": /class-maps: expected an object, not an array");
+  expectTextRefused("{\n  \"class-maps\": {\n",
+                    ":3:1: /class-maps: not JSON: Missing a name for object member.");
+}
+
+TEST_F(BadInput, HasTextBehindTheDocument) {
+  expectTextRefused("{}\n}\n",
+                    ":2:1: (document): not JSON: The document root must not be followed by other "
+                    "values.");
+}
+
+TEST_F(BadInput, IsNotUnicode) {
+  expectTextRefused("{\"class-maps\": {\"qos\": {\"V\": {\"match\": [\"\xc3(\"]}}}}",
+                    ": /class-maps/qos/V/match/0: this string is not valid Unicode: \"\\xc3(\"");
+  expectTextRefused("{\"class-maps\": {\"qos\": {\"\xc3(\": {}}}}",
+                    ": /class-maps/qos: this key is not valid Unicode: \"\\xc3(\"");
+}
+
+TEST_F(BadInput, HoldsAWrongValue) {
+  expectTextRefused(R"({"class-maps": {"qos": {"V": {"match": [256]}}}})",
+                    ": /class-maps/qos/V/match/0: expected a match option: ip-access-group, "
+                    "ipv6-access-group or a number from 0 to 255, not 256");
+  expectTextRefused(R"({"class-maps": {"1": {}, "qos": {}}})",
+                    ": /class-maps/qos: the same key twice");
+  expectTextRefused(R"({"queue-names": {}})", ": /queue-names: this section is not translated yet");
+  expectTextRefused(R"({"queue-name": {}})", ": /queue-name: unknown member");
+}
+
+TEST_F(BadInput, CannotWriteToTheTerminal) {
+  expectTextRefused("{\"class-maps\": {\"qos\": {\"\\u001b[2J\\n\": 1}}}",
+                    ": /class-maps/qos/\\u001b[2J\\u000a: expected an object, not 1");
+}
+
+TEST_F(BadInput, HasALongName) {
+  const std::string name(large, 'a');
+  const std::string path = file("{\"" + name + "\": 1}");
+  const HostRun run = hostRun({paths::qosoc, "check", path});
+  EXPECT_EQ(run.exit, 2);
+  EXPECT_EQ(run.err, "qosoc: " + path + ": /" + name.substr(0, 60) + "...(" +
+                         std::to_string(large) + " bytes): unknown member\n");
+}
+
+TEST_F(BadInput, NestsDeep) {
+  const std::string deep(large / 10, '[');
+  expectTextRefused(deep, ": (document): expected an object, not an array");
+  expectTextRefused(R"({"class-maps": {"qos": {"V": {"match": )" + deep,
+                    ": /class-maps/qos/V/match/0: expected a match option: ip-access-group, "
+                    "ipv6-access-group or a number from 0 to 255, not an array");
+}
+
+TEST_F(BadInput, IsReportedForAnInitialModelToo) {
+  const std::string native = folder_.file("native.json", "{}");
+  const std::string model = file(R"({"queues": {"q": {}}})");
+  const HostRun run = hostRun({paths::qosoc, "translate", native, "--initial", model});
+  EXPECT_EQ(run.exit, 2);
+  EXPECT_EQ(run.out, "");
+  EXPECT_EQ(run.err, "qosoc: " + model + ": /queues/q: this part of the model can't be read yet\n");
+}
+
+TEST_F(BadInput, IsAChangeFileThatCannotBeRead) {
+  const std::string native = folder_.file("native.json", "{}");
+  const std::string none = folder_.path("none.jsonl");
+  const HostRun run = hostRun({paths::qosoc, "translate", native, "--each", "--changes", none});
+  EXPECT_EQ(run.exit, 2);
+  EXPECT_EQ(run.out, "");
+  EXPECT_EQ(run.err, "qosoc: " + none + ": cannot be read: No such file or directory\n");
+  const std::string folder = folder_.path(".");
+  const HostRun other = hostRun({paths::qosoc, "translate", native, "--each", "--changes", folder});
+  EXPECT_EQ(other.exit, 2);
+  EXPECT_EQ(other.out, "");
+  EXPECT_EQ(other.err, "qosoc: " + folder + ": cannot be read: Is a directory\n");
+}
+
+TEST_F(BadInput, NestsDeepInAChangeLine) {
+  const std::string native = folder_.file("native.json", "{}");
+  std::string lines(large / 10, '[');
+  lines.append("\n[]\n");
+  const HostRun run = hostRun({paths::qosoc, "translate", native, "--changes", "-"}, {lines});
+  EXPECT_EQ(run.exit, 1);
+  EXPECT_EQ(run.err, "line 1: refused: (line): nested too deep\n");
+}
+
+TEST(LargeInput, OfOneLongNameIsTranslated) {
+  const HostFolder folder;
+  const std::string name(large, 'a');
+  const std::string path =
+      folder.file("large.json", R"({"class-maps": {"qos": {"__yang_[)" + name +
+                                    R"(]_[]": {"match": ["ip-access-group"]}}}})");
+  const HostRun run = hostRun({paths::qosoc, "translate", path, "--each"});
+  EXPECT_EQ(run.exit, 0);
+  EXPECT_EQ(run.err, "");
+  EXPECT_GT(run.out.size(), 2 * large);
+  EXPECT_EQ(std::count(run.out.begin(), run.out.end(), '\n'), 1);
+}
+
+}  // namespace

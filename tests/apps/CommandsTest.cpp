@@ -1,0 +1,106 @@
+// What the program says of itself, and how it takes its arguments.
+#include <gtest/gtest.h>
+
+#include "Paths.h"
+#include "host/Version.h"
+#include "tests/support/HostProgram.h"
+
+namespace {
+
+using support::HostFolder;
+using support::HostRun;
+using support::hostRun;
+
+HostRun qosoc(const std::vector<std::string>& words) {
+  std::vector<std::string> command{paths::qosoc};
+  command.insert(command.end(), words.begin(), words.end());
+  return hostRun(command);
+}
+
+void expectUsageError(const std::vector<std::string>& words, const std::string& message) {
+  const HostRun run = qosoc(words);
+  EXPECT_EQ(run.exit, 2) << message;
+  EXPECT_EQ(run.out, "");
+  EXPECT_EQ(run.err, "qosoc: " + message + "\n");
+}
+
+TEST(Qosoc, TellsItsVersion) {
+  const HostRun run = qosoc({"--version"});
+  EXPECT_EQ(run.exit, 0);
+  EXPECT_EQ(run.out, "qosoc " + std::string(host::version()) + "\n");
+  EXPECT_EQ(run.err, "");
+}
+
+TEST(Qosoc, TeachesItsCommands) {
+  const HostRun all = qosoc({"--help"});
+  EXPECT_EQ(all.exit, 0);
+  EXPECT_NE(all.out.find("qosoc translate NATIVE.json"), std::string::npos);
+  EXPECT_NE(all.out.find("qosoc check NATIVE.json"), std::string::npos);
+  for (const char* command : {"translate", "check"}) {
+    const HostRun run = qosoc({command, "--help"});
+    EXPECT_EQ(run.exit, 0);
+    EXPECT_EQ(run.out.find("usage: qosoc " + std::string(command)), 0u);
+    EXPECT_NE(run.out.find("\n  $ qosoc "), std::string::npos) << "no example";
+    EXPECT_EQ(run.err, "");
+  }
+}
+
+// The help shows a document, a change and what they give. It must be true.
+TEST(Qosoc, ShowsAnExampleThatIsTrue) {
+  const std::string help = qosoc({"translate", "--help"}).out;
+  const auto shown = [&](const std::string& command, int line) {
+    std::size_t at = help.find("  $ " + command);
+    EXPECT_NE(at, std::string::npos) << command;
+    for (int i = 0; i < line; ++i) at = help.find('\n', at) + 1;
+    return help.substr(at + 2, help.find('\n', at) - at - 2);
+  };
+  const HostFolder folder;
+  const HostRun run =
+      qosoc({"translate", folder.file("router.json", shown("cat router.json", 1)), "--changes",
+             folder.file("changes.jsonl", shown("cat changes.jsonl", 1)), "--each"});
+  EXPECT_EQ(run.exit, 0) << run.err;
+  EXPECT_EQ(run.out, shown("qosoc translate", 1) + '\n' + shown("qosoc translate", 2) + '\n');
+}
+
+TEST(Qosoc, RefusesWhatItDoesNotKnow) {
+  expectUsageError({}, "a command is missing (see qosoc --help)");
+  expectUsageError({"convert"}, "there is no command \"convert\" (see qosoc --help)");
+  expectUsageError({"translate"}, "NATIVE.json is missing (see qosoc translate --help)");
+  expectUsageError({"check"}, "NATIVE.json is missing (see qosoc check --help)");
+  expectUsageError({"check", "a", "b"}, "what is \"b\"? (see qosoc check --help)");
+  expectUsageError({"check", "--each", "a"}, "unknown option \"--each\" (see qosoc check --help)");
+  expectUsageError({"translate", "a", "--formt=model"},
+                   "unknown option \"--formt\" (see qosoc translate --help)");
+}
+
+TEST(Qosoc, JudgesAllOptionsBeforeItReadsAFile) {
+  const std::string see = " (see qosoc translate --help)";
+  expectUsageError({"translate", "none.json", "--changes"}, "--changes needs a value" + see);
+  expectUsageError({"translate", "none.json", "--each=1"}, "\"--each=1\" takes no value" + see);
+  expectUsageError({"translate", "none.json", "--format", "xml"},
+                   "--format: expected openconfig or model, not \"xml\"" + see);
+  expectUsageError({"translate", "none.json", "--trace", "0,10"},
+                   "--trace: expected levels from 0 to 9, not \"10\"" + see);
+  expectUsageError({"translate", "none.json", "--trace", "0,"},
+                   "--trace: expected levels from 0 to 9, not \"\"" + see);
+  expectUsageError({"translate", "none.json", "--order-seed", "-1"},
+                   "--order-seed: expected a number from 0 to 4294967295, not \"-1\"" + see);
+  expectUsageError({"translate", "none.json", "--roots", "class-map,bridge"},
+                   "--roots: there is no root \"bridge\"" + see);
+  for (const char* root :
+       {"acl", "class-action", "interface-classifier", "forwarding-group", "queue", "pfc",
+        "interface-pfc", "queue-management", "scheduler-policy"}) {
+    expectUsageError({"translate", "none.json", "--roots", root},
+                     "--roots: " + std::string(root) + " is not there yet" + see);
+  }
+}
+
+TEST(Qosoc, TakesAValueBehindAnEqualsSignAndOperandsBehindTwoDashes) {
+  const HostFolder folder;
+  const std::string file = folder.file("native.json", "{}");
+  const HostRun run = qosoc({"translate", "--format=model", "--", file});
+  EXPECT_EQ(run.exit, 0) << run.err;
+  EXPECT_EQ(run.out.find("{\n  \"classifiers\": {},"), 0u);
+}
+
+}  // namespace

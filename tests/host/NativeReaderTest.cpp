@@ -1,0 +1,173 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "host/Sections.h"
+#include "tests/support/HostDevice.h"
+
+namespace host {
+namespace {
+
+using support::HostDevice;
+using support::hostFault;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+std::string faultOf(std::string_view document) {
+  return hostFault([&] { HostDevice device(document); });
+}
+
+TEST(NativeDocument, MountsTheQosEntryAlsoWhenItIsLeftOut) {
+  for (const char* document : {"{}", R"({"class-maps": {}})", R"({"class-maps": {"qos": {}}})"}) {
+    const HostDevice device(document);
+    ASSERT_TRUE(device.classMaps()) << document;
+    EXPECT_EQ(device.classMaps()->type(), Qos::mapQos);
+    EXPECT_EQ(device.native.aclConfig->cmapType().members(), 1u);
+    EXPECT_THAT(device.contents(), IsEmpty());
+  }
+}
+
+TEST(NativeDocument, HoldsClassMapsWithTheirMatchOptions) {
+  const HostDevice device(R"({"class-maps": {"qos": {
+      "VOICE": {"match": ["ipv6-access-group", "ip-access-group"]},
+      "VIDEO": {"match": [1, "7", 255]},
+      "PLAIN": {},
+      "EMPTY": {"match": []}}}})");
+  EXPECT_THAT(device.contents(), ElementsAre("EMPTY", "PLAIN", "VIDEO 1 7 255", "VOICE 1 2"));
+  EXPECT_EQ(device.classMap("VOICE")->name(), "VOICE");
+  EXPECT_EQ(device.classMap("VOICE")->type(), Qos::mapQos);
+}
+
+TEST(NativeDocument, TakesTheNumberOfANameForTheName) {
+  const HostDevice device(R"({"class-maps": {"1": {"VOICE": {"match": [2]}}}})");
+  EXPECT_EQ(device.native.aclConfig->cmapType().members(), 1u);
+  EXPECT_THAT(device.contents(), ElementsAre("VOICE 2"));
+}
+
+TEST(NativeDocument, HoldsClassMapsOfOtherTypes) {
+  const HostDevice device(R"({"class-maps": {"7": {"X": {"match": [1]}}, "0": {}}})");
+  EXPECT_THAT(device.contents(7), ElementsAre("X 1"));
+  EXPECT_EQ(device.classMap("X", 7)->type(), Qos::MapType{7});
+  EXPECT_TRUE(device.classMaps(0));
+  EXPECT_TRUE(device.classMaps(1));
+}
+
+TEST(NativeDocument, TakesAnyTextForAName) {
+  const HostDevice device(R"({"class-maps": {"qos": {
+      "": {}, "a/b~c": {}, "__yang_[x]_[]": {}, "\u0000\n\ud83d\ude00": {}}}})");
+  EXPECT_TRUE(device.classMap(""));
+  EXPECT_TRUE(device.classMap("a/b~c"));
+  EXPECT_TRUE(device.classMap("__yang_[x]_[]"));
+  EXPECT_TRUE(device.classMap(std::string_view("\0\n\xf0\x9f\x98\x80", 6)));
+}
+
+TEST(NativeDocument, RefusesUnknownMembers) {
+  EXPECT_EQ(faultOf(R"({"class-map": {}})"), "/class-map: unknown member");
+  EXPECT_EQ(faultOf(R"({"class-maps": {"qos": {"V": {"matches": []}}}})"),
+            "/class-maps/qos/V/matches: unknown member");
+}
+
+TEST(NativeDocument, SaysWhichSectionsAreNotTranslatedYet) {
+  for (const char* section :
+       {"access-lists", "policy-maps", "service-policies", "interfaces", "qos-profiles", "comments",
+        "tc-to-tx-queue", "forwarding-groups", "queue-names", "pfc-watchdog"}) {
+    EXPECT_EQ(faultOf("{\"" + std::string(section) + "\": {}}"),
+              "/" + std::string(section) + ": this section is not translated yet");
+  }
+}
+
+TEST(NativeDocument, RefusesValuesOfTheWrongType) {
+  EXPECT_EQ(faultOf("[]"), "(document): expected an object, not an array");
+  EXPECT_EQ(faultOf(R"({"class-maps": []})"), "/class-maps: expected an object, not an array");
+  EXPECT_EQ(faultOf(R"({"class-maps": {"qos": "x"}})"),
+            "/class-maps/qos: expected an object, not \"x\"");
+  EXPECT_EQ(faultOf(R"({"class-maps": {"qos": {"V": []}}})"),
+            "/class-maps/qos/V: expected an object, not an array");
+  EXPECT_EQ(faultOf(R"({"class-maps": {"qos": {"V": {"match": "ip-access-group"}}}})"),
+            "/class-maps/qos/V/match: expected an array, not \"ip-access-group\"");
+  EXPECT_EQ(faultOf(R"({"class-maps": {"qos": {"V": {"match": {}}}}})"),
+            "/class-maps/qos/V/match: expected an array, not an object");
+  EXPECT_EQ(faultOf(R"({"class-maps": {"qos": {"V": {"match": [true]}}}})"),
+            "/class-maps/qos/V/match/0: expected a match option: ip-access-group, "
+            "ipv6-access-group or a number from 0 to 255, not true");
+}
+
+TEST(NativeDocument, RefusesNullEverywhere) {
+  EXPECT_EQ(faultOf("null"), "(document): null is never a value here: expected an object");
+  EXPECT_EQ(faultOf(R"({"class-maps": null})"),
+            "/class-maps: null is never a value here: expected an object");
+  EXPECT_EQ(faultOf(R"({"class-maps": {"qos": {"V": {"match": null}}}})"),
+            "/class-maps/qos/V/match: null is never a value here: expected an array");
+}
+
+TEST(NativeDocument, RefusesNumbersThatAreNoBytes) {
+  const std::string expected =
+      "/class-maps/qos/V/match/0: expected a match option: ip-access-group, "
+      "ipv6-access-group or a number from 0 to 255, not ";
+  for (const char* option : {"256", "-1", "1.5", "\"256\"", "\"01\"", "\"\""}) {
+    EXPECT_EQ(
+        faultOf(R"({"class-maps": {"qos": {"V": {"match": [)" + std::string(option) + "]}}}}"),
+        expected + option);
+  }
+}
+
+TEST(NativeDocument, RefusesMapTypesThatAreNoCanonicalBytes) {
+  for (const char* type : {"01", "256", "-1", "1.0", "", "QoS", " 1"}) {
+    EXPECT_EQ(faultOf("{\"class-maps\": {\"" + std::string(type) + "\": {}}}"),
+              "/class-maps/" + std::string(type) +
+                  ": this key is not a map type: qos or a number from 0 to 255");
+  }
+}
+
+TEST(NativeDocument, RefusesTheSameKeyTwice) {
+  EXPECT_EQ(faultOf(R"({"class-maps": {}, "class-maps": {}})"),
+            "/class-maps: the same member twice");
+  EXPECT_EQ(faultOf(R"({"class-maps": {"qos": {}, "1": {}}})"),
+            "/class-maps/1: the same key twice");
+  EXPECT_EQ(faultOf(R"({"class-maps": {"1": {}, "qos": {}}})"),
+            "/class-maps/qos: the same key twice");
+  EXPECT_EQ(faultOf(R"({"class-maps": {"qos": {"V": {}, "V": {}}}})"),
+            "/class-maps/qos/V: the same key twice");
+  EXPECT_EQ(faultOf(R"({"class-maps": {"qos": {"V": {}, "\u0056": {}}}})"),
+            "/class-maps/qos/V: the same key twice");
+  EXPECT_EQ(faultOf(R"({"class-maps": {"qos": {"V": {"match": [], "match": []}}}})"),
+            "/class-maps/qos/V/match: the same member twice");
+  EXPECT_EQ(faultOf(R"({"class-maps": {"qos": {"V": {"match": ["ip-access-group", 1]}}}})"),
+            "/class-maps/qos/V/match/1: the same value twice");
+}
+
+TEST(NativeDocument, RefusesWhatIsNotJson) {
+  EXPECT_EQ(faultOf(""), "(document): not JSON: The document is empty.");
+  EXPECT_EQ(faultOf("  \n "), "(document): not JSON: The document is empty.");
+  EXPECT_EQ(faultOf("{"), "(document): not JSON: Missing a name for object member.");
+  EXPECT_EQ(faultOf("nope"), "(document): not JSON: Invalid value.");
+  EXPECT_EQ(faultOf("{} {}"),
+            "(document): not JSON: The document root must not be followed by other values.");
+  EXPECT_EQ(faultOf("{}x"),
+            "(document): not JSON: The document root must not be followed by other values.");
+  EXPECT_EQ(faultOf(R"({"class-maps": {"qos": {"V": {} "W": {}}}})"),
+            "/class-maps/qos/V: not JSON: Missing a comma or '}' after an object member.");
+  EXPECT_EQ(faultOf(std::string_view("{}\0", 3)), "(document): not JSON: a NUL byte");
+  EXPECT_EQ(faultOf("\xef\xbb\xbf{}"), "(document): not JSON: Invalid value.");
+}
+
+TEST(NativeDocument, SaysWhereItIsNotJson) {
+  try {
+    const HostDevice device("{\n  \"class-maps\": {\n    \"qos\" {}\n}}");
+    FAIL();
+  } catch (const Fault& fault) {
+    EXPECT_EQ(fault.inFile("a.json"),
+              "a.json:3:11: /class-maps/qos: not JSON: Missing a colon after a name of object "
+              "member.");
+  }
+}
+
+TEST(NativeDocument, SurvivesAnyDepth) {
+  const std::string deep(1'000'000, '[');
+  EXPECT_EQ(faultOf(deep), "(document): expected an object, not an array");
+  EXPECT_EQ(faultOf(R"({"class-maps": {"qos": {"V": {"match": )" + deep),
+            "/class-maps/qos/V/match/0: expected a match option: ip-access-group, "
+            "ipv6-access-group or a number from 0 to 255, not an array");
+}
+
+}  // namespace
+}  // namespace host

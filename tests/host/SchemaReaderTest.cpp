@@ -1,0 +1,152 @@
+#include "host/SchemaReader.h"
+
+#include <gtest/gtest.h>
+
+#include "host/JsonText.h"
+#include "tests/support/HostDevice.h"
+
+namespace host {
+namespace {
+
+using support::hostFault;
+
+constexpr Name colours[] = {{"red", 1}, {"blue", 2}};
+
+Schema colour() { return Schema::named("a colour", colours); }
+Schema sample() {
+  return Schema::record({
+      {"count", Schema::number(10), Value(std::uint64_t{3})},
+      {"text", Schema::text()},
+      {"real", Schema::real()},
+      {"colours", Schema::set(colour()), Value(Value::List())},
+      {"list", Schema::list(Schema::number(5))},
+      {"maybe", Schema::number(5).orNull()},
+      {"rooms", Schema::keyed(Key::named("a colour", colours), Schema::number(9), {"1"})},
+      {"later", Schema::unavailable("not there yet")},
+      {"seven", Schema::exactly(Schema::number(9), Value(std::uint64_t{7}), "7")},
+  });
+}
+
+Value read(const Schema& schema, std::string_view text) {
+  SchemaReader reader(schema);
+  readJsonText(text, reader);
+  return reader.take();
+}
+std::string faultOf(std::string_view text) {
+  return hostFault([&] { read(sample(), text); });
+}
+
+Value numbers(std::initializer_list<std::uint64_t> list) {
+  Value::List values;
+  for (const std::uint64_t n : list) values.emplace_back(n);
+  return Value(std::move(values));
+}
+
+TEST(SchemaReader, PutsInDefaultsAndLeavesTheRestAbsent) {
+  const Value value = read(sample(), "{}");
+  EXPECT_EQ(value.at("count").number(), 3u);
+  EXPECT_TRUE(value.at("colours").list().empty());
+  EXPECT_EQ(value.find("text"), nullptr);
+  EXPECT_EQ(value.find("list"), nullptr);
+}
+
+TEST(SchemaReader, MakesNamesNumbersAndSortsSets) {
+  const Value value = read(sample(), R"({"colours": ["blue", 7, "red", "9"]})");
+  EXPECT_EQ(value.at("colours"), numbers({1, 2, 7, 9}));
+}
+
+TEST(SchemaReader, KeepsTheOrderAndTheRepetitionsOfLists) {
+  EXPECT_EQ(read(sample(), R"({"list": [5, 0, 5]})").at("list"), numbers({5, 0, 5}));
+}
+
+TEST(SchemaReader, MakesKeysCanonicalAndMountsWhatIsAlwaysThere) {
+  EXPECT_EQ(read(sample(), R"({"rooms": {"blue": 4}})").at("rooms"),
+            Value(Value::Object{{"2", Value(std::uint64_t{4})}, {"1", Value(Value::Object())}}));
+}
+
+TEST(SchemaReader, TakesNullOnlyWhereItIsAllowed) {
+  EXPECT_TRUE(read(sample(), R"({"maybe": null})").at("maybe").isNull());
+  EXPECT_EQ(faultOf(R"({"text": null})"), "/text: null is never a value here: expected a string");
+}
+
+TEST(SchemaReader, TakesWholeNumbersAsReals) {
+  EXPECT_EQ(read(sample(), R"({"real": -3})").at("real").real(), -3.0);
+  EXPECT_EQ(read(sample(), R"({"real": 2})").at("real").real(), 2.0);
+  EXPECT_EQ(read(sample(), R"({"real": 0.1})").at("real").real(), 0.1);
+}
+
+TEST(SchemaReader, RefusesNumbersThatDoNotFit) {
+  EXPECT_EQ(faultOf(R"({"count": 11})"), "/count: expected a whole number from 0 to 10, not 11");
+  EXPECT_EQ(faultOf(R"({"count": -1})"), "/count: expected a whole number from 0 to 10, not -1");
+  EXPECT_EQ(faultOf(R"({"count": 2.5})"), "/count: expected a whole number from 0 to 10, not 2.5");
+  EXPECT_EQ(faultOf(R"({"count": 18446744073709551615})"),
+            "/count: expected a whole number from 0 to 10, not 18446744073709551615");
+  EXPECT_EQ(faultOf(R"({"count": 1e999})"),
+            "/count: not JSON: Number too big to be stored in double.");
+}
+
+TEST(SchemaReader, RefusesAnotherKindOfValue) {
+  EXPECT_EQ(faultOf("[]"), "(document): expected an object, not an array");
+  EXPECT_EQ(faultOf("7"), "(document): expected an object, not 7");
+  EXPECT_EQ(faultOf(R"({"text": {}})"), "/text: expected a string, not an object");
+  EXPECT_EQ(faultOf(R"({"text": true})"), "/text: expected a string, not true");
+  EXPECT_EQ(faultOf(R"({"count": "3"})"),
+            "/count: expected a whole number from 0 to 10, not \"3\"");
+  EXPECT_EQ(faultOf(R"({"list": [1, [2]]})"),
+            "/list/1: expected a whole number from 0 to 5, not an array");
+  EXPECT_EQ(faultOf(R"({"rooms": []})"), "/rooms: expected an object, not an array");
+  EXPECT_EQ(faultOf(R"({"seven": 8})"), "/seven: expected 7, not 8");
+}
+
+TEST(SchemaReader, RefusesUnknownNames) {
+  EXPECT_EQ(faultOf(R"({"colours": ["red", "green"]})"),
+            "/colours/1: expected a colour: red, blue or a number from 0 to 255, not \"green\"");
+  EXPECT_EQ(faultOf(R"({"rooms": {"01": 3}})"),
+            "/rooms/01: this key is not a colour: red, blue or a number from 0 to 255");
+}
+
+TEST(SchemaReader, RefusesTheSameTwice) {
+  EXPECT_EQ(faultOf(R"({"colours": ["red", 1]})"), "/colours/1: the same value twice");
+  EXPECT_EQ(faultOf(R"({"rooms": {"red": 1, "1": 2}})"), "/rooms/1: the same key twice");
+  EXPECT_EQ(faultOf(R"({"text": "a", "text": "a"})"), "/text: the same member twice");
+}
+
+TEST(SchemaReader, RefusesUnknownMembersAndThoseThatAreNotThereYet) {
+  EXPECT_EQ(faultOf(R"({"a/b": 1})"), "/a~1b: unknown member");
+  EXPECT_EQ(faultOf(R"({"later": 1})"), "/later: not there yet");
+}
+
+TEST(SchemaReader, RefusesTextThatIsNotUnicode) {
+  EXPECT_EQ(faultOf("{\"text\": \"a\xff\"}"),
+            "/text: this string is not valid Unicode: \"a\\xff\"");
+  EXPECT_EQ(faultOf("{\"te\xfft\": 1}"), "(document): this key is not valid Unicode: \"te\\xfft\"");
+  EXPECT_EQ(faultOf(R"({"text": "\udc00"})"),
+            "/text: this string is not valid Unicode: \"\\xed\\xb0\\x80\"");
+}
+
+TEST(SchemaReader, HandsTheEntriesOfUpperCollectionsOnOneByOne) {
+  struct Log final : EntrySink {
+    void collectionBegins(const std::string& key) override { log.push_back("begin " + key); }
+    void collectionEnds() override { log.emplace_back("end"); }
+    void entry(const std::string& key, Value value) override {
+      log.push_back(key + (value.as<Value::Object>() != nullptr ? " object" : " scalar"));
+    }
+    std::vector<std::string> log;
+  } sink;
+  const Schema room = Schema::record({{"size", Schema::number(9)}});
+  const Schema house = Schema::record(
+      {{"rooms", Schema::keyed(Key::named("a colour", colours), Schema::keyed(Key::name(), room))},
+       {"doors", Schema::keyed(Key::name(), Schema::number(9))},
+       {"roof", room}});
+  SchemaReader reader(house, &sink);
+  readJsonText(R"({"rooms": {"red": {"hall": {"size": 1}, "den": {}}, "blue": {}},
+                   "doors": {"front": 1}, "roof": {"size": 2}})",
+               reader);
+  const std::vector<std::string> expected{
+      "begin rooms", "begin 1", "hall object", "den object",   "end", "begin 2",
+      "end",         "end",     "begin doors", "front scalar", "end", "roof object"};
+  EXPECT_EQ(sink.log, expected);
+}
+
+}  // namespace
+}  // namespace host

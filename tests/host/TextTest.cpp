@@ -1,0 +1,60 @@
+#include "host/Text.h"
+
+#include <gtest/gtest.h>
+
+namespace host {
+namespace {
+
+TEST(Text, IsUtf8OnlyInItsShortestFormAndWithoutSurrogates) {
+  EXPECT_TRUE(isUtf8(""));
+  EXPECT_TRUE(isUtf8("Zürich \xe2\x82\xac \xf0\x9f\x98\x80"));
+  EXPECT_FALSE(isUtf8("\xff"));
+  EXPECT_FALSE(isUtf8("\xc3"));
+  EXPECT_FALSE(isUtf8("\xc0\xaf"));
+  EXPECT_FALSE(isUtf8("\xe0\x80\x80"));
+  EXPECT_FALSE(isUtf8("\xed\xa0\x80"));
+  EXPECT_FALSE(isUtf8("\xf4\x90\x80\x80"));
+  EXPECT_FALSE(isUtf8("\xf8\x88\x80\x80\x80"));
+}
+
+TEST(Text, IsJudgedBehindLongRunsOfAscii) {
+  std::string text(2003, 'a');
+  EXPECT_TRUE(isUtf8(text));
+  text[1001] = '\x80';
+  EXPECT_FALSE(isUtf8(text));
+}
+
+TEST(Text, IsADecimalOnlyInCanonicalFormAndInRange) {
+  EXPECT_EQ(decimal("0", 255), 0u);
+  EXPECT_EQ(decimal("255", 255), 255u);
+  for (const char* text : {"", "256", "01", "00", "+1", "-1", " 1", "1 ", "1.0", "0x1", "a",
+                           "99999999999999999999999"}) {
+    EXPECT_EQ(decimal(text, 255), std::nullopt) << text;
+  }
+}
+
+TEST(Text, IsShownWithoutCharactersThatMoveTheCursor) {
+  EXPECT_EQ(shown("a\nb\x1b[31m"), "a\\u000ab\\u001b[31m");
+  EXPECT_EQ(shown("\x7f|\xc2\x9b|\xe2\x80\xae"), "\\u007f|\\u009b|\\u202e");
+  EXPECT_EQ(shown(std::string_view("\0", 1)), "\\u0000");
+  EXPECT_EQ(shown("Zürich"), "Zürich");
+}
+
+TEST(Text, IsShownWithBadBytesAsHex) { EXPECT_EQ(shown("a\xff\xc3z"), "a\\xff\\xc3z"); }
+
+TEST(Text, IsShownCutWhenLong) {
+  const std::string longest(160, 'x');
+  EXPECT_EQ(shown(longest), longest);
+  const std::string text(100'000'000, 'x');
+  EXPECT_EQ(shown(text), longest.substr(0, 60).append("...(100000000 bytes)"));
+  EXPECT_EQ(quoted("a"), "\"a\"");
+}
+
+TEST(Text, IsCutBetweenCharacters) {
+  std::string text;
+  for (int i = 0; i < 100; ++i) text += "€";
+  EXPECT_TRUE(isUtf8(shown(text)));
+}
+
+}  // namespace
+}  // namespace host
