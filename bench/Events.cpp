@@ -1,0 +1,142 @@
+// events: performs one kind of event many times on a device of a given size, so that callgrind
+// counts the instructions of exactly the events. instructions.sh runs it.
+//
+//   events --list                 the names of the events
+//   events --compiler             what this program was compiled by
+//   events EVENT SIZE REPEAT      REPEAT events on a device of SIZE class maps
+//
+// What is counted: the event alone, from the native object's mutator to its return. The counter is
+// off while the device is built and between events, when what the event took is put back and what
+// it put is taken away. So the size stays the same, no index grows and no chunk of memory is cut in
+// a counted event, at any size; growth is measured by qosbench, as start-up and as the worst
+// insert. One uncounted round comes first: free lists have then what the events need.
+#include <valgrind/callgrind.h>
+
+#include <charconv>
+#include <cstdint>
+#include <iostream>
+#include <string_view>
+#include <vector>
+
+#include "support/Check.h"
+#include "support/ClassMapDevice.h"
+#include "support/Floor.h"
+#include "support/Order.h"
+
+namespace Bench {
+namespace {
+
+// ===== What happens to a device before, in and after a counted event
+
+constexpr auto nothing = [](auto& /*device*/, const auto& /*change*/) {};
+constexpr auto add = [](auto& device, const auto& change) { device.add(change); };
+constexpr auto match = [](auto& device, const auto& change) { device.match(change); };
+constexpr auto remove = [](auto& device, const auto& change) { device.remove(change); };
+constexpr auto write = [](auto& device, const auto& change) { device.write(change); };
+
+template <auto first, auto second>
+constexpr auto both = [](auto& device, const auto& change) {
+  first(device, change);
+  second(device, change);
+};
+
+void start(Floor& /*floor*/) {}
+void start(ClassMapDevice& device) { device.start(); }
+
+void check(const Floor& floor, std::size_t events) { floor.check(events); }
+void check(const ClassMapDevice& device, std::size_t /*events*/) { device.check(); }
+
+// ===== Counting
+
+// Terms in random order, as often as it takes.
+std::vector<std::size_t> randomTerms(std::size_t size, std::size_t repeat) {
+  Random random(8);
+  std::vector<std::size_t> result;
+  while (result.size() < repeat) {
+    for (const std::size_t number : shuffledTerms(size, random)) result.push_back(number);
+  }
+  result.resize(repeat);
+  return result;
+}
+
+// The only place where the counter is on.
+template <auto event, class Device>
+void countedEvent(Device& device, const typename Device::Change& change) {
+  CALLGRIND_TOGGLE_COLLECT;
+  event(device, change);
+  CALLGRIND_TOGGLE_COLLECT;
+}
+
+template <class Device, auto before, auto event, auto after>
+void run(std::size_t size, std::size_t repeat) {
+  Device device(size);
+  start(device);
+  const std::vector<std::size_t> terms = randomTerms(size, repeat);
+  for (const bool isCounted : {false, true}) {
+    if (isCounted) CALLGRIND_START_INSTRUMENTATION;
+    for (const std::size_t number : terms) {
+      const auto change = Device::change(number);
+      before(device, change);
+      isCounted ? countedEvent<event>(device, change) : event(device, change);
+      after(device, change);
+    }
+  }
+  CALLGRIND_STOP_INSTRUMENTATION;
+  check(device, 2 * repeat);
+}
+
+// ===== The events: a device, what comes before, the event, what comes after
+
+struct Event {
+  std::string_view name;
+  void (*run)(std::size_t size, std::size_t repeat);
+};
+
+constexpr Event events[] = {
+    {"floor", run<Floor, nothing, write, nothing>},
+    {"class-map-add", run<ClassMapDevice, remove, add, match>},
+    {"class-map-match", run<ClassMapDevice, both<remove, add>, match, nothing>},
+    {"class-map-remove", run<ClassMapDevice, nothing, remove, both<add, match>>},
+};
+
+// ===== Arguments
+
+// 0 for anything that isn't a number.
+std::size_t number(std::string_view text) {
+  std::size_t value = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+  return error == std::errc() && end == text.data() + text.size() ? value : 0;
+}
+
+int runByName(std::string_view name, std::size_t size, std::size_t repeat) {
+  for (const Event& event : events) {
+    if (event.name != name) continue;
+    // Whole classifiers of ten class maps each.
+    if (size == 0 || size % 10 != 0 || repeat == 0) break;
+    event.run(size, repeat);
+    return 0;
+  }
+  std::cerr << "events: no event " << name << ", or its SIZE is no multiple of 10\n";
+  return 1;
+}
+
+int main(const std::vector<std::string_view>& arguments) {
+  if (arguments.size() == 3) {
+    return runByName(arguments[0], number(arguments[1]), number(arguments[2]));
+  }
+  if (arguments.size() == 1 && arguments[0] == "--list") {
+    for (const Event& event : events) std::cout << event.name << '\n';
+    return 0;
+  }
+  if (arguments.size() == 1 && arguments[0] == "--compiler") {
+    std::cout << __VERSION__ << '\n';
+    return 0;
+  }
+  std::cerr << "usage: events --list | --compiler | EVENT SIZE REPEAT\n";
+  return 1;
+}
+
+}  // namespace
+}  // namespace Bench
+
+int main(int argc, char** argv) { return Bench::main({argv + 1, argv + argc}); }

@@ -1,0 +1,42 @@
+// The floor under every event: what no program can leave out. A hash table of records by name is
+// there already; an event looks one up and writes it. No objects, no notification, no second table.
+//
+// The table is std::unordered_map, which anybody can rebuild.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace Bench {
+
+class Floor {
+ public:
+  using Change = std::string;  // the name of a class map
+
+  explicit Floor(std::size_t classMaps) : Floor(names(classMaps)) {}
+  explicit Floor(const std::vector<std::string>& names);
+
+  // The names of all class maps, in a fixed random order.
+  static std::vector<std::string> names(std::size_t classMaps);
+
+  static Change change(std::size_t number);
+  void write(const Change& name);
+
+  std::size_t records() const { return records_.size(); }
+  // Ends the process unless `writes` were made, each into a record.
+  void check(std::uint64_t writes) const;
+
+ private:
+  // One term: its name, its kind and whether it is there, in one cache line.
+  struct Record {
+    char id[16];
+    std::uint32_t type;
+    std::uint32_t writes;
+  };
+  std::unordered_map<std::string, Record> records_;
+};
+
+}  // namespace Bench
