@@ -13,7 +13,16 @@
 
 namespace host {
 
-struct Member;
+class Value;
+
+// A template, so that it is complete where the members of Value need it.
+template <class V>
+struct Keyed {
+  std::string key;
+  V value;
+  friend bool operator==(const Keyed&, const Keyed&) = default;
+};
+using Member = Keyed<Value>;
 
 class Value {
  public:
@@ -56,12 +65,6 @@ class Value {
  private:
   std::variant<std::monostate, bool, std::uint64_t, std::int64_t, double, std::string, List, Object>
       data_;
-};
-
-struct Member {
-  std::string key;
-  Value value;
-  friend bool operator==(const Member&, const Member&) = default;
 };
 
 inline const Value* Value::find(std::string_view key) const {

@@ -1,5 +1,6 @@
 #include "Rok/Ptr.h"
 
+#include <atomic>
 #include <thread>
 #include <type_traits>
 #include <utility>
@@ -235,14 +236,22 @@ TEST(Ptr, AConstructorThatThrowsGivesItsBlockBack) {
   EXPECT_EQ(Dorpel::slabUse().bytes, before.bytes);
 }
 
-// Two threads, both at work until each has done its turns.
+// Two threads that begin together and do two million turns each: enough to meet on a busy machine.
 template <class A, class B>
 void atOnce(const A& a, const B& b) {
+  constexpr int turns = 2'000'000;
   Rok::VFPtrInterface::threadSafePointers_ = true;
+  std::atomic<int> ready = 0;
+  const auto meet = [&ready] {
+    ++ready;
+    while (ready < 2) std::this_thread::yield();
+  };
   std::thread other([&] {
-    for (int i = 0; i < 200'000; ++i) b(i);
+    meet();
+    for (int i = 0; i < turns; ++i) b(i);
   });
-  for (int i = 0; i < 200'000; ++i) a(i);
+  meet();
+  for (int i = 0; i < turns; ++i) a(i);
   other.join();
   Rok::VFPtrInterface::threadSafePointers_ = false;
 }
