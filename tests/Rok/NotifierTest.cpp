@@ -282,6 +282,8 @@ struct Shape {
   bool outsiders;  // with keyed ones: there are two that watch the whole attribute as well
 };
 
+void PrintTo(const Shape& shape, std::ostream* out) { *out << shape.name; }
+
 class NotifieeListWalk : public testing::TestWithParam<Shape> {
  protected:
   void SetUp() override {

@@ -103,10 +103,23 @@ TEST(VelmoString, AChangeOfOneOwnerLeavesTheOthersAlone) {
   EXPECT_EQ(copy, "edge");
 }
 
+TEST(VelmoString, ASharedBufferIsNotWrittenToEvenWhenItHasRoom) {
+  String text("edge");
+  text.append("-in");
+  const String copy = text;
+  text.append("-1");
+  EXPECT_EQ(text, "edge-in-1");
+  EXPECT_EQ(copy, "edge-in");
+  EXPECT_STREQ(copy.data(), "edge-in");
+}
+
 TEST(VelmoString, AChangeOfTheOnlyOwnerIsNotSeenThroughAnOldHash) {
   String text("edge");
+  text.append("-in");  // now its buffer has room for more
   const std::uint32_t old = text.hash();
-  text.append("-in").append("-1");
+  const char* buffer = text.data();
+  text.append("-1");
+  EXPECT_EQ(text.data(), buffer);
   EXPECT_NE(text.hash(), old);
   EXPECT_EQ(text.hash(), String("edge-in-1").hash());
 }
@@ -184,6 +197,7 @@ TEST(VelmoString, HoldsNulBytes) {
   appended.append("\0"sv).append("b\0"sv);
   EXPECT_EQ(appended, text);
   EXPECT_FALSE(text.equal("a"));
+  EXPECT_NE(String("a\0b"sv), String("a\0c"sv));
 }
 
 TEST(VelmoString, ComparesByUnsignedBytes) {
