@@ -1,7 +1,10 @@
 #include "QosOpenConfig/QosOpenConfigClassifierKivToOCSm.h"
 
+#include <cstdlib>
 #include <ostream>
 #include <string_view>
+
+#include "QosOpenConfig/QosOpenConfigHelper.h"
 
 namespace QosOc {
 namespace {
@@ -40,9 +43,61 @@ InBrackets inBrackets(std::string_view name) {
   return {name.substr(0, end), term.substr(0, term.size() - suffix.size())};
 }
 
-Velmo::String classMapName(std::string_view classifier, std::string_view term) {
+// The name of the class map and of the ACL of a term; of the placeholder when `term` is empty.
+Velmo::String configObjName(std::string_view classifier, std::string_view term) {
   Velmo::String name(prefix);
   return name.append(classifier).append(middle).append(term).append(suffix);
+}
+
+TermName termName(std::string_view name) {
+  const InBrackets found = inBrackets(name);
+  return {found.classifier, found.term};
+}
+
+// The first forwarding-group name of a traffic class. The operand of an action is wider than a
+// traffic class: what exceeds a byte has no name.
+const Qos::ForwardingGroupName* firstGroupName(std::uint32_t tc,
+                                               const Qos::ForwardingGroupNameToTcMap& map) {
+  return tc <= 0xff ? map.firstName(static_cast<unsigned char>(tc)) : nullptr;
+}
+
+// ===== Rules
+
+// The DSCP of a rule, if the rule matches one.
+Rok::Optional<unsigned char> dscpOf(const Acl::IpRuleConfig& rule) {
+  if (!rule.filter.matchDscp) return {};
+  return rule.filter.dscp;
+}
+
+// A rule that masks only a part of the DSCP's six bits doesn't match on DSCP.
+Rok::Optional<unsigned char> dscpOf(const Acl::Ip6RuleConfig& rule) {
+  if (rule.filter.tcMask >> 2 != 0x3f) return {};
+  return static_cast<unsigned char>(rule.filter.tc >> 2);
+}
+
+[[noreturn]] void unexpectedAclType() {
+  Rok::SassertHelper(Rok::falseExpr) << "Unexpected ACL type";
+  std::abort();  // not reached: the assertion ends the process
+}
+
+// ===== Terms
+
+// Sets the conditions of a term to present, default ones: the term has lost its ACL. A term or a
+// classifier that isn't there stays away.
+void resetConditions(Config::ClassifiersDir& dir, const Velmo::String& classifierName,
+                     const Velmo::String& termId) {
+  const auto classifier = dir.classifier(classifierName);
+  if (!classifier || !classifier->terms()) return;
+  Config::Term term = classifier->terms()->term(termId);
+  if (!term) return;
+  term.conditions = Config::TermConditions();
+  classifier->terms()->termIs(term);
+}
+
+// Blanks a term's action: the block stays, with an empty target group.
+void blankAction(Config::Terms& terms, Config::Term term) {
+  term.actions = Config::TermActions();
+  terms.termIs(term);
 }
 
 }  // namespace
@@ -58,6 +113,20 @@ std::pair<Velmo::String, Velmo::String> classifierKeyFromConfigObjName(const Vel
   const InBrackets found = inBrackets(name);
   if (found.term.empty()) return {};
   return {found.classifier, found.term};
+}
+
+std::pair<Velmo::String, Velmo::String> classifiersFromPmapName(const Velmo::String& pmapName) {
+  if (Rok::TraceHelper line{traceHandle, handler}) line.in() << ", pmapName = " << pmapName;
+  const auto found = Helper::pmapClassifiers(pmapName);
+  if (!found) return {};
+  return {found->ipv4, found->ipv6};
+}
+
+Velmo::String targetGroupFromTc(std::uint32_t tc,
+                                const Rok::Ptr<Qos::ForwardingGroupNameToTcMap const>& map) {
+  if (Rok::TraceHelper line{traceHandle, handler}) line.in() << ", tc = " << tc;
+  const Qos::ForwardingGroupName* name = firstGroupName(tc, *map);
+  return name != nullptr ? name->name : Velmo::String();
 }
 
 // ===== ClassMapKivToOcSm
@@ -122,7 +191,7 @@ void ClassMapTypeSm::handleInitialized() {
 void ClassMapTypeSm::sweepStaleClassifiers() {
   for (auto i = classifierDir_->classifier().iterator(); i; ++i) {
     const Velmo::String name = i.key();
-    if (hasClassMap(classMapName(name, ""))) {
+    if (hasClassMap(configObjName(name, ""))) {
       sweepStaleTerms(name);
     } else {
       classifierDir_->classifierDel(name);
@@ -137,7 +206,7 @@ void ClassMapTypeSm::sweepStaleTerms(const Velmo::String& classifierName) {
   if (!terms) return;
   for (auto i = terms->term().iterator(); i; ++i) {
     const Velmo::String id = i.key();
-    if (!hasClassMap(classMapName(classifierName, id))) terms->termDel(id);
+    if (!hasClassMap(configObjName(classifierName, id))) terms->termDel(id);
   }
   if (terms->term().members() == 0) classifier->termsDel();
 }
@@ -156,10 +225,7 @@ Rok::Ptr<ClassMapSm> ClassMapSm::ClassMapSmIs(
 
 ClassMapSm::ClassMapSm(const Rok::Ptr<Qos::ClassMapConfig const>& cmapConfig,
                        const Rok::Ptr<Config::ClassifiersDir>& classifierDir)
-    : cmapConfig_(*this, cmapConfig), classifierDir_(classifierDir) {
-  const InBrackets names = inBrackets(cmapName());
-  classifierName_ = names.classifier;
-  termId_ = names.term;
+    : cmapConfig_(*this, cmapConfig), classifierDir_(classifierDir), name_(termName(cmapName())) {
   handleInitialized();
 }
 
@@ -178,22 +244,22 @@ std::ostream& operator<<(std::ostream& out, const ClassMapSm& sm) {
 void ClassMapSm::handleClassMapMatch(Qos::ClassMapMatchOption option) {
   Rok::EntryTrace(traceHandle, handler, *this, option);
   traceDecoders();
-  if (classifierName_.empty()) return;
-  const auto classifier = classifierDir_->classifierIs(classifierName_);
+  if (name_.classifier.empty()) return;
+  const auto classifier = classifierDir_->classifierIs(name_.classifier);
   const Classifier::Type type = classifierTypeFromMatchOption(option);
   if (Rok::TraceHelper line{traceHandle, handler}) {
-    line << "Creating classifier named: " << classifierName_ << " of type: " << type;
-    if (!termId_.empty()) line << " and termId named: " << termId_;
+    line.of(*this) << "Creating classifier named: " << name_.classifier << " of type: " << type;
+    if (name_.isTerm()) line << " and termId named: " << name_.term;
   }
-  classifier->configIs({classifierName_, type});
-  if (!termId_.empty()) makeTerm(*classifier->termsIs());
+  classifier->configIs({name_.classifier, type});
+  if (name_.isTerm()) makeTerm(*classifier->termsIs());
 }
 
 // A term that is there stays as it is: its conditions and actions have writers of their own.
 void ClassMapSm::makeTerm(Config::Terms& terms) const {
-  if (terms.term().find(termId_) != nullptr) return;
-  Config::Term term(termId_);
-  term.configId = termId_;
+  if (terms.term().find(name_.term) != nullptr) return;
+  Config::Term term(name_.term);
+  term.configId = name_.term;
   terms.termIs(term);
 }
 
@@ -208,29 +274,657 @@ Classifier::Type ClassMapSm::classifierTypeFromMatchOption(Qos::ClassMapMatchOpt
   if (option == Qos::matchIpAccessGroup) return Classifier::classifierTypeIpv4;
   if (option == Qos::matchIpv6AccessGroup) return Classifier::classifierTypeIpv6;
   if (Rok::TraceHelper line{traceHandle, fault}) {
-    line << "ClassMap match type " << option << " does not correspond to any "
-         << "Classifier Type";
+    line.of(*this) << "ClassMap match type " << option << " does not correspond to any "
+                   << "Classifier Type";
   }
   return Classifier::classifierTypeIpv4;
 }
 
 void ClassMapSm::doPrepareToDie() {
   traceDecoders();
-  if (classifierName_.empty()) return;
-  if (termId_.empty()) return classifierDir_->classifierDel(classifierName_);
+  if (name_.classifier.empty()) return;
+  if (!name_.isTerm()) return classifierDir_->classifierDel(name_.classifier);
   if (Rok::TraceHelper line{traceHandle, handler}) {
-    line << "Deleting termId named: " << termId_ << " for classifier named: " << classifierName_;
+    line.of(*this) << "Deleting termId named: " << name_.term
+                   << " for classifier named: " << name_.classifier;
   }
-  const auto classifier = classifierDir_->classifier(classifierName_);
+  const auto classifier = classifierDir_->classifier(name_.classifier);
   if (!classifier || !classifier->terms()) return;
   const auto terms = classifier->terms();
-  terms->termDel(termId_);
+  terms->termDel(name_.term);
   if (terms->term().members() == 0) classifier->termsDel();
 }
 
 void ClassMapSm::handleInitialized() {
   Rok::EntryTrace(traceHandle, handler, *this);
   for (auto i = cmapConfig_->match().iterator(); i; ++i) handleClassMapMatch(i.key());
+}
+
+// ===== AclKivToOcSm
+
+Rok::Ptr<AclKivToOcSm> AclKivToOcSm::AclKivToOcSmIs(
+    const Rok::Ptr<Acl::Input::Config const>& aclCliConfig,
+    const Rok::Ptr<Config::ClassifiersDir>& classifierDir) {
+  return create(aclCliConfig, classifierDir);
+}
+
+AclKivToOcSm::AclKivToOcSm(const Rok::Ptr<Acl::Input::Config const>& aclCliConfig,
+                           const Rok::Ptr<Config::ClassifiersDir>& classifierDir)
+    : aclCliConfig_(aclCliConfig), classifierDir_(classifierDir), aclTypeSm_(*this) {
+  handleInitialized();
+}
+
+void AclKivToOcSm::handleInitialized() {
+  Rok::EntryTrace(traceHandle, handler, *this);
+  // A family without an entry is a null argument, and that is an exception: the host must have
+  // mounted both.
+  for (const Acl::AclType type : {Acl::aclTypeIpv4, Acl::aclTypeIpv6}) {
+    const auto* entry = aclCliConfig_->config().find(type);
+    aclTypeSmIs(entry != nullptr ? *entry : nullptr, classifierDir_);
+  }
+}
+
+// ===== AclTypeSm
+
+Rok::Ptr<AclTypeSm> AclTypeSm::AclTypeSmIs(
+    const Rok::Ptr<Acl::Input::AclTypeConfig const>& aclTypeConfig,
+    const Rok::Ptr<Config::ClassifiersDir>& classifierDir) {
+  return create(aclTypeConfig, classifierDir);
+}
+
+AclTypeSm::AclTypeSm(const Rok::Ptr<Acl::Input::AclTypeConfig const>& aclTypeConfig,
+                     const Rok::Ptr<Config::ClassifiersDir>& classifierDir)
+    : aclTypeConfig_(*this, aclTypeConfig), classifierDir_(classifierDir), aclConfigSm_(*this) {
+  handleInitialized();
+}
+
+Acl::AclType AclTypeSm::type() const { return aclTypeConfig_->type(); }
+
+void AclTypeSm::handleAclConfig(const Velmo::String& name) {
+  Rok::EntryTrace(traceHandle, handler, *this, name);
+  if (const auto* entry = aclTypeConfig_->acl().find(name)) {
+    aclConfigSmIs(*entry, classifierDir_);
+  } else {
+    aclConfigSm_.withdrawKnown(name);
+  }
+}
+
+void AclTypeSm::doPrepareToDie() {
+  Rok::EntryTrace(traceHandle, handler, *this);
+  aclConfigSm_.prepareToDie();
+}
+
+void AclTypeSm::handleInitialized() {
+  Rok::EntryTrace(traceHandle, handler, *this);
+  for (auto i = aclTypeConfig_->acl().iterator(); i; ++i) handleAclConfig(i.key());
+  sweepStaleConditions();
+}
+
+// Each family judges the classifiers of its own type; one without a type belongs to neither. IPv6
+// comes after IPv4, so a classifier with terms of both ends as one of IPv6 and its IPv4 terms are
+// reset at each start. Deliberate: a classifier has one type, and the last writer's stands.
+void AclTypeSm::sweepStaleConditions() {
+  for (auto i = classifierDir_->classifier().iterator(); i; ++i) {
+    if (type() != Acl::aclTypeIpv4 && type() != Acl::aclTypeIpv6) unexpectedAclType();
+    const Config::Classifier& classifier = *i.currNodeNonStale()->value();
+    const auto own = type() == Acl::aclTypeIpv4 ? Classifier::classifierTypeIpv4
+                                                : Classifier::classifierTypeIpv6;
+    if (classifier.config().type == own && classifier.terms()) sweepStaleConditions(classifier);
+  }
+}
+
+// Neither terms nor classifiers are deleted here: that is the class maps' sweep.
+void AclTypeSm::sweepStaleConditions(const Config::Classifier& classifier) {
+  const auto terms = classifier.terms();
+  for (auto i = terms->term().iterator(); i; ++i) {
+    const auto name = configObjName(classifier.name(), i.key());
+    if (aclTypeConfig_->acl().find(name) != nullptr) continue;
+    Config::Term term = i.currNodeNonStale()->value();
+    term.conditions = Config::TermConditions();
+    terms->termIs(term);
+  }
+}
+
+// ===== AclConfigSm
+
+Rok::Ptr<AclConfigSm> AclConfigSm::AclConfigSmIs(
+    const Rok::Ptr<Acl::AclConfig const>& aclConfig,
+    const Rok::Ptr<Config::ClassifiersDir>& classifierDir) {
+  return create(aclConfig, classifierDir);
+}
+
+AclConfigSm::AclConfigSm(const Rok::Ptr<Acl::AclConfig const>& aclConfig,
+                         const Rok::Ptr<Config::ClassifiersDir>& classifierDir)
+    : aclConfig_(*this, aclConfig), classifierDir_(classifierDir), aclSubConfigSm_(*this) {
+  handleInitialized();
+}
+
+Acl::AclType AclConfigSm::type() const { return aclConfig_ ? aclConfig_->type() : Acl::AclType(); }
+
+Velmo::String AclConfigSm::aclName() const {
+  return aclConfig_ ? aclConfig_->name() : Velmo::String();
+}
+
+std::ostream& operator<<(std::ostream& out, const AclConfigSm& sm) {
+  return out << AclConfigSm::rokTypeName << "( " << sm.aclName() << "," << sm.type() << " )::";
+}
+
+void AclConfigSm::handleAclSubConfig() {
+  Rok::EntryTrace(traceHandle, handler, *this);
+  if (const auto& config = aclConfig_->aclSubConfig()) {
+    aclSubConfigSmIs(config, classifierDir_, aclNameAndType_);
+  } else {
+    aclSubConfigSmDel();
+  }
+}
+
+void AclConfigSm::doPrepareToDie() {
+  Rok::EntryTrace(traceHandle, handler, *this);
+  const auto [classifierName, termId] = classifierKeyFromConfigObjName(aclName());
+  if (classifierName.empty() || termId.empty()) return;
+  if (Rok::TraceHelper line{traceHandle, handler}) {
+    line.of(*this) << "Deleting conditions for termId named: " << termId
+                   << " for classifier named: " << classifierName;
+  }
+  resetConditions(*classifierDir_, classifierName, termId);
+}
+
+void AclConfigSm::handleInitialized() {
+  Rok::EntryTrace(traceHandle, handler, *this);
+  aclNameAndType_ = Rok::make<AclNameAndType>(aclName(), type());
+  aclNameAndType_->hasNotificationActiveIs(true);
+  handleAclSubConfig();
+}
+
+// ===== AclSubConfigSm
+
+Rok::Ptr<AclSubConfigSm> AclSubConfigSm::AclSubConfigSmIs(
+    const Rok::Ptr<Acl::AclSubConfig const>& aclSubConfig,
+    const Rok::Ptr<Config::ClassifiersDir>& classifierDir,
+    const Rok::Ptr<AclNameAndType const>& aclNameAndType) {
+  return create(aclSubConfig, classifierDir, aclNameAndType);
+}
+
+AclSubConfigSm::AclSubConfigSm(const Rok::Ptr<Acl::AclSubConfig const>& aclSubConfig,
+                               const Rok::Ptr<Config::ClassifiersDir>& classifierDir,
+                               const Rok::Ptr<AclNameAndType const>& aclNameAndType)
+    : aclSubConfig_(*this, aclSubConfig),
+      classifierDir_(classifierDir),
+      aclNameAndType_(aclNameAndType),
+      name_(termName(aclNameAndType->aclName())) {
+  handleInitialized();
+}
+
+// A removed rule reads as a default one, which matches no DSCP: the values that are there stay, and
+// the term is written again with them.
+void AclSubConfigSm::handleRuleBySequence(std::uint32_t sequence) {
+  Rok::EntryTrace(traceHandle, handler, *this, sequence);
+  traceDecoder();
+  if (!name_.isTerm()) return;
+  const auto classifier = classifierDir_->classifierIs(name_.classifier);
+  const Classifier::Type type = classifierTypeFromAclType(aclNameAndType_->aclType());
+  if (Rok::TraceHelper line{traceHandle, handler}) {
+    line.of(*this) << " Creating classifier named: " << name_.classifier
+                   << " and termId named: " << name_.term << " of type: " << type;
+  }
+  classifier->configIs({name_.classifier, type});
+  if (const auto dscp = dscpOf(sequence)) dscpValueSetPush(*dscp);
+  writeConditions(*classifier->termsIs());
+}
+
+// The DSCP that a rule matches, if it matches one.
+Rok::Optional<unsigned char> AclSubConfigSm::dscpOf(std::uint32_t sequence) const {
+  const auto* found = aclSubConfig_->ruleBySequence().find(sequence);
+  const Umb::UniqueId id = found != nullptr ? *found : Umb::UniqueId();
+  switch (aclNameAndType_->aclType()) {
+    case Acl::aclTypeIpv4: {
+      static const Acl::IpRuleConfig noRule;
+      const auto* stored = aclSubConfig_->ipRuleById().find(id);
+      const Acl::IpRuleConfig& rule = stored != nullptr ? *stored : noRule;
+      // Only this family shows its rules, and at the level of faults. Whoever reads the trace of a
+      // term's conditions looks for this line.
+      if (Rok::TraceHelper line{traceHandle, fault}) line.of(*this) << "Rule Config: " << rule;
+      return QosOc::dscpOf(rule);
+    }
+    case Acl::aclTypeIpv6: {
+      const auto* rule = aclSubConfig_->ip6RuleById().find(id);
+      return rule != nullptr ? QosOc::dscpOf(*rule) : Rok::Optional<unsigned char>();
+    }
+  }
+  unexpectedAclType();
+}
+
+// Whatever isn't IPv4 counts as IPv6. What is neither doesn't get past its first rule.
+Classifier::Type AclSubConfigSm::classifierTypeFromAclType(Acl::AclType aclType) const {
+  return aclType == Acl::aclTypeIpv4 ? Classifier::classifierTypeIpv4
+                                     : Classifier::classifierTypeIpv6;
+}
+
+// What the values collected so far amount to: one stands alone, several make a set.
+Config::TermConditions AclSubConfigSm::conditions() const {
+  Config::TermConditionsIpConfig condition;
+  if (dscpValueSet_.size() == 1) {
+    condition.dscp = dscpValueSet_.front();
+  } else {
+    condition.dscpSet = dscpValueSet_;
+  }
+  Config::TermConditions result;
+  const bool ipv4 = aclNameAndType_->aclType() == Acl::aclTypeIpv4;
+  (ipv4 ? result.ipv4 : result.ipv6) = std::move(condition);
+  return result;
+}
+
+// The term's actions have a writer of their own, and stay.
+void AclSubConfigSm::writeConditions(Config::Terms& terms) const {
+  const Config::Term* found = terms.term().find(name_.term);
+  Config::Term term = found != nullptr ? *found : Config::Term(name_.term);
+  if (found == nullptr) term.configId = name_.term;
+  term.conditions = conditions();
+  terms.termIs(term);
+}
+
+void AclSubConfigSm::traceDecoder() const {
+  if (traceHandle.isOn(handler)) classifierKeyFromConfigObjName(aclNameAndType_->aclName());
+}
+
+void AclSubConfigSm::handleInitialized() {
+  Rok::EntryTrace(traceHandle, handler, *this);
+  for (auto i = aclSubConfig_->ruleBySequence().iterator(); i; ++i) handleRuleBySequence(i.key());
+  if (Rok::TraceHelper line{traceHandle, handler}) {
+    line.of(*this) << "Deleting stale config for last rule deletion";
+  }
+  if (aclSubConfig_->ruleBySequence().members() != 0) return;
+  traceDecoder();
+  if (name_.isTerm()) resetConditions(*classifierDir_, name_.classifier, name_.term);
+}
+
+// ===== ClassActionKivToOcSm
+
+Rok::Ptr<ClassActionKivToOcSm> ClassActionKivToOcSm::ClassActionKivToOcSmIs(
+    const Rok::Ptr<Qos::Input::AclConfig const>& qosAclConfig,
+    const Rok::Ptr<Qos::Input::Config const>& cliConfig,
+    const Rok::Ptr<Config::ClassifiersDir>& classifierDir) {
+  return create(qosAclConfig, cliConfig, classifierDir);
+}
+
+ClassActionKivToOcSm::ClassActionKivToOcSm(
+    const Rok::Ptr<Qos::Input::AclConfig const>& qosAclConfig,
+    const Rok::Ptr<Qos::Input::Config const>& cliConfig,
+    const Rok::Ptr<Config::ClassifiersDir>& classifierDir)
+    : qosAclConfig_(*this, qosAclConfig),
+      cliConfig_(cliConfig),
+      classifierDir_(classifierDir),
+      pmapTypeSm_(*this) {
+  handleInitialized();
+}
+
+void ClassActionKivToOcSm::handlePmapTypeConfig(Qos::MapType mapType) {
+  if (Rok::TraceHelper line{traceHandle, handler}) line.in(*this) << ", pmapType = " << mapType;
+  if (mapType != this->mapType()) {
+    if (Rok::TraceHelper line{traceHandle, handler}) {
+      line.in(*this) << ", pmapType = " << mapType << " is not mapQos, skipping";
+    }
+    return;
+  }
+  if (const auto* entry = qosAclConfig_->pmapType().find(mapType)) {
+    pmapTypeSmIs(*entry, cliConfig_, classifierDir_);
+  } else {
+    pmapTypeSm_.withdraw(mapType);
+  }
+}
+
+void ClassActionKivToOcSm::handleInitialized() {
+  Rok::EntryTrace(traceHandle, handler, *this);
+  for (auto i = qosAclConfig_->pmapType().iterator(); i; ++i) handlePmapTypeConfig(i.key());
+}
+
+// ===== PmapTypeSm
+
+Rok::Ptr<PmapTypeSm> PmapTypeSm::PmapTypeSmIs(
+    const Rok::Ptr<Qos::Input::PolicyMapTypeConfig const>& pmapTypeConfig,
+    const Rok::Ptr<Qos::Input::Config const>& cliConfig,
+    const Rok::Ptr<Config::ClassifiersDir>& classifierDir) {
+  return create(pmapTypeConfig, cliConfig, classifierDir);
+}
+
+PmapTypeSm::PmapTypeSm(const Rok::Ptr<Qos::Input::PolicyMapTypeConfig const>& pmapTypeConfig,
+                       const Rok::Ptr<Qos::Input::Config const>& cliConfig,
+                       const Rok::Ptr<Config::ClassifiersDir>& classifierDir)
+    : pmapTypeConfig_(*this, pmapTypeConfig),
+      cliConfig_(cliConfig),
+      classifierDir_(classifierDir),
+      pmapConfigSm_(*this) {
+  handleInitialized();
+}
+
+Qos::MapType PmapTypeSm::pmapType() const { return pmapTypeConfig_->type(); }
+
+void PmapTypeSm::handlePmapConfig(const Velmo::String& pmapName) {
+  if (Rok::TraceHelper line{traceHandle, handler}) line.in(*this) << ", pmapName = " << pmapName;
+  const auto [ipv4, ipv6] = classifiersFromPmapName(pmapName);
+  if (ipv4.empty() && ipv6.empty()) return;
+  if (const auto* entry = pmapTypeConfig_->pmap().find(pmapName)) {
+    pmapConfigSmIs(*entry, ipv4, ipv6, cliConfig_, classifierDir_);
+  } else {
+    pmapConfigSm_.withdraw(pmapName);
+  }
+}
+
+void PmapTypeSm::doPrepareToDie() {
+  Rok::EntryTrace(traceHandle, handler, *this);
+  pmapConfigSm_.withdrawAll();
+}
+
+void PmapTypeSm::handleInitialized() {
+  Rok::EntryTrace(traceHandle, handler, *this);
+  for (auto i = pmapTypeConfig_->pmap().iterator(); i; ++i) handlePmapConfig(i.key());
+}
+
+// ===== PmapConfigSm
+
+Rok::Ptr<PmapConfigSm> PmapConfigSm::PmapConfigSmIs(
+    const Rok::Ptr<Qos::PolicyMapConfig const>& pmapConfig, const Velmo::String& ipv4ClassifierName,
+    const Velmo::String& ipv6ClassifierName, const Rok::Ptr<Qos::Input::Config const>& cliConfig,
+    const Rok::Ptr<Config::ClassifiersDir>& classifierDir) {
+  return create(pmapConfig, ipv4ClassifierName, ipv6ClassifierName, cliConfig, classifierDir);
+}
+
+PmapConfigSm::PmapConfigSm(const Rok::Ptr<Qos::PolicyMapConfig const>& pmapConfig,
+                           const Velmo::String& ipv4ClassifierName,
+                           const Velmo::String& ipv6ClassifierName,
+                           const Rok::Ptr<Qos::Input::Config const>& cliConfig,
+                           const Rok::Ptr<Config::ClassifiersDir>& classifierDir)
+    : pmapConfig_(*this, pmapConfig),
+      ipv4ClassifierName_(ipv4ClassifierName),
+      ipv6ClassifierName_(ipv6ClassifierName),
+      cliConfig_(cliConfig),
+      classifierDir_(classifierDir),
+      classActionSm_(*this) {
+  handleInitialized();
+}
+
+const Velmo::String& PmapConfigSm::pmapName() const { return pmapConfig_->name(); }
+
+void PmapConfigSm::handleClassAction(const Velmo::String& cmapName) {
+  if (Rok::TraceHelper line{traceHandle, handler}) line.in(*this) << ", cmapName = " << cmapName;
+  const auto [classifierName, termId] = classifierKeyFromConfigObjName(cmapName);
+  if (classifierName.empty() || termId.empty()) return;
+  const auto* entry = pmapConfig_->classAction().find(cmapName);
+  if (entry == nullptr) return deleteTermOf(cmapName, classifierName, termId);
+  // A classifier that belongs to neither family counts as an IPv6 one.
+  const auto type = classifierName == ipv4ClassifierName_ ? Classifier::classifierTypeIpv4
+                                                          : Classifier::classifierTypeIpv6;
+  classActionSmIs(*entry, classifierName, type, termId, cliConfig_, classifierDir_, this);
+}
+
+// The class went: its term goes whole, conditions and all. Where the classifier has no terms any
+// more, the child stays in the collection. Deliberate: what is left of the class is then the class
+// maps' affair.
+void PmapConfigSm::deleteTermOf(const Velmo::String& cmapName, const Velmo::String& classifierName,
+                                const Velmo::String& termId) {
+  if (Rok::TraceHelper line{traceHandle, handler}) {
+    line.in(*this) << ", deleting the termId: " << termId
+                   << " from the classifier: " << classifierName;
+  }
+  const auto classifier = classifierDir_->classifier(classifierName);
+  if (!classifier || !classifier->terms()) return;
+  const auto terms = classifier->terms();
+  terms->termDel(termId);
+  if (terms->term().members() == 0) classifier->termsDel();
+  classActionSmDel(cmapName);
+}
+
+void PmapConfigSm::doPrepareToDie() {
+  Rok::EntryTrace(traceHandle, handler, *this);
+  classActionSmDelAll();
+}
+
+void PmapConfigSm::handleInitialized() {
+  Rok::EntryTrace(traceHandle, handler, *this);
+  makeClassifier(ipv4ClassifierName_, Classifier::classifierTypeIpv4);
+  makeClassifier(ipv6ClassifierName_, Classifier::classifierTypeIpv6);
+  sweepStaleActions(mirrorClasses());
+}
+
+void PmapConfigSm::makeClassifier(const Velmo::String& name, Classifier::Type type) {
+  if (!name.empty()) classifierDir_->classifierIs(name)->configIs({name, type});
+}
+
+PmapConfigSm::Desired PmapConfigSm::mirrorClasses() {
+  Desired desired;
+  for (auto i = pmapConfig_->classAction().iterator(); i; ++i) {
+    const Velmo::String cmapName = i.key();
+    const Rok::Ptr<Qos::ClassAction> classAction = i.currNodeNonStale()->value();
+    handleClassAction(cmapName);
+    const auto [classifierName, termId] = classifierKeyFromConfigObjName(cmapName);
+    if (classifierName.empty() || termId.empty()) continue;
+    Velmo::String targetGroup;
+    if (const auto* action = classAction->policyAction().find(Qos::actionSetTc)) {
+      targetGroup = targetGroupFromTc((*action)->value(), cliConfig_->forwardingGroupNameToTcMap());
+    }
+    desired[classifierName][termId] = targetGroup;
+  }
+  return desired;
+}
+
+// Only the policy map's own classifiers have anything to sweep, so they alone are visited, unless
+// the trace wants to hear of the others.
+void PmapConfigSm::sweepStaleActions(const Desired& desired) {
+  if (Rok::TraceHelper line{traceHandle, handler}) line.in(*this) << ", removing the stale config";
+  if (!traceHandle.isOn(handler)) {
+    sweepStaleActions(desired, ipv4ClassifierName_);
+    sweepStaleActions(desired, ipv6ClassifierName_);
+    return;
+  }
+  for (auto i = classifierDir_->classifier().iterator(); i; ++i) {
+    const Velmo::String name = i.key();
+    if (name == ipv4ClassifierName_ || name == ipv6ClassifierName_) {
+      sweepStaleActions(desired, name);
+    } else if (Rok::TraceHelper line{traceHandle, handler}) {
+      line.in(*this) << ", classifier: " << name << " does not belong to the pmap";
+    }
+  }
+}
+
+// Blanks without looking at what a term held: one that never had an action comes out with a blanked
+// one.
+void PmapConfigSm::sweepStaleActions(const Desired& desired, const Velmo::String& classifierName) {
+  const auto classifier = classifierDir_->classifier(classifierName);
+  if (!classifier || !classifier->terms()) return;
+  const auto wanted = desired.find(classifierName);
+  const auto terms = classifier->terms();
+  for (auto i = terms->term().iterator(); i; ++i) {
+    const Velmo::String termId = i.key();
+    if (wanted != desired.end()) {
+      const auto group = wanted->second.find(termId);
+      if (group != wanted->second.end() && !group->second.empty()) continue;
+    }
+    blankAction(*terms, terms->term(termId));
+    if (Rok::TraceHelper line{traceHandle, handler}) {
+      line.in(*this) << ", removed the stale action for classifier = " << classifierName
+                     << ", termId = " << termId;
+    }
+  }
+}
+
+// ===== ClassActionSm
+
+Rok::Ptr<ClassActionSm> ClassActionSm::ClassActionSmIs(
+    const Rok::Ptr<Qos::ClassAction const>& classAction, const Velmo::String& classifierName,
+    Classifier::Type classifierType, const Velmo::String& termId,
+    const Rok::Ptr<Qos::Input::Config const>& cliConfig,
+    const Rok::Ptr<Config::ClassifiersDir>& classifierDir, PmapConfigSm* pmapConfigSm) {
+  return create(classAction, classifierName, classifierType, termId, cliConfig, classifierDir,
+                pmapConfigSm);
+}
+
+// The chained input comes last: what changes in the map while the machine catches up is not seen
+// twice.
+ClassActionSm::ClassActionSm(const Rok::Ptr<Qos::ClassAction const>& classAction,
+                             const Velmo::String& classifierName, Classifier::Type classifierType,
+                             const Velmo::String& termId,
+                             const Rok::Ptr<Qos::Input::Config const>& cliConfig,
+                             const Rok::Ptr<Config::ClassifiersDir>& classifierDir,
+                             PmapConfigSm* pmapConfigSm)
+    : classAction_(*this, classAction),
+      classifierName_(classifierName),
+      classifierType_(classifierType),
+      termId_(termId),
+      cliConfig_(*this, cliConfig),
+      classifierDir_(classifierDir),
+      pmapConfigSm_(pmapConfigSm),
+      policyActionSm_(*this),
+      rok_CliConfig_ForwardingGroupNameToTcMapIn_(*this) {
+  handleInitialized();
+  if (cliConfig_) followForwardingGroupNameToTcMap();
+}
+
+const Velmo::String& ClassActionSm::cmapName() const { return classAction_->name(); }
+
+void ClassActionSm::followForwardingGroupNameToTcMap() {
+  rok_CliConfig_ForwardingGroupNameToTcMapInIs(cliConfig_->forwardingGroupNameToTcMap());
+}
+
+const Rok::Ptr<Qos::Action>* ClassActionSm::setTcAction() const {
+  return classAction_->policyAction().find(Qos::actionSetTc);
+}
+
+void ClassActionSm::makePolicyActionSm(const Rok::Ptr<Qos::Action const>& action) {
+  policyActionSmIs(action, classifierName_, classifierType_, termId_, cliConfig(), classifierDir_,
+                   this);
+}
+
+void ClassActionSm::handlePolicyAction(Qos::ActionType actionType) {
+  if (Rok::TraceHelper line{traceHandle, handler}) {
+    line.in(*this) << ", actionType = " << actionType;
+  }
+  if (actionType != Qos::actionSetTc) {
+    if (Rok::TraceHelper line{traceHandle, handler}) {
+      line.in(*this) << ", actionType = " << actionType << ", is not actionSetTc, skipping";
+    }
+    return;
+  }
+  if (const auto* action = setTcAction()) {
+    makePolicyActionSm(*action);
+  } else {
+    policyActionSm_.withdraw(actionType);
+  }
+}
+
+void ClassActionSm::handleForwardingGroupNameToTcMap() {
+  Rok::EntryTrace(traceHandle, handler, *this);
+  const auto* action = setTcAction();
+  if (action == nullptr) {
+    if (Rok::TraceHelper line{traceHandle, handler}) {
+      line.in(*this) << ", the classAction = " << cmapName()
+                     << " has no set traffic-class action, skipping";
+    }
+    return;
+  }
+  const auto* group = firstGroupName((*action)->value(), *cliConfig_->forwardingGroupNameToTcMap());
+  if (group == nullptr) return policyActionSm_.withdraw(Qos::actionSetTc);
+  if (const auto child = policyActionSm_.child(Qos::actionSetTc)) {
+    child->addClassifierTermAction(group->name);
+  } else {
+    makePolicyActionSm(*action);
+  }
+}
+
+void ClassActionSm::handleInitialized() {
+  Rok::EntryTrace(traceHandle, handler, *this);
+  const auto classifier = classifierDir_->classifierIs(classifierName_);
+  classifier->configIs({classifierName_, classifierType_});
+  const auto terms = classifier->termsIs();
+  if (!terms->term(termId_)) {
+    Config::Term term(termId_);
+    term.configId = termId_;
+    terms->termIs(term);
+  }
+  for (auto i = classAction_->policyAction().iterator(); i; ++i) handlePolicyAction(i.key());
+  if (Rok::TraceHelper line{traceHandle, handler}) line.in(*this) << ", removing the stale config";
+  if (setTcAction() != nullptr) return;
+  const Config::Term term = terms->term(termId_);
+  if (!term) return;
+  blankAction(*terms, term);
+  if (Rok::TraceHelper line{traceHandle, handler}) {
+    line.in(*this) << ", removed the stale policyAction for classAction = " << cmapName();
+  }
+}
+
+// ===== PolicyActionSm
+
+Rok::Ptr<PolicyActionSm> PolicyActionSm::PolicyActionSmIs(
+    const Rok::Ptr<Qos::Action const>& policyAction, const Velmo::String& classifierName,
+    Classifier::Type classifierType, const Velmo::String& termId,
+    const Rok::Ptr<Qos::Input::Config const>& cliConfig,
+    const Rok::Ptr<Config::ClassifiersDir>& classifierDir, ClassActionSm* classActionSm) {
+  return create(policyAction, classifierName, classifierType, termId, cliConfig, classifierDir,
+                classActionSm);
+}
+
+PolicyActionSm::PolicyActionSm(const Rok::Ptr<Qos::Action const>& policyAction,
+                               const Velmo::String& classifierName, Classifier::Type classifierType,
+                               const Velmo::String& termId,
+                               const Rok::Ptr<Qos::Input::Config const>& cliConfig,
+                               const Rok::Ptr<Config::ClassifiersDir>& classifierDir,
+                               ClassActionSm* classActionSm)
+    : policyAction_(*this, policyAction),
+      classifierName_(classifierName),
+      classifierType_(classifierType),
+      termId_(termId),
+      cliConfig_(cliConfig),
+      classifierDir_(classifierDir),
+      classActionSm_(classActionSm) {
+  handleInitialized();
+}
+
+Qos::ActionType PolicyActionSm::actionType() const { return policyAction_->actionType(); }
+
+void PolicyActionSm::handlePolicyActionValue() {
+  Rok::EntryTrace(traceHandle, handler, *this);
+  const Velmo::String targetGroup =
+      targetGroupFromTc(policyAction_->value(), cliConfig_->forwardingGroupNameToTcMap());
+  if (targetGroup.empty()) {
+    delClassifierTermAction();
+  } else {
+    addClassifierTermAction(targetGroup);
+  }
+}
+
+void PolicyActionSm::addClassifierTermAction(const Velmo::String& targetGroup) {
+  if (Rok::TraceHelper line{traceHandle, handler}) {
+    line.in(*this) << ", targetGroup = " << targetGroup;
+  }
+  const auto classifier = classifierDir_->classifierIs(classifierName_);
+  classifier->configIs({classifierName_, classifierType_});
+  const auto terms = classifier->termsIs();
+  const Config::Term* found = terms->term().find(termId_);
+  Config::Term term = found != nullptr ? *found : Config::Term(termId_);
+  if (found == nullptr) term.configId = termId_;
+  term.actions = Config::TermActions{{targetGroup}};
+  terms->termIs(term);
+}
+
+void PolicyActionSm::delClassifierTermAction() {
+  const auto classifier = classifierDir_->classifier(classifierName_);
+  if (!classifier || !classifier->terms()) return;
+  const auto terms = classifier->terms();
+  const Config::Term term = terms->term(termId_);
+  if (!term) return;
+  blankAction(*terms, term);
+  if (Rok::TraceHelper line{traceHandle, handler}) {
+    line.in(*this) << ", term = " << terms->term(termId_);
+  }
+}
+
+void PolicyActionSm::doPrepareToDie() {
+  Rok::EntryTrace(traceHandle, handler, *this);
+  delClassifierTermAction();
+}
+
+void PolicyActionSm::handleInitialized() {
+  Rok::EntryTrace(traceHandle, handler, *this);
+  handlePolicyActionValue();
 }
 
 // ===== Factories
@@ -250,6 +944,71 @@ Rok::Ptr<ClassMapTypeSm> classMapTypeSmFactory(
 Rok::Ptr<ClassMapSm> classMapSmFactory(const Rok::Ptr<Qos::ClassMapConfig const>& cmapConfig,
                                        const Rok::Ptr<Config::ClassifiersDir>& classifierDir) {
   return ClassMapSm::ClassMapSmIs(cmapConfig, classifierDir);
+}
+
+Rok::Ptr<AclKivToOcSm> aclKivToOcSmFactory(const Rok::Ptr<Acl::Input::Config const>& aclCliConfig,
+                                           const Rok::Ptr<Config::ClassifiersDir>& classifierDir) {
+  return AclKivToOcSm::AclKivToOcSmIs(aclCliConfig, classifierDir);
+}
+
+Rok::Ptr<AclTypeSm> aclTypeSmFactory(const Rok::Ptr<Acl::Input::AclTypeConfig const>& aclTypeConfig,
+                                     const Rok::Ptr<Config::ClassifiersDir>& classifierDir) {
+  return AclTypeSm::AclTypeSmIs(aclTypeConfig, classifierDir);
+}
+
+Rok::Ptr<AclConfigSm> aclConfigSmFactory(const Rok::Ptr<Acl::AclConfig const>& aclConfig,
+                                         const Rok::Ptr<Config::ClassifiersDir>& classifierDir) {
+  return AclConfigSm::AclConfigSmIs(aclConfig, classifierDir);
+}
+
+Rok::Ptr<AclSubConfigSm> aclSubConfigSmFactory(
+    const Rok::Ptr<Acl::AclSubConfig const>& aclSubConfig,
+    const Rok::Ptr<Config::ClassifiersDir>& classifierDir,
+    const Rok::Ptr<AclNameAndType const>& aclNameAndType) {
+  return AclSubConfigSm::AclSubConfigSmIs(aclSubConfig, classifierDir, aclNameAndType);
+}
+
+Rok::Ptr<ClassActionKivToOcSm> classActionKivToOcSmFactory(
+    const Rok::Ptr<Qos::Input::AclConfig const>& qosAclConfig,
+    const Rok::Ptr<Qos::Input::Config const>& cliConfig,
+    const Rok::Ptr<Config::ClassifiersDir>& classifierDir) {
+  return ClassActionKivToOcSm::ClassActionKivToOcSmIs(qosAclConfig, cliConfig, classifierDir);
+}
+
+Rok::Ptr<PmapTypeSm> pmapTypeSmFactory(
+    const Rok::Ptr<Qos::Input::PolicyMapTypeConfig const>& pmapTypeConfig,
+    const Rok::Ptr<Qos::Input::Config const>& cliConfig,
+    const Rok::Ptr<Config::ClassifiersDir>& classifierDir) {
+  return PmapTypeSm::PmapTypeSmIs(pmapTypeConfig, cliConfig, classifierDir);
+}
+
+Rok::Ptr<PmapConfigSm> pmapConfigSmFactory(const Rok::Ptr<Qos::PolicyMapConfig const>& pmapConfig,
+                                           const Velmo::String& ipv4ClassifierName,
+                                           const Velmo::String& ipv6ClassifierName,
+                                           const Rok::Ptr<Qos::Input::Config const>& cliConfig,
+                                           const Rok::Ptr<Config::ClassifiersDir>& classifierDir) {
+  return PmapConfigSm::PmapConfigSmIs(pmapConfig, ipv4ClassifierName, ipv6ClassifierName, cliConfig,
+                                      classifierDir);
+}
+
+Rok::Ptr<ClassActionSm> classActionSmFactory(const Rok::Ptr<Qos::ClassAction const>& classAction,
+                                             const Velmo::String& classifierName,
+                                             Classifier::Type classifierType,
+                                             const Velmo::String& termId,
+                                             const Rok::Ptr<Qos::Input::Config const>& cliConfig,
+                                             const Rok::Ptr<Config::ClassifiersDir>& classifierDir,
+                                             PmapConfigSm* pmapConfigSm) {
+  return ClassActionSm::ClassActionSmIs(classAction, classifierName, classifierType, termId,
+                                        cliConfig, classifierDir, pmapConfigSm);
+}
+
+Rok::Ptr<PolicyActionSm> policyActionSmFactory(
+    const Rok::Ptr<Qos::Action const>& policyAction, const Velmo::String& classifierName,
+    Classifier::Type classifierType, const Velmo::String& termId,
+    const Rok::Ptr<Qos::Input::Config const>& cliConfig,
+    const Rok::Ptr<Config::ClassifiersDir>& classifierDir, ClassActionSm* classActionSm) {
+  return PolicyActionSm::PolicyActionSmIs(policyAction, classifierName, classifierType, termId,
+                                          cliConfig, classifierDir, classActionSm);
 }
 
 }  // namespace QosOc

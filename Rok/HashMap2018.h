@@ -8,8 +8,8 @@
 //
 // RULES
 //   - Two storage forms. Hm2018NEI keeps key and value side by side. Hm2018NII keeps the value
-//   alone
-//     and reads the key out of it by a functor; the key must not change while the entry stands.
+//     alone and reads the key out of it by a functor; the key must not change while the entry
+//     stands.
 //   - Walk order is unspecified. HashHelper::orderSeedIs varies it.
 //   - The safe iterator (StdIterator.h) survives every change made while it stands:
 //       delete the entry under it      the node stays readable until the iterator moves on

@@ -4,8 +4,8 @@
 //   is told reads the current state.
 //
 // RULES
-//   - Delivery is at once, inside the write, in the order of registration; notifiees that watch one
-//     key of an attribute come after those that watch all of it.
+//   - Delivery is at once, inside the write, in the order of registration; notifiees that watch
+//     one key of an attribute come after those that watch all of it.
 //   - A notifiee holds a strong pointer to its notifier, so a notifier outlives its observers.
 //   - What happens to a notification while it goes round:
 //       a notifiee removes itself        nobody else is missed or called twice
@@ -15,8 +15,8 @@
 //       drops the last outside reference the notifier lives until the notification is through
 //       is switched off                  not called
 //       throws                           all others are told; then the first exception goes on
-//   - Subscribing and unsubscribing cost the same whatever the number of notifiees, and so does the
-//     notification of a keyed notifiee.
+//   - Subscribing and unsubscribing cost the same whatever the number of notifiees, and so does
+//     the notification of a keyed notifiee.
 //
 // EXAMPLE
 //   class Port final : public Rok::Notifier {
@@ -42,6 +42,7 @@
 #include "Dorpel/Export.h"
 #include "Rok/Hash.h"
 #include "Rok/HashMap2018.h"
+#include "Rok/OrderedMap.h"
 #include "Rok/Ptr.h"
 
 namespace Rok {
@@ -184,6 +185,13 @@ class QOS_EXPORT Notifier : public PtrInterface {
       node->value() = value;
     }
     notify(attribute, kept);
+  }
+  template <class Key, class Value>
+  void memberIs(OrderedMap<Key, Value>& map, const Key& key, const Value& value,
+                Attribute<Key> attribute) {
+    if (const Value* old = map.find(key); old != nullptr && *old == value) return;
+    map.memberIs(key, value);
+    notify(attribute, key);
   }
   // Removes an entry; what isn't there notifies nothing.
   template <class Map, class Key>

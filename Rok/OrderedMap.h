@@ -3,9 +3,8 @@
 //
 // RULES
 //   - An iterator remembers the collection's version. When the loop body changed the collection,
-//   the
-//     iterator finds its place again by its key and goes on at the next greater one. So deleting
-//     any entry is safe, and an entry added behind the current key is visited.
+//     the iterator finds its place again by its key and goes on at the next greater one. So
+//     deleting any entry is safe, and an entry added behind the current key is visited.
 //   - version() moves with every structural change; replacing a value is none.
 //
 // EXAMPLE
@@ -60,6 +59,12 @@ class OrderedMap {
   Value* find(const Key& key) {
     const auto found = tree_.find(key);
     return found != tree_.end() ? &found->second : nullptr;
+  }
+
+  // The least key that is not less than `key`, or null.
+  const Key* firstKeyFrom(const Key& key) const {
+    const auto found = tree_.lower_bound(key);
+    return found != tree_.end() ? &found->first : nullptr;
   }
 
   // Inserts or replaces. Returns whether the entry is new.

@@ -4,17 +4,14 @@
 //
 // RULES
 //   - An object is born with one reference, which Rok::make hands to the first Ptr. A reference
-//   taken
-//     and given back inside a constructor therefore never destroys the object.
+//     taken and given back inside a constructor therefore never destroys the object.
 //   - When the last reference goes, zeroReferencesIs(true) runs while the object is still whole;
-//   then
-//     it is destroyed. References taken meanwhile must be given back before zeroReferencesIs
+//     then it is destroyed. References taken meanwhile must be given back before zeroReferencesIs
 //     returns.
 //   - An object that is a member of another object keeps its birth reference and dies with its
-//   owner.
+//     owner.
 //   - One thread, unless threadSafePointers_ is set before the first object is made: then counts
-//   move
-//     atomically. Nothing else becomes safe by it.
+//     move atomically. Nothing else becomes safe by it.
 //
 // EXAMPLE
 //   struct Lamp : Rok::PtrInterface { bool lit = false; };

@@ -12,3 +12,4 @@
 #include "Rok/StateMachine.h"
 #include "Rok/String.h"
 #include "Rok/Trace.h"
+#include "Rok/ValueMap.h"

@@ -468,4 +468,49 @@ class Children {
   Map map_;
 };
 
+// A single child outside a collection. Unlike a keyed one it may be replaced at any time: other
+// arguments make another child.
+template <class OnlyChild>
+class Child {
+ public:
+  template <class Owner>
+  explicit Child(Owner& owner) {
+    owner.rokPartNew();
+  }
+
+  // Null when there is none.
+  const Ptr<OnlyChild>& child() const { return child_; }
+
+  // The child that was built from these very arguments, or a new one in its place.
+  template <class... Args>
+  Ptr<OnlyChild> is(const Args&... args) {
+    if (child_ && builtFrom(std::index_sequence_for<Args...>(), args...)) return child_;
+    Ptr<OnlyChild> made = OnlyChild::create(args...);
+    child_.swap(made);
+    return child_;
+  }
+  // Takes the child out, switches it off and gives it back. Nothing is taken back from the output.
+  Ptr<OnlyChild> del() {
+    Ptr<OnlyChild> taken;
+    child_.swap(taken);
+    if (taken) taken->hasNotificationActiveIs(false);
+    return taken;
+  }
+
+  // ---- for the state machine's own workings
+  static constexpr bool isWatch = false;
+  void rokActiveIs(bool v) {
+    if (child_) child_->hasNotificationActiveIs(v);
+  }
+  void rokTeardown() { child_ = nullptr; }
+
+ private:
+  template <std::size_t... place, class... Args>
+  bool builtFrom(std::index_sequence<place...> /*places*/, const Args&... args) const {
+    return ((((*child_).*std::get<place>(OnlyChild::rokArguments()).get)() == args) && ...);
+  }
+
+  Ptr<OnlyChild> child_;
+};
+
 }  // namespace Rok

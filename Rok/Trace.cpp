@@ -120,4 +120,6 @@ void TraceHelper::close() noexcept {
 
 TraceStream& TraceHelper::stream() { return line_->stream; }
 
+const char* TraceHelper::functionName() const { return line_->line.functionName; }
+
 }  // namespace Rok

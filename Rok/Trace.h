@@ -5,10 +5,9 @@
 // RULES
 //   - Level 0 tells a fault in the data, 2 and 8 the entry of a handler, 9 further detail.
 //   - Levels are switched by the handle's name; handles of one name go together. All are off at
-//   first.
+//     first.
 //   - The sink gets whole lines, without the end of line. Without a sink of its own a process
-//   writes
-//     them to standard error.
+//     writes them to standard error.
 //   - A name or a text goes into the line as it is, except that control characters are written as
 //     \xNN: a line stays one line.
 //
@@ -113,6 +112,13 @@ class QOS_EXPORT TraceStream {
   std::ostringstream stream_;
 };
 
+namespace Impl {
+template <class T>
+concept Printable = requires(std::ostream& out, const T& value) {
+  out << value;
+};
+}  // namespace Impl
+
 // Opens one trace line; its destructor ends the line and hands it to the sink. When the level is
 // off the helper is false and takes nothing: `if (Rok::TraceHelper line{handle, 8}) line << ...`.
 class QOS_EXPORT TraceHelper {
@@ -134,12 +140,28 @@ class QOS_EXPORT TraceHelper {
   }
 
   explicit operator bool() const { return line_ != nullptr; }
-  // Requires: *this is true.
+  // Requires, like all below: *this is true.
   template <class T>
   TraceHelper& operator<<(const T& value) {
     stream() << value;
     return *this;
   }
+  // Begins the line with the object, by its operator<< or as its address.
+  template <class Object>
+  TraceHelper& of(const Object& object) {
+    if constexpr (Impl::Printable<Object>) {
+      return *this << object << " ";
+    } else {
+      return *this << static_cast<const void*>(&object) << " ";
+    }
+  }
+  // Begins the line with the object and the function's signature.
+  template <class Object>
+  TraceHelper& in(const Object& object) {
+    return of(object) << functionName();
+  }
+  // Begins the line with the function's signature.
+  TraceHelper& in() { return *this << functionName(); }
 
  private:
   struct Open;
@@ -147,26 +169,10 @@ class QOS_EXPORT TraceHelper {
             unsigned sourceLine, const char* functionName);
   void close() noexcept;
   TraceStream& stream();
+  const char* functionName() const;
 
   Open* line_ = nullptr;
 };
-
-namespace Impl {
-template <class T>
-concept Printable = requires(std::ostream& out, const T& value) {
-  out << value;
-};
-
-// An object prints by its operator<<, or as its address.
-template <class T>
-void traceObject(TraceHelper& line, const T& object) {
-  if constexpr (Printable<T>) {
-    line << object;
-  } else {
-    line << static_cast<const void*>(&object);
-  }
-}
-}  // namespace Impl
 
 // The line with which a handler opens: the object, the function's signature, the arguments.
 template <class Object, class... Args>
@@ -174,8 +180,7 @@ struct EntryTrace {
   EntryTrace(TraceHandle& handle, TraceFacility::FacilityLevel level, const Object& object,
              const Args&... args, std::source_location place = std::source_location::current()) {
     if (TraceHelper line{handle, level, place}) {
-      Impl::traceObject(line, object);
-      line << " " << place.function_name() << " ( ";
+      line.in(object) << " ( ";
       [[maybe_unused]] const char* comma = "";
       ((line << comma << args, comma = ", "), ...);
       line << " ) ";
@@ -191,7 +196,7 @@ template <class Arg>
 struct CallTrace {
   CallTrace(TraceHandle& handle, TraceFacility::FacilityLevel level, const Arg& arg,
             std::source_location place = std::source_location::current()) {
-    if (TraceHelper line{handle, level, place}) line << place.function_name() << " ( " << arg;
+    if (TraceHelper line{handle, level, place}) line.in() << " ( " << arg;
   }
 };
 

@@ -192,18 +192,29 @@ void Changes::write(const Change& change, Writes& writes) const {
   if (change.value) parent->put(key, *change.value, writes);
 }
 
-// First those that go, then those that come or are replaced.
+// First those that go, then those that come or are replaced: through all mounted entries each time.
 void Changes::writeCollection(Place& place, const Schema& schema, const Value& value,
                               Writes& writes) {
+  eraseMissing(place, schema, value, writes);
+  putAll(place, schema, value, writes);
+}
+
+void Changes::eraseMissing(Place& place, const Schema& schema, const Value& value, Writes& writes) {
   std::unordered_set<std::string_view> stay;
   for (const Member& entry : value.object()) stay.insert(entry.key);
   for (const std::string& key : place.keys()) {
     if (!stay.contains(key)) place.erase(key, writes);
   }
+  for (const auto& [key, entry] : value.object()) {
+    if (schema.isMounted(key)) eraseMissing(*place.at(key), schema.element(), entry, writes);
+  }
+}
+
+void Changes::putAll(Place& place, const Schema& schema, const Value& value, Writes& writes) {
   const bool isScalar = schema.element().kind() == Schema::Kind::scalar;
   for (const auto& [key, entry] : value.object()) {
     if (schema.isMounted(key)) {
-      writeCollection(*place.at(key), schema.element(), entry, writes);
+      putAll(*place.at(key), schema.element(), entry, writes);
       continue;
     }
     if (!isScalar && place.has(key)) place.erase(key, writes);

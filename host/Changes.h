@@ -63,6 +63,8 @@ class Changes {
   void write(const Change& change, Writes& writes) const;
   static void writeCollection(Place& place, const Schema& schema, const Value& value,
                               Writes& writes);
+  static void eraseMissing(Place& place, const Schema& schema, const Value& value, Writes& writes);
+  static void putAll(Place& place, const Schema& schema, const Value& value, Writes& writes);
   void tell(const std::string& what);
 
   const Native& native_;

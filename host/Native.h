@@ -2,7 +2,7 @@
 #pragma once
 
 #include "Rok/Rok.h"
-#include "models/native/ClassMap.h"
+#include "models/native/AclConfig.h"
 
 namespace host {
 

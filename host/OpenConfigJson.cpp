@@ -15,11 +15,14 @@ using namespace QosOc::Config;
 
 constexpr unsigned highestDscp = 63;
 
-// What a YANG string may hold: XML's characters, without most control characters.
+// Characters that Unicode keeps for a program's inner use: the last two of each plane, and 32 more.
+bool isNoncharacter(char32_t c) { return (c & 0xfffe) == 0xfffe || (c >= 0xfdd0 && c <= 0xfdef); }
+
+// What a YANG string may hold: neither noncharacters nor most control characters.
 bool isYangString(std::string_view text) {
   while (!text.empty()) {
     const std::optional<char32_t> c = takeCharacter(text);
-    if (!c || *c == 0xfffe || *c == 0xffff) return false;
+    if (!c || isNoncharacter(*c)) return false;
     if (*c < 0x20 && *c != '\t' && *c != '\n' && *c != '\r') return false;
   }
   return true;

@@ -160,7 +160,8 @@ class Translation {
     if (layout == host::Layout::compact) text += '\n';
     const bool written = std::fwrite(text.data(), 1, text.size(), stdout) == text.size();
     if (written && std::fflush(stdout) == 0) return;
-    if (clean_) report(std::string("qosoc: standard output: ") + std::strerror(errno));
+    if (!outputFailed_) report(std::string("qosoc: standard output: ") + std::strerror(errno));
+    outputFailed_ = true;
     clean_ = false;
   }
 
@@ -168,6 +169,7 @@ class Translation {
   host::Native native_;
   host::Model model_;
   bool clean_ = true;
+  bool outputFailed_ = false;  // said once
 };
 
 }  // namespace

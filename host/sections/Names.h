@@ -2,7 +2,7 @@
 #pragma once
 
 #include "host/Schema.h"
-#include "models/native/ClassMap.h"
+#include "models/native/AclConfig.h"
 
 namespace host {
 

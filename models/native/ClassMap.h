@@ -80,25 +80,5 @@ class ClassMapTypeConfig final : public Rok::Notifier {
   ClassMaps cmap_;
 };
 
-// The root of the native classification. It is not an access list, in spite of its name.
-class AclConfig final : public Rok::Notifier {
- public:
-  struct Attr {
-    static constexpr Rok::Attribute<MapType> cmapType{130};
-  };
-  using ClassMapTypes =
-      Rok::HashMap2018<Rok::Hm2018NEI<0x3c6ef372u, MapType, Rok::Ptr<ClassMapTypeConfig>>>;
-
-  // The class maps by map type. Notifies: cmapType, with the map type.
-  const ClassMapTypes& cmapType() const { return cmapType_; }
-  void cmapTypeIs(MapType type, const Rok::Ptr<ClassMapTypeConfig>& config) {
-    memberIs(cmapType_, type, config, Attr::cmapType);
-  }
-  void cmapTypeDel(MapType type) { memberDel(cmapType_, type, Attr::cmapType); }
-
- private:
-  ClassMapTypes cmapType_;
-};
-
 }  // namespace Input
 }  // namespace Qos

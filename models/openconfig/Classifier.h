@@ -5,6 +5,7 @@
 
 #include "Rok/Rok.h"
 #include "Velmo/Vector.h"
+#include "models/openconfig/Records.h"
 
 namespace QosOc::Classifier {
 
@@ -142,30 +143,16 @@ class Classifier final : public Rok::PtrInterface {
 // All classifiers by name.
 class ClassifiersDir final : public Rok::PtrInterface {
  public:
-  struct KeyFunktor {
-    const Rok::String& operator()(const Rok::Ptr<Classifier>& classifier) const {
-      return classifier->name();
-    }
-  };
-  using Map =
-      Rok::HashMap2018<Rok::Hm2018NII<0x510e527fu, Rok::String, Rok::Ptr<Classifier>, KeyFunktor>>;
+  using Classifiers = ObjectMap<Classifier, 0x510e527fu, &Classifier::name>;
 
-  const Map& classifier() const { return classifier_; }
-  // Null when there is none.
-  Rok::Ptr<Classifier> classifier(const Rok::String& name) const {
-    const Rok::Ptr<Classifier>* found = classifier_.find(name);
-    return found != nullptr ? *found : nullptr;
-  }
-  // The classifier of that name; a new one, or the one that is there with its config and terms.
-  Rok::Ptr<Classifier> classifierIs(const Rok::String& name) {
-    if (const Rok::Ptr<Classifier>* found = classifier_.find(name)) return *found;
-    return classifier_.newMember(name, Rok::make<Classifier>(name)).first->value();
-  }
+  const Classifiers::Map& classifier() const { return classifiers_.map(); }
+  Rok::Ptr<Classifier> classifier(const Rok::String& name) const { return classifiers_.get(name); }
+  Rok::Ptr<Classifier> classifierIs(const Rok::String& name) { return classifiers_.is(name); }
   // Removes the classifier with its terms.
-  void classifierDel(const Rok::String& name) { classifier_.deleteMember(name); }
+  void classifierDel(const Rok::String& name) { classifiers_.del(name); }
 
  private:
-  Map classifier_;
+  Classifiers classifiers_;
 };
 
 }  // namespace QosOc::Config

@@ -166,6 +166,12 @@ TEST(Changes, ReplaceOfTheSectionIsDoneOnEachOfItsEntries) {
   EXPECT_THAT(d.contents(), ElementsAre("A"));
 }
 
+TEST(Changes, AReplacedSectionLosesAllThatGoesBeforeAnythingComes) {
+  HostDevice d(device);
+  EXPECT_THAT(d.heardFrom(one("replace", "/class-maps", R"({"8": {"M": {}}})")),
+              ElementsAre("cmapType 7", "cmap 1/A", "cmap 1/B", "cmap 1/C", "cmapType 8"));
+}
+
 TEST(Changes, ASectionThatTheDocumentLeftOutIsThere) {
   HostDevice d("{}");
   EXPECT_THAT(d.heardFrom(one("replace", "/class-maps", R"({"qos": {"A": {}}})")),

@@ -6,43 +6,15 @@
 
 #include <sstream>
 #include <string>
-#include <vector>
+
+#include "models/native/AclConfig.h"
+#include "tests/support/NotificationLog.h"
 
 namespace Qos {
 namespace {
 
+using support::NotificationLog;
 using testing::ElementsAre;
-using testing::IsEmpty;
-
-// Writes down which attribute changed, and at which key.
-class Listener final : public Rok::PtrInterface::NotifieeConst {
- public:
-  using Print = std::string (*)(Rok::AttributeId, const void*);
-  Listener(const Rok::PtrInterface& notifier, Print print) : print_(print) {
-    notifierIs(&notifier);
-    isRegisteredNotifieeIs(true);
-    hasNotificationActiveIs(true);
-  }
-  void onAttribute(Rok::AttributeId id, const void* key) override {
-    heard_.push_back(print_(id, key));
-  }
-  const std::vector<std::string>& heard() const { return heard_; }
-
- private:
-  Print print_;
-  std::vector<std::string> heard_;
-};
-
-std::string printMatch(Rok::AttributeId id, const void* key) {
-  std::ostringstream out;
-  out << id << " " << *static_cast<const ClassMapMatchOption*>(key);
-  return out.str();
-}
-std::string printName(Rok::AttributeId id, const void* key) {
-  std::ostringstream out;
-  out << id << " " << *static_cast<const Rok::String*>(key);
-  return out.str();
-}
 
 TEST(ClassMapConfig, HoldsItsNameAndType) {
   const auto config = Rok::make<ClassMapConfig>("MGMT-SSH", mapQos);
@@ -53,34 +25,34 @@ TEST(ClassMapConfig, HoldsItsNameAndType) {
 
 TEST(ClassMapConfig, TellsEachMatchThatComesAndGoesByItsOption) {
   const auto config = Rok::make<ClassMapConfig>("MGMT-SSH", mapQos);
-  const auto listener = Rok::make<Listener>(*config, printMatch);
+  const auto log = Rok::make<NotificationLog<ClassMapConfig::Attr::match>>(*config);
   const auto match = Rok::make<ClassMapMatch>();
   config->matchIs(matchIpAccessGroup, match);
   config->matchIs(matchIpAccessGroup, match);  // the same statement again is no change
   config->matchIs(matchIpv6AccessGroup, match);
   config->matchDel(matchIpAccessGroup);
   config->matchDel(matchIpAccessGroup);  // nor is the removal of what isn't there
-  EXPECT_THAT(listener->heard(), ElementsAre("132 matchIpAccessGroup", "132 matchIpv6AccessGroup",
-                                             "132 matchIpAccessGroup"));
+  EXPECT_THAT(log->lines(), ElementsAre("132 matchIpAccessGroup", "132 matchIpv6AccessGroup",
+                                        "132 matchIpAccessGroup"));
 }
 
 TEST(ClassMapTypeConfig, TellsEachClassMapThatComesAndGoesByItsName) {
   const auto type = Rok::make<Input::ClassMapTypeConfig>(mapQos);
-  const auto listener = Rok::make<Listener>(*type, printName);
+  const auto log = Rok::make<NotificationLog<Input::ClassMapTypeConfig::Attr::cmap>>(*type);
   const auto config = Rok::make<ClassMapConfig>("MGMT-SSH", mapQos);
   type->cmapIs("MGMT-SSH", config);
   type->cmapIs("MGMT-SSH", config);
   type->cmapDel("MGMT-SSH");
-  EXPECT_THAT(listener->heard(), ElementsAre("131 MGMT-SSH", "131 MGMT-SSH"));
+  EXPECT_THAT(log->lines(), ElementsAre("131 MGMT-SSH", "131 MGMT-SSH"));
   EXPECT_EQ(type->cmap().find("MGMT-SSH"), nullptr);
 }
 
 TEST(ClassMapTypeConfig, ADeletionByANameThatLivesInTheDeletedEntryIsSafe) {
   const auto type = Rok::make<Input::ClassMapTypeConfig>(mapQos);
   type->cmapIs("MGMT-SSH", Rok::make<ClassMapConfig>("MGMT-SSH", mapQos));
-  const auto listener = Rok::make<Listener>(*type, printName);
+  const auto log = Rok::make<NotificationLog<Input::ClassMapTypeConfig::Attr::cmap>>(*type);
   type->cmapDel((*type->cmap().find("MGMT-SSH"))->name());
-  EXPECT_THAT(listener->heard(), ElementsAre("131 MGMT-SSH"));
+  EXPECT_THAT(log->lines(), ElementsAre("131 MGMT-SSH"));
 }
 
 TEST(AclConfig, HoldsClassMapsByMapType) {

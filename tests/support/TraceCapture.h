@@ -29,6 +29,15 @@ class TraceCapture {
   // Each line as its level, a blank and its text.
   const std::vector<std::string>& lines() const { return lines_; }
   const std::vector<std::string>& handles() const { return handles_; }
+  // The lines, without the addresses with which those of a machine begin that prints as one.
+  std::vector<std::string> linesWithoutAddresses() const {
+    std::vector<std::string> result;
+    for (std::string line : lines_) {
+      if (line.compare(1, 3, " 0x") == 0) line.erase(2, line.find(' ', 2) - 1);
+      result.push_back(line);
+    }
+    return result;
+  }
   void clear() {
     lines_.clear();
     handles_.clear();

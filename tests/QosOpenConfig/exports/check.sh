@@ -12,7 +12,11 @@ complain() {
 }
 
 for function in classMapKivToOcSmFactory classMapTypeSmFactory classMapSmFactory \
-  classifierNameFromClassName classifierKeyFromConfigObjName; do
+  aclKivToOcSmFactory aclTypeSmFactory aclConfigSmFactory aclSubConfigSmFactory \
+  classActionKivToOcSmFactory pmapTypeSmFactory pmapConfigSmFactory classActionSmFactory \
+  policyActionSmFactory interfaceClassifierKivToOcSmFactory servicePolicySmFactory \
+  forwardingGroupKivToOcSmFactory classifierNameFromClassName classifierKeyFromConfigObjName \
+  classifiersFromPmapName classifierGroupFromPmapName targetGroupFromTc; do
   grep -q " T QosOc::$function(" <<<"$exports" || complain "not exported: QosOc::$function"
 done
 if hidden=$(grep -E " [TW] QosOc::[A-Za-z]+Sm::" <<<"$exports"); then

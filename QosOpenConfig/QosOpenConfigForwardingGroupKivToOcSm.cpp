@@ -1,0 +1,101 @@
+#include "QosOpenConfig/QosOpenConfigForwardingGroupKivToOcSm.h"
+
+namespace QosOc {
+namespace {
+
+constinit Rok::TraceHandle traceHandle("OpenConfigQos", false);
+
+constexpr Rok::TraceFacility::FacilityLevel handler = 2;
+constexpr Rok::TraceFacility::FacilityLevel detail = 9;
+
+}  // namespace
+
+Rok::Ptr<ForwardingGroupKivToOcSm> ForwardingGroupKivToOcSm::ForwardingGroupKivToOcSmIs(
+    const Rok::Ptr<Qos::Input::Config const>& cliConfig,
+    const Rok::Ptr<Config::ForwardingGroupsDir>& forwardingGroupConfigDir,
+    const Rok::Ptr<Config::QueuesDir>& queuesDir) {
+  return create(cliConfig, forwardingGroupConfigDir, queuesDir);
+}
+
+ForwardingGroupKivToOcSm::ForwardingGroupKivToOcSm(
+    const Rok::Ptr<Qos::Input::Config const>& cliConfig,
+    const Rok::Ptr<Config::ForwardingGroupsDir>& forwardingGroupConfigDir,
+    const Rok::Ptr<Config::QueuesDir>& queuesDir)
+    : cliConfig_(*this, cliConfig),
+      forwardingGroupConfigDir_(forwardingGroupConfigDir),
+      queuesDir_(queuesDir) {
+  handleInitialized();
+}
+
+void ForwardingGroupKivToOcSm::handleTcToTxQueueMap(Qos::TrafficClass tc) {
+  if (Rok::TraceHelper line{traceHandle, handler}) {
+    line << "ForwardingGroupKivToOcSm "
+         << "handleTcToTxQueueMap"
+         << " tc " << tc;
+  }
+  const Rok::String groupName = trafficClassToForwardingGroupNameMap(tc).name;
+  // A traffic class that had no group at start deletes the group of the empty name. That is
+  // nothing, unless the native side names a group so. Deliberate: here an empty name means none.
+  if (groupName.empty()) return forwardingGroupConfigDir_->forwardingGroupDel(groupName);
+  const Qos::TxQueueId id = cliConfig_->tcToTxQueueMap(tc);
+  // Unlike at start, a traffic class that loses its queue loses its group. It comes back by the
+  // same name with the next queue.
+  if (id == Qos::noTxQueue) return forwardingGroupConfigDir_->forwardingGroupDel(groupName);
+  writeForwardingGroup(groupName, id);
+}
+
+void ForwardingGroupKivToOcSm::handleInitialized() {
+  if (Rok::TraceHelper line{traceHandle, handler}) {
+    line << "ForwardingGroupKivToOcSm "
+         << "handleInitialized";
+  }
+  makeQueues();
+  makeForwardingGroups();
+}
+
+// One named queue for each queue name, whatever its id: a name that holds 16 gets its queue too.
+// Where several names hold one id, the last in name order is the one that groups are led to.
+void ForwardingGroupKivToOcSm::makeQueues() {
+  const auto& names = cliConfig_->queueNameToTxQueueIdMap()->queueNameToTxQueueId();
+  for (auto i = names.iterator(); i; ++i) {
+    txQueueIdToQueueNameMapIs(*i.value(), i.key());
+    queuesDir_->qIs(Config::Queue(i.key().name));
+  }
+}
+
+// One group for each forwarding-group name, with the queue of its traffic class or with none. Where
+// several names hold one traffic class, later changes reach the last in name order alone, while a
+// term's action takes the first: both are deliberate.
+void ForwardingGroupKivToOcSm::makeForwardingGroups() {
+  const auto& names = cliConfig_->forwardingGroupNameToTcMap()->forwardingGroupNameToTc();
+  for (auto i = names.iterator(); i; ++i) {
+    const Qos::ForwardingGroupName groupName = i.key();
+    const Qos::TrafficClass tc = *i.value();
+    if (Rok::TraceHelper line{traceHandle, detail}) {
+      line.of(*this) << " forwardingGroup: " << groupName << " tc " << tc;
+    }
+    trafficClassToForwardingGroupNameMapIs(tc, groupName);
+    writeForwardingGroup(groupName.name, cliConfig_->tcToTxQueueMap(tc));
+  }
+}
+
+void ForwardingGroupKivToOcSm::writeForwardingGroup(const Rok::String& name, Qos::TxQueueId id) {
+  Config::ForwardingGroupConfig config{name, {}};
+  if (id != Qos::noTxQueue) {
+    config.outputQueue = txQueueIdToQueueNameMap(id).name;
+    if (Rok::TraceHelper line{traceHandle, detail}) {
+      line.of(*this) << " queueName " << config.outputQueue << " qId " << id;
+    }
+  }
+  forwardingGroupConfigDir_->forwardingGroupIs(name)->configIs(config);
+}
+
+Rok::Ptr<ForwardingGroupKivToOcSm> forwardingGroupKivToOcSmFactory(
+    const Rok::Ptr<Qos::Input::Config const>& cliConfig,
+    const Rok::Ptr<Config::ForwardingGroupsDir>& forwardingGroupConfigDir,
+    const Rok::Ptr<Config::QueuesDir>& queuesDir) {
+  return ForwardingGroupKivToOcSm::ForwardingGroupKivToOcSmIs(cliConfig, forwardingGroupConfigDir,
+                                                              queuesDir);
+}
+
+}  // namespace QosOc

@@ -1,0 +1,92 @@
+// Native forwarding-group names, queue names and the traffic-class array into OpenConfig forwarding
+// groups and named queues.
+//
+// The names are read once, at start. Afterwards only the array is followed.
+//
+// What wakes what:
+//   tcToTxQueueMap of Qos::Input::Config    ForwardingGroupKivToOcSm::handleTcToTxQueueMap(tc)
+#pragma once
+
+#include "Rok/Rok.h"
+#include "models/native/QosInput.h"
+#include "models/openconfig/ForwardingGroup.h"
+#include "models/openconfig/Queue.h"
+
+namespace QosOc {
+
+// The root, and the only machine of its kind.
+class ForwardingGroupKivToOcSm final : public Rok::StateMachine<ForwardingGroupKivToOcSm> {
+ public:
+  static constexpr std::string_view rokTypeName = "ForwardingGroupKivToOcSm";
+  static constexpr auto rokArguments() {
+    return std::tuple{Rok::Argument{"cliConfig", &ForwardingGroupKivToOcSm::cliConfig},
+                      Rok::Argument{"forwardingGroupConfigDir",
+                                    &ForwardingGroupKivToOcSm::forwardingGroupConfigDir},
+                      Rok::Argument{"queuesDir", &ForwardingGroupKivToOcSm::queuesDir}};
+  }
+  using GroupNames = Rok::ValueMap<0x8eb44a87u, Qos::TrafficClass, Qos::ForwardingGroupName>;
+  using QueueNames = Rok::ValueMap<0xdb0c2e0du, Qos::TxQueueId, Qos::QueueName>;
+
+  // Requires: cliConfig with both of its maps of names.
+  // Throws: RangeException when a group's traffic class is above 16; what was written before stays.
+  static Rok::Ptr<ForwardingGroupKivToOcSm> ForwardingGroupKivToOcSmIs(
+      const Rok::Ptr<Qos::Input::Config const>& cliConfig,
+      const Rok::Ptr<Config::ForwardingGroupsDir>& forwardingGroupConfigDir,
+      const Rok::Ptr<Config::QueuesDir>& queuesDir);
+
+  Rok::Ptr<Qos::Input::Config const> cliConfig() const { return cliConfig_.ptr(); }
+  const Rok::Ptr<Config::ForwardingGroupsDir>& forwardingGroupConfigDir() const {
+    return forwardingGroupConfigDir_;
+  }
+  const Rok::Ptr<Config::QueuesDir>& queuesDir() const { return queuesDir_; }
+
+  // What handleInitialized saw of the maps of names, turned round. A missing key reads as the empty
+  // name.
+  Qos::ForwardingGroupName trafficClassToForwardingGroupNameMap(Qos::TrafficClass tc) const {
+    return groupNames_.get(tc);
+  }
+  void trafficClassToForwardingGroupNameMapIs(Qos::TrafficClass tc,
+                                              const Qos::ForwardingGroupName& name) {
+    groupNames_.is(tc, name);
+  }
+  void trafficClassToForwardingGroupNameMapDel(Qos::TrafficClass tc) { groupNames_.del(tc); }
+  void trafficClassToForwardingGroupNameMapDelAll() { groupNames_.delAll(); }
+  Qos::QueueName txQueueIdToQueueNameMap(Qos::TxQueueId id) const { return queueNames_.get(id); }
+  void txQueueIdToQueueNameMapIs(Qos::TxQueueId id, const Qos::QueueName& name) {
+    queueNames_.is(id, name);
+  }
+  void txQueueIdToQueueNameMapDel(Qos::TxQueueId id) { queueNames_.del(id); }
+  void txQueueIdToQueueNameMapDelAll() { queueNames_.delAll(); }
+
+  // A traffic class leads to another queue, or to none.
+  // Throws: RangeException for a traffic class above 16; the group stays as it was.
+  void handleTcToTxQueueMap(Qos::TrafficClass tc);
+  void handleInitialized();
+
+ private:
+  friend Rok::StateMachine<ForwardingGroupKivToOcSm>;
+  using RokCliConfig = Rok::Watch<ForwardingGroupKivToOcSm, Qos::Input::Config,
+                                  Rok::On<Qos::Input::Config::Attr::tcToTxQueueMap,
+                                          &ForwardingGroupKivToOcSm::handleTcToTxQueueMap>>;
+
+  ForwardingGroupKivToOcSm(const Rok::Ptr<Qos::Input::Config const>& cliConfig,
+                           const Rok::Ptr<Config::ForwardingGroupsDir>& forwardingGroupConfigDir,
+                           const Rok::Ptr<Config::QueuesDir>& queuesDir);
+  auto parts() { return std::tie(cliConfig_); }
+  void makeQueues();
+  void makeForwardingGroups();
+  void writeForwardingGroup(const Rok::String& name, Qos::TxQueueId id);
+
+  RokCliConfig cliConfig_;
+  Rok::Ptr<Config::ForwardingGroupsDir> forwardingGroupConfigDir_;
+  Rok::Ptr<Config::QueuesDir> queuesDir_;
+  GroupNames groupNames_;
+  QueueNames queueNames_;
+};
+
+QOS_EXPORT Rok::Ptr<ForwardingGroupKivToOcSm> forwardingGroupKivToOcSmFactory(
+    const Rok::Ptr<Qos::Input::Config const>& cliConfig,
+    const Rok::Ptr<Config::ForwardingGroupsDir>& forwardingGroupConfigDir,
+    const Rok::Ptr<Config::QueuesDir>& queuesDir);
+
+}  // namespace QosOc

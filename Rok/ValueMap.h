@@ -1,0 +1,33 @@
+// A state machine's own memory: values by key, the map beside a missing entry's default.
+#pragma once
+
+#include <cstdint>
+
+#include "Rok/HashMap2018.h"
+
+namespace Rok {
+
+template <std::uint32_t seed, class Key, class Value>
+class ValueMap {
+ public:
+  using Map = HashMap2018<Hm2018NEI<seed, Key, Value>>;
+
+  const Map& map() const { return map_; }
+  // A missing key reads as the default value.
+  Value get(const Key& key) const {
+    const Value* found = map_.find(key);
+    return found != nullptr ? *found : Value();
+  }
+  // Replaces the value, or inserts it.
+  void is(const Key& key, const Value& value) {
+    const auto [node, isNew] = map_.newMember(key, value);
+    if (!isNew) node->value() = value;
+  }
+  void del(const Key& key) { map_.deleteMember(key); }
+  void delAll() { map_._memberDelAll(); }
+
+ private:
+  Map map_;
+};
+
+}  // namespace Rok

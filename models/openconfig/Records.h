@@ -1,0 +1,62 @@
+// What the directories of the output model have in common: collections of value records, and of
+// objects that are created or got by name.
+#pragma once
+
+#include "Rok/Rok.h"
+
+namespace QosOc::Config {
+
+// A collection of value records by key. A lookup of a missing entry yields the default record, the
+// one of the default key, and a write replaces the whole record.
+template <class Record, std::uint32_t seed, auto key>
+class RecordMap {
+ public:
+  using Key = std::remove_cvref_t<decltype(std::declval<const Record&>().*key)>;
+  struct KeyFunktor {
+    const Key& operator()(const Record& record) const { return record.*key; }
+  };
+  using Map = Rok::HashMap2018<Rok::Hm2018NII<seed, Key, Record, KeyFunktor>>;
+
+  const Map& map() const { return map_; }
+  Record get(const Key& k) const {
+    const Record* found = map_.find(k);
+    return found != nullptr ? *found : Record(Key());
+  }
+  void is(const Record& record) {
+    const auto [node, isNew] = map_.newMember(record.*key, record);
+    if (!isNew) node->value() = record;
+  }
+  void del(const Key& k) { map_.deleteMember(k); }
+
+ private:
+  Map map_;
+};
+
+// A collection of objects by name.
+template <class Object, std::uint32_t seed, auto key>
+class ObjectMap {
+ public:
+  using Key = std::remove_cvref_t<std::invoke_result_t<decltype(key), const Object&>>;
+  struct KeyFunktor {
+    const Key& operator()(const Rok::Ptr<Object>& object) const { return ((*object).*key)(); }
+  };
+  using Map = Rok::HashMap2018<Rok::Hm2018NII<seed, Key, Rok::Ptr<Object>, KeyFunktor>>;
+
+  const Map& map() const { return map_; }
+  // Null when there is none.
+  Rok::Ptr<Object> get(const Key& k) const {
+    const Rok::Ptr<Object>* found = map_.find(k);
+    return found != nullptr ? *found : nullptr;
+  }
+  // The object of that name: a new one, or the one that is there as it stands.
+  Rok::Ptr<Object> is(const Key& k) {
+    if (const Rok::Ptr<Object>* found = map_.find(k)) return *found;
+    return map_.newMember(k, Rok::make<Object>(k)).first->value();
+  }
+  void del(const Key& k) { map_.deleteMember(k); }
+
+ private:
+  Map map_;
+};
+
+}  // namespace QosOc::Config
