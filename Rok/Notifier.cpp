@@ -3,6 +3,11 @@
 #include "Rok/GenericIfImpl.h"
 
 namespace Rok {
+namespace {
+
+bool isOfKey(std::uint64_t interest) { return (interest & 0xffffffffu) != 0; }
+
+}  // namespace
 
 // ===== NotifieeConst
 
@@ -48,23 +53,24 @@ void PtrInterface::NotifieeConst::isRegisteredNotifieeIs(bool v) const {
 
 // More than one notifiee, or any keyed one. Places of notifiees that went are null until the list
 // is compacted, which never happens during a walk: a walk goes by place.
+//
+// Notifiees of one key always stand in the index, by their interest. Those of one attribute do so
+// in a crowd: for a few, the index would cost more than the calls that it saves.
 struct NotifieeList::Many {
-  using KeyedLists = HashMap2018<Hm2018NEI<0x3b61u, std::uint64_t, NotifieeList>>;
+  using Index = HashMap2018<Hm2018NEI<0x3b61u, std::uint64_t, NotifieeList>>;
+  static constexpr std::uint32_t crowd = 16;
 
   std::vector<const Notifiee*> places;
   std::uint32_t live = 0;
   std::uint32_t walks = 0;
-  std::unique_ptr<KeyedLists> keyed;
+  std::uint32_t keys = 0;  // notifiees in the index that watch one key
+  std::unique_ptr<Index> index;
   Turn* turns = nullptr;
 
+  NotifieeList* at(std::uint64_t interest) const {
+    return interest != 0 && index ? index->find(interest) : nullptr;
+  }
   void tell(std::size_t end, AttributeId id, const void* key, Errors& errors) const;
-};
-
-// The notifiees of one key, while a notification goes round those that watch the whole attribute:
-// who is to be called is settled when the notification begins.
-struct NotifieeList::Turn {
-  Turn* next;
-  const Notifiee* single;  // null once it has left the list
 };
 
 // The first exception of a walk.
@@ -88,21 +94,69 @@ void NotifieeList::Many::tell(std::size_t end, AttributeId id, const void* key,
   }
 }
 
+// A list of the index whose turn in a notification is still to come. Who is to be called is settled
+// when the notification begins, and the list stays in place until its turn is over.
+struct NotifieeList::Turn {
+  Turn(Many& all, NotifieeList* list)
+      : all_(all),
+        list_(list),
+        several_(list != nullptr ? list->many() : nullptr),
+        end_(several_ != nullptr ? several_->places.size() : 0),
+        single_(list != nullptr ? list->single() : nullptr),
+        next_(all.turns) {
+    if (several_ != nullptr) ++several_->walks;
+    all.turns = this;
+  }
+  Turn(const Turn&) = delete;
+  Turn& operator=(const Turn&) = delete;
+
+  // Turns are taken in the opposite order of their construction.
+  void take(AttributeId id, const void* key, Errors& errors) {
+    all_.turns = next_;
+    if (single_ != nullptr) errors.tell(*single_, id, key);
+    if (several_ == nullptr) return;
+    several_->tell(end_, id, key, errors);
+    --several_->walks;
+    list_->compact();
+  }
+  // A notifiee that has left is not called, also if another one stands at its address by then.
+  static void forget(Turn* first, const Notifiee& notifiee) {
+    for (Turn* turn = first; turn != nullptr; turn = turn->next_) {
+      if (turn->single_ == &notifiee) turn->single_ = nullptr;
+    }
+  }
+
+ private:
+  Many& all_;
+  NotifieeList* list_;
+  Many* several_;
+  std::size_t end_;
+  const Notifiee* single_;  // alone in its list; null once it has left
+  Turn* next_;
+};
+
 NotifieeList::~NotifieeList() { delete many(); }
 
 std::size_t NotifieeList::notifiees() const {
   const Many* many = this->many();
   if (many == nullptr) return word_ != 0 ? 1 : 0;
   std::size_t sum = many->live;
-  if (many->keyed) {
-    for (auto i = many->keyed->iterator(); i; ++i) sum += i.currNodeNonStale()->value().notifiees();
+  if (many->index) {
+    for (auto i = many->index->iterator(); i; ++i) sum += i.currNodeNonStale()->value().notifiees();
   }
   return sum;
 }
 
-bool NotifieeList::hasKeyed() const {
+bool NotifieeList::hasKeys() const {
   const Many* many = this->many();
-  return many != nullptr && many->keyed != nullptr;
+  return many != nullptr && many->keys != 0;
+}
+
+bool NotifieeList::goesByInterest(std::uint64_t interest) const {
+  if (interest == 0) return false;
+  if (isOfKey(interest)) return true;
+  const Many* many = this->many();
+  return many != nullptr && (many->live >= Many::crowd || many->at(interest) != nullptr);
 }
 
 NotifieeList::Many& NotifieeList::manyIs() {
@@ -117,20 +171,21 @@ NotifieeList::Many& NotifieeList::manyIs() {
 }
 
 void NotifieeList::append(const Notifiee& notifiee) {
+  std::uint32_t place = 0;
   if (word_ == 0) {
     word_ = reinterpret_cast<std::uintptr_t>(&notifiee);
-    notifiee.slot_ = 0;
-    return;
+  } else {
+    Many& many = manyIs();
+    many.places.push_back(&notifiee);
+    place = static_cast<std::uint32_t>(many.places.size() - 1);
+    ++many.live;
   }
-  Many& many = manyIs();
-  many.places.push_back(&notifiee);
-  notifiee.slot_ = static_cast<std::uint32_t>(many.places.size() - 1);
-  ++many.live;
+  notifiee.slot_ = place;
 }
 
 void NotifieeList::remove(const Notifiee& notifiee) noexcept {
   if (Many* many = this->many()) {
-    many->places[notifiee.slot_] = nullptr;
+    many->places[notifiee.slot_ & ~Notifiee::indexed] = nullptr;
     --many->live;
     compact();
   } else {
@@ -141,37 +196,38 @@ void NotifieeList::remove(const Notifiee& notifiee) noexcept {
 
 void NotifieeList::notifieeNew(const Notifiee& notifiee) {
   const std::uint64_t interest = notifiee.interest();
-  if (interest == 0) return append(notifiee);
+  if (!goesByInterest(interest)) return append(notifiee);
   Many& many = manyIs();
-  if (!many.keyed) many.keyed = std::make_unique<Many::KeyedLists>();
-  many.keyed->newMember(interest, NotifieeList()).first->value().append(notifiee);
+  if (!many.index) many.index = std::make_unique<Many::Index>();
+  many.index->newMember(interest, NotifieeList()).first->value().append(notifiee);
+  notifiee.slot_ |= Notifiee::indexed;
+  if (isOfKey(interest)) ++many.keys;
 }
 
 void NotifieeList::notifieeDel(const Notifiee& notifiee) noexcept {
+  if ((notifiee.slot_ & Notifiee::indexed) == 0) return remove(notifiee);
+  Many& many = *this->many();
   const std::uint64_t interest = notifiee.interest();
-  if (interest == 0) return remove(notifiee);
-  for (Turn* turn = many()->turns; turn != nullptr; turn = turn->next) {
-    if (turn->single == &notifiee) turn->single = nullptr;
-  }
-  many()->keyed->find(interest)->remove(notifiee);
-  dropEmptyKey(interest);
+  Turn::forget(many.turns, notifiee);
+  many.index->find(interest)->remove(notifiee);
+  if (isOfKey(interest)) --many.keys;
+  dropIfEmpty(interest);
 }
 
-// A key that nobody wants any more leaves the index, unless its list is being walked.
-void NotifieeList::dropEmptyKey(std::uint64_t interest) noexcept {
+// An interest that nobody has any more leaves the index, unless its list is being walked.
+void NotifieeList::dropIfEmpty(std::uint64_t interest) noexcept {
   Many* many = this->many();
-  if (many == nullptr || !many->keyed) return;
-  const NotifieeList* list = many->keyed->find(interest);
+  const NotifieeList* list = many != nullptr ? many->at(interest) : nullptr;
   if (list == nullptr || !list->empty()) return;
-  many->keyed->deleteMember(interest);
-  if (many->keyed->members() == 0) many->keyed.reset();
+  many->index->deleteMember(interest);
+  if (many->index->members() == 0) many->index.reset();
   compact();
 }
 
 void NotifieeList::compact() noexcept {
   Many* many = this->many();
   if (many == nullptr || many->walks > 0) return;
-  if (many->live == 0 && !many->keyed) {
+  if (many->live == 0 && !many->index) {
     delete many;
     word_ = 0;
     return;
@@ -181,7 +237,7 @@ void NotifieeList::compact() noexcept {
   std::size_t kept = 0;
   for (const Notifiee* notifiee : many->places) {
     if (notifiee == nullptr) continue;
-    notifiee->slot_ = static_cast<std::uint32_t>(kept);
+    notifiee->slot_ = (notifiee->slot_ & Notifiee::indexed) | static_cast<std::uint32_t>(kept);
     many->places[kept++] = notifiee;
   }
   many->places.resize(kept);
@@ -200,37 +256,32 @@ void NotifieeList::walk(AttributeId id, const void* key, Errors& errors) const {
   const_cast<NotifieeList*>(this)->compact();
 }
 
-// The walk counts that go up here keep both lists in place, whatever a notifiee does meanwhile.
-void NotifieeList::walkWithKeyed(AttributeId id, const void* key, NotifieeList& keyed,
-                                 Errors& errors) const {
+// Those that watch whatever happens come first, then those of the attribute, then those of the key.
+// While the walk count is up, this list and its index stay in place, whatever a notifiee does.
+void NotifieeList::notifyIndexed(AttributeId id, const void* key, std::uint64_t interest,
+                                 Errors& errors) {
   Many& all = *many();
-  Many* several = keyed.many();
-  const std::size_t end = several != nullptr ? several->places.size() : 0;
-  Turn turn{all.turns, keyed.single()};
   ++all.walks;
-  if (several != nullptr) ++several->walks;
-  all.turns = &turn;
-  walk(id, key, errors);
-  all.turns = turn.next;
-  if (turn.single != nullptr) errors.tell(*turn.single, id, key);
-  if (several != nullptr) {
-    several->tell(end, id, key, errors);
-    --several->walks;
-    keyed.compact();
+  {
+    Turn ofKey(all, all.at(interest));
+    Turn ofAttribute(all, all.at(interestIn(id)));
+    walk(id, key, errors);
+    ofAttribute.take(id, key, errors);
+    ofKey.take(id, key, errors);
   }
   --all.walks;
+  dropIfEmpty(interestIn(id));
+  dropIfEmpty(interest);
+  compact();
 }
 
 void NotifieeList::notify(AttributeId id, const void* key, std::uint64_t interest) const {
   Errors errors;
-  NotifieeList* keyed = interest != 0 ? many()->keyed->find(interest) : nullptr;
-  if (keyed == nullptr) {
-    walk(id, key, errors);
+  const Many* many = this->many();
+  if (many != nullptr && many->index) {
+    const_cast<NotifieeList*>(this)->notifyIndexed(id, key, interest, errors);
   } else {
-    auto* self = const_cast<NotifieeList*>(this);
-    walkWithKeyed(id, key, *keyed, errors);
-    self->dropEmptyKey(interest);
-    self->compact();
+    walk(id, key, errors);
   }
   if (errors.first) std::rethrow_exception(errors.first);
 }

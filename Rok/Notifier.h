@@ -5,7 +5,8 @@
 //
 // RULES
 //   - Delivery is at once, inside the write, in the order of registration; notifiees that watch
-//     one key of an attribute come after those that watch all of it.
+//     one key of an attribute come after those that watch all of it. In a crowd, those that watch
+//     a single attribute may come after those that watch several.
 //   - A notifiee holds a strong pointer to its notifier, so a notifier outlives its observers.
 //   - What happens to a notification while it goes round:
 //       a notifiee removes itself        nobody else is missed or called twice
@@ -15,8 +16,9 @@
 //       drops the last outside reference the notifier lives until the notification is through
 //       is switched off                  not called
 //       throws                           all others are told; then the first exception goes on
-//   - Subscribing and unsubscribing cost the same whatever the number of notifiees, and so does
-//     the notification of a keyed notifiee.
+//   - Subscribing and unsubscribing cost the same whatever the number of notifiees. A change costs
+//     nothing for those that watch another attribute or another key, but for the first few and
+//     for those that watch several attributes: these are asked.
 //
 // EXAMPLE
 //   class Port final : public Rok::Notifier {
@@ -78,16 +80,18 @@ class QOS_EXPORT PtrInterface::NotifieeConst : public PtrInterface {
   void isRegisteredNotifieeIs(bool v) const;
   bool isRegisteredNotifiee() const { return slot_ != unregistered; }
 
-  // What a keyed notifiee wants to hear of: the attribute and the key, as one hash. 0 means all.
-  // It stays the same while the notifiee is registered, so a class that overrides this ends the
-  // registration in its own destructor.
+  // What the notifiee wants to hear of: one attribute, or one key of one
+  // (NotifieeList::interestIn). 0 means all. Whoever wants one attribute may be told of others all
+  // the same, and looks. The interest stays the same while the notifiee is registered, so a class
+  // that overrides this ends the registration in its own destructor.
   virtual std::uint64_t interest() const { return 0; }
 
  private:
   friend class Rok::NotifieeList;
   static constexpr std::uint32_t unregistered = 0xffffffffu;
+  static constexpr std::uint32_t indexed = 0x80000000u;
 
-  mutable std::uint32_t slot_ = unregistered;  // my place in the list
+  mutable std::uint32_t slot_ = unregistered;  // my place in the list; `indexed` by my interest
   Ptr<const PtrInterface> notifier_;
 };
 
@@ -117,14 +121,15 @@ class QOS_EXPORT NotifieeList {
   void notify(AttributeId id) const { notify(id, nullptr, 0); }
   template <class Key>
   void notify(AttributeId id, const Key& key) const {
-    notify(id, &key, hasKeyed() ? interestIn(id, key) : 0);
+    notify(id, &key, hasKeys() ? interestIn(id, key) : 0);
   }
 
-  // The interest in one key of an attribute.
+  // The interest in one attribute, and that in one key of it.
+  static constexpr std::uint64_t interestIn(AttributeId id) { return std::uint64_t{id} << 32; }
   template <class Key>
   static std::uint64_t interestIn(AttributeId id, const Key& key) {
-    const std::uint64_t hash = hashSingleAttr(HashHelper::hashSeed32(), key);
-    return (std::uint64_t{id} << 32) | hash;
+    const std::uint32_t hash = hashSingleAttr(HashHelper::hashSeed32(), key);
+    return interestIn(id) | (hash != 0 ? hash : 1);
   }
 
  private:
@@ -135,15 +140,16 @@ class QOS_EXPORT NotifieeList {
   const Notifiee* single() const {
     return (word_ & 1) != 0 ? nullptr : reinterpret_cast<const Notifiee*>(word_);
   }
-  bool hasKeyed() const;
+  bool hasKeys() const;
+  bool goesByInterest(std::uint64_t interest) const;
   Many& manyIs();
   void append(const Notifiee& notifiee);
   void remove(const Notifiee& notifiee) noexcept;
-  void dropEmptyKey(std::uint64_t interest) noexcept;
+  void dropIfEmpty(std::uint64_t interest) noexcept;
   void compact() noexcept;
   void notify(AttributeId id, const void* key, std::uint64_t interest) const;
+  void notifyIndexed(AttributeId id, const void* key, std::uint64_t interest, Errors& errors);
   void walk(AttributeId id, const void* key, Errors& errors) const;
-  void walkWithKeyed(AttributeId id, const void* key, NotifieeList& keyed, Errors& errors) const;
 
   std::uintptr_t word_ = 0;  // null, a notifiee, or a Many with the lowest bit set
 };

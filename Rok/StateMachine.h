@@ -16,6 +16,7 @@
 //
 //   Delivery. A watch passes on only the attributes it names, only while it is no zombie and has an
 //   owner. It holds its owner during the call: a handler may release the last outside reference.
+//   Several reactions to one attribute run in their order.
 //
 //   Mirroring. `children.is(arguments...)` returns the child under the key of its arguments, or
 //   makes one. Null pointer arguments throw MutatorArgNullPointerException. When the child that is
@@ -56,6 +57,7 @@
 #include <array>
 #include <cstdint>
 #include <functional>
+#include <initializer_list>
 #include <string_view>
 #include <tuple>
 #include <type_traits>
@@ -77,19 +79,23 @@ namespace Rok {
 // A reaction: when `attribute` changes, call `handler`, with the key if it takes one.
 template <auto attribute, auto handler>
 struct On {
+  using Key = typename decltype(attribute)::Key;
+  static constexpr AttributeId id = attribute.id;
+  static constexpr bool evenZombie = false;
   template <class Owner>
-  static bool dispatch(Owner& owner, AttributeId id, const void* key) {
-    if (id != attribute.id) return false;
+  static void react(Owner& owner, const void* key) {
     if constexpr (std::is_invocable_v<decltype(handler), Owner&>) {
       (owner.*handler)();
     } else {
-      (owner.*handler)(*static_cast<const typename decltype(attribute)::Key*>(key));
+      (owner.*handler)(*static_cast<const Key*>(key));
     }
-    return true;
   }
-  static constexpr bool watches(AttributeId id) { return id == attribute.id; }
-  using Key = typename decltype(attribute)::Key;
-  static constexpr AttributeId id = attribute.id;
+};
+
+// The same for a reaction that a zombie's watch still has, as long as it has an owner.
+template <auto attribute, auto handler>
+struct OnEvenZombie : On<attribute, handler> {
+  static constexpr bool evenZombie = true;
 };
 
 // A reaction to the input itself: when the watch is bound to another object, call `handler`, after
@@ -97,15 +103,11 @@ struct On {
 // machines are to read a new object only when something in it changes.
 template <auto handler>
 struct OnBound {
-  template <class Owner>
-  static bool dispatch(Owner& /*owner*/, AttributeId /*id*/, const void* /*key*/) {
-    return false;
-  }
+  static constexpr AttributeId id = 0;  // of no attribute
   template <class Owner>
   static void bound(Owner& owner) {
     (owner.*handler)();
   }
-  static constexpr bool watches(AttributeId /*id*/) { return false; }
 };
 
 // A watched input: the nested notifiee of a state machine, with a raw back pointer to it.
@@ -118,6 +120,8 @@ class Watch : public PtrInterface::NotifieeConst {
   Watch(Owner& owner, const Ptr<Input const>& input) : Watch(owner) { inputIs(input); }
   Watch(const Watch&) = delete;
   Watch& operator=(const Watch&) = delete;
+  // Leaves the list while the list can still ask for the interest.
+  ~Watch() override { isRegisteredNotifieeIs(false); }
 
   // The input. Requires for -> and *: there is one.
   const Input* get() const { return static_cast<const Input*>(notifier()); }
@@ -149,11 +153,12 @@ class Watch : public PtrInterface::NotifieeConst {
     if (other && !rokMarkedForDeletion() && owner_ != nullptr) (callBound<Reactions>(), ...);
   }
 
+  std::uint64_t interest() const override { return NotifieeList::interestIn(onlyAttribute()); }
+
   void onAttribute(AttributeId id, const void* key) override {
-    if (!(Reactions::watches(id) || ...)) return;
-    if (rokMarkedForDeletion() || owner_ == nullptr) return;
+    if (!((Reactions::id == id) || ...) || owner_ == nullptr) return;
     const Ptr<Owner> alive(owner_);
-    (Reactions::dispatch(*alive, id, key) || ...);
+    (react<Reactions>(*alive, id, key), ...);
   }
 
   // ---- for the state machine's own workings
@@ -168,6 +173,24 @@ class Watch : public PtrInterface::NotifieeConst {
   void rokTeardown() {}
 
  private:
+  // The attribute, when it is the only one that is watched; otherwise 0.
+  static constexpr AttributeId onlyAttribute() {
+    AttributeId only = 0;
+    bool several = false;
+    for (const AttributeId id : std::initializer_list<AttributeId>{Reactions::id...}) {
+      if (id == 0) continue;
+      several = several || (only != 0 && only != id);
+      only = id;
+    }
+    return several ? 0 : only;
+  }
+  template <class Reaction>
+  void react(Owner& owner, AttributeId id, const void* key) {
+    if constexpr (Reaction::id != 0) {
+      if (id != Reaction::id || (rokMarkedForDeletion() && !Reaction::evenZombie)) return;
+      Reaction::react(owner, key);
+    }
+  }
   template <class Reaction>
   void callBound() {
     if constexpr (requires { Reaction::bound(*owner_); }) Reaction::bound(*owner_);
@@ -190,7 +213,6 @@ class KeyedWatch : public Watch<Owner, Input, Reaction> {
   }
   KeyedWatch(const KeyedWatch&) = delete;
   KeyedWatch& operator=(const KeyedWatch&) = delete;
-  // Leaves the list while the list can still ask for the interest.
   ~KeyedWatch() override { this->isRegisteredNotifieeIs(false); }
 
   std::uint64_t interest() const override { return interest_; }

@@ -273,14 +273,31 @@ TEST(Notifiee, AZombieWithoutANotifierIsOnlyMarked) {
 // ===== What happens to a notification while it goes round
 
 // An actor whose reaction is the test's, and bystanders round it, who must not suffer. All of them
-// watch the whole attribute, or all of them one key of it.
+// want to hear of everything, or of one attribute, or of one key of it.
+enum class Wish { all, attribute, key };
 struct Shape {
   const char* name;
-  bool keyed;
+  Wish wish;
   int before;
   int behind;
-  bool outsiders;  // with keyed ones: there are two that watch the whole attribute as well
+  bool outsiders;  // there are two that want to hear of everything as well
 };
+
+std::uint64_t interestOf(Wish wish, const Rok::String& chime) {
+  if (wish == Wish::all) return 0;
+  if (wish == Wish::attribute) return Rok::NotifieeList::interestIn(Bell::Attr::chime.id);
+  return interestInChime(chime);
+}
+
+// So many that others are found by their interest. They are switched off.
+std::vector<Ptr<Listener>> crowd(const Ptr<Bell>& bell, Calls& calls) {
+  std::vector<Ptr<Listener>> all;
+  for (int i = 0; i < 16; ++i) {
+    all.push_back(listen(bell, "one of the crowd", calls));
+    all.back()->hasNotificationActiveIs(false);
+  }
+  return all;
+}
 
 void PrintTo(const Shape& shape, std::ostream* out) { *out << shape.name; }
 
@@ -288,6 +305,7 @@ class NotifieeListWalk : public testing::TestWithParam<Shape> {
  protected:
   void SetUp() override {
     if (GetParam().outsiders) outsiders_.push_back(listen(bell_, "o1", calls_));
+    if (GetParam().wish == Wish::attribute) crowd_ = crowd(bell_, calls_);
     for (int i = 0; i < GetParam().before; ++i) {
       before_.push_back(newListener("b" + std::to_string(i)));
     }
@@ -303,11 +321,12 @@ class NotifieeListWalk : public testing::TestWithParam<Shape> {
     before_.clear();
     behind_.clear();
     outsiders_.clear();
+    crowd_.clear();
     EXPECT_TRUE(!bell_ || bell_->notifieeList()->empty());
   }
 
   Ptr<Listener> newListener(const std::string& name) {
-    return listen(bell_, name, calls_, GetParam().keyed ? interestInChime("dawn") : 0);
+    return listen(bell_, name, calls_, interestOf(GetParam().wish, "dawn"));
   }
   // Notifies once and returns who was called.
   Calls ring() {
@@ -333,6 +352,7 @@ class NotifieeListWalk : public testing::TestWithParam<Shape> {
   Calls calls_;
   bool bellGone_ = false;
   Ptr<Bell> bell_ = Rok::make<Bell>(bellGone_);
+  std::vector<Ptr<Listener>> crowd_;
   std::vector<Ptr<Listener>> outsiders_;
   std::vector<Ptr<Listener>> before_;
   Ptr<Listener> actor_;
@@ -343,21 +363,23 @@ class NotifieeListWalk : public testing::TestWithParam<Shape> {
 using NotifieeListCrowd = NotifieeListWalk;
 using NotifieeListMixed = NotifieeListWalk;
 
-constexpr Shape single{"Single", false, 0, 0, false};
-constexpr Shape many{"Many", false, 2, 3, false};
-constexpr Shape singleKeyed{"SingleKeyed", true, 0, 0, false};
-constexpr Shape manyKeyed{"ManyKeyed", true, 2, 3, false};
-constexpr Shape singleMixed{"SingleKeyedAmongOthers", true, 0, 0, true};
-constexpr Shape manyMixed{"ManyKeyedAmongOthers", true, 3, 2, true};
+constexpr Shape single{"Single", Wish::all, 0, 0, false};
+constexpr Shape many{"Many", Wish::all, 2, 3, false};
+constexpr Shape singleOfAttribute{"SingleOfAttribute", Wish::attribute, 0, 0, false};
+constexpr Shape manyOfAttribute{"ManyOfAttribute", Wish::attribute, 3, 3, true};
+constexpr Shape singleKeyed{"SingleKeyed", Wish::key, 0, 0, false};
+constexpr Shape manyKeyed{"ManyKeyed", Wish::key, 2, 3, false};
+constexpr Shape singleMixed{"SingleKeyedAmongOthers", Wish::key, 0, 0, true};
+constexpr Shape manyMixed{"ManyKeyedAmongOthers", Wish::key, 3, 2, true};
 const auto shapeName = [](const auto& shape) { return std::string(shape.param.name); };
 INSTANTIATE_TEST_SUITE_P(Shapes, NotifieeListWalk,
-                         testing::Values(single, many, singleKeyed, manyKeyed, singleMixed,
-                                         manyMixed),
+                         testing::Values(single, many, singleOfAttribute, manyOfAttribute,
+                                         singleKeyed, manyKeyed, singleMixed, manyMixed),
                          shapeName);
-INSTANTIATE_TEST_SUITE_P(Shapes, NotifieeListCrowd, testing::Values(many, manyKeyed, manyMixed),
-                         shapeName);
-INSTANTIATE_TEST_SUITE_P(Shapes, NotifieeListMixed, testing::Values(singleMixed, manyMixed),
-                         shapeName);
+INSTANTIATE_TEST_SUITE_P(Shapes, NotifieeListCrowd,
+                         testing::Values(many, manyOfAttribute, manyKeyed, manyMixed), shapeName);
+INSTANTIATE_TEST_SUITE_P(Shapes, NotifieeListMixed,
+                         testing::Values(manyOfAttribute, singleMixed, manyMixed), shapeName);
 
 TEST_P(NotifieeListWalk, AllAreCalledInTheOrderOfTheirRegistration) {
   EXPECT_EQ(ring(), everyone());
@@ -395,7 +417,7 @@ TEST_P(NotifieeListCrowd, ALaterNotifieeWhoseLastReferenceIsDroppedIsNotCalled) 
 
 TEST_P(NotifieeListWalk, WhenEverybodyIsRemovedTheWalkEnds) {
   actor_->onceIs([&] {
-    for (auto* group : {&outsiders_, &before_, &behind_}) {
+    for (auto* group : {&crowd_, &outsiders_, &before_, &behind_}) {
       for (const auto& listener : *group) listener->isRegisteredNotifieeIs(false);
     }
     actor_->isRegisteredNotifieeIs(false);
@@ -461,7 +483,7 @@ TEST_P(NotifieeListWalk, ANestedNotificationOfTheSameKeyGoesRoundInFullThenTheOu
 
 TEST_P(NotifieeListWalk, AWriteOfAnotherAttributeGoesRoundInTheMiddle) {
   actor_->onceIs([&] { bell_->toneIs(bell_->tone() + 1); });
-  const Calls listenersToAll = GetParam().keyed ? outsiders() : everyone();
+  const Calls listenersToAll = GetParam().wish == Wish::all ? everyone() : outsiders();
   EXPECT_EQ(ring(), joined({outsiders(), before(), {"actor"}, listenersToAll, behind()}));
 }
 
@@ -492,7 +514,7 @@ TEST_P(NotifieeListWalk, TheNotifierLivesUntilTheNotificationIsThrough) {
   Bell* bell = bell_.get();
   actor_->onceIs([&] {
     bell_ = nullptr;
-    for (auto* group : {&outsiders_, &before_, &behind_}) {
+    for (auto* group : {&crowd_, &outsiders_, &before_, &behind_}) {
       for (const auto& listener : *group) listener->notifierIs(nullptr);
     }
     actor_->notifierIs(nullptr);
@@ -657,6 +679,85 @@ TEST(NotifieeList, TheOrderOutlivesACompactionAtTheEndOfAWalk) {
   EXPECT_EQ(calls, (Calls{"19", "29", "39", "49", "59", "69", "79", "89"}));
 }
 
+// ===== Notifiees of one attribute
+
+TEST(NotifieesOfAnAttribute, AreNotDisturbedForAnotherOneInACrowd) {
+  Calls calls;
+  const auto bell = Rok::make<Bell>();
+  std::vector<Ptr<Listener>> ofTone;
+  for (int i = 0; i < 100; ++i) {
+    ofTone.push_back(
+        listen(bell, std::to_string(i), calls, Rok::NotifieeList::interestIn(Bell::Attr::tone.id)));
+  }
+  bell->toneIs(1);
+  ASSERT_EQ(calls.size(), 100u);
+  for (int i = 0; i < 100; ++i) EXPECT_EQ(calls[static_cast<std::size_t>(i)], std::to_string(i));
+  calls.clear();
+  bell->strike("dawn");
+  bell->volumeIs(1);
+  EXPECT_EQ(calls.size(), 2u * 16u) << "only the first few are asked each time";
+}
+
+TEST(NotifieesOfAnAttribute, StayBehindOneAnotherWhenTheCrowdHasGone) {
+  Calls calls;
+  const auto bell = Rok::make<Bell>();
+  const std::uint64_t tone = Rok::NotifieeList::interestIn(Bell::Attr::tone.id);
+  auto others = crowd(bell, calls);
+  const auto first = listen(bell, "first", calls, tone);
+  others.clear();
+  const auto second = listen(bell, "second", calls, tone);
+  bell->toneIs(1);
+  EXPECT_EQ(calls, (Calls{"first", "second"}));
+}
+
+TEST(NotifieesOfAnAttribute, ComeBetweenThoseOfEverythingAndThoseOfAKey) {
+  Calls calls;
+  const auto bell = Rok::make<Bell>();
+  const auto others = crowd(bell, calls);
+  const auto ofKey = listen(bell, "of the key", calls, interestOf(Wish::key, "dawn"));
+  const auto ofChime = listen(bell, "of the chime", calls, interestOf(Wish::attribute, "dawn"));
+  const auto all = listen(bell, "all", calls);
+  bell->strike("dawn");
+  EXPECT_EQ(calls, (Calls{"all", "of the chime", "of the key"}));
+  calls.clear();
+  bell->toneIs(1);
+  EXPECT_EQ(calls, Calls{"all"});
+}
+
+TEST(NotifieesOfAnAttribute, RemovedByAnotherKindMidWalkAreNotCalled) {
+  Calls calls;
+  const auto bell = Rok::make<Bell>();
+  const auto others = crowd(bell, calls);
+  const auto all = listen(bell, "all", calls);
+  Ptr<Listener> ofChime = listen(bell, "of the chime", calls, interestOf(Wish::attribute, "dawn"));
+  Ptr<Listener> ofKey = listen(bell, "of the key", calls, interestOf(Wish::key, "dawn"));
+  ofChime->onceIs([&] { ofKey = nullptr; });
+  bell->strike("dawn");
+  EXPECT_EQ(calls, (Calls{"all", "of the chime"}));
+  calls.clear();
+  all->onceIs([&] { ofChime = nullptr; });
+  bell->strike("dawn");
+  EXPECT_EQ(calls, Calls{"all"});
+  EXPECT_EQ(bell->notifieeList()->notifiees(), 17u);
+}
+
+TEST(NotifieesOfAnAttribute, TheIndexGoesWithTheLastOfThem) {
+  Calls calls;
+  const auto bell = Rok::make<Bell>();
+  const auto others = crowd(bell, calls);
+  bell->strike("dawn");
+  const Dorpel::SlabUse before = Dorpel::slabUse();
+  {
+    const auto ofChime = listen(bell, "of the chime", calls, interestOf(Wish::attribute, "dawn"));
+    ofChime->onceIs([&] { ofChime->isRegisteredNotifieeIs(false); });
+    bell->strike("dawn");
+  }
+  EXPECT_EQ(bell->notifieeList()->notifiees(), 16u);
+  bell->toneIs(1);
+  EXPECT_EQ(calls, Calls{"of the chime"});
+  EXPECT_EQ(Dorpel::slabUse().blocks, before.blocks);
+}
+
 // ===== Keyed notifiees
 
 TEST(KeyedNotifiees, AreCalledOnlyForTheirKey) {
@@ -818,8 +919,9 @@ class Turmoil {
   explicit Turmoil(std::uint32_t seed) : random_(seed) {
     for (std::size_t i = 0; i < 24; ++i) {
       Member member;
-      member.key = i < 8 ? -1 : static_cast<int>(i % 3);
-      const std::uint64_t interest = member.key < 0 ? 0 : interestInChime(chime(member.key));
+      member.wish = i < 8 ? Wish::all : i < 14 ? Wish::attribute : Wish::key;
+      member.key = member.wish == Wish::key ? static_cast<int>(i % 3) : -1;
+      const std::uint64_t interest = interestOf(member.wish, chime(member.key));
       member.listener = Rok::make<Listener>("", calls_, interest);
       member.listener->notifierIs(bell_.get());
       member.listener->hasNotificationActiveIs(true);
@@ -834,12 +936,14 @@ class Turmoil {
       notify(static_cast<int>(pick(3)));
     }
     for (const Member& member : members_) member.listener->isRegisteredNotifieeIs(false);
+    crowd_.clear();
     EXPECT_TRUE(bell_->notifieeList()->empty());
   }
 
  private:
   struct Member {
     Ptr<Listener> listener;
+    Wish wish = Wish::all;
     int key = -1;
     std::optional<int> since;  // when it was registered
   };
@@ -889,14 +993,15 @@ class Turmoil {
     const std::set<std::size_t> once(round.called.begin(), round.called.end());
     ASSERT_EQ(once.size(), round.called.size()) << "called twice";
     for (const std::size_t i : round.present) ASSERT_TRUE(once.contains(i)) << i << " missed";
-    ASSERT_TRUE(std::ranges::is_partitioned(round.called, [&](std::size_t i) {
-      return members_[i].key < 0;
-    })) << "a keyed one came before one that watches all";
+    ASSERT_TRUE(std::ranges::is_sorted(round.called, {}, [&](std::size_t i) {
+      return members_[i].wish;
+    })) << "one that wants less came before one that wants more";
   }
 
   std::mt19937 random_;
   Calls calls_;
   Ptr<Bell> bell_ = Rok::make<Bell>();
+  std::vector<Ptr<Listener>> crowd_ = crowd(bell_, calls_);
   std::vector<Member> members_;
   std::vector<Round*> rounds_;
   int clock_ = 0;

@@ -740,6 +740,36 @@ class ScriptSm final : public Rok::StateMachine<ScriptSm> {
   Ptr<Script> script_;
 };
 
+// Reacts to a tone twice, the second time also as a zombie.
+class TwiceSm final : public Rok::StateMachine<TwiceSm> {
+ public:
+  static constexpr std::string_view rokTypeName = "TwiceSm";
+  static constexpr auto rokArguments() {
+    return std::tuple{Rok::Argument{"bell", &TwiceSm::bell},
+                      Rok::Argument{"script", &TwiceSm::script}};
+  }
+  Ptr<Bell const> bell() const { return bell_.ptr(); }
+  const Ptr<Script>& script() const { return script_; }
+  auto& watch() { return bell_; }
+
+  void handleTone() {
+    script_->calls.push_back("tone");
+    if (script_->act) script_->act();
+  }
+  void followTone() { script_->calls.push_back("follow"); }
+
+ private:
+  friend Rok::StateMachine<TwiceSm>;
+  using RokBell = Rok::Watch<TwiceSm, Bell, Rok::On<Bell::Attr::tone, &TwiceSm::handleTone>,
+                             Rok::OnEvenZombie<Bell::Attr::tone, &TwiceSm::followTone>>;
+  TwiceSm(const Ptr<Bell const>& bell, const Ptr<Script>& script)
+      : bell_(*this, bell), script_(script) {}
+  auto parts() { return std::tie(bell_); }
+
+  RokBell bell_;
+  Ptr<Script> script_;
+};
+
 class KeyScriptSm final : public Rok::StateMachine<KeyScriptSm> {
  public:
   static constexpr std::string_view rokTypeName = "KeyScriptSm";
@@ -803,6 +833,49 @@ TEST(Watch, MarkedForDeletionRefusesACallThatStillReachesIt) {
   sm->watch().ownerDel();
   bell->toneIs(441);
   EXPECT_EQ(script->calls, Calls{});
+}
+
+TEST(Watch, RunsSeveralReactionsToOneAttributeInTheirOrder) {
+  const auto bell = Rok::make<Bell>();
+  const auto script = Rok::make<Script>();
+  auto sm = TwiceSm::create(bell, script);
+  bell->toneIs(440);
+  EXPECT_EQ(script->calls, (Calls{"tone", "follow"}));
+  script->calls.clear();
+  script->act = [&] { sm = nullptr; };
+  bell->toneIs(441);
+  EXPECT_EQ(script->calls, (Calls{"tone", "follow"})) << "the machine lives until both are done";
+  bell->toneIs(442);
+  EXPECT_EQ(script->calls.size(), 2u);
+}
+
+TEST(Watch, AFirstReactionThatThrowsKeepsTheSecondFromRunning) {
+  const auto bell = Rok::make<Bell>();
+  const auto script = Rok::make<Script>();
+  const auto sm = TwiceSm::create(bell, script);
+  script->act = [] { throw std::runtime_error("out of tune"); };
+  EXPECT_THROW(bell->toneIs(440), std::runtime_error);
+  EXPECT_EQ(script->calls, Calls{"tone"});
+}
+
+TEST(Watch, AsAZombieRunsOnlyTheReactionsThatAZombieHas) {
+  const auto bell = Rok::make<Bell>();
+  const auto script = Rok::make<Script>();
+  const auto sm = TwiceSm::create(bell, script);
+  sm->watch().rokMarkedForDeletionIs(true);  // and still switched on
+  bell->toneIs(440);
+  EXPECT_EQ(script->calls, Calls{"follow"});
+  sm->watch().ownerDel();
+  bell->toneIs(441);
+  EXPECT_EQ(script->calls, Calls{"follow"}) << "nobody is there to react";
+}
+
+TEST(Watch, OfOneAttributeSaysSoToItsNotifier) {
+  const auto bell = Rok::make<Bell>();
+  const auto script = Rok::make<Script>();
+  EXPECT_EQ(TwiceSm::create(bell, script)->watch().interest(),
+            Rok::NotifieeList::interestIn(Bell::Attr::tone.id));
+  EXPECT_EQ(ScriptSm::create(bell, script)->watch().interest(), 0u) << "it watches two";
 }
 
 // The machine's own watch alone, or among others on the same notifier, or for one key.
