@@ -18,33 +18,11 @@
 #include <string_view>
 #include <vector>
 
-#include "support/Check.h"
-#include "support/ClassMapDevice.h"
-#include "support/Floor.h"
+#include "support/EventKinds.h"
 #include "support/Order.h"
 
 namespace Bench {
 namespace {
-
-// ===== What happens to a device before, in and after a counted event
-
-constexpr auto nothing = [](auto& /*device*/, const auto& /*change*/) {};
-constexpr auto add = [](auto& device, const auto& change) { device.add(change); };
-constexpr auto match = [](auto& device, const auto& change) { device.match(change); };
-constexpr auto remove = [](auto& device, const auto& change) { device.remove(change); };
-constexpr auto write = [](auto& device, const auto& change) { device.write(change); };
-
-template <auto first, auto second>
-constexpr auto both = [](auto& device, const auto& change) {
-  first(device, change);
-  second(device, change);
-};
-
-void start(Floor& /*floor*/) {}
-void start(ClassMapDevice& device) { device.start(); }
-
-void check(const Floor& floor, std::size_t events) { floor.check(events); }
-void check(const ClassMapDevice& device, std::size_t /*events*/) { device.check(); }
 
 // ===== Counting
 
@@ -70,7 +48,7 @@ void countedEvent(Device& device, const typename Device::Change& change) {
 template <class Device, auto before, auto event, auto after>
 void run(std::size_t size, std::size_t repeat) {
   Device device(size);
-  start(device);
+  device.start();
   const std::vector<std::size_t> terms = randomTerms(size, repeat);
   for (const bool isCounted : {false, true}) {
     if (isCounted) CALLGRIND_START_INSTRUMENTATION;
@@ -82,21 +60,37 @@ void run(std::size_t size, std::size_t repeat) {
     }
   }
   CALLGRIND_STOP_INSTRUMENTATION;
-  check(device, 2 * repeat);
+  device.check();
 }
 
-// ===== The events: a device, what comes before, the event, what comes after
+// ===== The events, by name
 
-struct Event {
-  std::string_view name;
-  void (*run)(std::size_t size, std::size_t repeat);
+class Names {
+ public:
+  template <class Device, auto before, auto event, auto after>
+  void kind(std::string_view name) const {
+    std::cout << name << '\n';
+  }
 };
 
-constexpr Event events[] = {
-    {"floor", run<Floor, nothing, write, nothing>},
-    {"class-map-add", run<ClassMapDevice, remove, add, match>},
-    {"class-map-match", run<ClassMapDevice, both<remove, add>, match, nothing>},
-    {"class-map-remove", run<ClassMapDevice, nothing, remove, both<add, match>>},
+class Runner {
+ public:
+  Runner(std::string_view name, std::size_t size, std::size_t repeat)
+      : name_(name), size_(size), repeat_(repeat) {}
+  bool hasRun() const { return hasRun_; }
+
+  template <class Device, auto before, auto event, auto after>
+  void kind(std::string_view name) {
+    if (name != name_) return;
+    run<Device, before, event, after>(size_, repeat_);
+    hasRun_ = true;
+  }
+
+ private:
+  std::string_view name_;
+  std::size_t size_;
+  std::size_t repeat_;
+  bool hasRun_ = false;
 };
 
 // ===== Arguments
@@ -109,12 +103,11 @@ std::size_t number(std::string_view text) {
 }
 
 int runByName(std::string_view name, std::size_t size, std::size_t repeat) {
-  for (const Event& event : events) {
-    if (event.name != name) continue;
-    // Whole classifiers of ten class maps each.
-    if (size == 0 || size % 10 != 0 || repeat == 0) break;
-    event.run(size, repeat);
-    return 0;
+  // Whole classifiers of ten class maps each.
+  if (size != 0 && size % 10 == 0 && repeat != 0) {
+    Runner runner(name, size, repeat);
+    eachEventKind(runner);
+    if (runner.hasRun()) return 0;
   }
   std::cerr << "events: no event " << name << ", or its SIZE is no multiple of 10\n";
   return 1;
@@ -125,7 +118,8 @@ int main(const std::vector<std::string_view>& arguments) {
     return runByName(arguments[0], number(arguments[1]), number(arguments[2]));
   }
   if (arguments.size() == 1 && arguments[0] == "--list") {
-    for (const Event& event : events) std::cout << event.name << '\n';
+    Names names;
+    eachEventKind(names);
     return 0;
   }
   if (arguments.size() == 1 && arguments[0] == "--compiler") {

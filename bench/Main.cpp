@@ -21,7 +21,7 @@ int main(int argc, char** argv) {
 
   Bench::Comparisons comparisons;
   Bench::startUp(comparisons);
-  Bench::classMapEvents(comparisons);
+  Bench::eventTimes(comparisons);
   Bench::decoders(comparisons);
   Bench::notification(comparisons);
   Bench::hashMap(comparisons);

@@ -10,6 +10,7 @@
 #include "Dorpel/Slab.h"
 #include "support/Child.h"
 #include "support/ClassMapDevice.h"
+#include "support/ClassificationDevice.h"
 #include "support/Comparisons.h"
 #include "support/Floor.h"
 #include "support/Timed.h"
@@ -27,12 +28,24 @@ double rootBuild(std::size_t classMaps) {
   return seconds / static_cast<double>(classMaps);
 }
 
+// 1,000 policy maps of so many classes each, over as many classifiers, bound to 500 interfaces:
+// the policy-map and the service-policy translator. Seconds a term.
+double policyBuild(std::size_t classes) {
+  constexpr std::size_t policyMaps = 1000;
+  PolicyDevice device(policyMaps, classes, 500);
+  const double start = threadSeconds();
+  device.start();
+  const double seconds = threadSeconds() - start;
+  device.check();
+  return seconds / static_cast<double>(policyMaps * classes);
+}
+
 double floorBuild(std::size_t classMaps) {
   const std::vector<std::string> names = Floor::names(classMaps);
   const double start = threadSeconds();
   const Floor floor(names);
   const double seconds = threadSeconds() - start;
-  floor.check(0);
+  floor.check();
   return seconds / static_cast<double>(classMaps);
 }
 
@@ -92,6 +105,13 @@ void memoryUse(benchmark::State& state) {
 }  // namespace
 
 void startUp(Comparisons& comparisons) {
+  for (const std::int64_t classes : {10, 100}) {
+    benchmark::RegisterBenchmark("start-up of a policy map's term", build<policyBuild>)
+        ->Arg(classes)
+        ->Iterations(1)
+        ->UseManualTime();
+    comparisons.add(at("start-up of a policy map's term", classes), "start-up floor/100000");
+  }
   for (const std::int64_t size : {1000, 100'000}) {
     benchmark::RegisterBenchmark("start-up floor", build<floorBuild>)
         ->Arg(size)

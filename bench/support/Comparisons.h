@@ -54,7 +54,7 @@ class Comparisons {
 
 // Every subject registers its benchmarks and what they are compared with.
 void startUp(Comparisons& comparisons);
-void classMapEvents(Comparisons& comparisons);
+void eventTimes(Comparisons& comparisons);
 void decoders(Comparisons& comparisons);
 void notification(Comparisons& comparisons);
 void hashMap(Comparisons& comparisons);

@@ -1,0 +1,55 @@
+// The events that are measured: for each its device, what comes before it, the event itself, and
+// what puts the device back afterwards. One table, for times and for instructions.
+//
+// A device is built for a number of class maps, starts, makes the change that an event is about
+// from the number of a term, and checks its own output at the end.
+#pragma once
+
+#include <cstddef>
+
+#include "support/ClassMapDevice.h"
+#include "support/ClassificationDevice.h"
+#include "support/Floor.h"
+
+namespace Bench {
+namespace Steps {
+
+constexpr auto nothing = [](auto& /*device*/, const auto& /*change*/) {};
+template <auto method>
+constexpr auto call = [](auto& device, const auto& change) { (device.*method)(change); };
+template <auto first, auto second>
+constexpr auto both = [](auto& device, const auto& change) {
+  first(device, change);
+  second(device, change);
+};
+
+constexpr auto add = call<&ClassMapDevice::add>;
+constexpr auto match = call<&ClassMapDevice::match>;
+constexpr auto remove = call<&ClassMapDevice::remove>;
+constexpr auto addRule = call<&ClassificationDevice::addRule>;
+constexpr auto removeRule = call<&ClassificationDevice::removeRule>;
+constexpr auto changeAction = call<&ClassificationDevice::changeAction>;
+constexpr auto remap = call<&ClassificationDevice::remap>;
+constexpr auto bind = call<&ClassificationDevice::bind>;
+constexpr auto unbind = call<&ClassificationDevice::unbind>;
+
+}  // namespace Steps
+
+inline constexpr const char* floorEvent = "floor";
+
+// Calls kind<Device, before, event, after>(name) for each.
+template <class Visitor>
+void eachEventKind(Visitor& visitor) {
+  using namespace Steps;
+  visitor.template kind<Floor, nothing, call<&Floor::write>, nothing>(floorEvent);
+  visitor.template kind<ClassMapDevice, remove, add, match>("class-map-add");
+  visitor.template kind<ClassMapDevice, both<remove, add>, match, nothing>("class-map-match");
+  visitor.template kind<ClassMapDevice, nothing, remove, both<add, match>>("class-map-remove");
+  visitor.template kind<ClassificationDevice, nothing, addRule, removeRule>("acl-rule-add");
+  visitor.template kind<ClassificationDevice, nothing, changeAction, nothing>("action-change");
+  visitor.template kind<ClassificationDevice, nothing, remap, nothing>("traffic-class-remap");
+  visitor.template kind<ClassificationDevice, nothing, bind, unbind>("interface-bind");
+  visitor.template kind<ClassificationDevice, bind, unbind, nothing>("interface-unbind");
+}
+
+}  // namespace Bench
