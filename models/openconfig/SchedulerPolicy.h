@@ -1,0 +1,185 @@
+// OpenConfig scheduler policies: their schedulers with rates and inputs. What attaches a policy to
+// an interface is in Interface.h.
+#pragma once
+
+#include <cstdint>
+#include <iosfwd>
+
+#include "Rok/Rok.h"
+#include "models/openconfig/Numbers.h"
+#include "models/openconfig/Records.h"
+
+namespace QosOc::Config {
+
+// ===== Inputs of a scheduler
+
+enum class SchedulerInputType : unsigned char { QUEUE = 0 };
+QOS_EXPORT const Rok::EnumType<unsigned char>& rokEnumType(SchedulerInputType);
+inline std::ostream& operator<<(std::ostream& out, SchedulerInputType v) {
+  return Rok::enumPrint(out, v);
+}
+
+struct SchedulerInputConfig {
+  Rok::String id;
+  SchedulerInputType inputType = SchedulerInputType::QUEUE;
+  Rok::String queue;  // the queue's name; empty when not set
+  Rok::Optional<std::uint64_t> weight;
+
+  bool operator==(const SchedulerInputConfig&) const = default;
+  explicit operator bool() const { return *this != SchedulerInputConfig(); }
+};
+QOS_EXPORT std::ostream& operator<<(std::ostream& out, const SchedulerInputConfig& config);
+
+struct SchedulerInput {
+  Rok::String id;  // the key
+  SchedulerInputConfig config;
+
+  SchedulerInput() = default;
+  explicit SchedulerInput(const Rok::String& id) : id(id) {}
+  bool operator==(const SchedulerInput&) const = default;
+  // Tells an input that was found from the default one that stands for a missing input.
+  explicit operator bool() const { return *this != SchedulerInput(); }
+};
+QOS_EXPORT std::ostream& operator<<(std::ostream& out, const SchedulerInput& input);
+
+class SchedulerInputs final : public Rok::PtrInterface {
+ public:
+  using Inputs = RecordMap<SchedulerInput, 0x2de92c6fu, &SchedulerInput::id>;
+
+  const Inputs::Map& input() const { return inputs_.map(); }
+  // The default record when there is none.
+  SchedulerInput input(const Rok::String& id) const { return inputs_.get(id); }
+  void inputIs(const SchedulerInput& input) { inputs_.is(input); }
+
+ private:
+  Inputs inputs_;
+};
+
+// ===== Schedulers
+
+// The committed rate of a scheduler, as a number, as a percentage, or as both: neither is computed
+// from the other.
+struct OneRateTwoColor {
+  Rok::Optional<std::uint64_t> cir;
+  Rok::Optional<PercentType> cirPct;
+
+  bool operator==(const OneRateTwoColor&) const = default;
+  explicit operator bool() const { return *this != OneRateTwoColor(); }
+};
+QOS_EXPORT std::ostream& operator<<(std::ostream& out, const OneRateTwoColor& rate);
+
+enum class SchedulerType : unsigned char { ONE_RATE_TWO_COLOR = 0 };
+QOS_EXPORT const Rok::EnumType<unsigned char>& rokEnumType(SchedulerType);
+inline std::ostream& operator<<(std::ostream& out, SchedulerType v) {
+  return Rok::enumPrint(out, v);
+}
+
+// Strict is 0 here, where an absent priority is an empty optional. A comment counts otherwise: it
+// has a member for none.
+enum class SchedulerPriority : unsigned char { STRICT = 0 };
+QOS_EXPORT const Rok::EnumType<unsigned char>& rokEnumType(SchedulerPriority);
+inline std::ostream& operator<<(std::ostream& out, SchedulerPriority v) {
+  return Rok::enumPrint(out, v);
+}
+
+struct SchedulerConfig {
+  std::uint32_t sequence = 0;
+  SchedulerType schedulerType = SchedulerType::ONE_RATE_TWO_COLOR;
+  Rok::Optional<SchedulerPriority> priority;  // present for a strict-priority scheduler alone
+
+  bool operator==(const SchedulerConfig&) const = default;
+  explicit operator bool() const { return *this != SchedulerConfig(); }
+};
+QOS_EXPORT std::ostream& operator<<(std::ostream& out, const SchedulerConfig& config);
+
+class Scheduler final : public Rok::PtrInterface {
+ public:
+  using Rate = Rok::Optional<OneRateTwoColor>;
+
+  explicit Scheduler(std::uint32_t sequence) : sequence_(sequence) {}
+
+  const std::uint32_t& sequence() const { return sequence_; }
+  const SchedulerConfig& config() const { return config_; }
+  void configIs(const SchedulerConfig& config) { config_ = config; }
+
+  // Null until made.
+  const Rok::Ptr<SchedulerInputs>& inputs() const { return inputs_; }
+  const Rok::Ptr<SchedulerInputs>& inputsIs() {
+    if (!inputs_) inputs_ = Rok::make<SchedulerInputs>();
+    return inputs_;
+  }
+  // Absent until set.
+  const Rate& oneRateTwoColor() const { return oneRateTwoColor_; }
+  void oneRateTwoColorIs(const Rate& rate) { oneRateTwoColor_ = rate; }
+
+ private:
+  std::uint32_t sequence_;
+  SchedulerConfig config_;
+  Rok::Ptr<SchedulerInputs> inputs_;
+  Rate oneRateTwoColor_;
+};
+
+// The schedulers of one policy by sequence.
+class Schedulers final : public Rok::PtrInterface {
+ public:
+  using Members = ObjectMap<Scheduler, 0x4a7484aau, &Scheduler::sequence>;
+
+  const Members::Map& scheduler() const { return schedulers_.map(); }
+  Rok::Ptr<Scheduler> scheduler(std::uint32_t sequence) const { return schedulers_.get(sequence); }
+  Rok::Ptr<Scheduler> schedulerIs(std::uint32_t sequence) { return schedulers_.is(sequence); }
+
+ private:
+  Members schedulers_;
+};
+
+// ===== Policies
+
+struct SchedulerPolicyConfig {
+  Rok::String name;
+
+  bool operator==(const SchedulerPolicyConfig&) const = default;
+  explicit operator bool() const { return *this != SchedulerPolicyConfig(); }
+};
+QOS_EXPORT std::ostream& operator<<(std::ostream& out, const SchedulerPolicyConfig& config);
+
+class SchedulerPolicy final : public Rok::PtrInterface {
+ public:
+  explicit SchedulerPolicy(const Rok::String& name) : name_(name) {}
+
+  const Rok::String& name() const { return name_; }
+  const SchedulerPolicyConfig& config() const { return config_; }
+  void configIs(const SchedulerPolicyConfig& config) { config_ = config; }
+
+  // Null until made.
+  const Rok::Ptr<Schedulers>& schedulers() const { return schedulers_; }
+  const Rok::Ptr<Schedulers>& schedulersIs() {
+    if (!schedulers_) schedulers_ = Rok::make<Schedulers>();
+    return schedulers_;
+  }
+
+ private:
+  Rok::String name_;
+  SchedulerPolicyConfig config_;
+  Rok::Ptr<Schedulers> schedulers_;
+};
+
+// All scheduler policies by name.
+class SchedulerPoliciesDir final : public Rok::PtrInterface {
+ public:
+  using Policies = ObjectMap<SchedulerPolicy, 0x5cb0a9dcu, &SchedulerPolicy::name>;
+
+  const Policies::Map& schedulerPolicy() const { return policies_.map(); }
+  Rok::Ptr<SchedulerPolicy> schedulerPolicy(const Rok::String& name) const {
+    return policies_.get(name);
+  }
+  Rok::Ptr<SchedulerPolicy> schedulerPolicyIs(const Rok::String& name) {
+    return policies_.is(name);
+  }
+  // Removes the policy with all that hangs under it.
+  void schedulerPolicyDel(const Rok::String& name) { policies_.del(name); }
+
+ private:
+  Policies policies_;
+};
+
+}  // namespace QosOc::Config

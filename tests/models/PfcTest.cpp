@@ -1,0 +1,67 @@
+// The OpenConfig priority flow control of the whole device.
+#include "models/openconfig/Pfc.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <sstream>
+#include <string>
+
+namespace QosOc::Config {
+namespace {
+
+std::string printed(const PfcWatchdog& watchdog) {
+  std::ostringstream out;
+  out << watchdog;
+  return out.str();
+}
+
+TEST(PfcWatchdog, HasActionOneAndNothingElseAtFirst) {
+  const PfcWatchdog watchdog;
+  EXPECT_EQ(watchdog.timeA, 0);
+  EXPECT_EQ(watchdog.timeB, 0);
+  EXPECT_EQ(watchdog.timeC, 0);
+  EXPECT_EQ(watchdog.action, 1);
+  EXPECT_EQ(watchdog.priorities, "");
+}
+
+TEST(PfcWatchdog, ComparesAllFields) {
+  const auto differs = [](const auto& change) {
+    PfcWatchdog watchdog;
+    change(watchdog);
+    return watchdog != PfcWatchdog() && static_cast<bool>(watchdog);
+  };
+  EXPECT_FALSE(differs([](PfcWatchdog&) {}));
+  EXPECT_TRUE(differs([](PfcWatchdog& watchdog) { watchdog.timeA = 0.01; }));
+  EXPECT_TRUE(differs([](PfcWatchdog& watchdog) { watchdog.timeB = 0.01; }));
+  EXPECT_TRUE(differs([](PfcWatchdog& watchdog) { watchdog.timeC = 0.01; }));
+  EXPECT_TRUE(differs([](PfcWatchdog& watchdog) { watchdog.action = 0; }));
+  EXPECT_TRUE(differs([](PfcWatchdog& watchdog) { watchdog.priorities = "0"; }));
+}
+
+TEST(PfcWatchdog, PrintsAllItHolds) {
+  EXPECT_EQ(printed({0.5, 1.5, 2.5, 5, "ff"}),
+            "{timeA 0.5, timeB 1.5, timeC 2.5, action 5, priorities ff}");
+}
+
+TEST(Pfc, TheWatchdogIsTheDefaultAtFirstAndReplacedWhole) {
+  const auto pfc = Rok::make<Pfc>();
+  EXPECT_EQ(pfc->watchdog(), PfcWatchdog());
+  pfc->watchdogIs({0.5, 1.5, 2.5, 5, "ff"});
+  EXPECT_EQ(pfc->watchdog(), (PfcWatchdog{0.5, 1.5, 2.5, 5, "ff"}));
+  pfc->watchdogIs(PfcWatchdog());
+  EXPECT_EQ(pfc->watchdog(), PfcWatchdog());
+}
+
+TEST(Pfc, TimesAreKeptInFullPrecision) {
+  const auto pfc = Rok::make<Pfc>();
+  constexpr double third = 1.0 / 3;
+  pfc->watchdogIs({third, std::numeric_limits<double>::max(), -third, 1, ""});
+  EXPECT_EQ(pfc->watchdog().timeA, third);
+  EXPECT_EQ(pfc->watchdog().timeB, std::numeric_limits<double>::max());
+  EXPECT_EQ(pfc->watchdog().timeC, -third);
+}
+
+}  // namespace
+}  // namespace QosOc::Config
