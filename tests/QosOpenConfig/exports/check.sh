@@ -15,7 +15,9 @@ for function in classMapKivToOcSmFactory classMapTypeSmFactory classMapSmFactory
   aclKivToOcSmFactory aclTypeSmFactory aclConfigSmFactory aclSubConfigSmFactory \
   classActionKivToOcSmFactory pmapTypeSmFactory pmapConfigSmFactory classActionSmFactory \
   policyActionSmFactory interfaceClassifierKivToOcSmFactory servicePolicySmFactory \
-  forwardingGroupKivToOcSmFactory classifierNameFromClassName classifierKeyFromConfigObjName \
+  forwardingGroupKivToOcSmFactory pfcKivToOCSmFactory intfPfcKivToOCSmFactory \
+  interfaceConfigSmFactory priorityConverter \
+  classifierNameFromClassName classifierKeyFromConfigObjName \
   classifiersFromPmapName classifierGroupFromPmapName targetGroupFromTc; do
   grep -q " T QosOc::$function(" <<<"$exports" || complain "not exported: QosOc::$function"
 done
