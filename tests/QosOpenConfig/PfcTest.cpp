@@ -299,7 +299,7 @@ TEST_F(Ports, EveryValueOfThePrioritiesIsShownInHexadecimal) {
 TEST_F(Ports, PrioritiesOfZeroAreTheDigitAndABlankedRecordIsTheEmptyText) {
   add("Ethernet1", std::uint8_t{0});
   queues("Ethernet1");
-  const auto& output = interfaces->interface("Ethernet1")->output();
+  const auto output = interfaces->interface("Ethernet1")->output();
   EXPECT_EQ(output->pfc().priorities, "0");
   EXPECT_TRUE(output->pfc());
   remove("Ethernet1");
