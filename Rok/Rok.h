@@ -4,6 +4,7 @@
 #include "Rok/EnumType.h"
 #include "Rok/Exceptions.h"
 #include "Rok/HashMap2018.h"
+#include "Rok/Index.h"
 #include "Rok/Notifier.h"
 #include "Rok/Optional.h"
 #include "Rok/OrderedMap.h"

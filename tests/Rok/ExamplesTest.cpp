@@ -44,6 +44,29 @@ TEST(Examples, String) {
   assert(placeholder == "__yang_[edge-in]_[]");
 }
 
+namespace index {
+
+class PortSm {
+ public:
+  using BySpeed = Rok::Index<unsigned, PortSm, 0x5eedu>;
+  PortSm(const Rok::Ptr<BySpeed>& bySpeed, unsigned speed) : entry_(bySpeed, speed, *this) {}
+  void reset() { ++resets; }
+  int resets = 0;
+
+ private:
+  BySpeed::Entry entry_;
+};
+
+TEST(Examples, Index) {
+  const auto bySpeed = Rok::make<PortSm::BySpeed>();
+  PortSm slow(bySpeed, 10);
+  PortSm fast(bySpeed, 100);
+  bySpeed->each(100, [](PortSm& port) { port.reset(); });
+  assert(slow.resets == 0 && fast.resets == 1);
+}
+
+}  // namespace index
+
 namespace notifier {
 
 class Port final : public Rok::Notifier {
@@ -203,9 +226,9 @@ std::string exampleOf(const std::string& header) {
 
 class HeaderExamples : public testing::TestWithParam<const char*> {};
 INSTANTIATE_TEST_SUITE_P(Headers, HeaderExamples,
-                         testing::Values("Rok/Ptr.h", "Rok/HashMap2018.h", "Rok/OrderedMap.h",
-                                         "Rok/Notifier.h", "Rok/StateMachine.h", "Rok/Trace.h",
-                                         "Velmo/String.h"));
+                         testing::Values("Rok/Ptr.h", "Rok/HashMap2018.h", "Rok/Index.h",
+                                         "Rok/OrderedMap.h", "Rok/Notifier.h", "Rok/StateMachine.h",
+                                         "Rok/Trace.h", "Velmo/String.h"));
 
 TEST_P(HeaderExamples, AreTheOnesThatRunHere) {
   const std::string example = exampleOf(GetParam());
