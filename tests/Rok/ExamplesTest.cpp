@@ -6,6 +6,7 @@
 #include <sstream>
 
 #include "Rok/Rok.h"
+#include "Rok/Strep.h"
 
 namespace {
 
@@ -66,6 +67,19 @@ TEST(Examples, Index) {
 }
 
 }  // namespace index
+
+TEST(Examples, Strep) {
+  struct Limit {
+    explicit Limit(Rok::CharRange& range) {
+      range.needString("Limit(");
+      rate = Rok::deserializeAttr<std::uint64_t>(range, "rate");
+      range.needString(")");
+    }
+    std::uint64_t rate = 0;
+  };
+  assert(Rok::strepToValue<Limit>("Limit(40)").rate == 40);
+  assert(Rok::valueToStrep(Velmo::String("it's")) == R"('it\'s')");
+}
 
 namespace notifier {
 
@@ -228,7 +242,7 @@ class HeaderExamples : public testing::TestWithParam<const char*> {};
 INSTANTIATE_TEST_SUITE_P(Headers, HeaderExamples,
                          testing::Values("Rok/Ptr.h", "Rok/HashMap2018.h", "Rok/Index.h",
                                          "Rok/OrderedMap.h", "Rok/Notifier.h", "Rok/StateMachine.h",
-                                         "Rok/Trace.h", "Velmo/String.h"));
+                                         "Rok/Strep.h", "Rok/Trace.h", "Velmo/String.h"));
 
 TEST_P(HeaderExamples, AreTheOnesThatRunHere) {
   const std::string example = exampleOf(GetParam());

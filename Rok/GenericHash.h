@@ -1,0 +1,36 @@
+// The hash of a value that generic access asks for. Values that are never keys have none, and
+// asking for it is a fault of the caller.
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+#include "Dorpel/Export.h"
+#include "Rok/Exceptions.h"
+#include "Rok/Hash.h"
+
+namespace Rok {
+
+class QOS_EXPORT UnhashableException : public Exception {
+ public:
+  using Exception::Exception;
+  ~UnhashableException() override;
+};
+
+struct QOS_EXPORT GenericIfImpl {
+  // "values of <typeName> have no hash"
+  [[noreturn]] static void throwUnhashableException(std::string_view typeName);
+
+  // hashSingleAttr for values that have a hash. Throws: UnhashableException for a class without
+  // one, which names itself by rokTypeName.
+  template <class T>
+  static std::uint32_t hash(std::uint32_t seed, const T& value) {
+    if constexpr (requires { hashSingleAttr(seed, value); }) {
+      return hashSingleAttr(seed, value);
+    } else {
+      throwUnhashableException(T::rokTypeName);
+    }
+  }
+};
+
+}  // namespace Rok
