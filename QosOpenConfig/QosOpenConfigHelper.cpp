@@ -1,5 +1,10 @@
 #include "QosOpenConfig/QosOpenConfigHelper.h"
 
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cstddef>
+
 namespace QosOc::Helper {
 namespace {
 
@@ -28,3 +33,168 @@ std::optional<PmapClassifiers> pmapClassifiers(std::string_view pmapName) {
 }
 
 }  // namespace QosOc::Helper
+
+namespace QosOc {
+namespace {
+
+constinit Rok::TraceHandle traceHandle("OpenConfigQos", false);
+
+constexpr Rok::TraceFacility::FacilityLevel detail = 9;
+
+// The line with which an operation opens: its name and its arguments.
+template <class... Args>
+void traceCall(const char* name, const Args&... args) {
+  if (Rok::TraceHelper line{traceHandle, detail}) {
+    line << name << " ( ";
+    [[maybe_unused]] const char* comma = "";
+    ((line << comma << args, comma = ", "), ...);
+    line << " ) ";
+  }
+}
+
+// ===== Keys
+
+std::string_view queueWord(Qos::QueueType type) {
+  switch (type) {
+    case Qos::unicast:
+      return "-uc-txq-";
+    case Qos::multicast:
+      return "-mc-txq-";
+  }
+  // Deliberate: a type of any other byte has keys too, and they are apart from those of the others.
+  return "-txq-";
+}
+
+// The last part of a key, "-uc-txq-3", in a buffer of its own: keys are made for every queue of the
+// device, and printf would cost six times as much.
+class QueuePart {
+ public:
+  explicit QueuePart(const Qos::TxQueue& txQueue) {
+    const std::string_view word = queueWord(txQueue.type);
+    char* const number = std::ranges::copy(word, text_.begin()).out;
+    end_ = std::to_chars(number, text_.end(), unsigned{txQueue.id.value}).ptr;
+  }
+  std::string_view text() const {
+    return {text_.data(), static_cast<std::size_t>(end_ - text_.data())};
+  }
+
+ private:
+  std::array<char, 12> text_;  // the longest word and three digits
+  const char* end_;
+};
+
+// ===== Lines
+
+// Calls `act` with each line, without its separator. A last line without one counts, an empty text
+// has none.
+template <class Act>
+void eachLine(std::string_view comment, const Act& act) {
+  while (!comment.empty()) {
+    const std::size_t end = comment.find('\n');
+    act(Velmo::String(comment.substr(0, end)));
+    comment.remove_prefix(end == std::string_view::npos ? comment.size() : end + 1);
+  }
+}
+
+// The comment with a change made to every line that is metadata; a comment without one gains a
+// line. Deliberate: the lines that were there end in a separator, and the one that is gained
+// doesn't. Both sides compare whole texts.
+template <class Change>
+Velmo::String merged(const Velmo::String& comment, const Change& change) {
+  Velmo::String result;
+  bool found = false;
+  eachLine(comment, [&](const Velmo::String& line) {
+    CommentInfo info = deserializeJsonComment(line);
+    const bool isMetaData(info);
+    found = found || isMetaData;
+    if (isMetaData) change(info);
+    result.append(isMetaData ? serializeJsonComment(info) : line).append("\n");
+  });
+  if (found) return result;
+  CommentInfo info;
+  change(info);
+  return result.append(serializeJsonComment(info));
+}
+
+}  // namespace
+
+Rok::Ptr<CommentHelper> CommentHelper::CommentHelperIs() {
+  const auto helper = Rok::make<CommentHelper>();
+  helper->hasNotificationActiveIs(true);
+  return helper;
+}
+
+Velmo::String CommentHelper::commentKey(Nerit::IntfId intfId, const Qos::TxQueue& txQueue) {
+  traceCall("commentKey", intfId, txQueue);
+  return intfId.shortName().addLeft("if-").append(QueuePart(txQueue).text());
+}
+
+Velmo::String CommentHelper::createSchedulerPolicyComment(const SchedulerPolicyCommentInfo& info,
+                                                          const Velmo::String& comment) {
+  traceCall("createSchedulerPolicyComment", info, comment);
+  return merged(comment, [&](CommentInfo& found) { found.sPInfoIs(info); });
+}
+
+Velmo::String CommentHelper::deleteSchedulerPolicyComment(const Velmo::String& comment) {
+  traceCall("deleteSchedulerPolicyComment", comment);
+  // Deliberate: unlike its counterpart for profiles this doesn't go by lines, and it drops foreign
+  // text. The code that writes comments counts on what it gets.
+  CommentInfo info = deserializeJsonComment(comment);
+  if (!info.qMPInfo()) return {};
+  info.sPInfoIs(SchedulerPolicyCommentInfo());
+  return serializeJsonComment(info);
+}
+
+SchedulerPolicyCommentInfo CommentHelper::schedulerPolicyInfoFromComment(
+    const Velmo::String& comment) {
+  traceCall("schedulerPolicyInfoFromComment", comment);
+  return deserializeJsonComment(comment).sPInfo();
+}
+
+Velmo::String CommentHelper::createQueueManagementProfileComment(
+    const QueueManagementProfileCommentInfo& info, const Velmo::String& comment) {
+  traceCall("createQueueManagementProfileComment", info, comment);
+  return merged(comment, [&](CommentInfo& found) { found.qMPInfoIs(info); });
+}
+
+Velmo::String CommentHelper::deleteQueueManagementProfileComment(const Velmo::String& comment) {
+  traceCall("deleteQueueManagementProfileComment", comment);
+  Velmo::String result;
+  eachLine(comment, [&](Velmo::String line) {
+    CommentInfo info = deserializeJsonComment(line);
+    if (info.qMPInfo()) {
+      info.qMPInfoIs(QueueManagementProfileCommentInfo());
+      line = serializeJsonComment(info);
+    }
+    // An empty line goes, also one that was empty before.
+    if (!line.empty()) result.append(line).append("\n");
+  });
+  return result;
+}
+
+QueueManagementProfileCommentInfo CommentHelper::queueManagementProfileInfoFromComment(
+    const Velmo::String& comment) {
+  traceCall("queueManagementProfileInfoFromComment", comment);
+  return deserializeJsonComment(comment).qMPInfo();
+}
+
+Velmo::String CommentHelper::profileCommentKey(const Velmo::String& profileName) {
+  traceCall("profileCommentKey", profileName);
+  return profileName.addLeft("qos-profile-");
+}
+
+Velmo::String CommentHelper::createSchedulerPolicyProfileComment(
+    const SchedulerPolicyProfileCommentInfo& info) {
+  traceCall("createSchedulerPolicyProfileComment", info);
+  return serializeJsonProfileComment(info);
+}
+
+SchedulerPolicyProfileCommentInfo CommentHelper::schedulerPolicyProfileInfoFromComment(
+    const Velmo::String& comment) {
+  traceCall("schedulerPolicyProfileInfoFromComment", comment);
+  return deserializeJsonProfileComment(comment);
+}
+
+Rok::Ptr<CommentHelper> commentHelperFactory() { return CommentHelper::CommentHelperIs(); }
+
+}  // namespace QosOc

@@ -21,6 +21,39 @@ for function in classMapKivToOcSmFactory classMapTypeSmFactory classMapSmFactory
   classifiersFromPmapName classifierGroupFromPmapName targetGroupFromTc; do
   grep -q " T QosOc::$function(" <<<"$exports" || complain "not exported: QosOc::$function"
 done
+# The comment codec stands outside the namespace; the helper's operations and the comment values are
+# for the code that writes comments.
+for function in serializeJsonComment deserializeJsonComment serializeJsonProfileComment \
+  deserializeJsonProfileComment QosOc::commentHelperFactory QosOc::CommentHelper::CommentHelperIs \
+  QosOc::CommentHelper::commentKey QosOc::CommentHelper::profileCommentKey \
+  QosOc::CommentHelper::createSchedulerPolicyComment \
+  QosOc::CommentHelper::deleteSchedulerPolicyComment \
+  QosOc::CommentHelper::schedulerPolicyInfoFromComment \
+  QosOc::CommentHelper::createQueueManagementProfileComment \
+  QosOc::CommentHelper::deleteQueueManagementProfileComment \
+  QosOc::CommentHelper::queueManagementProfileInfoFromComment \
+  QosOc::CommentHelper::createSchedulerPolicyProfileComment \
+  QosOc::CommentHelper::schedulerPolicyProfileInfoFromComment \
+  QosOc::SchedulerCommentInfo::inputs QosOc::SchedulerCommentInfo::inputsIs \
+  QosOc::SchedulerCommentInfo::inputsDel QosOc::SchedulerCommentInfo::operator== \
+  QosOc::SchedulerPolicyProfileCommentInfo::schedulers \
+  QosOc::SchedulerPolicyProfileCommentInfo::schedulersIs \
+  QosOc::SchedulerPolicyProfileCommentInfo::schedulersDel \
+  QosOc::SchedulerPolicyProfileCommentInfo::operator== \
+  QosOc::sequenceToValue QosOc::SchedulerPriorityCommentInfoInstance; do
+  grep -qF " T $function(" <<<"$exports" || complain "not exported: $function"
+done
+for class in SchedulerInput OneRateTwoColor Scheduler SchedulerPolicyProfile SchedulerPolicy \
+  QueueManagementProfile ""; do
+  value=QosOc::${class}CommentInfo
+  for function in "QosOc::valueToStrep($value const&)" "$value::${class}CommentInfo(Rok::CharRange&)" \
+    "QosOc::operator<<(std::ostream&, $value const&)"; do
+    grep -qF " T $function" <<<"$exports" || complain "not exported: $function"
+  done
+done
+if foreign=$(grep -i rapidjson <<<"$exports"); then
+  complain "exported although it is RapidJSON's: $foreign"
+fi
 if hidden=$(grep -E " [TW] QosOc::[A-Za-z]+Sm::" <<<"$exports"); then
   complain "exported although it is the library's own affair: $hidden"
 fi
