@@ -17,6 +17,7 @@ for function in classMapKivToOcSmFactory classMapTypeSmFactory classMapSmFactory
   policyActionSmFactory interfaceClassifierKivToOcSmFactory servicePolicySmFactory \
   forwardingGroupKivToOcSmFactory pfcKivToOCSmFactory intfPfcKivToOCSmFactory \
   interfaceConfigSmFactory priorityConverter \
+  queueKivToOcSmFactory intfSmFactory txQueueSmFactory \
   classifierNameFromClassName classifierKeyFromConfigObjName \
   classifiersFromPmapName classifierGroupFromPmapName targetGroupFromTc; do
   grep -q " T QosOc::$function(" <<<"$exports" || complain "not exported: QosOc::$function"

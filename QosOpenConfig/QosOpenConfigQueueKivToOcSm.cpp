@@ -1,0 +1,289 @@
+#include "QosOpenConfig/QosOpenConfigQueueKivToOcSm.h"
+
+#include "QosOpenConfig/QosOpenConfigHelper.h"
+
+namespace QosOc {
+namespace {
+
+constinit Rok::TraceHandle traceHandle("OpenConfigQos", false);
+
+constexpr Rok::TraceFacility::FacilityLevel handler = 2;
+
+Velmo::String queueNameOf(const Nerit::IntfId& intfId, const Qos::TxQueue& txQueue) {
+  Velmo::String name(intfId.stringValue());
+  name.append("-");
+  name.append(Qos::stringValue(txQueue.type));
+  name.append("-");
+  name.append(Qos::valueToStrep(txQueue.id));
+  return name;
+}
+
+bool namesProfile(const Velmo::String& comment) {
+  return CommentHelper::queueManagementProfileInfoFromComment(comment) !=
+         QueueManagementProfileCommentInfo("");
+}
+
+bool namesPolicy(const Velmo::String& comment) {
+  return CommentHelper::schedulerPolicyInfoFromComment(comment) != SchedulerPolicyCommentInfo("");
+}
+
+// Thresholds stay in the native unit. A probability that is not configured natively is out of range
+// here. The order of the tests is part of what a writer sees: the percentage, then the lower
+// threshold.
+Config::QueueEcnConfig ecnOf(const Qos::EcnWredConfig& ecn) {
+  Config::QueueEcnConfig result;
+  result.maxDropProbabilityPercent = PercentType(ecn.maxDropPercent().value);
+  result.minThreshold = ThresholdType(ecn.minThreshold());
+  result.maxThreshold = ThresholdType(ecn.maxThreshold());
+  result.thresholdUnit = ecn.thresholdUnit();
+  result.weight = ecn.weight();
+  return result;
+}
+
+bool isConfigured(Qos::TxQueuePriority priority, Qos::Percent bandwidth) {
+  return priority != Qos::priorityNotConfigured || bandwidth != Qos::percentNotConfigured;
+}
+
+Config::QueueConfig configOf(const Velmo::String& name, Qos::TxQueuePriority priority,
+                             Qos::Percent bandwidth) {
+  Config::QueueConfig config(name);
+  config.strictPriority = priority == Qos::strictPriority;
+  if (bandwidth != Qos::percentNotConfigured) config.bandwidth = PercentType(bandwidth.value);
+  return config;
+}
+
+}  // namespace
+
+// ===== QueueKivToOcSm
+
+Rok::Ptr<QueueKivToOcSm> QueueKivToOcSm::QueueKivToOcSmIs(
+    const Rok::Ptr<Qos::Input::Config const>& qosCliConfig,
+    const Rok::Ptr<Config::QueuesDir>& queuesDir, const Rok::Ptr<Cli::Config const>& cliConfig) {
+  return create(qosCliConfig, queuesDir, cliConfig);
+}
+
+QueueKivToOcSm::QueueKivToOcSm(const Rok::Ptr<Qos::Input::Config const>& qosCliConfig,
+                               const Rok::Ptr<Config::QueuesDir>& queuesDir,
+                               const Rok::Ptr<Cli::Config const>& cliConfig)
+    : qosCliConfig_(*this, qosCliConfig),
+      queuesDir_(queuesDir),
+      cliConfig_(cliConfig),
+      intfSm_(*this) {
+  handleInitialized();
+}
+
+void QueueKivToOcSm::handleIntfConfig(const Nerit::IntfId& intfId) {
+  if (Rok::TraceHelper line{traceHandle, handler}) line.in(*this) << " ( " << intfId << " ) ";
+  if (const auto* entry = qosCliConfig_->intfConfig().find(intfId)) {
+    intfSmIs(queuesDir_, *entry, cliConfig_);
+  } else {
+    intfSm_.withdraw(intfId);
+  }
+}
+
+void QueueKivToOcSm::handleInitialized() {
+  Rok::EntryTrace(traceHandle, handler, *this);
+  for (auto i = qosCliConfig_->intfConfig().iterator(); i; ++i) handleIntfConfig(i.key());
+}
+
+// ===== IntfSm
+
+Rok::Ptr<IntfSm> IntfSm::IntfSmIs(const Rok::Ptr<Config::QueuesDir>& queuesDir,
+                                  const Rok::Ptr<Qos::IntfConfig const>& intfConfig,
+                                  const Rok::Ptr<Cli::Config const>& cliConfig) {
+  return create(queuesDir, intfConfig, cliConfig);
+}
+
+IntfSm::IntfSm(const Rok::Ptr<Config::QueuesDir>& queuesDir,
+               const Rok::Ptr<Qos::IntfConfig const>& intfConfig,
+               const Rok::Ptr<Cli::Config const>& cliConfig)
+    : queuesDir_(queuesDir),
+      intfConfig_(*this, intfConfig),
+      cliConfig_(cliConfig),
+      txQueueSm_(*this) {
+  handleInitialized();
+}
+
+Nerit::IntfId IntfSm::intfId() const {
+  return intfConfig_ ? intfConfig_->intfId() : Nerit::IntfId();
+}
+
+void IntfSm::handleTxQueueConfig(const Qos::TxQueue& txQueue) {
+  if (Rok::TraceHelper line{traceHandle, handler}) {
+    line.in(*this) << "intf: " << intfId() << "txQueue = " << txQueue;
+  }
+  if (const auto* entry = intfConfig_->txQueueConfig().find(txQueue)) {
+    txQueueSmIs(intfId(), queuesDir_, *entry, cliConfig_);
+  } else {
+    txQueueSm_.withdraw(txQueue);
+  }
+}
+
+void IntfSm::doPrepareToDie() {
+  if (Rok::TraceHelper line{traceHandle, handler}) line.in(*this) << "intf: " << intfId();
+  txQueueSm_.withdrawAll();
+}
+
+void IntfSm::handleInitialized() {
+  if (Rok::TraceHelper line{traceHandle, handler}) line.in(*this) << "intf: " << intfId();
+  for (auto i = intfConfig_->txQueueConfig().iterator(); i; ++i) handleTxQueueConfig(i.key());
+}
+
+// ===== TxQueueSm
+
+Rok::Ptr<TxQueueSm> TxQueueSm::TxQueueSmIs(const Nerit::IntfId& intfId,
+                                           const Rok::Ptr<Config::QueuesDir>& queuesDir,
+                                           const Rok::Ptr<Qos::TxQueueConfig const>& txQueueConfig,
+                                           const Rok::Ptr<Cli::Config const>& cliConfig) {
+  return create(intfId, queuesDir, txQueueConfig, cliConfig);
+}
+
+TxQueueSm::TxQueueSm(const Nerit::IntfId& intfId, const Rok::Ptr<Config::QueuesDir>& queuesDir,
+                     const Rok::Ptr<Qos::TxQueueConfig const>& txQueueConfig,
+                     const Rok::Ptr<Cli::Config const>& cliConfig)
+    : intfId_(intfId),
+      queuesDir_(queuesDir),
+      txQueueConfig_(*this, txQueueConfig),
+      cliConfig_(*this, cliConfig, CommentHelper::commentKey(intfId, txQueue())),
+      queueName_(queueNameOf(intfId, txQueue())) {
+  handleInitialized();
+}
+
+Qos::TxQueue TxQueueSm::txQueue() const {
+  return txQueueConfig_ ? txQueueConfig_->txQueue() : Qos::TxQueue();
+}
+
+Velmo::String TxQueueSm::comment() const { return cliConfig_->comment(cliConfig_.key()); }
+
+// A comment that goes from a profile to a policy alone clears `config` and doesn't bring the ECN
+// settings back, and the other way round: only a comment that names neither does. What was cleared
+// returns with its next change. Deliberate.
+void TxQueueSm::handleComment(const Velmo::String& key) {
+  if (key != cliConfig_.key()) return;
+  if (Rok::TraceHelper line{traceHandle, handler}) {
+    line.in(*this) << "intf: " << intfId_ << "queue:" << queueName_ << " commentKey: " << key;
+  }
+  const Velmo::String text = comment();
+  if (text.empty()) {
+    if (Rok::TraceHelper line{traceHandle, handler}) {
+      line.of(*this) << "Comment not found, Updating the config";
+    }
+    handleTxQueueEcnConfig();
+    handleQueueConfig();
+    return;
+  }
+  Config::Queue q = queuesDir_->q(queueName_);
+  const bool isThere = q != Config::Queue("");
+  const bool profile = namesProfile(text);
+  if (profile && isThere) {
+    if (Rok::TraceHelper line{traceHandle, handler}) {
+      line.of(*this) << "Deleting the queue: " << queueName_ << "'s ecn config";
+    }
+    q.ecnConfig.reset();
+    queuesDir_->qIs(q);
+  }
+  const bool policy = namesPolicy(text);
+  if (policy && isThere) {
+    if (Rok::TraceHelper line{traceHandle, handler}) {
+      line.of(*this) << "Deleting the queue: " << queueName_ << " config";
+    }
+    q.config = Config::QueueConfig("");
+    queuesDir_->qIs(q);
+  }
+  if (profile || policy) return;
+  if (Rok::TraceHelper line{traceHandle, handler}) {
+    line.of(*this) << "Comment not related to OpenConfig, Updating the config";
+  }
+  handleTxQueueEcnConfig();
+  handleQueueConfig();
+}
+
+void TxQueueSm::handleTxQueueEcnConfig() {
+  if (Rok::TraceHelper line{traceHandle, handler}) {
+    line.in(*this) << "intf: " << intfId_ << "queue:" << queueName_;
+  }
+  if (const Velmo::String text = comment(); !text.empty() && namesProfile(text)) {
+    if (Rok::TraceHelper line{traceHandle, handler}) {
+      line.of(*this) << "skipping augmented queue ecn config for intf: " << intfId_
+                     << "queue: " << queueName_;
+    }
+    return;
+  }
+  // The queue is written also when nothing is configured: this is what makes it, with a config of
+  // no name.
+  Config::Queue next(queueName_);
+  next.config = queuesDir_->q(queueName_).config;
+  if (const auto& ecn = txQueueConfig_->ecnConfig()) {
+    next.ecnConfig = ecnOf(*ecn);
+    next.config.name = queueName_;
+  }
+  queuesDir_->qIs(next);
+}
+
+void TxQueueSm::handleQueueConfig() {
+  if (Rok::TraceHelper line{traceHandle, handler}) {
+    line.in(*this) << "intf: " << intfId_ << "queue:" << queueName_;
+  }
+  if (const Velmo::String text = comment(); !text.empty() && namesPolicy(text)) {
+    if (Rok::TraceHelper line{traceHandle, handler}) {
+      line.of(*this) << "Skiping augmented queue bandwidth/scheduling update for intf: " << intfId_
+                     << " queue: " << queueName_;
+    }
+    return;
+  }
+  const Qos::TxQueuePriority priority = txQueueConfig_->priority();
+  const Qos::Percent bandwidth = txQueueConfig_->bandwidth();
+  if (Rok::TraceHelper line{traceHandle, handler}) {
+    line.of(*this) << "priority: " << priority << " bandwidth: " << bandwidth;
+  }
+  Config::Queue current = queuesDir_->q(queueName_);
+  if (isConfigured(priority, bandwidth)) {
+    if (current == Config::Queue("")) current = Config::Queue(queueName_);
+    current.config = configOf(queueName_, priority, bandwidth);
+  } else {
+    // A queue that is missing is not made here, as it is above: the record of the empty name is
+    // written in its stead. Deliberate. It happens when nothing is configured and the comment names
+    // a profile alone, which kept the queue from being made.
+    current.config = Config::QueueConfig(current.ecnConfig ? queueName_ : Velmo::String());
+  }
+  queuesDir_->qIs(current);
+}
+
+void TxQueueSm::doPrepareToDie() {
+  if (Rok::TraceHelper line{traceHandle, handler}) {
+    line.in(*this) << "intf: " << intfId_ << "queue:" << queueName_;
+  }
+  queuesDir_->qDel(queueName_);
+}
+
+// In this order: the first makes the queue.
+void TxQueueSm::handleInitialized() {
+  if (Rok::TraceHelper line{traceHandle, handler}) {
+    line.in(*this) << "intf: " << intfId_ << "queue:" << queueName_;
+  }
+  handleTxQueueEcnConfig();
+  handleQueueConfig();
+}
+
+// ===== Factories
+
+Rok::Ptr<QueueKivToOcSm> queueKivToOcSmFactory(
+    const Rok::Ptr<Qos::Input::Config const>& qosCliConfig,
+    const Rok::Ptr<Config::QueuesDir>& queuesDir, const Rok::Ptr<Cli::Config const>& cliConfig) {
+  return QueueKivToOcSm::QueueKivToOcSmIs(qosCliConfig, queuesDir, cliConfig);
+}
+
+Rok::Ptr<IntfSm> intfSmFactory(const Rok::Ptr<Config::QueuesDir>& queuesDir,
+                               const Rok::Ptr<Qos::IntfConfig const>& intfConfig,
+                               const Rok::Ptr<Cli::Config const>& cliConfig) {
+  return IntfSm::IntfSmIs(queuesDir, intfConfig, cliConfig);
+}
+
+Rok::Ptr<TxQueueSm> txQueueSmFactory(const Nerit::IntfId& intfId,
+                                     const Rok::Ptr<Config::QueuesDir>& queuesDir,
+                                     const Rok::Ptr<Qos::TxQueueConfig const>& txQueueConfig,
+                                     const Rok::Ptr<Cli::Config const>& cliConfig) {
+  return TxQueueSm::TxQueueSmIs(intfId, queuesDir, txQueueConfig, cliConfig);
+}
+
+}  // namespace QosOc
