@@ -19,8 +19,7 @@ struct PmapClassifiers {
 
 // Takes a name of the form "^__yang_(?:\[IPV4__([^\]]+)\])?(?:\[IPV6__([^\]]+)\])?$" apart, and
 // returns nothing for any other. The order is fixed, with nothing between the two groups, and the
-// bare
-// `__yang_` has neither. The result points into `pmapName`.
+// bare `__yang_` has neither. The result points into `pmapName`.
 std::optional<PmapClassifiers> pmapClassifiers(std::string_view pmapName);
 
 }  // namespace QosOc::Helper

@@ -147,9 +147,14 @@ class Document {
 // counts more than there is, brackets in strings included; but the two parsers give one result.
 bool mayNestDeeply(std::string_view text) {
   constexpr std::size_t deep = 1000;
-  return text.size() > deep && std::ranges::count_if(text, [](char c) {
-                                 return c == '{' || c == '[';
-                               }) > std::ptrdiff_t{deep};
+  if (text.size() <= deep) return false;
+  std::size_t brackets = 0;
+  for (; !text.empty(); text.remove_prefix(std::min<std::size_t>(text.size(), 255))) {
+    unsigned char inBlock = 0;  // a byte, so that the compiler counts in vectors of bytes
+    for (const char c : text.substr(0, 255)) inBlock += (c | 0x20) == '{';  // either bracket
+    brackets += inBlock;
+  }
+  return brackets > deep;
 }
 
 // Returns whether the parser came to the end of the comment, and not only to a NUL in it.

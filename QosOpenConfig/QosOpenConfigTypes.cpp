@@ -1,5 +1,7 @@
 #include "QosOpenConfig/QosOpenConfigTypes.h"
 
+#include <utility>
+
 namespace QosOc {
 namespace {
 
@@ -21,10 +23,12 @@ typename Map::Value entryOr(const Map& map, const typename Map::Key& key,
   return found != nullptr ? *found : missing;
 }
 
+// The key is a copy: the value that holds it is moved.
 template <class Map>
-void entryIs(Map& map, const typename Map::Key& key, const typename Map::Value& value) {
-  const auto [node, isNew] = map.newMember(key, value);
-  if (!isNew) node->value() = value;
+void entryIs(Map& map, typename Map::Key key, typename Map::Value&& value) {
+  const auto [node, isNew] = map.newMember(key, std::move(value));
+  // A value that finds its key there hasn't been taken.
+  if (!isNew) node->value() = std::move(value);
 }
 
 template <class Map>
@@ -126,8 +130,8 @@ SchedulerInputCommentInfo SchedulerCommentInfo::inputs(const Rok::String& inputI
   return entryOr(inputs_, inputId, SchedulerInputCommentInfo());
 }
 
-void SchedulerCommentInfo::inputsIs(const SchedulerInputCommentInfo& input) {
-  entryIs(inputs_, input.inputId(), input);
+void SchedulerCommentInfo::inputsIs(SchedulerInputCommentInfo input) {
+  entryIs(inputs_, input.inputId(), std::move(input));
 }
 
 SchedulerInputCommentInfo SchedulerCommentInfo::inputsDel(const Rok::String& inputId) {
@@ -163,8 +167,8 @@ SchedulerCommentInfo SchedulerPolicyProfileCommentInfo::schedulers(std::uint32_t
   return entryOr(schedulers_, sequence, SchedulerCommentInfo(0));
 }
 
-void SchedulerPolicyProfileCommentInfo::schedulersIs(const SchedulerCommentInfo& scheduler) {
-  entryIs(schedulers_, scheduler.sequence(), scheduler);
+void SchedulerPolicyProfileCommentInfo::schedulersIs(SchedulerCommentInfo scheduler) {
+  entryIs(schedulers_, scheduler.sequence(), std::move(scheduler));
 }
 
 SchedulerCommentInfo SchedulerPolicyProfileCommentInfo::schedulersDel(std::uint32_t sequence) {

@@ -124,7 +124,7 @@ class SchedulerCommentInfo {
   // A copy; the default value, with an empty id, when there is none.
   QOS_EXPORT SchedulerInputCommentInfo inputs(const Rok::String& inputId) const;
   // Inserts, or overwrites the input of that id.
-  QOS_EXPORT void inputsIs(const SchedulerInputCommentInfo& input);
+  QOS_EXPORT void inputsIs(SchedulerInputCommentInfo input);
   // Removes. Returns what was there, or the default value.
   QOS_EXPORT SchedulerInputCommentInfo inputsDel(const Rok::String& inputId);
   void inputsDelAll() { inputs_._memberDelAll(); }
@@ -165,7 +165,7 @@ class SchedulerPolicyProfileCommentInfo {
   // A copy; SchedulerCommentInfo(0) when there is none.
   QOS_EXPORT SchedulerCommentInfo schedulers(std::uint32_t sequence) const;
   // Inserts, or overwrites the scheduler of that sequence number, its inputs included.
-  QOS_EXPORT void schedulersIs(const SchedulerCommentInfo& scheduler);
+  QOS_EXPORT void schedulersIs(SchedulerCommentInfo scheduler);
   // Removes. Returns what was there, or SchedulerCommentInfo(0).
   QOS_EXPORT SchedulerCommentInfo schedulersDel(std::uint32_t sequence);
   void schedulersDelAll() { schedulers_._memberDelAll(); }

@@ -23,6 +23,7 @@ int main(int argc, char** argv) {
   Bench::startUp(comparisons);
   Bench::eventTimes(comparisons);
   Bench::decoders(comparisons);
+  Bench::comments(comparisons);
   Bench::notification(comparisons);
   Bench::hashMap(comparisons);
 

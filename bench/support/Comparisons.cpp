@@ -33,6 +33,7 @@ std::string formatted(const char* format, double value) {
 
 std::string measure(const std::string& name, double value) {
   if (name.ends_with(" bytes")) return formatted("%.0f B", value);
+  if (name.ends_with(" allocations")) return formatted("%.0f", value);
   if (value < 10) return formatted("%.2f ns", value);
   if (value < 10e3) return formatted("%.0f ns", value);
   if (value < 10e6) return formatted("%.0f us", value / 1e3);

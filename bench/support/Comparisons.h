@@ -56,6 +56,7 @@ class Comparisons {
 void startUp(Comparisons& comparisons);
 void eventTimes(Comparisons& comparisons);
 void decoders(Comparisons& comparisons);
+void comments(Comparisons& comparisons);
 void notification(Comparisons& comparisons);
 void hashMap(Comparisons& comparisons);
 
