@@ -94,25 +94,29 @@ void Changes::descend(Target& target, const Schema& at, const std::string& token
 void Changes::descendRecord(Target& target, const Schema& record, const std::string& token) {
   const Schema::Member* member = record.member(token);
   if (member == nullptr) refuse("unknown member " + quoted(token));
-  const Schema& schema = member->schema;
-  if (schema.kind() == Schema::Kind::unavailable) refuse(schema.expected());
-  const bool isCollection = schema.kind() == Schema::Kind::keyed && member->initial;
-  target.keys.push_back(token);
-  target.schema = &schema;
-  target.manner = isCollection ? Manner::collection : Manner::whole;
-  target.initial = member->initial;
+  if (member->schema.kind() == Schema::Kind::unavailable) refuse(member->schema.expected());
+  step(target, record, token);
 }
 
 void Changes::descendCollection(Target& target, const Schema& keyed, const std::string& token) {
-  std::optional<std::string> key = keyed.key().canonical(token);
+  const std::optional<std::string> key = keyed.key().canonical(token);
   if (!key) refuse(quoted(token) + " is not " + keyed.key().expected);
-  const Schema& element = keyed.element();
-  const bool isMounted = keyed.isMounted(*key);
-  const bool isScalar = element.kind() == Schema::Kind::scalar;
-  target.keys.push_back(std::move(*key));
-  target.schema = &element;
-  target.manner = isMounted ? Manner::collection : isScalar ? Manner::whole : Manner::entry;
-  target.initial = isMounted ? std::optional(element.empty()) : std::nullopt;
+  step(target, keyed, *key);
+}
+
+void Changes::step(Target& target, const Schema& container, const std::string& key) {
+  const Value* initial = container.initial(key);
+  target.keys.push_back(key);
+  target.schema = &container.below(key);
+  target.manner = mannerOf(container, key);
+  target.initial = initial != nullptr ? std::optional(*initial) : std::nullopt;
+}
+
+Changes::Manner Changes::mannerOf(const Schema& container, const std::string& key) {
+  const Schema& schema = container.below(key);
+  if (!schema.isObject() || schema.isWhole()) return Manner::whole;
+  if (container.initial(key) != nullptr) return Manner::collection;
+  return container.kind() == Schema::Kind::keyed ? Manner::entry : Manner::whole;
 }
 
 // The elements of a set have no places of their own, but one can be added.
@@ -193,6 +197,7 @@ void Changes::write(const Change& change, Writes& writes) const {
 }
 
 // First those that go, then those that come or are replaced: through all mounted entries each time.
+// A setting that is left at its default goes.
 void Changes::writeCollection(Place& place, const Schema& schema, const Value& value,
                               Writes& writes) {
   eraseMissing(place, schema, value, writes);
@@ -206,18 +211,24 @@ void Changes::eraseMissing(Place& place, const Schema& schema, const Value& valu
     if (!stay.contains(key)) place.erase(key, writes);
   }
   for (const auto& [key, entry] : value.object()) {
-    if (schema.isMounted(key)) eraseMissing(*place.at(key), schema.element(), entry, writes);
+    const Value* initial = schema.initial(key);
+    if (initial == nullptr) continue;
+    if (mannerOf(schema, key) == Manner::collection) {
+      eraseMissing(*place.at(key), schema.below(key), entry, writes);
+    } else if (entry == *initial) {
+      place.put(key, entry, writes);
+    }
   }
 }
 
 void Changes::putAll(Place& place, const Schema& schema, const Value& value, Writes& writes) {
-  const bool isScalar = schema.element().kind() == Schema::Kind::scalar;
   for (const auto& [key, entry] : value.object()) {
-    if (schema.isMounted(key)) {
-      putAll(*place.at(key), schema.element(), entry, writes);
+    const Manner manner = mannerOf(schema, key);
+    if (manner == Manner::collection) {
+      putAll(*place.at(key), schema.below(key), entry, writes);
       continue;
     }
-    if (!isScalar && place.has(key)) place.erase(key, writes);
+    if (manner == Manner::entry && place.has(key)) place.erase(key, writes);
     place.put(key, entry, writes);
   }
 }

@@ -34,7 +34,7 @@ class Changes {
  private:
   // How an operation is written.
   enum class Manner {
-    whole,       // by a write of the place: a scalar, a set
+    whole,       // by one write of the place: a scalar, a set, what is one native object
     entry,       // a keyed entry: what is there is removed first
     collection,  // by the same operation on each of its entries
   };
@@ -54,6 +54,8 @@ class Changes {
   static void descend(Target& target, const Schema& at, const std::string& token);
   static void descendRecord(Target& target, const Schema& record, const std::string& token);
   static void descendCollection(Target& target, const Schema& keyed, const std::string& token);
+  static void step(Target& target, const Schema& container, const std::string& key);
+  static Manner mannerOf(const Schema& container, const std::string& key);
   static void descendSet(Target& target, const Schema& set, const std::string& token);
   static std::optional<Change> check(const Patch& patch, std::size_t operation, Draft& draft);
   static void test(const Draft& there, const Patch& patch, std::size_t operation,

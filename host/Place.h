@@ -2,6 +2,7 @@
 // from that object, and a write is a native write. Each section of the document has a few of them.
 #pragma once
 
+#include <algorithm>
 #include <functional>
 #include <memory>
 #include <string>
@@ -9,6 +10,7 @@
 #include <vector>
 
 #include "Rok/Exceptions.h"
+#include "Rok/OrderedMap.h"
 #include "host/Value.h"
 
 namespace host {
@@ -73,6 +75,16 @@ std::vector<std::string> sortedKeys(const Map& map, const Text& text) {
   std::vector<std::string> keys;
   keys.reserve(map.members());
   for (auto i = map.unsafeIterator(); i; ++i) keys.push_back(text(i->key()));
+  std::sort(keys.begin(), keys.end());
+  return keys;
+}
+
+// The same for an ordered map.
+template <class Key, class V, class Text>
+std::vector<std::string> sortedKeys(const Rok::OrderedMap<Key, V>& map, const Text& text) {
+  std::vector<std::string> keys;
+  keys.reserve(map.members());
+  for (auto i = map.iterator(); i; ++i) keys.push_back(text(i.key()));
   std::sort(keys.begin(), keys.end());
   return keys;
 }

@@ -41,6 +41,11 @@ std::optional<Value> acceptReal(const Value& value) {
   return std::nullopt;
 }
 
+std::optional<Value> acceptBoolean(const Value& value) {
+  if (value.as<bool>() == nullptr) return std::nullopt;
+  return value;
+}
+
 std::optional<Value> acceptText(const Value& value) {
   if (value.as<std::string>() == nullptr) return std::nullopt;
   return value;
@@ -66,6 +71,13 @@ Key Key::named(std::string_view what, std::span<const Name> names) {
           }};
 }
 
+Key Key::number(std::string_view what, std::uint64_t max) {
+  return {std::string(what) + ": a number from 0 to " + std::to_string(max),
+          [max](std::string_view text) {
+            return decimal(text, max) ? std::optional(std::string(text)) : std::nullopt;
+          }};
+}
+
 Schema Schema::scalar(std::string expected,
                       std::function<std::optional<Value>(const Value&)> accept) {
   Schema schema(Kind::scalar, std::move(expected));
@@ -80,11 +92,22 @@ Schema Schema::number(std::uint64_t max) {
 
 Schema Schema::real() { return scalar("a number", acceptReal); }
 
+Schema Schema::boolean() { return scalar("true or false", acceptBoolean); }
+
 Schema Schema::text() { return scalar("a string", acceptText); }
 
 Schema Schema::named(std::string_view what, std::span<const Name> names) {
   return scalar(choices(what, names),
                 [names](const Value& value) { return acceptNamed(value, names); });
+}
+
+Schema Schema::nameOrNumber(std::string_view what, std::span<const Name> names) {
+  const auto accept = [names](const Value& value) {
+    const auto* text = value.as<std::string>();
+    const bool isDecimal = text != nullptr && decimal(*text, largestByte);
+    return isDecimal ? std::nullopt : acceptNamed(value, names);
+  };
+  return scalar(choices(what, names), accept);
 }
 
 Schema Schema::exactly(const Schema& schema, Value value, std::string expected) {
@@ -107,11 +130,17 @@ Schema Schema::list(Schema element) {
   return schema;
 }
 
-Schema Schema::keyed(Key key, Schema element, std::vector<std::string> mounted) {
+Schema Schema::keyed(Key key, Schema element, const std::vector<std::string>& mounted) {
+  const Value empty = element.empty();
+  return slots(std::move(key), std::move(element), mounted, empty);
+}
+
+Schema Schema::slots(Key key, Schema element, const std::vector<std::string>& keys,
+                     const Value& initial) {
   Schema schema(Kind::keyed, "an object");
   schema.key_ = std::make_shared<const Key>(std::move(key));
   schema.element_ = std::make_shared<const Schema>(std::move(element));
-  schema.mounted_ = std::move(mounted);
+  for (const std::string& always : keys) schema.mounted_.push_back({always, initial});
   return schema;
 }
 
@@ -132,8 +161,10 @@ Schema Schema::orNull() const {
   return schema;
 }
 
-bool Schema::isMounted(std::string_view key) const {
-  return std::find(mounted_.begin(), mounted_.end(), key) != mounted_.end();
+Schema Schema::whole() const {
+  Schema schema = *this;
+  schema.isWhole_ = true;
+  return schema;
 }
 
 const Schema::Member* Schema::member(std::string_view name) const {
@@ -143,10 +174,28 @@ const Schema::Member* Schema::member(std::string_view name) const {
   return nullptr;
 }
 
+const Schema& Schema::below(std::string_view key) const {
+  return kind_ == Kind::keyed ? *element_ : member(key)->schema;
+}
+
+const Value* Schema::initial(std::string_view key) const {
+  if (kind_ == Kind::record) {
+    const Member* found = member(key);
+    return found != nullptr && found->initial ? &*found->initial : nullptr;
+  }
+  for (const auto& [always, value] : mounted_) {
+    if (always == key) return &value;
+  }
+  return nullptr;
+}
+
 Value Schema::empty() const {
-  Value::Object entries;
-  for (const std::string& key : mounted_) entries.push_back({key, element_->empty()});
-  return Value(std::move(entries));
+  if (kind_ != Kind::record) return Value(mounted_);
+  Value::Object members;
+  for (const Member& member : *members_) {
+    if (member.initial) members.push_back({member.name, *member.initial});
+  }
+  return Value(std::move(members));
 }
 
 }  // namespace host

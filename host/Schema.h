@@ -35,6 +35,8 @@ struct Key {
   static Key name();
   // By name, or as the decimal of any byte.
   static Key named(std::string_view what, std::span<const Name> names);
+  // The canonical decimal of a number from 0 to `max`.
+  static Key number(std::string_view what, std::uint64_t max);
 };
 
 class Schema {
@@ -45,25 +47,36 @@ class Schema {
   // A whole number from 0 to `max`.
   static Schema number(std::uint64_t max);
   static Schema real();
+  static Schema boolean();
   static Schema text();
   // A byte by its name, as a number, or as a decimal.
   static Schema named(std::string_view what, std::span<const Name> names);
+  // A byte by its name or as a number.
+  static Schema nameOrNumber(std::string_view what, std::span<const Name> names);
   // One value of a scalar and no other.
   static Schema exactly(const Schema& schema, Value value, std::string expected);
   // An array whose order means nothing and in which nothing is there twice.
   static Schema set(Schema element);
   static Schema list(Schema element);
   // An object with any keys of a kind. The entries under `mounted` keys are always there.
-  static Schema keyed(Key key, Schema element, std::vector<std::string> mounted = {});
+  static Schema keyed(Key key, Schema element, const std::vector<std::string>& mounted = {});
+  // An object with an entry under each of `keys`, which holds `initial` when it is left out.
+  static Schema slots(Key key, Schema element, const std::vector<std::string>& keys,
+                      const Value& initial);
   // Requires: at most 64 members.
   static Schema record(std::vector<Member> members);
   // Stands where nothing can be read yet, and says why.
   static Schema unavailable(std::string reason);
   // The same or null.
   Schema orNull() const;
+  // The same, as one native object: a write of it puts another one in its place at one go, and
+  // never takes what is there apart or away first.
+  Schema whole() const;
 
   Kind kind() const { return kind_; }
   bool mayBeNull() const { return mayBeNull_; }
+  bool isWhole() const { return isWhole_; }
+  bool isObject() const { return kind_ == Kind::keyed || kind_ == Kind::record; }
   // What a message says that it expected here; the reason for `unavailable`.
   const std::string& expected() const { return expected_; }
 
@@ -72,12 +85,16 @@ class Schema {
   // Of a set, a list or a collection.
   const Schema& element() const { return *element_; }
   const Key& key() const { return *key_; }
-  bool isMounted(std::string_view key) const;
   const std::vector<Member>& members() const { return *members_; }
   // Null when there is no such member.
   const Member* member(std::string_view name) const;
 
-  // A collection without entries, but for the mounted ones. Requires: kind keyed.
+  // Of an object: the schema of what stands under a key. Requires: such a key can be there.
+  const Schema& below(std::string_view key) const;
+  // Of an object: what stands under a key when it is left out. Null when nothing does; otherwise
+  // something is always there.
+  const Value* initial(std::string_view key) const;
+  // Of an object: what it is when all is left out.
   Value empty() const;
 
  private:
@@ -87,12 +104,13 @@ class Schema {
 
   Kind kind_;
   bool mayBeNull_ = false;
+  bool isWhole_ = false;
   std::string expected_;
   std::function<std::optional<Value>(const Value&)> accept_;
   std::shared_ptr<const Schema> element_;
   std::shared_ptr<const Key> key_;
   std::shared_ptr<const std::vector<Member>> members_;
-  std::vector<std::string> mounted_;
+  Value::Object mounted_;
 };
 
 struct Schema::Member {

@@ -20,9 +20,6 @@ std::string described(const Value& value) {
   return out.str();
 }
 
-bool isObject(const Schema& schema) {
-  return schema.kind() == Schema::Kind::keyed || schema.kind() == Schema::Kind::record;
-}
 bool isArray(const Schema& schema) {
   return schema.kind() == Schema::Kind::set || schema.kind() == Schema::Kind::list;
 }
@@ -30,6 +27,14 @@ bool isArray(const Schema& schema) {
 // A bit for each member of a record.
 std::uint64_t bitOf(const Schema& record, const Schema::Member& member) {
   return std::uint64_t{1} << (&member - record.members().data());
+}
+
+bool isRecordOfCollections(const Schema& schema) {
+  const auto isCollection = [](const Schema::Member& member) {
+    return member.schema.kind() == Schema::Kind::keyed;
+  };
+  return schema.kind() == Schema::Kind::record &&
+         std::all_of(schema.members().begin(), schema.members().end(), isCollection);
 }
 
 bool lessNumber(const Value& a, const Value& b) { return a.number() < b.number(); }
@@ -54,7 +59,7 @@ bool SchemaReader::String(const char* text, unsigned size, bool /*copy*/) {
 }
 
 bool SchemaReader::StartObject() {
-  if (!isObject(expected())) return mismatch("an object");
+  if (!expected().isObject()) return mismatch("an object");
   begin(Value(Value::Object()));
   return true;
 }
@@ -114,9 +119,10 @@ bool SchemaReader::scalar(const Value& value) {
 void SchemaReader::begin(Value container) {
   const Schema& schema = expected();
   const bool first = frames_.empty();
-  const bool handedOn =
-      sink_ != nullptr &&
-      (first || (frames_.back().handedOn && schema.kind() == Schema::Kind::keyed));
+  const bool upper = !first && frames_.back().handedOn;
+  const bool divided = schema.kind() == Schema::Kind::keyed ||
+                       (frames_.size() == 1 && isRecordOfCollections(schema));
+  const bool handedOn = sink_ != nullptr && (first || (upper && divided));
   if (handedOn && !first) sink_->collectionBegins(frames_.back().key);
   frames_.push_back(Frame{&schema, handedOn, std::move(container)});
 }

@@ -3,7 +3,8 @@
 // deep a text nests, it is left where it leaves the schema.
 //
 // A text of any length can be read through an EntrySink: the collections on the upper levels of the
-// document are then handed on entry by entry and not kept.
+// document, and those of a member that has nothing but collections, are then handed on entry by
+// entry and not kept.
 #pragma once
 
 #include <cstdint>

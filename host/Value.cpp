@@ -23,6 +23,15 @@ bool sameMembers(const Value::Object& a, const Value::Object& b) {
 
 }  // namespace
 
+void Value::put(const std::string& key, Value value) {
+  for (Member& member : object()) {
+    if (member.key != key) continue;
+    member.value = std::move(value);
+    return;
+  }
+  object().push_back({key, std::move(value)});
+}
+
 bool operator==(const Value& a, const Value& b) {
   const auto* left = a.as<Value::Object>();
   const auto* right = b.as<Value::Object>();

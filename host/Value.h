@@ -58,6 +58,8 @@ class Value {
   const Value* find(std::string_view key) const;
   // The member of an object. Requires: it is there.
   const Value& at(std::string_view key) const { return *find(key); }
+  // Puts a member into an object, or another value into one that is there.
+  void put(const std::string& key, Value value);
 
   // The order of an object's members doesn't count.
   friend bool operator==(const Value& a, const Value& b);

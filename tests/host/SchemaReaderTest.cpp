@@ -116,6 +116,31 @@ TEST(SchemaReader, RefusesUnknownMembersAndThoseThatAreNotThereYet) {
   EXPECT_EQ(faultOf(R"({"later": 1})"), "/later: not there yet");
 }
 
+TEST(SchemaReader, FillsTheSlotsThatAreLeftOut) {
+  const Schema slots =
+      Schema::slots(Key::number("a slot", 2), Schema::number(9), {"0", "1", "2"}, numbers({}));
+  EXPECT_EQ(
+      read(slots, R"({"1": 4})"),
+      Value(Value::Object{{"1", Value(std::uint64_t{4})}, {"0", numbers({})}, {"2", numbers({})}}));
+  EXPECT_EQ(hostFault([&] { read(slots, R"({"3": 4})"); }),
+            "/3: this key is not a slot: a number from 0 to 2");
+}
+
+TEST(SchemaReader, TakesADecimalTextForANumberOnlyWhereItIsAskedTo) {
+  const Schema schema = Schema::record({{"any", colour()},
+                                        {"strict", Schema::nameOrNumber("a colour", colours)},
+                                        {"flag", Schema::boolean()}});
+  const Value value = read(schema, R"({"any": "7", "strict": 7, "flag": false})");
+  EXPECT_EQ(value.at("any").number(), 7u);
+  EXPECT_EQ(value.at("strict").number(), 7u);
+  EXPECT_EQ(read(schema, R"({"strict": "blue"})").at("strict").number(), 2u);
+  EXPECT_EQ(value.at("flag"), Value(false));
+  EXPECT_EQ(hostFault([&] { read(schema, R"({"strict": "7"})"); }),
+            "/strict: expected a colour: red, blue or a number from 0 to 255, not \"7\"");
+  EXPECT_EQ(hostFault([&] { read(schema, R"({"flag": 0})"); }),
+            "/flag: expected true or false, not 0");
+}
+
 TEST(SchemaReader, RefusesTextThatIsNotUnicode) {
   EXPECT_EQ(faultOf("{\"text\": \"a\xff\"}"),
             "/text: this string is not valid Unicode: \"a\\xff\"");
@@ -137,14 +162,16 @@ TEST(SchemaReader, HandsTheEntriesOfUpperCollectionsOnOneByOne) {
   const Schema house = Schema::record(
       {{"rooms", Schema::keyed(Key::named("a colour", colours), Schema::keyed(Key::name(), room))},
        {"doors", Schema::keyed(Key::name(), Schema::number(9))},
-       {"roof", room}});
+       {"roof", room},
+       {"trees", Schema::record({{"old", Schema::keyed(Key::name(), room)}})}});
   SchemaReader reader(house, &sink);
   readJsonText(R"({"rooms": {"red": {"hall": {"size": 1}, "den": {}}, "blue": {}},
-                   "doors": {"front": 1}, "roof": {"size": 2}})",
+                   "doors": {"front": 1}, "roof": {"size": 2}, "trees": {"old": {"oak": {}}}})",
                reader);
   const std::vector<std::string> expected{
-      "begin rooms", "begin 1", "hall object", "den object",   "end", "begin 2",
-      "end",         "end",     "begin doors", "front scalar", "end", "roof object"};
+      "begin rooms", "begin 1",   "hall object", "den object",   "end", "begin 2",
+      "end",         "end",       "begin doors", "front scalar", "end", "roof object",
+      "begin trees", "begin old", "oak object",  "end",          "end"};
   EXPECT_EQ(sink.log, expected);
 }
 

@@ -23,6 +23,14 @@ TEST(Value, DiffersByAMemberAValueOrAKind) {
   EXPECT_FALSE(number(0) == Value());
 }
 
+TEST(Value, PutsAMemberInOrAnotherValueIntoOne) {
+  Value object(Value::Object{{"x", number(1)}});
+  object.put("y", number(2));
+  object.put("x", number(3));
+  EXPECT_EQ(object, Value(Value::Object{{"x", number(3)}, {"y", number(2)}}));
+  EXPECT_EQ(object.object().size(), 2u);
+}
+
 TEST(Value, ComparesListsInOrder) {
   EXPECT_EQ(Value(Value::List{number(1), number(2)}), Value(Value::List{number(1), number(2)}));
   EXPECT_FALSE(Value(Value::List{number(1), number(2)}) ==
