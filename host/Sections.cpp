@@ -8,50 +8,59 @@
 namespace host {
 
 Section classMapsSection();
+Section accessListsSection();
+Section policyMapsSection();
+Section servicePoliciesSection();
+Section interfacesSection();
+Section qosProfilesSection();
+Section commentsSection();
+Section tcToTxQueueSection();
+Section forwardingGroupsSection();
+Section queueNamesSection();
+Section pfcWatchdogSection();
 
 namespace {
 
-Section untranslated(std::string_view name) {
-  return {name, Schema::unavailable("this section is not translated yet"), nullptr};
-}
-
 const std::vector<Section>& sections() {
   static const std::vector<Section> table{
-      classMapsSection(),
-      untranslated("access-lists"),
-      untranslated("policy-maps"),
-      untranslated("service-policies"),
-      untranslated("interfaces"),
-      untranslated("qos-profiles"),
-      untranslated("comments"),
-      untranslated("tc-to-tx-queue"),
-      untranslated("forwarding-groups"),
-      untranslated("queue-names"),
-      untranslated("pfc-watchdog"),
+      classMapsSection(),       accessListsSection(), policyMapsSection(),
+      servicePoliciesSection(), interfacesSection(),  qosProfilesSection(),
+      commentsSection(),        tcToTxQueueSection(), forwardingGroupsSection(),
+      queueNamesSection(),      pfcWatchdogSection(),
   };
   return table;
 }
 
+const Section* sectionNamed(const std::string& name) {
+  for (const Section& section : sections()) {
+    if (section.name == name) return &section;
+  }
+  return nullptr;
+}
+
 Schema documentSchema() {
   std::vector<Schema::Member> members;
-  for (const auto& [name, schema, place] : sections()) {
-    std::optional<Value> initial;
-    if (schema.kind() == Schema::Kind::keyed) initial = schema.empty();
-    members.push_back({std::string(name), schema, std::move(initial)});
+  for (const Section& section : sections()) {
+    members.push_back({std::string(section.name), section.schema, section.schema.empty()});
   }
   return Schema::record(std::move(members));
 }
 
-// The whole document. Its members are never absent, and none can be written as a whole.
+// The whole document. Its members are never absent.
 class DocumentPlace final : public Place {
  public:
   explicit DocumentPlace(const Native& native) : native_(native) {}
 
   std::unique_ptr<Place> at(const std::string& key) const override {
-    for (const Section& section : sections()) {
-      if (section.name == key) return section.place(native_);
-    }
-    return nullptr;
+    const Section* section = sectionNamed(key);
+    return section != nullptr ? section->place(native_) : nullptr;
+  }
+  // A section that is no native object of its own takes its members one by one.
+  void put(const std::string& key, const Value& value, Writes& writes) override {
+    const Section& section = *sectionNamed(key);
+    if (section.install != nullptr) return section.install(native_, value, writes);
+    const std::unique_ptr<Place> place = section.place(native_);
+    for (const Member& member : value.object()) place->put(member.key, member.value, writes);
   }
 
  private:

@@ -16,6 +16,9 @@ struct Section {
   Schema schema;
   // The section's place over the native objects, which outlive it.
   std::unique_ptr<Place> (*place)(const Native& native);
+  // Puts another object in the place of the one that the section is. Null for a section that is
+  // more than one native object; its schema is not whole then.
+  void (*install)(const Native& native, const Value& value, Writes& writes) = nullptr;
 };
 
 // The schema of a whole native document.

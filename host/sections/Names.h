@@ -3,6 +3,7 @@
 
 #include "host/Schema.h"
 #include "models/native/AclConfig.h"
+#include "models/native/Values.h"
 
 namespace host {
 
@@ -11,5 +12,12 @@ inline constexpr Name mapTypes[] = {{"qos", static_cast<unsigned char>(Qos::mapQ
 inline constexpr Name matchOptions[] = {
     {"ip-access-group", static_cast<unsigned char>(Qos::matchIpAccessGroup)},
     {"ipv6-access-group", static_cast<unsigned char>(Qos::matchIpv6AccessGroup)}};
+
+inline constexpr Name actionTypes[] = {
+    {"set-traffic-class", static_cast<unsigned char>(Qos::actionSetTc)}};
+
+inline constexpr Name priorities[] = {
+    {"strict", static_cast<unsigned char>(Qos::strictPriority)},
+    {"unset", static_cast<unsigned char>(Qos::priorityNotConfigured)}};
 
 }  // namespace host

@@ -75,7 +75,8 @@ TEST_F(BadInput, HoldsAWrongValue) {
                     "ipv6-access-group or a number from 0 to 255, not 256");
   expectTextRefused(R"({"class-maps": {"1": {}, "qos": {}}})",
                     ": /class-maps/qos: the same key twice");
-  expectTextRefused(R"({"queue-names": {}})", ": /queue-names: this section is not translated yet");
+  expectTextRefused(R"({"queue-names": {"q": 256}})",
+                    ": /queue-names/q: expected a whole number from 0 to 255, not 256");
   expectTextRefused(R"({"queue-name": {}})", ": /queue-name: unknown member");
 }
 

@@ -94,11 +94,11 @@ TEST_F(Translate, ReportsRefusedLinesAndGoesOn) {
   const HostRun run = translate(
       {"--each", "--changes",
        changes(lines({R"([{"op": "remove", "path": "/class-maps/qos/NONE"}])", "", addTerm,
-                      R"([{"op": "add", "path": "/comments/x", "value": "y"}])"}))});
+                      R"([{"op": "add", "path": "/comments/x", "value": 1}])"}))});
   EXPECT_EQ(run.exit, 1);
   EXPECT_EQ(run.err,
             "line 1: refused: /class-maps/qos/NONE: nothing is there\n"
-            "line 4: refused: /comments/x: this section is not translated yet\n");
+            "line 4: refused: /comments/x: expected a string, not 1\n");
   EXPECT_EQ(run.out, lines({withoutTerms, withoutTerms, withTerm, withTerm}));
 }
 

@@ -66,13 +66,15 @@ TEST(NativeDocument, RefusesUnknownMembers) {
             "/class-maps/qos/V/matches: unknown member");
 }
 
-TEST(NativeDocument, SaysWhichSectionsAreNotTranslatedYet) {
-  for (const char* section :
-       {"access-lists", "policy-maps", "service-policies", "interfaces", "qos-profiles", "comments",
-        "tc-to-tx-queue", "forwarding-groups", "queue-names", "pfc-watchdog"}) {
-    EXPECT_EQ(faultOf("{\"" + std::string(section) + "\": {}}"),
-              "/" + std::string(section) + ": this section is not translated yet");
-  }
+TEST(NativeDocument, HasTheSectionsInAnyOrder) {
+  const HostDevice device(R"({"queue-names": {}, "forwarding-groups": {"g": 5}, "pfc-watchdog": {},
+      "tc-to-tx-queue": {"5": 3}, "comments": {}, "qos-profiles": {}, "interfaces": {},
+      "service-policies": {"1:P": {}}, "policy-maps": {"qos": {"P": {}}}, "access-lists": {},
+      "class-maps": {"qos": {"V": {}}}})");
+  EXPECT_TRUE(device.classMap("V"));
+  EXPECT_EQ(device.native.qosConfig->tcToTxQueueMap(5).value, 3);
+  EXPECT_EQ(device.native.qosConfig->servicePolicyConfig().members(), 1u);
+  EXPECT_EQ(device.native.qosConfig->forwardingGroupNameToTcMap()->firstName(5)->name, "g");
 }
 
 TEST(NativeDocument, RefusesValuesOfTheWrongType) {

@@ -1,7 +1,6 @@
-// A native side as the host mounts it, with a listener that writes down every notification.
+// A native side as the host mounts it, changed by lines.
 #pragma once
 
-#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -9,77 +8,38 @@
 #include "host/Changes.h"
 #include "host/Native.h"
 #include "host/Sections.h"
+#include "tests/support/HostListener.h"
 
 namespace support {
 
-// Watches one native object and says what it hears.
-class HostNotifiee final : public Rok::PtrInterface::NotifieeConst {
- public:
-  using Hear = std::function<void(Rok::AttributeId, const void*)>;
-  HostNotifiee(const Rok::PtrInterface& notifier, Hear hear) : hear_(std::move(hear)) {
-    notifierIs(&notifier);
-    hasNotificationActiveIs(true);
-    isRegisteredNotifieeIs(true);
-  }
-  ~HostNotifiee() override { isRegisteredNotifieeIs(false); }
-  void onAttribute(Rok::AttributeId id, const void* key) override { hear_(id, key); }
-
- private:
-  Hear hear_;
-};
-
-// Writes down the notifications of all class maps, also of those that come later:
-// "cmapType 7", "cmap 1/VOICE", "match VOICE 2".
-class HostListener {
- public:
-  explicit HostListener(const host::Native& native) {
-    watch(*native.aclConfig, [this, config = native.aclConfig](const void* key) {
-      const auto type = *static_cast<const Qos::MapType*>(key);
-      heard_.push_back("cmapType " + number(type));
-      if (const auto* entry = config->cmapType().find(type)) watchType(*entry);
-    });
-    for (auto i = native.aclConfig->cmapType().iterator(); i; ++i) {
-      watchType(i.currNodeNonStale()->value());
-    }
-  }
-
-  // What was heard since the last call.
-  std::vector<std::string> heard() { return std::exchange(heard_, {}); }
-
- private:
-  template <class Enum>
-  static std::string number(Enum v) {
-    return std::to_string(static_cast<unsigned>(v));
-  }
-  void watch(const Rok::PtrInterface& object, std::function<void(const void*)> hear) {
-    notifiees_.push_back(Rok::make<HostNotifiee>(
-        object, [hear = std::move(hear)](Rok::AttributeId, const void* key) { hear(key); }));
-  }
-  void watchType(const Rok::Ptr<Qos::Input::ClassMapTypeConfig>& type) {
-    watch(*type, [this, raw = type.get()](const void* key) {
-      const Rok::String name = *static_cast<const Rok::String*>(key);
-      heard_.push_back("cmap " + number(raw->type()) + "/" + std::string(name));
-      if (const auto* entry = raw->cmap().find(name)) watchClassMap(*entry);
-    });
-    for (auto i = type->cmap().iterator(); i; ++i) watchClassMap(i.currNodeNonStale()->value());
-  }
-  void watchClassMap(const Rok::Ptr<Qos::ClassMapConfig>& classMap) {
-    watch(*classMap, [this, name = std::string(classMap->name())](const void* key) {
-      const auto option = *static_cast<const Qos::ClassMapMatchOption*>(key);
-      heard_.push_back("match " + name + " " + number(option));
-    });
-  }
-
-  std::vector<Rok::Ptr<HostNotifiee>> notifiees_;
-  std::vector<std::string> heard_;
-};
+// An operation of a change line, and a line of one operation.
+inline std::string hostOperation(const std::string& op, const std::string& path,
+                                 const std::string& value = "") {
+  return R"({"op": ")" + op + R"(", "path": ")" + path + "\"" +
+         (value.empty() ? "" : ", \"value\": " + value) + "}";
+}
+inline std::string hostLine(const std::string& op, const std::string& path,
+                            const std::string& value = "") {
+  return "[" + hostOperation(op, path, value) + "]";
+}
 
 // A device that is mounted from a document and changed by lines.
 struct HostDevice {
   explicit HostDevice(std::string_view document = "{}") { host::readNativeText(document, native); }
 
   host::Changes::Outcome line(std::string_view patch) { return changes.line(patch); }
-  // The notifications of one line.
+  // What is reported of a line of one operation, without "line N: "; empty when nothing is.
+  std::string reportOf(const std::string& op, const std::string& path,
+                       const std::string& value = "") {
+    reports.clear();
+    line(hostLine(op, path, value));
+    return reports.empty() ? "" : reports.front().substr(reports.front().find(": ") + 2);
+  }
+  // The notifications of a line of one operation, and of any line.
+  std::vector<std::string> heardFrom(const std::string& op, const std::string& path,
+                                     const std::string& value = "") {
+    return heardFrom(hostLine(op, path, value));
+  }
   std::vector<std::string> heardFrom(std::string_view patch) {
     HostListener listener(native);
     changes.line(patch);
