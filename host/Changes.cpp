@@ -105,11 +105,10 @@ void Changes::descendCollection(Target& target, const Schema& keyed, const std::
 }
 
 void Changes::step(Target& target, const Schema& container, const std::string& key) {
-  const Value* initial = container.initial(key);
   target.keys.push_back(key);
   target.schema = &container.below(key);
   target.manner = mannerOf(container, key);
-  target.initial = initial != nullptr ? std::optional(*initial) : std::nullopt;
+  target.initial = container.initial(key);
 }
 
 Changes::Manner Changes::mannerOf(const Schema& container, const std::string& key) {
@@ -169,7 +168,8 @@ std::optional<Changes::Change> Changes::check(const Patch& patch, std::size_t op
       test(*there, patch, operation, *schema);
       return std::nullopt;
     }
-    change.value = kind == Patch::Kind::remove ? initial : patch.value(operation, *schema);
+    if (kind != Patch::Kind::remove) change.value = patch.value(operation, *schema);
+    if (kind == Patch::Kind::remove && initial != nullptr) change.value = *initial;
     if (inSet) change.value = joined(there->value(), *change.value);
     if (change.value) {
       parent.put(keys.back(), *change.value);

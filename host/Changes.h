@@ -42,7 +42,7 @@ class Changes {
     Tokens keys;  // canonical, of the place
     Manner manner = Manner::whole;
     const Schema* schema = nullptr;  // of the value that the operation brings
-    std::optional<Value> initial;    // what a removal leaves there
+    const Value* initial = nullptr;  // what a removal leaves there; null: nothing
     bool inSet = false;              // the value joins the set that stands at the place
   };
   struct Change {
@@ -54,9 +54,9 @@ class Changes {
   static void descend(Target& target, const Schema& at, const std::string& token);
   static void descendRecord(Target& target, const Schema& record, const std::string& token);
   static void descendCollection(Target& target, const Schema& keyed, const std::string& token);
+  static void descendSet(Target& target, const Schema& set, const std::string& token);
   static void step(Target& target, const Schema& container, const std::string& key);
   static Manner mannerOf(const Schema& container, const std::string& key);
-  static void descendSet(Target& target, const Schema& set, const std::string& token);
   static std::optional<Change> check(const Patch& patch, std::size_t operation, Draft& draft);
   static void test(const Draft& there, const Patch& patch, std::size_t operation,
                    const Schema& schema);

@@ -9,13 +9,20 @@
 namespace host {
 namespace {
 
+// Not to be mistaken for a whole number.
+std::string realText(double real) {
+  std::ostringstream out;
+  out << real;
+  return out.str().find_first_of(".e") == std::string::npos ? out.str() + ".0" : out.str();
+}
+
 // A scalar as a message names it.
 std::string described(const Value& value) {
   std::ostringstream out;
   if (const auto* v = value.as<bool>()) out << (*v ? "true" : "false");
   if (const auto* v = value.as<std::uint64_t>()) out << *v;
   if (const auto* v = value.as<std::int64_t>()) out << *v;
-  if (const auto* v = value.as<double>()) out << *v;
+  if (const auto* v = value.as<double>()) out << realText(*v);
   if (const auto* v = value.as<std::string>()) out << quoted(*v);
   return out.str();
 }

@@ -283,6 +283,18 @@ TEST(AccessLists, AMemberOfAnIpv6RuleKeepsTheOther) {
                           "ip6RuleById 1/A gone"));
 }
 
+TEST(AccessLists, AnExceptionKeepsNoWriteOfARuleFromTheNextOne) {
+  HostDevice d(device);
+  const auto thrower = Rok::make<support::HostNotifiee>(
+      *acl(d, "A")->aclSubConfig(),
+      [](Rok::AttributeId, const void*) { Rok::throwRangeException("too far"); });
+  d.line(hostLine("replace", "/access-lists/ipv4/A/rules/10", R"({"dscp": 34})"));
+  EXPECT_THAT(d.reports, ElementsAre("line 1: range: too far", "line 1: range: too far",
+                                     "line 1: range: too far"));
+  EXPECT_EQ(filter(d, "A", 10).dscp, 34);
+  EXPECT_EQ(acl(d, "A")->aclSubConfig()->ipRuleById().members(), 2u);
+}
+
 // ===== test and whole lines
 
 TEST(AccessLists, TestSeesWhatTheNativeSideHolds) {

@@ -48,6 +48,8 @@ TEST(PfcWatchdog, RefusesWhatItCannotHold) {
             "/pfc-watchdog/action: expected a whole number from 0 to 255, not 256");
   EXPECT_EQ(faultOf(R"({"action": 1.5})"),
             "/pfc-watchdog/action: expected a whole number from 0 to 255, not 1.5");
+  EXPECT_EQ(faultOf(R"({"action": 1.0})"),
+            "/pfc-watchdog/action: expected a whole number from 0 to 255, not 1.0");
   EXPECT_EQ(faultOf(R"({"priorities": -1})"),
             "/pfc-watchdog/priorities: expected a whole number from 0 to 255, not -1");
   EXPECT_EQ(faultOf(R"({"action": null})"),
