@@ -3,11 +3,20 @@
 
 #include "Rok/Rok.h"
 #include "models/openconfig/Classifier.h"
+#include "models/openconfig/ForwardingGroup.h"
+#include "models/openconfig/Interface.h"
+#include "models/openconfig/Queue.h"
 
 namespace host {
 
 struct Model {
   Rok::Ptr<QosOc::Config::ClassifiersDir> classifiers = Rok::make<QosOc::Config::ClassifiersDir>();
+  Rok::Ptr<QosOc::Config::ForwardingGroupsDir> forwardingGroups =
+      Rok::make<QosOc::Config::ForwardingGroupsDir>();
+  Rok::Ptr<QosOc::Config::InterfacesDir> interfaces = Rok::make<QosOc::Config::InterfacesDir>();
+  Rok::Ptr<QosOc::Config::QueueManagementProfilesDir> queueManagementProfiles =
+      Rok::make<QosOc::Config::QueueManagementProfilesDir>();
+  Rok::Ptr<QosOc::Config::QueuesDir> queues = Rok::make<QosOc::Config::QueuesDir>();
 };
 
 }  // namespace host

@@ -3,6 +3,8 @@
 #include <algorithm>
 
 #include "QosOpenConfig/QosOpenConfigClassifierKivToOCSm.h"
+#include "QosOpenConfig/QosOpenConfigForwardingGroupKivToOcSm.h"
+#include "QosOpenConfig/QosOpenConfigIntfClassifierKivToOcSm.h"
 #include "host/Place.h"
 
 namespace host {
@@ -12,12 +14,26 @@ Rok::Ptr<Rok::PtrInterface> classMapRoot(const Native& native, const Model& mode
   return QosOc::classMapKivToOcSmFactory(native.aclConfig, model.classifiers);
 }
 
+Rok::Ptr<Rok::PtrInterface> aclRoot(const Native& native, const Model& model) {
+  return QosOc::aclKivToOcSmFactory(native.acls, model.classifiers);
+}
+Rok::Ptr<Rok::PtrInterface> classActionRoot(const Native& native, const Model& model) {
+  return QosOc::classActionKivToOcSmFactory(native.aclConfig, native.qosConfig, model.classifiers);
+}
+Rok::Ptr<Rok::PtrInterface> interfaceClassifierRoot(const Native& native, const Model& model) {
+  return QosOc::interfaceClassifierKivToOcSmFactory(native.qosConfig, model.interfaces);
+}
+Rok::Ptr<Rok::PtrInterface> forwardingGroupRoot(const Native& native, const Model& model) {
+  return QosOc::forwardingGroupKivToOcSmFactory(native.qosConfig, model.forwardingGroups,
+                                                model.queues);
+}
+
 constexpr Root table[] = {
     {"class-map", classMapRoot},
-    {"acl", nullptr},
-    {"class-action", nullptr},
-    {"interface-classifier", nullptr},
-    {"forwarding-group", nullptr},
+    {"acl", aclRoot},
+    {"class-action", classActionRoot},
+    {"interface-classifier", interfaceClassifierRoot},
+    {"forwarding-group", forwardingGroupRoot},
     {"queue", nullptr},
     {"pfc", nullptr},
     {"interface-pfc", nullptr},

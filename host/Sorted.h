@@ -1,20 +1,30 @@
-// The entries of a hash map in bytewise order of their keys: the order of everything that is
-// printed.
+// The entries of a hash map in bytewise order of their keys, numbers as decimals: the order of
+// everything that is printed.
 #pragma once
 
 #include <algorithm>
+#include <string>
 #include <string_view>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
 namespace host {
 
+// A key as a text: a name as it stands, a number or an enumeration as a decimal.
+inline std::string_view keyText(std::string_view key) { return key; }
+template <class Number>
+requires std::is_integral_v<Number> || std::is_enum_v<Number> std::string keyText(Number key) {
+  return std::to_string(static_cast<unsigned>(key));
+}
+
 template <class Map>
 auto sorted(const Map& map) {
-  using Entry = std::pair<std::string_view, const typename Map::Value*>;
+  using Text = decltype(keyText(std::declval<const typename Map::Key&>()));
+  using Entry = std::pair<Text, const typename Map::Value*>;
   std::vector<Entry> entries;
   entries.reserve(map.members());
-  for (auto i = map.unsafeIterator(); i; ++i) entries.emplace_back(i->key(), &i->value());
+  for (auto i = map.unsafeIterator(); i; ++i) entries.emplace_back(keyText(i->key()), &i->value());
   std::sort(entries.begin(), entries.end(),
             [](const Entry& a, const Entry& b) { return a.first < b.first; });
   return entries;

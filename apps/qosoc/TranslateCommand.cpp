@@ -32,7 +32,8 @@ it. Then each change of the native side changes only what it concerns.
                      model: every field of the output records, absent ones as null
   --initial FILE     start from the model of an earlier life, in the format `model`; what the native
                      side no longer stands for is swept out of it
-  --roots NAME,...   build only these roots: class-map
+  --roots NAME,...   build only these roots: class-map, acl, class-action, interface-classifier,
+                     forwarding-group
   --trace LEVEL,...  write the trace lines of these levels (0 to 9) to standard error
   --order-seed N     walk every hash collection in another order: the output stays the same
 

@@ -104,11 +104,13 @@ TEST_F(BadInput, NestsDeep) {
 
 TEST_F(BadInput, IsReportedForAnInitialModelToo) {
   const std::string native = folder_.file("native.json", "{}");
-  const std::string model = file(R"({"queues": {"q": {}}})");
+  const std::string model = file(R"({"queues": {"q": {"config": {"bandwidth": 101}}}})");
   const HostRun run = hostRun({paths::qosoc, "translate", native, "--initial", model});
   EXPECT_EQ(run.exit, 2);
   EXPECT_EQ(run.out, "");
-  EXPECT_EQ(run.err, "qosoc: " + model + ": /queues/q: this part of the model can't be read yet\n");
+  EXPECT_EQ(run.err, "qosoc: " + model +
+                         ": /queues/q/config/bandwidth: expected a whole number from 0 "
+                         "to 100 or null, not 101\n");
 }
 
 TEST_F(BadInput, IsAChangeFileThatCannotBeRead) {

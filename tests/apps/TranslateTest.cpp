@@ -112,6 +112,7 @@ TEST_F(Translate, StartsFromAnInitialModelAndSweepsWhatIsStale) {
   EXPECT_EQ(run.out, lines({withoutTerms}));
 }
 
+// The class-map root alone: the others would look for the ACL and the policy map.
 TEST_F(Translate, KeepsTheConditionsAndActionsOfAnInitialModel) {
   const std::string initial = folder_.file("model.json", R"({"classifiers": {"c": {"terms": {"t": {
       "config-id": "t", "conditions": {"ipv4": {"dscp": 46, "dscp-set": []}},
@@ -125,7 +126,7 @@ TEST_F(Translate, KeepsTheConditionsAndActionsOfAnInitialModel) {
   native_ = folder_.file("other.json", R"({"class-maps": {"qos": {
       "__yang_[c]_[]": {"match": [1]}, "__yang_[c]_[t]": {"match": [1]}}}})");
   EXPECT_EQ(
-      translate({"--initial", initial, "--each"}).out,
+      translate({"--initial", initial, "--each", "--roots", "class-map"}).out,
       lines(
           {R"({"openconfig-qos:qos":{"classifiers":{"classifier":[{"config":{"name":"c","type":"IPV4"},"name":"c","terms":{"term":[{"actions":{"config":{"target-group":"voice"}},"conditions":{"ipv4":{"config":{"dscp":46}}},"config":{"id":"t"},"id":"t"}]}}]}}})"}));
 }
@@ -150,7 +151,7 @@ TEST_F(Translate, WritesTheTraceLevelsThatAreAskedFor) {
   const HostRun run = translate({"--trace", "8"});
   EXPECT_EQ(run.exit, 0);
   EXPECT_NE(run.err.find("Creating classifier named: c of type: "), std::string::npos);
-  EXPECT_EQ(translate({"--trace", "0,2"}).err, "");
+  EXPECT_EQ(translate({"--trace", "0,2", "--roots", "class-map"}).err, "");
 }
 
 TEST_F(Translate, PrintsTheSameInAnyOrderOfTheCollections) {

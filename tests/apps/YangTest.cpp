@@ -35,10 +35,10 @@ class Yang : public testing::Test {
     const HostRun run = yanglint(type, document);
     EXPECT_EQ(run.exit, 0) << type << ": " << run.err << document.substr(0, 2000);
   }
-  HostRun translate(const std::vector<std::string>& words) const {
-    std::vector<std::string> command{paths::qosoc, "translate"};
-    command.insert(command.end(), words.begin(), words.end());
-    return hostRun(command);
+  // A model as it stands: the one root that is built sweeps nothing.
+  HostRun translate(const std::string& model) const {
+    return hostRun({paths::qosoc, "translate", folder_.file("native.json", "{}"), "--initial",
+                    folder_.file("model.json", model), "--roots", "forwarding-group"});
   }
 
   HostFolder folder_;
@@ -64,9 +64,15 @@ TEST_F(Yang, TheExamplesAreValidAsAWhole) {
 
 TEST_F(Yang, AnEmptyModelIsValid) {
   if (!isHere()) return;
-  const HostRun run = translate({folder_.file("native.json", "{}")});
+  const HostRun run = translate("{}");
   expectValid("get", run.out);
   expectValid("data", run.out);
+}
+
+int occurrences(const std::string& text, const std::string& part) {
+  int n = 0;
+  for (std::size_t at = 0; (at = text.find(part, at)) != std::string::npos; ++at) ++n;
+  return n;
 }
 
 // As they stand in a JSON text.
@@ -101,28 +107,69 @@ std::vector<std::string> nastyNames() {
   return names;
 }
 
+// A member of the model format: an entry for each name.
+std::string part(const char* part, const std::vector<std::string>& names,
+                 std::string (*entry)(const std::string& name)) {
+  std::string text = '"' + std::string(part) + "\": {\"\": {}";
+  for (const std::string& name : names) text += ", \"" + name + "\": " + entry(name);
+  return text + '}';
+}
+
+// Its values fit nowhere, its names may or may not.
+std::string nastyClassifier(const std::string& name) {
+  const std::string dscps = R"({"dscp": 64, "dscp-set": [63, 3, 3, 64, 255, 63]})";
+  return R"({"config": {"name": "x", "type": 9}, "terms": {"": {}, "t": {"config-id": "x",)"
+         R"("conditions": {"ipv4": )" +
+         dscps + R"(, "ipv6": )" + dscps + "}, " + R"("actions": {"target-group": ")" + name +
+         R"("}}, ")" + name + R"(": {"actions": {"target-group": ""}, "conditions": {}}}})";
+}
+std::string forwardingGroup(const std::string& name) {
+  return R"({"name": "x", "output-queue": ")" + name + R"("})";
+}
+std::string queue(const std::string& /*name*/) {
+  return R"({"config": {"bandwidth": 100, "strict-priority": true}, "ecn-config": {)"
+         R"("max-drop-probability-percent": 100, "max-threshold": 4294967294,)"
+         R"("threshold-unit": 255, "weight": 4294967295}})";
+}
+std::string profile(const std::string& /*name*/) {
+  return R"({"wred-uniform": {"min-threshold": 18446744073709551615, "weight": 4294967295,)"
+         R"("enable-ecn": true}})";
+}
+std::string nastyInterface(const std::string& name) {
+  const std::string config = R"({"config": {"name": ")" + name + R"("}})";
+  return R"({"input": {"classifiers": {"0": )" + config + R"(, "1": )" + config + R"(, "9": )" +
+         config + R"(}}, "output": {"queues": {"": {"config": {"name": "x"}}, "blank": {}, ")" +
+         name + R"(": {"config": {"name": "x", "queue-management-profile": ")" + name + R"("}}}}})";
+}
+
 TEST_F(Yang, NastyNamesAndValuesAreValid) {
   if (!isHere()) return;
-  std::string native = R"({"class-maps": {"qos": {"PLAIN": {})";
-  std::string model = R"({"classifiers": {"": {})";
-  int dscp = 0;
-  for (const std::string& name : nastyNames()) {
-    for (const std::string& term : {std::string(), name, std::string("t")}) {
-      native += R"(, "__yang_[)" + name + "]_[" + term + R"(]": {"match": [1]})";
-    }
-    const std::string dscps = std::to_string(dscp) + ", 3, 3, 64, 255, " + std::to_string(dscp);
-    dscp = (dscp + 7) % 256;
-    model += ", \"" + name + R"(": {"config": {"name": "x", "type": 9}, "terms": {"": {}, "t": {
-        "config-id": "x", "conditions": {"ipv4": {"dscp": )" +
-             std::to_string(dscp) + R"(}, "ipv6": {"dscp-set": [)" + dscps +
-             R"(]}}, "actions": {"target-group": ")" + name + R"("}}, ")" + name +
-             R"(": {"actions": {"target-group": ""}, "conditions": {}}}})";
-  }
-  const HostRun run = translate({folder_.file("native.json", native + "}}}"), "--initial",
-                                 folder_.file("model.json", model + "}}")});
+  const std::vector<std::string> names = nastyNames();
+  const std::string model = '{' + part("classifiers", names, nastyClassifier) + ", " +
+                            part("forwarding-groups", names, forwardingGroup) + ", " +
+                            part("interfaces", names, nastyInterface) + ", " +
+                            part("queue-management-profiles", names, profile) + ", " +
+                            part("queues", names, queue) + '}';
+  const HostRun run = translate(model);
   EXPECT_EQ(run.exit, 0) << run.err.substr(0, 1000);
   EXPECT_NE(run.err, "");
   expectValid("get", run.out);
+  // A name that fits in one place fits wherever it stands, so no reference has lost its target.
+  expectValid("data", run.out);
+}
+
+TEST_F(Yang, ReferencesMayDangle) {
+  if (!isHere()) return;
+  const HostRun run =
+      translate(R"({"classifiers": {"c": {"terms": {"t": {"actions": {"target-group": "gone"}}}}},)"
+                R"("forwarding-groups": {"f": {"output-queue": "gone"}}, "interfaces": {"e": {)"
+                R"("input": {"classifiers": {"0": {"config": {"name": "gone"}}}}, "output": {)"
+                R"("queues": {"q": {"config": {"name": "q", "queue-management-profile": "gone"}}},)"
+                R"("scheduler-policy": {"config": {"name": "gone"}}}}}})");
+  EXPECT_EQ(run.err, "");
+  EXPECT_EQ(occurrences(run.out, "\"gone\""), 5);
+  expectValid("get", run.out);
+  EXPECT_NE(yanglint("data", run.out).exit, 0);
 }
 
 }  // namespace

@@ -58,11 +58,8 @@ TEST(ModelReader, ReadsAnEmptyModel) {
 }
 
 TEST(ModelReader, RefusesPartsThatCannotBeReadYet) {
-  for (const char* part : {"forwarding-groups", "interfaces", "queue-management-profiles", "queues",
-                           "scheduler-policies"}) {
-    EXPECT_EQ(faultOf("{\"" + std::string(part) + R"(": {"x": {}}})"),
-              "/" + std::string(part) + "/x: this part of the model can't be read yet");
-  }
+  EXPECT_EQ(faultOf(R"({"scheduler-policies": {"x": {}}})"),
+            "/scheduler-policies/x: this part of the model can't be read yet");
   EXPECT_EQ(
       faultOf(R"({"pfc": {"watchdog": {"action": 2}}})"),
       "/pfc/watchdog/action: expected 1, since this part of the model can't be read yet, not 2");

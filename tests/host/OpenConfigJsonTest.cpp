@@ -8,148 +8,29 @@
 namespace host {
 namespace {
 
-using support::hostDscps;
 using support::HostModel;
-using testing::ElementsAre;
-using testing::IsEmpty;
-
-struct Rendered {
-  explicit Rendered(const HostModel& built)
-      : json(OpenConfigJson([this](const std::string& line) {
-               warnings.push_back(line);
-             }).json(built.model, Layout::compact)) {}
-  std::vector<std::string> warnings;
-  std::string json;
-};
-
-std::string tree(const std::string& classifiers) {
-  return R"({"openconfig-qos:qos":{"classifiers":{"classifier":[)" + classifiers + "]}}}";
-}
-// The classifier "c" with these terms.
-std::string terms(const std::string& terms) {
-  return tree(R"({"config":{"name":"c","type":"IPV4"},"name":"c","terms":{"term":[)" + terms +
-              "]}}");
-}
+using support::HostRendered;
 
 TEST(OpenConfigFormat, OfAnEmptyModelIsAnEmptyTree) {
-  EXPECT_EQ(Rendered(HostModel()).json, R"({"openconfig-qos:qos":{}})");
+  EXPECT_EQ(HostRendered(HostModel()).json, R"({"openconfig-qos:qos":{}})");
 }
 
-TEST(OpenConfigFormat, ListsClassifiersByName) {
+TEST(OpenConfigFormat, ShowsTheListsInTheOrderOfTheirNames) {
   const HostModel built;
-  built.classifier("b", QosOc::Classifier::classifierTypeIpv6);
-  built.classifier("a");
-  EXPECT_EQ(Rendered(built).json, tree(R"({"config":{"name":"a","type":"IPV4"},"name":"a"},)"
-                                       R"({"config":{"name":"b","type":"IPV6"},"name":"b"})"));
-}
-
-TEST(OpenConfigFormat, MakesTheConfigFitTheKey) {
-  const HostModel built;
-  built.model.classifiers->classifierIs("a");
-  built.model.classifiers->classifierIs("b")->configIs({"other", {}});
-  auto term = built.term("t");
-  term.configId = "other";
-  built.model.classifiers->classifierIs("b")->termsIs()->termIs(term);
-  EXPECT_EQ(Rendered(built).json,
-            tree(R"({"config":{"name":"a"},"name":"a"},{"config":{"name":"b"},"name":"b",)"
-                 R"("terms":{"term":[{"config":{"id":"t"},"id":"t"}]}})"));
-}
-
-TEST(OpenConfigFormat, ShowsConditionsAndActions) {
-  const HostModel built;
-  auto term = built.term("t");
-  term.conditions = QosOc::Config::TermConditions{
-      QosOc::Config::TermConditionsIpConfig(std::uint8_t{46}), hostDscps({10, 0, 63})};
-  term.actions = QosOc::Config::TermActions{{"voice"}};
-  built.termIs(term);
-  const Rendered rendered(built);
-  EXPECT_EQ(rendered.json,
-            terms(R"({"actions":{"config":{"target-group":"voice"}},"conditions":{)"
-                  R"("ipv4":{"config":{"dscp":46}},"ipv6":{"config":{"dscp-set":[10,0,63]}}},)"
-                  R"("config":{"id":"t"},"id":"t"})"));
-  EXPECT_THAT(rendered.warnings, IsEmpty());
-}
-
-TEST(OpenConfigFormat, LeavesOutWhatOnlyBookkeepingNeeds) {
-  const HostModel built;
-  built.model.classifiers->classifierIs("");
-  built.classifier("empty")->termsIs();
-  built.termIs(built.term(""));
-  auto blank = built.term("t");
-  blank.conditions = QosOc::Config::TermConditions();
-  blank.actions = QosOc::Config::TermActions();
-  built.termIs(blank);
-  const Rendered rendered(built);
-  EXPECT_EQ(rendered.json,
-            tree(R"({"config":{"name":"c","type":"IPV4"},"name":"c","terms":{"term":[)"
-                 R"({"config":{"id":"t"},"id":"t"}]}},)"
-                 R"({"config":{"name":"empty","type":"IPV4"},"name":"empty"})"));
-  EXPECT_THAT(rendered.warnings, IsEmpty());
-}
-
-TEST(OpenConfigFormat, LeavesOutDscpsThatTheLeafCannotHold) {
-  const HostModel built;
-  auto term = built.term("t");
-  term.conditions = QosOc::Config::TermConditions{
-      QosOc::Config::TermConditionsIpConfig(std::uint8_t{64}), hostDscps({5, 5, 255, 6})};
-  built.termIs(term);
-  const Rendered rendered(built);
-  EXPECT_EQ(rendered.json, terms(R"({"conditions":{"ipv6":{"config":{"dscp-set":[5,6]}}},)"
-                                 R"("config":{"id":"t"},"id":"t"})"));
-  const std::string conditions =
-      "/openconfig-qos:qos/classifiers/classifier[name='c']/terms/term[id='t']/conditions/";
-  const std::string native = ": left out (from the access list \"__yang_[c]_[t]\")";
-  EXPECT_THAT(rendered.warnings,
-              ElementsAre(conditions + "ipv4/config/dscp: 64 is above 63" + native,
-                          conditions + "ipv6/config/dscp-set: 5 is there twice" + native,
-                          conditions + "ipv6/config/dscp-set: 255 is above 63" + native));
-}
-
-TEST(OpenConfigFormat, LeavesOutNamesThatAStringCannotHold) {
-  const HostModel built;
-  built.classifier("bell\a");
-  built.classifier("last\xef\xbf\xbf");
-  built.termIs(built.term(std::string_view("nul\0", 4)));
-  auto term = built.term("t");
-  term.actions = QosOc::Config::TermActions{{"escape\x1b"}};
-  built.termIs(term);
-  const Rendered rendered(built);
-  EXPECT_EQ(rendered.json, terms(R"({"config":{"id":"t"},"id":"t"})"));
-  const std::string classifiers = "/openconfig-qos:qos/classifiers/classifier";
-  EXPECT_THAT(
-      rendered.warnings,
-      ElementsAre(classifiers + "[name='bell\\u0007']: a name that YANG strings can't hold: left "
-                                "out (from the class map \"__yang_[bell\\u0007]_[]\")",
-                  classifiers + "[name='c']/terms/term[id='nul\\u0000']: an id that YANG strings "
-                                "can't hold: left out (from the class map "
-                                "\"__yang_[c]_[nul\\u0000]\")",
-                  classifiers +
-                      "[name='c']/terms/term[id='t']/actions/config/target-group: "
-                      "\"escape\\u001b\" is a name that YANG strings can't hold: left out "
-                      "(from the policy-map class \"__yang_[c]_[t]\")",
-                  classifiers + "[name='last\xef\xbf\xbf']: a name that YANG strings can't hold: "
-                                "left out (from the class map \"__yang_[last\xef\xbf\xbf]_[]\")"));
-}
-
-TEST(OpenConfigFormat, KeepsNamesThatAStringCanHold) {
-  const HostModel built;
-  const std::string name = "tab\t lf\n cr\r del\x7f quote\" ' \\ [x]/é\xf0\x9f\x98\x80";
-  built.classifier(name);
-  const Rendered rendered(built);
-  EXPECT_THAT(rendered.warnings, IsEmpty());
-  EXPECT_NE(rendered.json.find("tab\\t lf\\n cr\\r del\x7f quote\\\" ' \\\\ [x]/é"),
-            std::string::npos);
-}
-
-TEST(OpenConfigFormat, LeavesOutATypeThatHasNoName) {
-  const HostModel built;
-  built.classifier("c", QosOc::Classifier::Type{7});
-  const Rendered rendered(built);
-  EXPECT_EQ(rendered.json, tree(R"({"config":{"name":"c"},"name":"c"})"));
-  EXPECT_THAT(rendered.warnings,
-              ElementsAre("/openconfig-qos:qos/classifiers/classifier[name='c']/config/type: 7 is "
-                          "no type of a classifier: left out (from the class map "
-                          "\"__yang_[c]_[]\")"));
+  built.queueIs("q");
+  built.model.queueManagementProfiles->queueManagementProfileIs(
+      QosOc::Config::QueueManagementProfile("p"));
+  built.interface("e");
+  built.forwardingGroupIs("f", "");
+  built.classifier("c");
+  std::size_t last = 0;
+  for (const char* list :
+       {"classifiers", "forwarding-groups", "interfaces", "queue-management-profiles", "queues"}) {
+    const std::size_t at = HostRendered(built).json.find('"' + std::string(list) + "\":{");
+    ASSERT_NE(at, std::string::npos) << list;
+    EXPECT_LT(last, at) << list;
+    last = at;
+  }
 }
 
 TEST(OpenConfigFormat, WarnsOnceInTheLifeOfARenderer) {

@@ -26,36 +26,106 @@ TEST(Roots, AreFoundByName) {
   EXPECT_EQ(rootNamed("class-maps"), nullptr);
 }
 
-TEST(Roots, BringTheModelInLineWithTheNativeSide) {
-  const support::HostDevice device(
-      R"({"class-maps": {"qos": {"__yang_[c]_[]": {"match": ["ip-access-group"]}}}})");
-  const Model model;
-  std::vector<std::string> reports;
-  const auto built = buildRoots({}, device.native, model,
-                                [&](const std::string& line) { reports.push_back(line); });
-  EXPECT_EQ(built.size(), 1u);
-  EXPECT_TRUE(model.classifiers->classifier("c"));
-  EXPECT_THAT(reports, IsEmpty());
+// A native side on which the roots have something to write each.
+void mountAll(const Native& native) {
+  const Rok::String name("__yang_[c]_[t]");
+  const auto classMap = Rok::make<Qos::ClassMapConfig>(name, Qos::mapQos);
+  classMap->matchIs(Qos::matchIpAccessGroup, Rok::make<Qos::ClassMapMatch>());
+  (*native.aclConfig->cmapType().find(Qos::mapQos))->cmapIs(name, classMap);
+
+  const auto rules = Rok::make<Acl::AclSubConfig>();
+  Acl::IpRuleConfig rule;
+  rule.filter.dscp = 46;
+  rule.filter.matchDscp = true;
+  const Umb::UniqueId id(1, 2, 3);
+  rules->ipRuleByIdIs(id, rule);
+  rules->ruleBySequenceIs(10, id);
+  const auto acl = Rok::make<Acl::AclConfig>(name, Acl::aclTypeIpv4);
+  acl->aclSubConfigIs(rules);
+  (*native.acls->config().find(Acl::aclTypeIpv4))->aclIs(name, acl);
+
+  const Qos::ForwardingGroupName group{"fg"};
+  native.qosConfig->forwardingGroupNameToTcMap()->forwardingGroupNameToTcIs(group,
+                                                                            Qos::TrafficClass{5});
+  native.qosConfig->queueNameToTxQueueIdMap()->queueNameToTxQueueIdIs(Qos::QueueName{"q"},
+                                                                      Qos::TxQueueId{3});
+  native.qosConfig->tcToTxQueueMapIs(Qos::TrafficClass{5}, Qos::TxQueueId{3});
 }
 
-TEST(Roots, AreBuiltByName) {
+struct Built {
+  explicit Built(const Native& native, const std::vector<std::string>& names = {})
+      : roots(buildRoots(names, native, model,
+                         [this](const std::string& line) { reports.push_back(line); })) {}
+  Model model;
+  std::vector<std::string> reports;
+  std::vector<Rok::Ptr<Rok::PtrInterface>> roots;
+};
+
+TEST(Roots, BringTheModelInLineWithTheNativeSide) {
   const Native native;
-  const Model model;
-  const std::vector<std::string> none{"acl"};
-  EXPECT_THAT(buildRoots(none, native, model, [](const std::string&) {}), IsEmpty());
-  const std::vector<std::string> one{"class-map"};
-  EXPECT_EQ(buildRoots(one, native, model, [](const std::string&) {}).size(), 1u);
+  mountAll(native);
+  const Built built(native);
+  EXPECT_EQ(built.roots.size(), 5u);
+  EXPECT_THAT(built.reports, IsEmpty());
+  const auto term = built.model.classifiers->classifier("c")->terms()->term("t");
+  EXPECT_EQ(term.conditions->ipv4.dscp, std::uint8_t{46});
+  EXPECT_TRUE(built.model.queues->q("q"));
+  EXPECT_EQ(built.model.forwardingGroups->forwardingGroup("fg")->config().outputQueue, "q");
+}
+
+TEST(Roots, WriteActionsAndBindings) {
+  const Native native;
+  mountAll(native);
+  const Rok::String classMap("__yang_[c]_[t]");
+  const Rok::String policyMap("__yang_[IPV4__c]");
+  const auto setTc = Rok::make<Qos::Action>(Qos::actionSetTc);
+  setTc->valueIs(5);
+  const auto actions = Rok::make<Qos::ClassAction>(classMap);
+  actions->policyActionIs(Qos::actionSetTc, setTc);
+  const auto policy = Rok::make<Qos::PolicyMapConfig>(policyMap);
+  policy->classActionIs(classMap, actions);
+  const auto policies = Rok::make<Qos::Input::PolicyMapTypeConfig>(Qos::mapQos);
+  policies->pmapIs(policyMap, policy);
+  native.aclConfig->pmapTypeIs(Qos::mapQos, policies);
+  const Qos::ServicePolicyKey key{1, policyMap};
+  const auto service = Rok::make<Qos::ServicePolicyConfig>(key);
+  service->intfIdsIs(Nerit::IntfId("Ethernet1"), true);
+  native.qosConfig->servicePolicyConfigIs(key, service);
+
+  const Built built(native);
+  EXPECT_THAT(built.reports, IsEmpty());
+  const auto term = built.model.classifiers->classifier("c")->terms()->term("t");
+  EXPECT_EQ(term.actions->config.targetGroup, "fg");
+  const auto& input = built.model.interfaces->interface("Ethernet1")->input();
+  EXPECT_EQ(input->classifiers()->classifier(QosOc::Classifier::classifierTypeIpv4).config.name,
+            "c");
+}
+
+TEST(Roots, AreBuiltByNameInTheOrderOfTheTable) {
+  const Native native;
+  mountAll(native);
+  EXPECT_THAT(Built(native, {"queue"}).roots, IsEmpty());
+  const Built one(native, {"forwarding-group"});
+  EXPECT_EQ(one.roots.size(), 1u);
+  EXPECT_FALSE(one.model.classifiers->classifier("c"));
+  EXPECT_TRUE(one.model.forwardingGroups->forwardingGroup("fg"));
+  // Built first, the class-map root would find the classifier of the ACLs and sweep it.
+  const Built two(native, {"acl", "class-map"});
+  EXPECT_EQ(two.roots.size(), 2u);
+  EXPECT_TRUE(two.model.classifiers->classifier("c"));
 }
 
 TEST(Roots, ThatThrowAreReportedAndLeftOut) {
   const Native native;
   native.aclConfig->cmapTypeDel(Qos::mapQos);
-  const Model model;
-  std::vector<std::string> reports;
-  const auto built =
-      buildRoots({}, native, model, [&](const std::string& line) { reports.push_back(line); });
-  EXPECT_THAT(built, IsEmpty());
-  EXPECT_THAT(reports, ElementsAre("root class-map: null argument: cmapTypeConfig"));
+  native.qosConfig->forwardingGroupNameToTcMap()->forwardingGroupNameToTcIs(
+      Qos::ForwardingGroupName{"fg"}, Qos::TrafficClass{17});
+  const Built built(native);
+  EXPECT_EQ(built.roots.size(), 3u);
+  EXPECT_THAT(built.reports,
+              ElementsAre("root class-map: null argument: cmapTypeConfig",
+                          "root forwarding-group: range: cannot access index 17 of an array with "
+                          "size 17"));
 }
 
 }  // namespace

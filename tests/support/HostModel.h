@@ -1,10 +1,15 @@
-// Output models, built by hand.
+// Output models, built by hand, and what comes of them.
 #pragma once
 
 #include <initializer_list>
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "host/Model.h"
+#include "host/ModelReader.h"
+#include "host/ModelWriter.h"
+#include "host/OpenConfigJson.h"
 
 namespace support {
 
@@ -25,8 +30,68 @@ struct HostModel {
   }
   void termIs(const QosOc::Config::Term& term) const { classifier("c")->termsIs()->termIs(term); }
 
+  void forwardingGroupIs(std::string_view name, std::string_view outputQueue) const {
+    model.forwardingGroups->forwardingGroupIs(name)->configIs({name, outputQueue});
+  }
+  void queueIs(std::string_view name) const {
+    model.queues->qIs(QosOc::Config::Queue(Rok::String(name)));
+  }
+  Rok::Ptr<QosOc::Config::Interface> interface(std::string_view name) const {
+    return model.interfaces->interfaceIs(name);
+  }
+  // A classifier of the input of the interface "e".
+  void inputClassifierIs(unsigned char type, std::string_view name) const {
+    QosOc::Config::InterfaceInputClassifier classifier{Type{type}};
+    classifier.config = {name, Type{type}};
+    interface("e")->inputIs()->classifiersIs()->classifierIs(classifier);
+  }
+  // A queue of the output of the interface "e".
+  void outputQueueIs(std::string_view name, std::string_view configName,
+                     std::string_view profile) const {
+    QosOc::Config::InterfaceOutputQueue queue{Rok::String(name)};
+    queue.config = {configName, profile};
+    interface("e")->outputIs()->queuesIs("")->qIs(queue);
+  }
+  void schedulerPolicyIs(std::string_view name) const {
+    interface("e")->outputIs()->schedulerPolicyIs(
+        QosOc::Config::InterfaceOutputSchedulerPolicy{{name}});
+  }
+
   host::Model model;
 };
+
+// A model in the format `openconfig`, with the warnings.
+struct HostRendered {
+  explicit HostRendered(const HostModel& built)
+      : json(host::OpenConfigJson([this](const std::string& line) {
+               warnings.push_back(line);
+             }).json(built.model, host::Layout::compact)) {}
+  // Below the root.
+  std::string tree() const {
+    const std::string begin = R"({"openconfig-qos:qos":{)";
+    return json.substr(begin.size(), json.size() - begin.size() - 2);
+  }
+  std::vector<std::string> warnings;
+  std::string json;
+};
+
+// One member of a model in the format `model`.
+inline std::string hostPart(const host::Model& model, const std::string& name) {
+  const std::string text = host::modelJson(model, host::Layout::compact);
+  const std::size_t begin = text.find('"' + name + "\":") + name.size() + 3;
+  std::size_t end = begin;
+  for (int depth = 0; end == begin || depth > 0; ++end) {
+    depth += text[end] == '{' ? 1 : text[end] == '}' ? -1 : 0;
+  }
+  return text.substr(begin, end - begin);
+}
+
+// Reads one member of a model in the format `model`.
+inline host::Model hostModelWith(const std::string& name, const std::string& part) {
+  host::Model model;
+  host::readModelText("{\"" + name + "\":" + part + "}", model);
+  return model;
+}
 
 inline QosOc::Config::TermConditionsIpConfig hostDscps(std::initializer_list<unsigned> set) {
   QosOc::Config::TermConditionsIpConfig family;
