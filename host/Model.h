@@ -5,7 +5,9 @@
 #include "models/openconfig/Classifier.h"
 #include "models/openconfig/ForwardingGroup.h"
 #include "models/openconfig/Interface.h"
+#include "models/openconfig/Pfc.h"
 #include "models/openconfig/Queue.h"
+#include "models/openconfig/SchedulerPolicy.h"
 
 namespace host {
 
@@ -14,9 +16,12 @@ struct Model {
   Rok::Ptr<QosOc::Config::ForwardingGroupsDir> forwardingGroups =
       Rok::make<QosOc::Config::ForwardingGroupsDir>();
   Rok::Ptr<QosOc::Config::InterfacesDir> interfaces = Rok::make<QosOc::Config::InterfacesDir>();
+  Rok::Ptr<QosOc::Config::Pfc> pfc = Rok::make<QosOc::Config::Pfc>();
   Rok::Ptr<QosOc::Config::QueueManagementProfilesDir> queueManagementProfiles =
       Rok::make<QosOc::Config::QueueManagementProfilesDir>();
   Rok::Ptr<QosOc::Config::QueuesDir> queues = Rok::make<QosOc::Config::QueuesDir>();
+  Rok::Ptr<QosOc::Config::SchedulerPoliciesDir> schedulerPolicies =
+      Rok::make<QosOc::Config::SchedulerPoliciesDir>();
 };
 
 }  // namespace host

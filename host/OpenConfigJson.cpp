@@ -13,8 +13,10 @@ std::string OpenConfigJson::json(const Model& model, Layout layout) {
     classifiersJson(tree, *model.classifiers);
     forwardingGroupsJson(tree, *model.forwardingGroups);
     interfacesJson(tree, *model.interfaces);
+    pfcJson(tree, *model.pfc);
     queueManagementProfilesJson(tree, *model.queueManagementProfiles);
     queuesJson(tree, *model.queues);
+    schedulerPoliciesJson(tree, *model.schedulerPolicies);
   });
 }
 

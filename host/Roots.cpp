@@ -5,6 +5,7 @@
 #include "QosOpenConfig/QosOpenConfigClassifierKivToOCSm.h"
 #include "QosOpenConfig/QosOpenConfigForwardingGroupKivToOcSm.h"
 #include "QosOpenConfig/QosOpenConfigIntfClassifierKivToOcSm.h"
+#include "QosOpenConfig/QosOpenConfigPfcKivToOCSm.h"
 #include "host/Place.h"
 
 namespace host {
@@ -28,6 +29,13 @@ Rok::Ptr<Rok::PtrInterface> forwardingGroupRoot(const Native& native, const Mode
                                                 model.queues);
 }
 
+Rok::Ptr<Rok::PtrInterface> pfcRoot(const Native& native, const Model& model) {
+  return QosOc::pfcKivToOCSmFactory(native.qosConfig, model.pfc);
+}
+Rok::Ptr<Rok::PtrInterface> interfacePfcRoot(const Native& native, const Model& model) {
+  return QosOc::intfPfcKivToOCSmFactory(native.qosConfig, model.interfaces);
+}
+
 constexpr Root table[] = {
     {"class-map", classMapRoot},
     {"acl", aclRoot},
@@ -35,8 +43,8 @@ constexpr Root table[] = {
     {"interface-classifier", interfaceClassifierRoot},
     {"forwarding-group", forwardingGroupRoot},
     {"queue", nullptr},
-    {"pfc", nullptr},
-    {"interface-pfc", nullptr},
+    {"pfc", pfcRoot},
+    {"interface-pfc", interfacePfcRoot},
     {"queue-management", nullptr},
     {"scheduler-policy", nullptr},
 };

@@ -12,6 +12,7 @@
 #include <cstdint>
 #include <functional>
 #include <limits>
+#include <memory>
 #include <string>
 #include <type_traits>
 #include <utility>
@@ -27,12 +28,27 @@
 
 namespace host {
 
+// Copies share what they do, since codecs are made of copies of others.
 template <class T>
-struct Codec {
-  Schema schema;
-  std::function<void(JsonWriter&, const T&)> write;
+class Codec {
+ public:
+  using Write = std::function<void(JsonWriter&, const T&)>;
+  using Read = std::function<void(T&, const Value&)>;
+
+  Codec(Schema schema, Write write, Read read)
+      : schema(std::move(schema)),
+        write_(std::make_shared<const Write>(std::move(write))),
+        read_(std::make_shared<const Read>(std::move(read))) {}
+
+  void write(JsonWriter& out, const T& v) const { (*write_)(out, v); }
   // Reads into a new object: what the value leaves out stays as it is. Requires: the value fits.
-  std::function<void(T&, const Value&)> read;
+  void read(T& v, const Value& value) const { (*read_)(v, value); }
+
+  Schema schema;
+
+ private:
+  std::shared_ptr<const Write> write_;
+  std::shared_ptr<const Read> read_;
 };
 
 // ===== Scalars
@@ -216,12 +232,13 @@ Collection<Owner> collection(const Schema& element, const Map& map, const Write&
 template <class KeyType, class Owner, class Record, class Map>
 Collection<Owner> records(const Map& map, void (Owner::*is)(const Record&),
                           const Codec<Record>& codec) {
-  return collection<Owner, KeyType>(codec.schema, map, codec.write,
-                                    [=](Owner& owner, const std::string& key, const Value& value) {
-                                      Record entry(Keys<KeyType>::key(key));
-                                      codec.read(entry, value);
-                                      (owner.*is)(entry);
-                                    });
+  return collection<Owner, KeyType>(
+      codec.schema, map, [=](JsonWriter& out, const Record& entry) { codec.write(out, entry); },
+      [=](Owner& owner, const std::string& key, const Value& value) {
+        Record entry(Keys<KeyType>::key(key));
+        codec.read(entry, value);
+        (owner.*is)(entry);
+      });
 }
 
 // Objects that `is` creates, or gets, by their key.

@@ -4,39 +4,30 @@
 namespace host {
 namespace {
 
-// Only the values that every model begins with.
-Schema pfcSchema() {
-  const std::string since = ", since this part of the model can't be read yet";
-  const Schema one = Schema::exactly(Schema::number(1), Value(std::uint64_t{1}), "1" + since);
-  const Schema zero = Schema::exactly(Schema::real(), Value(0.0), "0" + since);
-  const Schema none = Schema::exactly(Schema::text(), Value(""), "an empty string" + since);
-  return Schema::record({{"watchdog", Schema::record({{"action", one},
-                                                      {"priorities", none},
-                                                      {"time-a", zero},
-                                                      {"time-b", zero},
-                                                      {"time-c", zero}})}});
+using QosOc::Config::Pfc;
+using QosOc::Config::PfcWatchdog;
+
+Codec<PfcWatchdog> watchdogCodec() {
+  return record<PfcWatchdog>({member("action", &PfcWatchdog::action, number<std::uint8_t>()),
+                              member("priorities", &PfcWatchdog::priorities, text()),
+                              member("time-a", &PfcWatchdog::timeA, real()),
+                              member("time-b", &PfcWatchdog::timeB, real()),
+                              member("time-c", &PfcWatchdog::timeC, real())});
 }
 
-void writePfc(JsonWriter& out, const Model& /*model*/) {
-  out.beginObject();
-  out.key("watchdog");
-  out.beginObject();
-  out.key("action");
-  out.number(1);
-  out.key("priorities");
-  out.text("");
-  for (const char* time : {"time-a", "time-b", "time-c"}) {
-    out.key(time);
-    out.real(0);
-  }
-  out.endObject();
-  out.endObject();
+Codec<Pfc> pfcCodec() {
+  return record<Pfc>({attribute("watchdog", &Pfc::watchdog, &Pfc::watchdogIs, watchdogCodec())});
 }
 
 }  // namespace
 
 ModelPart pfcPart() {
-  return {"pfc", pfcSchema(), [](const Model&, const std::string&, const Value&) {}, writePfc};
+  const Codec<Pfc> codec = pfcCodec();
+  return {"pfc", codec.schema,
+          [=](const Model& model, const std::string& /*key*/, const Value& value) {
+            codec.read(*model.pfc, value);
+          },
+          [=](JsonWriter& out, const Model& model) { codec.write(out, *model.pfc); }};
 }
 
 }  // namespace host

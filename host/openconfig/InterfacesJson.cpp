@@ -44,6 +44,11 @@ class InterfaceJson {
   }
 
   void output(const InterfaceOutput& output) {
+    tree_.container("qosoc-augments:pfc", [&] {
+      tree_.container("config", [&] {
+        prioritiesJson(tree_, output.pfc().priorities, "the PFC settings of " + shownInterface());
+      });
+    });
     if (output.queues()) {
       tree_.list("queues", "queue", [&] {
         for (const auto& [name, entry] : sorted(output.queues()->q())) queue(name, *entry);

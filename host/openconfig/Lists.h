@@ -10,10 +10,14 @@ namespace host {
 void classifiersJson(Tree& tree, const QosOc::Config::ClassifiersDir& dir);
 void forwardingGroupsJson(Tree& tree, const QosOc::Config::ForwardingGroupsDir& dir);
 void interfacesJson(Tree& tree, const QosOc::Config::InterfacesDir& dir);
+void pfcJson(Tree& tree, const QosOc::Config::Pfc& pfc);
 void queueManagementProfilesJson(Tree& tree, const QosOc::Config::QueueManagementProfilesDir& dir);
 void queuesJson(Tree& tree, const QosOc::Config::QueuesDir& dir);
+void schedulerPoliciesJson(Tree& tree, const QosOc::Config::SchedulerPoliciesDir& dir);
 
 // The name of a classifier's type; null for a number that has none.
 const char* classifierTypeName(QosOc::Classifier::Type type);
+// The leaf `priorities` of priority flow control.
+void prioritiesJson(Tree& tree, std::string_view priorities, const std::string& native);
 
 }  // namespace host

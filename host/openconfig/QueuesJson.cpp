@@ -20,9 +20,27 @@ std::string native(std::string_view name) {
   return (isTxQueue(name) ? "the tx queue " : "the queue name ") + quoted(name);
 }
 
-void queueJson(Tree& tree, std::string_view name, const Queue& /*queue*/) {
-  tree.container("config", [&] { tree.word("name", name); });
+void ecnJson(Tree& tree, const QueueEcnConfig& ecn) {
+  tree.container("qosoc-augments:ecn", [&] {
+    tree.container("config", [&] {
+      tree.number("max-drop-probability-percent", ecn.maxDropProbabilityPercent.value());
+      tree.number("max-threshold", ecn.maxThreshold.value());
+      tree.number("min-threshold", ecn.minThreshold.value());
+      tree.number("threshold-unit", ecn.thresholdUnit);
+      tree.number("weight", ecn.weight);
+    });
+  });
+}
+
+void queueJson(Tree& tree, std::string_view name, const Queue& queue) {
+  const QueueConfig& config = queue.config;
+  tree.container("config", [&] {
+    tree.word("name", name);
+    if (config.bandwidth) tree.number("qosoc-augments:bandwidth", config.bandwidth->value());
+    if (config.strictPriority) tree.boolean("qosoc-augments:strict-priority", true);
+  });
   tree.word("name", name);
+  if (queue.ecnConfig) ecnJson(tree, *queue.ecnConfig);
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
-// What the program prints is valid by the published OpenConfig modules. They are not part of this
-// project: OPENCONFIG_YANG_DIR names the folder that holds them.
+// What the program prints is valid by the published OpenConfig modules and the module of this
+// project that augments them. The former are not part of it: OPENCONFIG_YANG_DIR names their
+// folder.
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -15,6 +16,25 @@ using support::HostFolder;
 using support::HostRun;
 using support::hostRun;
 
+// A text with each "@" of a pattern replaced.
+std::string filled(const std::string& pattern, const std::string& text) {
+  std::string result;
+  for (const char c : pattern) {
+    if (c == '@') {
+      result += text;
+    } else {
+      result += c;
+    }
+  }
+  return result;
+}
+
+int occurrences(const std::string& text, const std::string& part) {
+  int n = 0;
+  for (std::size_t at = 0; (at = text.find(part, at)) != std::string::npos; ++at) ++n;
+  return n;
+}
+
 // Validates a document, as `get` (references may dangle) or as `data` (they must resolve).
 class Yang : public testing::Test {
  protected:
@@ -29,7 +49,7 @@ class Yang : public testing::Test {
     const std::string modules = std::getenv("OPENCONFIG_YANG_DIR");
     return hostRun({"yanglint", "-D", "-p", modules, "-t", type, "-e", "-f", "json",
                     modules + "/openconfig-qos.yang", modules + "/openconfig-qos-types.yang",
-                    folder_.file("document.json", document)});
+                    paths::augments, folder_.file("document.json", document)});
   }
   void expectValid(const std::string& type, const std::string& document) const {
     const HostRun run = yanglint(type, document);
@@ -47,6 +67,48 @@ class Yang : public testing::Test {
 TEST_F(Yang, TheValidatorRefusesWhatIsNotValid) {
   if (!isHere()) return;
   EXPECT_NE(yanglint("get", R"({"openconfig-qos:qos": {"nothing": {}}})").exit, 0);
+}
+
+TEST_F(Yang, TheModuleOfThisProjectIsValidWithoutAWarning) {
+  if (!isHere()) return;
+  const HostRun run =
+      hostRun({"yanglint", "-V", "-p", std::getenv("OPENCONFIG_YANG_DIR"), paths::augments});
+  EXPECT_EQ(run.exit, 0);
+  EXPECT_GE(occurrences(run.err, "libyang verb: "), 1);
+  EXPECT_EQ(occurrences(run.err, "libyang warn: "), 0) << run.err;
+}
+
+TEST_F(Yang, TheModuleOfThisProjectKnowsItsRanges) {
+  if (!isHere()) return;
+  const std::string queue = R"("queues": {"queue": [{"name": "q", "config": {"name": "q")";
+  struct {
+    std::string leaves;  // "@" is the leaf
+    std::vector<std::pair<std::string, std::string>> goodAndBad;
+  } const parts[] = {
+      {queue + R"(, "qosoc-augments:@}}]})",
+       {{R"(bandwidth": 100)", R"(bandwidth": 101)"},
+        {R"(strict-priority": false)", R"(strict-priority": 0)"}}},
+      {queue + R"(}, "qosoc-augments:ecn": {"config": {"@}}}]})",
+       {{R"(max-drop-probability-percent": 100)", R"(max-drop-probability-percent": 101)"},
+        {R"(max-threshold": 4294967294)", R"(max-threshold": 4294967295)"},
+        {R"(min-threshold": 4294967294)", R"(min-threshold": 4294967295)"},
+        {R"(threshold-unit": 255)", R"(threshold-unit": 256)"},
+        {R"(weight": 4294967295)", R"(weight": 4294967296)"}}},
+      {R"("qosoc-augments:pfc": {"watchdog": {"config": {"@}}})",
+       {{R"(action": 255)", R"(action": 256)"},
+        {R"(priorities": "0")", R"(priorities": "00")"},
+        {R"(priorities": "f0")", R"(priorities": "F0")"},
+        {R"(priorities": "10")", R"(priorities": "100")"},
+        {R"(time-a": "9223372036.854775807")", R"(time-a": "9223372036.854775808")"},
+        {R"(time-b": "-0.000000001")", R"(time-b": "0.0000000001")"},
+        {R"(time-c": "0.0")", R"(time-c": 0.0)"}}}};
+  for (const auto& [leaves, goodAndBad] : parts) {
+    const std::string tree = R"({"openconfig-qos:qos": {)" + leaves + "}}";
+    for (const auto& [good, bad] : goodAndBad) {
+      expectValid("data", filled(tree, good));
+      EXPECT_NE(yanglint("get", filled(tree, bad)).exit, 0) << bad;
+    }
+  }
 }
 
 TEST_F(Yang, TheExamplesAreValidAsAWhole) {
@@ -67,12 +129,6 @@ TEST_F(Yang, AnEmptyModelIsValid) {
   const HostRun run = translate("{}");
   expectValid("get", run.out);
   expectValid("data", run.out);
-}
-
-int occurrences(const std::string& text, const std::string& part) {
-  int n = 0;
-  for (std::size_t at = 0; (at = text.find(part, at)) != std::string::npos; ++at) ++n;
-  return n;
 }
 
 // As they stand in a JSON text.
@@ -107,50 +163,45 @@ std::vector<std::string> nastyNames() {
   return names;
 }
 
-// A member of the model format: an entry for each name.
-std::string part(const char* part, const std::vector<std::string>& names,
-                 std::string (*entry)(const std::string& name)) {
+// A member of the model format: an entry for each name, which the pattern has as "@".
+std::string part(const char* part, const std::vector<std::string>& names, const char* pattern) {
   std::string text = '"' + std::string(part) + "\": {\"\": {}";
-  for (const std::string& name : names) text += ", \"" + name + "\": " + entry(name);
+  for (const std::string& name : names) text += ", \"" + name + "\": " + filled(pattern, name);
   return text + '}';
 }
 
-// Its values fit nowhere, its names may or may not.
-std::string nastyClassifier(const std::string& name) {
-  const std::string dscps = R"({"dscp": 64, "dscp-set": [63, 3, 3, 64, 255, 63]})";
-  return R"({"config": {"name": "x", "type": 9}, "terms": {"": {}, "t": {"config-id": "x",)"
-         R"("conditions": {"ipv4": )" +
-         dscps + R"(, "ipv6": )" + dscps + "}, " + R"("actions": {"target-group": ")" + name +
-         R"("}}, ")" + name + R"(": {"actions": {"target-group": ""}, "conditions": {}}}})";
-}
-std::string forwardingGroup(const std::string& name) {
-  return R"({"name": "x", "output-queue": ")" + name + R"("})";
-}
-std::string queue(const std::string& /*name*/) {
-  return R"({"config": {"bandwidth": 100, "strict-priority": true}, "ecn-config": {)"
-         R"("max-drop-probability-percent": 100, "max-threshold": 4294967294,)"
-         R"("threshold-unit": 255, "weight": 4294967295}})";
-}
-std::string profile(const std::string& /*name*/) {
-  return R"({"wred-uniform": {"min-threshold": 18446744073709551615, "weight": 4294967295,)"
-         R"("enable-ecn": true}})";
-}
-std::string nastyInterface(const std::string& name) {
-  const std::string config = R"({"config": {"name": ")" + name + R"("}})";
-  return R"({"input": {"classifiers": {"0": )" + config + R"(, "1": )" + config + R"(, "9": )" +
-         config + R"(}}, "output": {"queues": {"": {"config": {"name": "x"}}, "blank": {}, ")" +
-         name + R"(": {"config": {"name": "x", "queue-management-profile": ")" + name + R"("}}}}})";
+// Values fit or they don't, and so do the names.
+std::string nastyModel(const std::vector<std::string>& names) {
+  return '{' + part("classifiers", names, R"({"config": {"name": "x", "type": 9}, "terms": {
+             "": {}, "@": {"actions": {"target-group": ""}, "conditions": {}},
+             "t": {"config-id": "x", "actions": {"target-group": "@"}, "conditions": {
+                 "ipv4": {"dscp": 64, "dscp-set": [255]},
+                 "ipv6": {"dscp": 63, "dscp-set": [63, 3, 3, 64, 255, 63]}}}}})") +
+         ", " + part("forwarding-groups", names, R"({"name": "x", "output-queue": "@"})") + ", " +
+         part("interfaces", names, R"({"input": {"classifiers": {"0": {"config": {"name": "@"}},
+             "1": {"config": {"name": "@"}}, "9": {"config": {"name": "@"}}}}, "output": {
+             "pfc": {"priorities": "@"}, "scheduler-policy": {"config": {"name": "@"}},
+             "queues": {"": {"config": {"name": "x"}}, "blank": {},
+                 "@": {"config": {"name": "x", "queue-management-profile": "@"}}}}})") +
+         R"(, "pfc": {"watchdog": {"action": 9, "priorities": "zz", "time-a": 0.1,
+             "time-b": 1e-10, "time-c": -1e300}}, )" +
+         part("queue-management-profiles", names, R"({"wred-uniform": {
+             "min-threshold": 18446744073709551615, "weight": 4294967295, "drop": true}})") +
+         ", " + part("queues", names, R"({"config": {"bandwidth": 100, "strict-priority": true},
+             "ecn-config": {"max-drop-probability-percent": 100, "max-threshold": 4294967294,
+                 "min-threshold": 4294967294, "threshold-unit": 255, "weight": 4294967295}})") +
+         ", " + part("scheduler-policies", names, R"({"schedulers": {"0": {},
+             "1": {"config": {"priority": 0}, "inputs": {}, "one-rate-two-color": {}},
+             "4294967295": {"config": {"priority": 9, "scheduler-type": 9},
+                 "inputs": {"": {}, "t": {"config": {"queue": "@", "input-type": 9}},
+                     "@": {"config": {"queue": "@", "weight": 18446744073709551615}}},
+                 "one-rate-two-color": {"cir": 18446744073709551615, "cir-pct": 100}}}})") +
+         '}';
 }
 
 TEST_F(Yang, NastyNamesAndValuesAreValid) {
   if (!isHere()) return;
-  const std::vector<std::string> names = nastyNames();
-  const std::string model = '{' + part("classifiers", names, nastyClassifier) + ", " +
-                            part("forwarding-groups", names, forwardingGroup) + ", " +
-                            part("interfaces", names, nastyInterface) + ", " +
-                            part("queue-management-profiles", names, profile) + ", " +
-                            part("queues", names, queue) + '}';
-  const HostRun run = translate(model);
+  const HostRun run = translate(nastyModel(nastyNames()));
   EXPECT_EQ(run.exit, 0) << run.err.substr(0, 1000);
   EXPECT_NE(run.err, "");
   expectValid("get", run.out);
@@ -158,16 +209,45 @@ TEST_F(Yang, NastyNamesAndValuesAreValid) {
   expectValid("data", run.out);
 }
 
+// One of each, and nothing is left out.
+TEST_F(Yang, AFullModelIsValidAsAWhole) {
+  if (!isHere()) return;
+  const HostRun run = translate(R"({
+      "classifiers": {"c": {"config": {"name": "c", "type": 1}, "terms": {"t": {
+          "actions": {"target-group": "f"}, "conditions": {"ipv6": {"dscp-set": [1, 2]}}}}}},
+      "forwarding-groups": {"f": {"name": "f", "output-queue": "q"}},
+      "interfaces": {"e": {"config": {"interface-id": "e"},
+          "input": {"classifiers": {"1": {"config": {"name": "c", "type": 1}}}},
+          "output": {"pfc": {"priorities": "a0"}, "scheduler-policy": {"config": {"name": "s"}},
+              "queues": {"q": {"config": {"name": "q", "queue-management-profile": "p"}}}}}},
+      "pfc": {"watchdog": {"action": 5, "priorities": "8", "time-a": 0.5}},
+      "queue-management-profiles": {"p": {"config": {"name": "p"}}},
+      "queues": {"q": {"config": {"bandwidth": 40, "strict-priority": true}, "ecn-config": {}}},
+      "scheduler-policies": {"s": {"schedulers": {"1": {"config": {"priority": 0},
+          "inputs": {"i": {"config": {"queue": "q", "weight": 7}}},
+          "one-rate-two-color": {"cir": 1000, "cir-pct": 20}}}}}})");
+  EXPECT_EQ(run.err, "");
+  for (const char* member : {"classifiers", "forwarding-groups", "interfaces", "qosoc-augments:pfc",
+                             "queue-management-profiles", "queues", "scheduler-policies"}) {
+    EXPECT_GE(occurrences(run.out, '"' + std::string(member) + "\": {"), 1) << member;
+  }
+  expectValid("get", run.out);
+  expectValid("data", run.out);
+}
+
 TEST_F(Yang, ReferencesMayDangle) {
   if (!isHere()) return;
-  const HostRun run =
-      translate(R"({"classifiers": {"c": {"terms": {"t": {"actions": {"target-group": "gone"}}}}},)"
-                R"("forwarding-groups": {"f": {"output-queue": "gone"}}, "interfaces": {"e": {)"
-                R"("input": {"classifiers": {"0": {"config": {"name": "gone"}}}}, "output": {)"
-                R"("queues": {"q": {"config": {"name": "q", "queue-management-profile": "gone"}}},)"
-                R"("scheduler-policy": {"config": {"name": "gone"}}}}}})");
+  const HostRun run = translate(R"({
+      "classifiers": {"c": {"terms": {"t": {"actions": {"target-group": "gone"}}}}},
+      "forwarding-groups": {"f": {"output-queue": "gone"}},
+      "interfaces": {"e": {
+          "input": {"classifiers": {"0": {"config": {"name": "gone"}}}},
+          "output": {"scheduler-policy": {"config": {"name": "gone"}},
+              "queues": {"q": {"config": {"name": "q", "queue-management-profile": "gone"}}}}}},
+      "scheduler-policies": {"s": {"schedulers": {"1": {
+          "inputs": {"i": {"config": {"queue": "gone"}}}}}}}})");
   EXPECT_EQ(run.err, "");
-  EXPECT_EQ(occurrences(run.out, "\"gone\""), 5);
+  EXPECT_EQ(occurrences(run.out, "\"gone\""), 6);
   expectValid("get", run.out);
   EXPECT_NE(yanglint("data", run.out).exit, 0);
 }

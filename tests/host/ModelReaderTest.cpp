@@ -57,21 +57,6 @@ TEST(ModelReader, ReadsAnEmptyModel) {
   EXPECT_EQ(faultOf(R"({"pfc": {}, "queues": {}})"), "");
 }
 
-TEST(ModelReader, RefusesPartsThatCannotBeReadYet) {
-  EXPECT_EQ(faultOf(R"({"scheduler-policies": {"x": {}}})"),
-            "/scheduler-policies/x: this part of the model can't be read yet");
-  EXPECT_EQ(
-      faultOf(R"({"pfc": {"watchdog": {"action": 2}}})"),
-      "/pfc/watchdog/action: expected 1, since this part of the model can't be read yet, not 2");
-  EXPECT_EQ(faultOf(R"({"pfc": {"watchdog": {"time-b": 0.5}}})"),
-            "/pfc/watchdog/time-b: expected 0, since this part of the model can't be read yet, not "
-            "0.5");
-  EXPECT_EQ(
-      faultOf(R"({"pfc": {"watchdog": {"priorities": "3"}}})"),
-      "/pfc/watchdog/priorities: expected an empty string, since this part of the model can't "
-      "be read yet, not \"3\"");
-}
-
 TEST(ModelReader, RefusesWhatIsNoModel) {
   EXPECT_EQ(faultOf(R"({"openconfig-qos:qos": {}})"), "/openconfig-qos:qos: unknown member");
   EXPECT_EQ(faultOf(R"({"classifiers": {"c": {"config": null}}})"),

@@ -17,15 +17,17 @@ TEST(OpenConfigFormat, OfAnEmptyModelIsAnEmptyTree) {
 
 TEST(OpenConfigFormat, ShowsTheListsInTheOrderOfTheirNames) {
   const HostModel built;
+  built.model.schedulerPolicies->schedulerPolicyIs("s");
   built.queueIs("q");
   built.model.queueManagementProfiles->queueManagementProfileIs(
       QosOc::Config::QueueManagementProfile("p"));
+  built.model.pfc->watchdogIs({1, 1, 1, 1, "1"});
   built.interface("e");
   built.forwardingGroupIs("f", "");
   built.classifier("c");
   std::size_t last = 0;
-  for (const char* list :
-       {"classifiers", "forwarding-groups", "interfaces", "queue-management-profiles", "queues"}) {
+  for (const char* list : {"classifiers", "forwarding-groups", "interfaces", "qosoc-augments:pfc",
+                           "queue-management-profiles", "queues", "scheduler-policies"}) {
     const std::size_t at = HostRendered(built).json.find('"' + std::string(list) + "\":{");
     ASSERT_NE(at, std::string::npos) << list;
     EXPECT_LT(last, at) << list;

@@ -50,6 +50,13 @@ void mountAll(const Native& native) {
   native.qosConfig->queueNameToTxQueueIdMap()->queueNameToTxQueueIdIs(Qos::QueueName{"q"},
                                                                       Qos::TxQueueId{3});
   native.qosConfig->tcToTxQueueMapIs(Qos::TrafficClass{5}, Qos::TxQueueId{3});
+
+  native.qosConfig->pfcWatchdogTimeAIs(0.5);
+  const auto port = Rok::make<Pfc::PortConfig>();
+  port->prioritiesIs(8);
+  const auto interface = Rok::make<Qos::IntfConfig>(Nerit::IntfId("Ethernet1"));
+  interface->pfcPortConfigIs(port);
+  native.qosConfig->intfConfigIs(interface->intfId(), interface);
 }
 
 struct Built {
@@ -65,12 +72,14 @@ TEST(Roots, BringTheModelInLineWithTheNativeSide) {
   const Native native;
   mountAll(native);
   const Built built(native);
-  EXPECT_EQ(built.roots.size(), 5u);
+  EXPECT_EQ(built.roots.size(), 7u);
   EXPECT_THAT(built.reports, IsEmpty());
   const auto term = built.model.classifiers->classifier("c")->terms()->term("t");
   EXPECT_EQ(term.conditions->ipv4.dscp, std::uint8_t{46});
   EXPECT_TRUE(built.model.queues->q("q"));
   EXPECT_EQ(built.model.forwardingGroups->forwardingGroup("fg")->config().outputQueue, "q");
+  EXPECT_EQ(built.model.pfc->watchdog().timeA, 0.5);
+  EXPECT_EQ(built.model.interfaces->interface("Ethernet1")->output()->pfc().priorities, "8");
 }
 
 TEST(Roots, WriteActionsAndBindings) {
@@ -121,7 +130,7 @@ TEST(Roots, ThatThrowAreReportedAndLeftOut) {
   native.qosConfig->forwardingGroupNameToTcMap()->forwardingGroupNameToTcIs(
       Qos::ForwardingGroupName{"fg"}, Qos::TrafficClass{17});
   const Built built(native);
-  EXPECT_EQ(built.roots.size(), 3u);
+  EXPECT_EQ(built.roots.size(), 5u);
   EXPECT_THAT(built.reports,
               ElementsAre("root class-map: null argument: cmapTypeConfig",
                           "root forwarding-group: range: cannot access index 17 of an array with "

@@ -88,6 +88,28 @@ TEST(InterfacesJson, ShowsTheQueuesAndTheSchedulerPolicyOfTheOutput) {
   EXPECT_THAT(rendered.warnings, IsEmpty());
 }
 
+TEST(InterfacesJson, ShowsPriorityFlowControl) {
+  const HostModel built;
+  built.interface("e")->outputIs()->pfcIs({"0"});
+  built.schedulerPolicyIs("s");
+  const HostRendered rendered(built);
+  EXPECT_EQ(rendered.tree(),
+            interface("", R"(,"output":{"qosoc-augments:pfc":{"config":{"priorities":"0"}},)"
+                          R"("scheduler-policy":{"config":{"name":"s"}}})"));
+  EXPECT_THAT(rendered.warnings, IsEmpty());
+}
+
+TEST(InterfacesJson, LeavesOutPrioritiesThatAreNoByte) {
+  const HostModel built;
+  built.interface("e")->outputIs()->pfcIs({"0x1"});
+  const HostRendered rendered(built);
+  EXPECT_EQ(rendered.tree(), interface("", ""));
+  EXPECT_THAT(rendered.warnings,
+              ElementsAre(list + "[interface-id='e']/output/qosoc-augments:pfc/config/priorities: "
+                                 "\"0x1\" is not eight bits in hexadecimal: left out (from the PFC "
+                                 "settings of the interface \"e\")"));
+}
+
 TEST(InterfacesJson, LeavesOutBlankedAttachmentsWithoutAWord) {
   const HostModel built;
   built.outputQueueIs("q", "", "");

@@ -24,6 +24,40 @@ TEST(QueuesJson, ShowsQueuesOfBothSchemesOfNames) {
   EXPECT_THAT(rendered.warnings, IsEmpty());
 }
 
+TEST(QueuesJson, ShowsNativeSettings) {
+  const HostModel built;
+  QosOc::Config::Queue strict("a");
+  strict.config.name = "other";
+  strict.config.strictPriority = true;
+  built.model.queues->qIs(strict);
+  QosOc::Config::Queue share("b");
+  share.config.bandwidth = QosOc::PercentType(0);
+  built.model.queues->qIs(share);
+  const HostRendered rendered(built);
+  EXPECT_EQ(rendered.tree(),
+            tree(R"({"config":{"name":"a","qosoc-augments:strict-priority":true},"name":"a"},)"
+                 R"({"config":{"name":"b","qosoc-augments:bandwidth":0},"name":"b"})"));
+  EXPECT_THAT(rendered.warnings, IsEmpty());
+}
+
+TEST(QueuesJson, ShowsEverySettingOfAnEcnBlock) {
+  const HostModel built;
+  QosOc::Config::Queue full("a");
+  full.ecnConfig = QosOc::Config::QueueEcnConfig{100, 4294967294u, 7u, 255, 4294967295u};
+  built.model.queues->qIs(full);
+  QosOc::Config::Queue blank("b");
+  blank.ecnConfig = QosOc::Config::QueueEcnConfig();
+  built.model.queues->qIs(blank);
+  EXPECT_EQ(
+      HostRendered(built).tree(),
+      tree(R"({"config":{"name":"a"},"name":"a","qosoc-augments:ecn":{"config":{)"
+           R"("max-drop-probability-percent":100,"max-threshold":4294967294,"min-threshold":7,)"
+           R"("threshold-unit":255,"weight":4294967295}}},)"
+           R"({"config":{"name":"b"},"name":"b","qosoc-augments:ecn":{"config":{)"
+           R"("max-drop-probability-percent":0,"max-threshold":0,"min-threshold":0,)"
+           R"("threshold-unit":0,"weight":0}}})"));
+}
+
 TEST(QueuesJson, LeavesOutAnEmptyNameWithoutAWord) {
   const HostModel built;
   built.queueIs("");
