@@ -6,6 +6,7 @@
 #include "QosOpenConfig/QosOpenConfigForwardingGroupKivToOcSm.h"
 #include "QosOpenConfig/QosOpenConfigIntfClassifierKivToOcSm.h"
 #include "QosOpenConfig/QosOpenConfigPfcKivToOCSm.h"
+#include "QosOpenConfig/QosOpenConfigQueueKivToOcSm.h"
 #include "host/Place.h"
 
 namespace host {
@@ -29,6 +30,9 @@ Rok::Ptr<Rok::PtrInterface> forwardingGroupRoot(const Native& native, const Mode
                                                 model.queues);
 }
 
+Rok::Ptr<Rok::PtrInterface> queueRoot(const Native& native, const Model& model) {
+  return QosOc::queueKivToOcSmFactory(native.qosConfig, model.queues, native.cliConfig);
+}
 Rok::Ptr<Rok::PtrInterface> pfcRoot(const Native& native, const Model& model) {
   return QosOc::pfcKivToOCSmFactory(native.qosConfig, model.pfc);
 }
@@ -42,7 +46,7 @@ constexpr Root table[] = {
     {"class-action", classActionRoot},
     {"interface-classifier", interfaceClassifierRoot},
     {"forwarding-group", forwardingGroupRoot},
-    {"queue", nullptr},
+    {"queue", queueRoot},
     {"pfc", pfcRoot},
     {"interface-pfc", interfacePfcRoot},
     {"queue-management", nullptr},

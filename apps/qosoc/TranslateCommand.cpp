@@ -33,7 +33,7 @@ it. Then each change of the native side changes only what it concerns.
   --initial FILE     start from the model of an earlier life, in the format `model`; what the native
                      side no longer stands for is swept out of it
   --roots NAME,...   build only these roots: class-map, acl, class-action, interface-classifier,
-                     forwarding-group, pfc, interface-pfc
+                     forwarding-group, queue, pfc, interface-pfc
   --trace LEVEL,...  write the trace lines of these levels (0 to 9) to standard error
   --order-seed N     walk every hash collection in another order: the output stays the same
 

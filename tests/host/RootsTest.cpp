@@ -56,6 +56,10 @@ void mountAll(const Native& native) {
   port->prioritiesIs(8);
   const auto interface = Rok::make<Qos::IntfConfig>(Nerit::IntfId("Ethernet1"));
   interface->pfcPortConfigIs(port);
+  const Qos::TxQueue txQueue{Qos::TxQueueId{3}, Qos::unicast};
+  const auto settings = Rok::make<Qos::TxQueueConfig>(txQueue);
+  settings->bandwidthIs(Qos::Percent{40});
+  interface->txQueueConfigIs(txQueue, settings);
   native.qosConfig->intfConfigIs(interface->intfId(), interface);
 }
 
@@ -72,12 +76,13 @@ TEST(Roots, BringTheModelInLineWithTheNativeSide) {
   const Native native;
   mountAll(native);
   const Built built(native);
-  EXPECT_EQ(built.roots.size(), 7u);
+  EXPECT_EQ(built.roots.size(), 8u);
   EXPECT_THAT(built.reports, IsEmpty());
   const auto term = built.model.classifiers->classifier("c")->terms()->term("t");
   EXPECT_EQ(term.conditions->ipv4.dscp, std::uint8_t{46});
   EXPECT_TRUE(built.model.queues->q("q"));
   EXPECT_EQ(built.model.forwardingGroups->forwardingGroup("fg")->config().outputQueue, "q");
+  EXPECT_EQ(built.model.queues->q("Ethernet1-unicast-3").config.bandwidth, QosOc::PercentType(40));
   EXPECT_EQ(built.model.pfc->watchdog().timeA, 0.5);
   EXPECT_EQ(built.model.interfaces->interface("Ethernet1")->output()->pfc().priorities, "8");
 }
@@ -113,7 +118,7 @@ TEST(Roots, WriteActionsAndBindings) {
 TEST(Roots, AreBuiltByNameInTheOrderOfTheTable) {
   const Native native;
   mountAll(native);
-  EXPECT_THAT(Built(native, {"queue"}).roots, IsEmpty());
+  EXPECT_THAT(Built(native, {"queue-management"}).roots, IsEmpty());
   const Built one(native, {"forwarding-group"});
   EXPECT_EQ(one.roots.size(), 1u);
   EXPECT_FALSE(one.model.classifiers->classifier("c"));
@@ -130,7 +135,7 @@ TEST(Roots, ThatThrowAreReportedAndLeftOut) {
   native.qosConfig->forwardingGroupNameToTcMap()->forwardingGroupNameToTcIs(
       Qos::ForwardingGroupName{"fg"}, Qos::TrafficClass{17});
   const Built built(native);
-  EXPECT_EQ(built.roots.size(), 5u);
+  EXPECT_EQ(built.roots.size(), 6u);
   EXPECT_THAT(built.reports,
               ElementsAre("root class-map: null argument: cmapTypeConfig",
                           "root forwarding-group: range: cannot access index 17 of an array with "
