@@ -235,6 +235,39 @@ TEST_F(Yang, AFullModelIsValidAsAWhole) {
   expectValid("data", run.out);
 }
 
+// The same from the native side, by all roots.
+TEST_F(Yang, ADeviceWithEverythingIsValidAsAWhole) {
+  if (!isHere()) return;
+  const std::string native = folder_.file("native.json", R"({
+      "class-maps": {"qos": {"__yang_[c4]_[]": {"match": ["ip-access-group"]},
+          "__yang_[c4]_[v]": {"match": ["ip-access-group"]},
+          "__yang_[c6]_[]": {"match": ["ipv6-access-group"]},
+          "__yang_[c6]_[w]": {"match": ["ipv6-access-group"]}}},
+      "access-lists": {
+          "ipv4": {"__yang_[c4]_[v]": {"rules": {"10": {"dscp": 46}, "20": {"dscp": 10}}}},
+          "ipv6": {"__yang_[c6]_[w]": {"rules": {"10": {"tc": 184, "tc-mask": 252}}}}},
+      "policy-maps": {"qos": {"__yang_[IPV4__c4][IPV6__c6]": {"classes": {
+          "__yang_[c4]_[v]": {"actions": {"set-traffic-class": 5}},
+          "__yang_[c6]_[w]": {"actions": {"set-traffic-class": 6}}}}}},
+      "service-policies": {"1:__yang_[IPV4__c4][IPV6__c6]": {"interfaces": {"Ethernet1": true}}},
+      "interfaces": {"Ethernet1": {"pfc": {"priorities": 8}, "tx-queues": {"mc-4": {},
+          "uc-3": {"priority": "strict", "bandwidth": 40, "ecn": {"min-threshold": 10,
+              "max-threshold": 20, "threshold-unit": 1, "max-drop-percent": 30, "weight": 2}}}}},
+      "tc-to-tx-queue": {"5": 3, "6": 4}, "forwarding-groups": {"voice": 5, "video": 6},
+      "queue-names": {"EF": 3, "AF": 4}, "pfc-watchdog": {"time-a": 0.5, "priorities": 255}})");
+  const HostRun run = hostRun({paths::qosoc, "translate", native});
+  EXPECT_EQ(run.exit, 0);
+  EXPECT_EQ(run.err, "");
+  for (const char* part :
+       {R"("dscp-set": [)", R"("dscp": 46)", R"("target-group": "voice")", R"("type": "IPV6")",
+        R"("output-queue": "EF")", R"("qosoc-augments:strict-priority": true)", R"("weight": 2)",
+        R"("name": "Ethernet1-multicast-4")", R"("priorities": "8")", R"("time-a": "0.5")"}) {
+    EXPECT_GE(occurrences(run.out, part), 1) << part;
+  }
+  expectValid("get", run.out);
+  expectValid("data", run.out);
+}
+
 TEST_F(Yang, ReferencesMayDangle) {
   if (!isHere()) return;
   const HostRun run = translate(R"({
