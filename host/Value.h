@@ -45,14 +45,17 @@ class Value {
   }
   bool isNull() const { return as<std::monostate>() != nullptr; }
 
-  // Each requires that the value is of that kind.
+  // Each requires that the value is of that kind. A list or an object that is about to go can't be
+  // walked.
   std::uint64_t number() const { return std::get<std::uint64_t>(data_); }
   double real() const { return std::get<double>(data_); }
   const std::string& text() const { return std::get<std::string>(data_); }
-  const List& list() const { return std::get<List>(data_); }
-  List& list() { return std::get<List>(data_); }
-  const Object& object() const { return std::get<Object>(data_); }
-  Object& object() { return std::get<Object>(data_); }
+  const List& list() const& { return std::get<List>(data_); }
+  List& list() & { return std::get<List>(data_); }
+  const Object& object() const& { return std::get<Object>(data_); }
+  Object& object() & { return std::get<Object>(data_); }
+  const List& list() const&& = delete;
+  const Object& object() const&& = delete;
 
   // The member of an object; null when there is none.
   const Value* find(std::string_view key) const;

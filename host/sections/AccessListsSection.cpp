@@ -109,11 +109,7 @@ class RulePlace final : public Place {
       : rules_(std::move(rules)), sequence_(std::move(sequence)), rule_(std::move(rule)) {}
 
   Value value() const override { return rule_; }
-  std::vector<std::string> keys() const override {
-    std::vector<std::string> keys;
-    for (const Member& member : rule_.object()) keys.push_back(member.key);
-    return keys;
-  }
+  std::vector<std::string> keys() const override { return keysOf(rule_); }
   std::unique_ptr<Place> at(const std::string& member) const override {
     const Value* value = rule_.find(member);
     return value != nullptr ? std::make_unique<LeafPlace>(*value) : nullptr;

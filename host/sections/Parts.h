@@ -82,7 +82,7 @@ class SettingsPlace final : public Place {
   std::span<const Setting<Object>> settings_;
 };
 
-// ===== Records of one collection
+// ===== Records of one collection, and objects
 
 // The place of a native object of which the document shows one collection, as a member that is
 // always there.
@@ -102,6 +102,12 @@ class HolderPlace final : public Place {
   std::string_view member_;
   Rok::Ptr<Object> object_;
 };
+
+inline std::vector<std::string> keysOf(const Value& object) {
+  std::vector<std::string> keys;
+  for (const Member& member : object.object()) keys.push_back(member.key);
+  return keys;
+}
 
 // Puts each entry of an object into a collection that is being built.
 inline void putEach(Place& place, const Value& entries, Writes& writes) {

@@ -108,11 +108,7 @@ class EcnWredPlace final : public Place {
       : queue_(std::move(queue)), setting_(setting) {}
 
   Value value() const override { return setting_.value(*queue_); }
-  std::vector<std::string> keys() const override {
-    std::vector<std::string> keys;
-    for (const Member& member : value().object()) keys.push_back(member.key);
-    return keys;
-  }
+  std::vector<std::string> keys() const override { return keysOf(value()); }
   std::unique_ptr<Place> at(const std::string& member) const override {
     return std::make_unique<LeafPlace>(value().at(member));
   }

@@ -391,6 +391,19 @@ TEST(Interfaces, LaterOperationsOfALineSeeTheEarlierOnes) {
   EXPECT_THAT(d.reports, IsEmpty());
 }
 
+TEST(Interfaces, TestSeesTheNativeStateAroundWhatTheLineTouched) {
+  HostDevice d(device);
+  d.line("[" + hostOperation("test", queues + "/uc-3/ecn/weight", "5") + "," +
+         hostOperation("test", queues + "/uc-3/ecn", R"({"min-threshold": 10, "max-threshold": 20,
+             "threshold-unit": 1, "max-drop-percent": 30, "weight": 5})") +
+         "," + hostOperation("replace", queues + "/uc-3/ecn/weight", "6") + "," +
+         hostOperation("test", queues + "/uc-3", R"({"priority": 0, "bandwidth": 40, "shape": 1000,
+             "ecn": {"min-threshold": 10, "max-threshold": 20, "threshold-unit": 1,
+                     "max-drop-percent": 30, "weight": 6}})") +
+         "]");
+  EXPECT_THAT(d.reports, IsEmpty());
+}
+
 TEST(Interfaces, ARefusedLineChangesNothing) {
   HostDevice d(device);
   EXPECT_THAT(d.heardFrom("[" + hostOperation("remove", queues + "/uc-3/ecn") + "," +

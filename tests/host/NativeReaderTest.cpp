@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "host/Sections.h"
 #include "tests/support/HostDevice.h"
 
@@ -67,14 +69,42 @@ TEST(NativeDocument, RefusesUnknownMembers) {
 }
 
 TEST(NativeDocument, HasTheSectionsInAnyOrder) {
-  const HostDevice device(R"({"queue-names": {}, "forwarding-groups": {"g": 5}, "pfc-watchdog": {},
-      "tc-to-tx-queue": {"5": 3}, "comments": {}, "qos-profiles": {}, "interfaces": {},
-      "service-policies": {"1:P": {}}, "policy-maps": {"qos": {"P": {}}}, "access-lists": {},
-      "class-maps": {"qos": {"V": {}}}})");
-  EXPECT_TRUE(device.classMap("V"));
-  EXPECT_EQ(device.native.qosConfig->tcToTxQueueMap(5).value, 3);
-  EXPECT_EQ(device.native.qosConfig->servicePolicyConfig().members(), 1u);
-  EXPECT_EQ(device.native.qosConfig->forwardingGroupNameToTcMap()->firstName(5)->name, "g");
+  std::vector<std::string> sections{
+      R"("class-maps": {"qos": {"V": {"match": ["ip-access-group"]}}})",
+      R"("access-lists": {"ipv4": {"V": {"rules": {"10": {"dscp": 46}, "20": {}}}, "W": {}},
+                          "ipv6": {"V": {"rules": {"10": {"tc": 184, "tc-mask": 252}}}}})",
+      R"("policy-maps": {"qos": {"P": {"classes": {"V": {"actions": {"set-traffic-class": 5}}}}}})",
+      R"("service-policies": {"1:P": {"interfaces": {"Ethernet1": true}}})",
+      R"("interfaces": {"Ethernet1": {"tx-queues": {"uc-3": {"priority": "strict", "bandwidth": 40,
+                        "ecn": {"weight": 1}, "wred": {}}}, "pfc": {"priorities": 8}}})",
+      R"("qos-profiles": {"G": {"tx-queues": {"mc-3": {"shape": 7}}}, "H": {}})",
+      R"("comments": {"if-Et1-unicast-3": "text"})",
+      R"("tc-to-tx-queue": {"5": 3})",
+      R"("forwarding-groups": {"voice": 5})",
+      R"("queue-names": {"high": 3})",
+      R"("pfc-watchdog": {"time-a": 0.5, "action": 2})"};
+  const auto document = [&] {
+    std::string text;
+    for (const std::string& section : sections) text += (text.empty() ? "{" : ",") + section;
+    return text + "}";
+  };
+  const HostDevice there(document());
+  std::reverse(sections.begin(), sections.end());
+  const HostDevice back(document());
+  for (const Schema::Member& section : nativeSchema().members()) {
+    const Value value = nativePlace(there.native)->at(section.name)->value();
+    EXPECT_EQ(value, nativePlace(back.native)->at(section.name)->value()) << section.name;
+    EXPECT_FALSE(value == section.schema.empty()) << section.name;
+  }
+}
+
+TEST(NativeDocument, HasTheSectionsLeftOutAsIfTheyWereEmpty) {
+  const HostDevice device;
+  for (const Schema::Member& section : nativeSchema().members()) {
+    EXPECT_EQ(nativePlace(device.native)->at(section.name)->value(), section.schema.empty())
+        << section.name;
+    EXPECT_EQ(*section.initial, section.schema.empty()) << section.name;
+  }
 }
 
 TEST(NativeDocument, RefusesValuesOfTheWrongType) {
