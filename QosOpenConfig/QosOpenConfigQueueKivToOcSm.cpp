@@ -1,5 +1,7 @@
 #include "QosOpenConfig/QosOpenConfigQueueKivToOcSm.h"
 
+#include <source_location>
+
 #include "QosOpenConfig/QosOpenConfigHelper.h"
 
 namespace QosOc {
@@ -8,6 +10,16 @@ namespace {
 constinit Rok::TraceHandle traceHandle("OpenConfigQos", false);
 
 constexpr Rok::TraceFacility::FacilityLevel handler = 2;
+
+// The line with which a reaction without arguments opens.
+void traceEntry(const IntfSm& sm, std::source_location place = std::source_location::current()) {
+  if (Rok::TraceHelper line{traceHandle, handler, place}) line.in(sm) << "intf: " << sm.intfId();
+}
+void traceEntry(const TxQueueSm& sm, std::source_location place = std::source_location::current()) {
+  if (Rok::TraceHelper line{traceHandle, handler, place}) {
+    line.in(sm) << "intf: " << sm.intfId() << "queue:" << sm.queueName();
+  }
+}
 
 Velmo::String queueNameOf(const Nerit::IntfId& intfId, const Qos::TxQueue& txQueue) {
   Velmo::String name(intfId.stringValue());
@@ -73,7 +85,7 @@ QueueKivToOcSm::QueueKivToOcSm(const Rok::Ptr<Qos::Input::Config const>& qosCliC
 }
 
 void QueueKivToOcSm::handleIntfConfig(const Nerit::IntfId& intfId) {
-  if (Rok::TraceHelper line{traceHandle, handler}) line.in(*this) << " ( " << intfId << " ) ";
+  Rok::EntryTrace(traceHandle, handler, *this, intfId);
   if (const auto* entry = qosCliConfig_->intfConfig().find(intfId)) {
     intfSmIs(queuesDir_, *entry, cliConfig_);
   } else {
@@ -120,12 +132,12 @@ void IntfSm::handleTxQueueConfig(const Qos::TxQueue& txQueue) {
 }
 
 void IntfSm::doPrepareToDie() {
-  if (Rok::TraceHelper line{traceHandle, handler}) line.in(*this) << "intf: " << intfId();
+  traceEntry(*this);
   txQueueSm_.withdrawAll();
 }
 
 void IntfSm::handleInitialized() {
-  if (Rok::TraceHelper line{traceHandle, handler}) line.in(*this) << "intf: " << intfId();
+  traceEntry(*this);
   for (auto i = intfConfig_->txQueueConfig().iterator(); i; ++i) handleTxQueueConfig(i.key());
 }
 
@@ -199,9 +211,7 @@ void TxQueueSm::handleComment(const Velmo::String& key) {
 }
 
 void TxQueueSm::handleTxQueueEcnConfig() {
-  if (Rok::TraceHelper line{traceHandle, handler}) {
-    line.in(*this) << "intf: " << intfId_ << "queue:" << queueName_;
-  }
+  traceEntry(*this);
   if (const Velmo::String text = comment(); !text.empty() && namesProfile(text)) {
     if (Rok::TraceHelper line{traceHandle, handler}) {
       line.of(*this) << "skipping augmented queue ecn config for intf: " << intfId_
@@ -221,9 +231,7 @@ void TxQueueSm::handleTxQueueEcnConfig() {
 }
 
 void TxQueueSm::handleQueueConfig() {
-  if (Rok::TraceHelper line{traceHandle, handler}) {
-    line.in(*this) << "intf: " << intfId_ << "queue:" << queueName_;
-  }
+  traceEntry(*this);
   if (const Velmo::String text = comment(); !text.empty() && namesPolicy(text)) {
     if (Rok::TraceHelper line{traceHandle, handler}) {
       line.of(*this) << "Skiping augmented queue bandwidth/scheduling update for intf: " << intfId_
@@ -250,17 +258,13 @@ void TxQueueSm::handleQueueConfig() {
 }
 
 void TxQueueSm::doPrepareToDie() {
-  if (Rok::TraceHelper line{traceHandle, handler}) {
-    line.in(*this) << "intf: " << intfId_ << "queue:" << queueName_;
-  }
+  traceEntry(*this);
   queuesDir_->qDel(queueName_);
 }
 
 // In this order: the first makes the queue.
 void TxQueueSm::handleInitialized() {
-  if (Rok::TraceHelper line{traceHandle, handler}) {
-    line.in(*this) << "intf: " << intfId_ << "queue:" << queueName_;
-  }
+  traceEntry(*this);
   handleTxQueueEcnConfig();
   handleQueueConfig();
 }
