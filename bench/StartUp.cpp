@@ -13,6 +13,7 @@
 #include "support/ClassificationDevice.h"
 #include "support/Comparisons.h"
 #include "support/Floor.h"
+#include "support/QueueDevice.h"
 #include "support/Timed.h"
 
 namespace Bench {
@@ -38,6 +39,16 @@ double policyBuild(std::size_t classes) {
   const double seconds = threadSeconds() - start;
   device.check();
   return seconds / static_cast<double>(policyMaps * classes);
+}
+
+// Seconds a tx queue, comments on half of them.
+double queueBuild(std::size_t txQueues) {
+  QueueDevice device(txQueues);
+  const double start = threadSeconds();
+  device.start();
+  const double seconds = threadSeconds() - start;
+  device.check();
+  return seconds / static_cast<double>(txQueues);
 }
 
 double floorBuild(std::size_t classMaps) {
@@ -121,8 +132,13 @@ void startUp(Comparisons& comparisons) {
         ->Arg(size)
         ->Iterations(size < 10'000 ? 10 : 1)
         ->UseManualTime();
+    benchmark::RegisterBenchmark("start-up of a tx queue", build<queueBuild>)
+        ->Arg(size)
+        ->Iterations(size < 10'000 ? 10 : 1)
+        ->UseManualTime();
     benchmark::RegisterBenchmark("memory of a class map", memoryUse)->Arg(size)->Iterations(1);
     comparisons.add(at("start-up of a class map", size), at("start-up floor", size));
+    comparisons.add(at("start-up of a tx queue", size), at("start-up floor", size));
     const std::string memory = at("memory of a class map", size);
     for (const char* part : {" native bytes", " machines bytes", " output bytes"}) {
       comparisons.add(memory + part, memory + " floor bytes");

@@ -1,8 +1,8 @@
 // The events that are measured: for each its device, what comes before it, the event itself, and
 // what puts the device back afterwards. One table, for times and for instructions.
 //
-// A device is built for a number of class maps, starts, makes the change that an event is about
-// from the number of a term, and checks its own output at the end.
+// A device is built for a number of class maps or of tx queues, starts, makes the change that an
+// event is about from the number of a term or of a tx queue, and checks its own output at the end.
 #pragma once
 
 #include <cstddef>
@@ -10,6 +10,7 @@
 #include "support/ClassMapDevice.h"
 #include "support/ClassificationDevice.h"
 #include "support/Floor.h"
+#include "support/QueueDevice.h"
 
 namespace Bench {
 namespace Steps {
@@ -32,6 +33,10 @@ constexpr auto changeAction = call<&ClassificationDevice::changeAction>;
 constexpr auto remap = call<&ClassificationDevice::remap>;
 constexpr auto bind = call<&ClassificationDevice::bind>;
 constexpr auto unbind = call<&ClassificationDevice::unbind>;
+constexpr auto addComment = call<&QueueDevice::addComment>;
+constexpr auto removeComment = call<&QueueDevice::removeComment>;
+constexpr auto restoreComment = call<&QueueDevice::restoreComment>;
+constexpr auto changeBandwidth = call<&QueueDevice::changeBandwidth>;
 
 }  // namespace Steps
 
@@ -50,6 +55,9 @@ void eachEventKind(Visitor& visitor) {
   visitor.template kind<ClassificationDevice, nothing, remap, nothing>("traffic-class-remap");
   visitor.template kind<ClassificationDevice, nothing, bind, unbind>("interface-bind");
   visitor.template kind<ClassificationDevice, bind, unbind, nothing>("interface-unbind");
+  visitor.template kind<QueueDevice, removeComment, addComment, restoreComment>("comment-add");
+  visitor.template kind<QueueDevice, addComment, removeComment, restoreComment>("comment-remove");
+  visitor.template kind<QueueDevice, nothing, changeBandwidth, nothing>("queue-bandwidth");
 }
 
 }  // namespace Bench
