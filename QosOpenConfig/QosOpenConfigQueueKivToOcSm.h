@@ -52,8 +52,8 @@ class TxQueueSm final : public Rok::StateMachine<TxQueueSm> {
   const Velmo::String& queueName() const { return queueName_; }
 
   // The comment changed. For any other key than the tx queue's own nothing happens.
-  // Throws, like the two below: RangeException for a setting that the queue can't hold; the queue
-  // stays as it was.
+  // Throws, like the two below: RangeException for a setting that the queue can't hold; what was
+  // written before stays.
   void handleComment(const Velmo::String& key);
   // Writes the ECN settings, unless the comment names a queue-management profile. This is what
   // makes the queue.

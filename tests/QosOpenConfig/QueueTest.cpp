@@ -223,7 +223,7 @@ TEST_F(Queues, AnEntryThatOthersRemovedIsNotMadeAgainByAConfigThatIsGone) {
   const auto queue = add(intf, uc3, bandwidth(40));
   queues->qDel(queue3);
   queue->bandwidthIs(Qos::percentNotConfigured);
-  EXPECT_EQ(model(), (QueueModel{{"", "blank"}}));
+  ASSERT_EQ(model(), (QueueModel{{"", "blank"}}));
   EXPECT_EQ(*queues->q().find(""), Config::Queue(""));
 }
 
