@@ -2,6 +2,8 @@
 
 #include <string_view>
 
+#include "QosOpenConfig/QosOpenConfigHelper.h"
+
 namespace {
 
 // Unlike the other units' this handle has a name of its own.
@@ -70,6 +72,15 @@ Rok::Ptr<Qos::TxQueueConfig const> txQueueOf(const Qos::QosProfileConfigDir& dir
   return tx != nullptr ? *tx : nullptr;
 }
 
+// ===== Attachments
+
+Config::InterfaceOutputQueue attachment(const Velmo::String& name,
+                                        const Config::InterfaceOutputQueueConfig& config) {
+  Config::InterfaceOutputQueue record(name);
+  record.config = config;
+  return record;
+}
+
 }  // namespace
 
 // ===== QueueManagementProfileKivToOcSm
@@ -88,13 +99,116 @@ QueueManagementProfileKivToOcSm::QueueManagementProfileKivToOcSm(
     const Rok::Ptr<Qos::QosProfileConfigDir const>& qosProfileConfigDir,
     const Rok::Ptr<Config::QueueManagementProfilesDir>& queueManagementProfilesDir,
     const Rok::Ptr<Config::InterfacesDir>& interfacesDir)
-    : cliConfig_(cliConfig),
-      cli_(cli),
+    : cliConfig_(*this, cliConfig),
+      cli_(*this, cli),
       qosProfileConfigDir_(*this, qosProfileConfigDir),
       queueManagementProfilesDir_(queueManagementProfilesDir),
       interfacesDir_(interfacesDir),
-      qosProfileSm_(*this) {
+      byCommentKey_(Rok::make<ByCommentKey>()),
+      byTxQueueId_(Rok::make<ByTxQueueId>()),
+      intfSm_(*this),
+      qosProfileSm_(*this),
+      rok_CliConfig_QueueNameToTxQueueIdMapIn_(*this) {
   handleInitialized();
+  followQueueNameToTxQueueIdMap();
+}
+
+void QueueManagementProfileKivToOcSm::followQueueNameToTxQueueIdMap() {
+  rok_CliConfig_QueueNameToTxQueueIdMapInIs(cliConfig_->queueNameToTxQueueIdMap());
+}
+
+void QueueManagementProfileKivToOcSm::handleIntfConfig(const Nerit::IntfId& intfId) {
+  if (Rok::TraceHelper line{traceHandle, handler}) line.in(*this) << " intf: " << intfId;
+  if (const auto* entry = cliConfig_->intfConfig().find(intfId)) {
+    intfSmIs(this, interfacesDir_, *entry);
+  } else {
+    intfSm_.withdraw(intfId);
+  }
+}
+
+// A comment that went, or that lost its profile, ends here and leaves the attachment in place.
+// Deliberate: only the tx queue takes it back. One that comes before its tx queue waits for it.
+void QueueManagementProfileKivToOcSm::handleComment(const Velmo::String& key) {
+  if (Rok::TraceHelper line{traceHandle, handler}) {
+    line << "QueueManagementProfileKivToOcSm: "
+         << "handleComment"
+         << " key: " << key;
+  }
+  if (!CommentHelper::queueManagementProfileInfoFromComment(cli_->comment(key))) {
+    if (Rok::TraceHelper line{traceHandle, handler}) {
+      line.of(*this) << "comment not related to QueueManagementProfile";
+    }
+    return;
+  }
+  updateTxQueues(*byCommentKey_, key);
+}
+
+// A name that moves stays with its old id as well. Deliberate: until the old id gets a name of its
+// own, its tx queues keep the entry that they have.
+void QueueManagementProfileKivToOcSm::handleQueueNameToTxQueue(const Velmo::String& name) {
+  if (Rok::TraceHelper line{traceHandle, handler}) {
+    line << "QueueManagementProfileKivToOcSm: "
+         << "handleQueueNameToTxQueue";
+  }
+  const auto* found = cliConfig_->queueNameToTxQueueIdMap()->queueNameToTxQueueId().find(name);
+  if (found == nullptr || *found == Qos::noTxQueue) return forgetQueueName(name);
+  const Qos::TxQueueId id = *found;
+  txQueueIdToQueueNameMapIs(id, name);
+  updateTxQueues(*byTxQueueId_, id);
+}
+
+void QueueManagementProfileKivToOcSm::
+    rok_handleCliConfig_queueNameToTxQueueIdMap_queueNameToTxQueueId(const Qos::QueueName& key) {
+  handleQueueNameToTxQueue(key.name);
+}
+
+// Of several ids that hold the name, the first that the walk meets loses it. Deliberate: the others
+// held it before it moved, and go on doing so.
+void QueueManagementProfileKivToOcSm::forgetQueueName(const Velmo::String& name) {
+  for (auto i = queueNames_.map().iterator(); i; ++i) {
+    if (i.currNodeNonStale()->value().name != name) continue;
+    const Qos::TxQueueId id = i.key();
+    return txQueueIdToQueueNameMapDel(id);
+  }
+}
+
+// A machine outside the collections, released or made by a factory of its own, is in the index but
+// not the root's affair.
+bool QueueManagementProfileKivToOcSm::isMirrored(
+    const QueueManagementProfileTxQueueSm& txQueueSm) const {
+  const auto intf = intfSm_.child(txQueueSm.intfId());
+  return intf && intf->txQueueSm().child(txQueueSm.txQueue()).get() == &txQueueSm;
+}
+
+template <class Index, class Key>
+void QueueManagementProfileKivToOcSm::updateTxQueues(const Index& index, const Key& key) {
+  index.each(key, [this](const QueueManagementProfileTxQueueSm& found) {
+    if (!isMirrored(found)) return;
+    updateIntfQueueManagementProfile(found.intfId(), found.txQueue(),
+                                     cli_->comment(found.commentKey()));
+  });
+}
+
+// The name is all that a tx queue's entry goes by: the unicast and the multicast queue of one id
+// share it, and the last writer decides.
+void QueueManagementProfileKivToOcSm::updateIntfQueueManagementProfile(
+    const Nerit::IntfId& intfId, const Qos::TxQueue& txQueue, const Velmo::String& comment) {
+  if (Rok::TraceHelper line{traceHandle, handler}) {
+    line << "QueueManagementProfileKivToOcSm "
+         << "updateIntfQueueManagementProfile";
+  }
+  const auto info = CommentHelper::queueManagementProfileInfoFromComment(comment);
+  if (!info) {
+    if (Rok::TraceHelper line{traceHandle, handler}) {
+      line.of(*this) << "queueManagementProfile not found in comment for intfId: " << intfId
+                     << " txQueue: " << txQueue.id;
+    }
+    return;
+  }
+  const Velmo::String name = txQueueIdToQueueNameMap(txQueue.id).name;
+  if (name.empty()) return;
+  const auto interface = interfacesDir_->interfaceIs(intfId.stringValue());
+  interface->outputIs()->queuesIs("")->qIs(attachment(name, {name, info.queueManagementProfile()}));
 }
 
 void QueueManagementProfileKivToOcSm::updateQueueManagementProfile(const Velmo::String& profile,
@@ -143,8 +257,24 @@ void QueueManagementProfileKivToOcSm::handleInitialized() {
     line << "QueueManagementProfileKivToOcSm: "
          << "handleInitialized";
   }
+  // In this order: nothing later writes the attachments of interfaces that were made before the
+  // names were known.
+  readQueueNames();
+  mirrorInterfaces();
   mirrorProfiles();
   sweepStaleProfiles();
+}
+
+// Unlike a change, the start takes a name with id 16 for a name like any other.
+void QueueManagementProfileKivToOcSm::readQueueNames() {
+  const auto& names = cliConfig_->queueNameToTxQueueIdMap()->queueNameToTxQueueId();
+  for (auto i = names.iterator(); i; ++i) txQueueIdToQueueNameMapIs(*i.value(), i.key());
+}
+
+void QueueManagementProfileKivToOcSm::mirrorInterfaces() {
+  for (auto i = cliConfig_->intfConfig().iterator(); i; ++i) {
+    intfSmIs(this, interfacesDir_, i.currNodeNonStale()->value());
+  }
 }
 
 void QueueManagementProfileKivToOcSm::mirrorProfiles() {
@@ -296,6 +426,114 @@ void QueueManagementProfileQosProfileTxQueueSm::handleInitialized() {
   handleEcnWredConfig();
 }
 
+// ===== QueueManagementProfileIntfSm
+
+Rok::Ptr<QueueManagementProfileIntfSm> QueueManagementProfileIntfSm::QueueManagementProfileIntfSmIs(
+    QueueManagementProfileKivToOcSm* queueManagementProfileKivToOcSm,
+    const Rok::Ptr<Config::InterfacesDir>& interfacesDir,
+    const Rok::Ptr<Qos::IntfConfig const>& intfConfig) {
+  return create(queueManagementProfileKivToOcSm, interfacesDir, intfConfig);
+}
+
+QueueManagementProfileIntfSm::QueueManagementProfileIntfSm(
+    QueueManagementProfileKivToOcSm* queueManagementProfileKivToOcSm,
+    const Rok::Ptr<Config::InterfacesDir>& interfacesDir,
+    const Rok::Ptr<Qos::IntfConfig const>& intfConfig)
+    : queueManagementProfileKivToOcSm_(queueManagementProfileKivToOcSm),
+      interfacesDir_(interfacesDir),
+      intfConfig_(*this, intfConfig),
+      txQueueSm_(*this) {
+  if (intfConfig_) handleInitialized();
+}
+
+Nerit::IntfId QueueManagementProfileIntfSm::intfId() const {
+  return intfConfig_ ? intfConfig_->intfId() : Nerit::IntfId();
+}
+
+void QueueManagementProfileIntfSm::handleTxQueueConfig(const Qos::TxQueue& txQueue) {
+  if (Rok::TraceHelper line{traceHandle, handler}) {
+    line.in(*this) << " intf: " << intfId() << " txQueue = " << txQueue;
+  }
+  if (const auto* entry = intfConfig_->txQueueConfig().find(txQueue)) {
+    txQueueSmIs(this, intfId(), interfacesDir_, *entry);
+  } else {
+    txQueueSm_.withdraw(txQueue);
+  }
+}
+
+void QueueManagementProfileIntfSm::doPrepareToDie() {
+  if (Rok::TraceHelper line{traceHandle, handler}) line.in(*this) << " intf: " << intfId();
+  txQueueSm_.withdrawAll();
+}
+
+void QueueManagementProfileIntfSm::handleInitialized() {
+  if (Rok::TraceHelper line{traceHandle, handler}) line.in(*this) << " intf: " << intfId();
+  for (auto i = intfConfig_->txQueueConfig().iterator(); i; ++i) handleTxQueueConfig(i.key());
+}
+
+// ===== QueueManagementProfileTxQueueSm
+
+Rok::Ptr<QueueManagementProfileTxQueueSm>
+QueueManagementProfileTxQueueSm::QueueManagementProfileTxQueueSmIs(
+    QueueManagementProfileIntfSm* intfSm, const Nerit::IntfId& intfId,
+    const Rok::Ptr<Config::InterfacesDir>& interfacesDir,
+    const Rok::Ptr<Qos::TxQueueConfig const>& txQueueConfig) {
+  return create(intfSm, intfId, interfacesDir, txQueueConfig);
+}
+
+QueueManagementProfileTxQueueSm::QueueManagementProfileTxQueueSm(
+    QueueManagementProfileIntfSm* intfSm, const Nerit::IntfId& intfId,
+    const Rok::Ptr<Config::InterfacesDir>& interfacesDir,
+    const Rok::Ptr<Qos::TxQueueConfig const>& txQueueConfig)
+    : intfSm_(intfSm),
+      intfId_(intfId),
+      interfacesDir_(interfacesDir),
+      txQueueConfig_(*this, txQueueConfig),
+      commentKey_(CommentHelper::commentKey(intfId, txQueue())),
+      byCommentKey_(root().txQueuesByCommentKey(), commentKey_, *this),
+      byTxQueueId_(root().txQueuesByTxQueueId(), txQueue().id, *this) {
+  handleInitialized();
+}
+
+Qos::TxQueue QueueManagementProfileTxQueueSm::txQueue() const {
+  return txQueueConfig_ ? txQueueConfig_->txQueue() : Qos::TxQueue();
+}
+
+QueueManagementProfileKivToOcSm& QueueManagementProfileTxQueueSm::root() const {
+  return *intfSm_->queueManagementProfileKivToOcSm();
+}
+
+void QueueManagementProfileTxQueueSm::handleEcnWredConfig() {
+  if (Rok::TraceHelper line{traceHandle, handler}) line.in(*this) << " intf: " << intfId_;
+  root().updateIntfQueueManagementProfile(intfId_, txQueue(), root().cli()->comment(commentKey_));
+}
+
+// A blank record takes the place of the attachment, without even a name in its config. Deliberate:
+// the model has no delete for it, and an entry that says nothing stands for one that is gone. When
+// the id has lost its name meanwhile, the attachment stays for good.
+void QueueManagementProfileTxQueueSm::doPrepareToDie() {
+  if (Rok::TraceHelper line{traceHandle, handler}) {
+    line.in(*this) << " intf: " << intfId_ << " txQueue: " << txQueue();
+  }
+  const Velmo::String name = root().txQueueIdToQueueNameMap(txQueue().id).name;
+  if (name.empty()) return;
+  const auto interface = interfacesDir_->interface(intfId_.stringValue());
+  if (!interface || !interface->output() || !interface->output()->queues()) return;
+  const auto queues = interface->output()->queues();
+  if (queues->q(name).config.queueManagementProfile.empty()) return;
+  if (Rok::TraceHelper line{traceHandle, handler}) {
+    line.of(*this) << "doPrepareToDie"
+                   << " deleting QMP intf attachment, intf: " << intfId_
+                   << " txQueue: " << txQueue();
+  }
+  queues->qIs(attachment(name, {}));
+}
+
+void QueueManagementProfileTxQueueSm::handleInitialized() {
+  if (Rok::TraceHelper line{traceHandle, handler}) line.in(*this) << " intf: " << intfId_;
+  handleEcnWredConfig();
+}
+
 // ===== Factories
 
 Rok::Ptr<QueueManagementProfileKivToOcSm> queueManagementProfileKivToOcSmFactory(
@@ -322,6 +560,22 @@ queueManagementProfileQosProfileTxQueueSmFactory(
     const Rok::Ptr<Qos::TxQueueConfig const>& txQueueConfig) {
   return QueueManagementProfileQosProfileTxQueueSm::QueueManagementProfileQosProfileTxQueueSmIs(
       profileSm, profileName, queueManagementProfilesDir, txQueueConfig);
+}
+
+Rok::Ptr<QueueManagementProfileIntfSm> queueManagementProfileIntfSmFactory(
+    QueueManagementProfileKivToOcSm* queueManagementProfileKivToOcSm,
+    const Rok::Ptr<Config::InterfacesDir>& interfacesDir,
+    const Rok::Ptr<Qos::IntfConfig const>& intfConfig) {
+  return QueueManagementProfileIntfSm::QueueManagementProfileIntfSmIs(
+      queueManagementProfileKivToOcSm, interfacesDir, intfConfig);
+}
+
+Rok::Ptr<QueueManagementProfileTxQueueSm> queueManagementProfileTxQueueSmFactory(
+    QueueManagementProfileIntfSm* intfSm, const Nerit::IntfId& intfId,
+    const Rok::Ptr<Config::InterfacesDir>& interfacesDir,
+    const Rok::Ptr<Qos::TxQueueConfig const>& txQueueConfig) {
+  return QueueManagementProfileTxQueueSm::QueueManagementProfileTxQueueSmIs(
+      intfSm, intfId, interfacesDir, txQueueConfig);
 }
 
 }  // namespace QosOc

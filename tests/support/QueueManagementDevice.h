@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "QosOpenConfig/QosOpenConfigHelper.h"
 #include "QosOpenConfig/QosOpenConfigQueueManagementProfileKivToOcSm.h"
 #include "tests/support/TraceCapture.h"
 
@@ -28,6 +29,10 @@ inline EcnWred settings(std::uint32_t minThreshold, std::uint32_t maxThreshold,
 // Profile name to "minThreshold-maxThreshold percentage%", followed by " ecn" and " drop", and by
 // whatever is not as it should be.
 using ProfileModel = std::map<std::string, std::string>;
+
+// "interface queue-name" to the profile that is attached, or to "blank"; followed by whatever is
+// not as it should be.
+using AttachmentModel = std::map<std::string, std::string>;
 
 struct QueueManagementDevice {
   Rok::Ptr<Qos::Input::Config> config = Rok::make<Qos::Input::Config>();
@@ -78,6 +83,43 @@ struct QueueManagementDevice {
   }
   void removeProfile(const Rok::String& name) { qosProfiles->configDel(native(name)); }
 
+  // Native writes: interfaces and their tx queues, the comments of these, the names of queues.
+  static Nerit::IntfId id(const Rok::String& name) { return Nerit::IntfId(name); }
+  Rok::Ptr<Qos::IntfConfig> intf(const Rok::String& name) {
+    if (const auto* found = config->intfConfig().find(id(name))) return *found;
+    auto made = Rok::make<Qos::IntfConfig>(id(name));
+    config->intfConfigIs(id(name), made);
+    return made;
+  }
+  Rok::Ptr<Qos::TxQueueConfig> queue(const Rok::String& intfName, const Qos::TxQueue& key) {
+    auto made = txQueue(key);
+    intf(intfName)->txQueueConfigIs(key, made);
+    return made;
+  }
+  void removeQueue(const Rok::String& intfName, const Qos::TxQueue& key) {
+    intf(intfName)->txQueueConfigDel(key);
+  }
+  void removeIntf(const Rok::String& name) { config->intfConfigDel(id(name)); }
+  static Rok::String key(const Rok::String& intfName, const Qos::TxQueue& txQueue) {
+    return QosOc::CommentHelper::commentKey(id(intfName), txQueue);
+  }
+  static Rok::String naming(const Rok::String& profile) {
+    return profile.addLeft(R"({"MetaData-OpenConfig":{"queue-management-profile":{"name":")")
+        .addRight(R"("}}})");
+  }
+  // A comment that names a profile.
+  void comment(const Rok::String& intfName, const Qos::TxQueue& txQueue,
+               const Rok::String& profile) {
+    cli->commentIs(key(intfName, txQueue), naming(profile));
+  }
+  void commentDel(const Rok::String& intfName, const Qos::TxQueue& txQueue) {
+    cli->commentDel(key(intfName, txQueue));
+  }
+  void name(const Rok::String& queueName, unsigned char txQueueId) {
+    queueNames->queueNameToTxQueueIdIs(queueName, txQueueId);
+  }
+  void nameDel(const Rok::String& queueName) { queueNames->queueNameToTxQueueIdDel(queueName); }
+
   // The root's life.
   void start() {
     root = QosOc::queueManagementProfileKivToOcSmFactory(config, cli, qosProfiles, profiles,
@@ -95,6 +137,13 @@ struct QueueManagementDevice {
   Rok::Ptr<QosOc::QueueManagementProfileQosProfileTxQueueSm> profileTxQueueSm(
       const Rok::String& name, const Qos::TxQueue& key = unicast(0)) const {
     return profileSm(name)->txQueueSm().child(key);
+  }
+  Rok::Ptr<QosOc::QueueManagementProfileIntfSm> intfSm(const Rok::String& name) const {
+    return root->intfSm().child(id(name));
+  }
+  Rok::Ptr<QosOc::QueueManagementProfileTxQueueSm> txQueueSm(const Rok::String& intfName,
+                                                             const Qos::TxQueue& key) const {
+    return intfSm(intfName)->txQueueSm().child(key);
   }
 
   // The output.
@@ -117,6 +166,34 @@ struct QueueManagementDevice {
       result += " config " + std::string(std::string_view(profile.config.name));
     }
     return result;
+  }
+  AttachmentModel attachmentModel() const {
+    AttachmentModel result;
+    for (auto i = interfaces->interface().iterator(); i; ++i) {
+      const auto& output = i.currNodeNonStale()->value()->output();
+      if (!output || !output->queues()) continue;
+      for (auto q = output->queues()->q().iterator(); q; ++q) {
+        const Rok::String label = i.key().addRight(" ").addRight(q.key());
+        result[std::string(std::string_view(label))] = text(q.currNodeNonStale()->value());
+      }
+    }
+    return result;
+  }
+  static std::string text(const QosOc::Config::InterfaceOutputQueue& queue) {
+    if (queue.config == QosOc::Config::InterfaceOutputQueueConfig()) return "blank";
+    std::string result(std::string_view(queue.config.queueManagementProfile));
+    if (queue.config.name != queue.name) {
+      result += " config " + std::string(std::string_view(queue.config.name));
+    }
+    return result;
+  }
+
+  // An attachment of an earlier life.
+  void earlierAttachment(const Rok::String& intfName, const Rok::String& queueName,
+                         const Rok::String& profile) {
+    QosOc::Config::InterfaceOutputQueue record(queueName);
+    record.config = {queueName, profile};
+    interfaces->interfaceIs(intfName)->outputIs()->queuesIs("")->qIs(record);
   }
   // A profile of an earlier life.
   void earlierProfile(const Rok::String& name) {

@@ -1,0 +1,659 @@
+// Queue management, interface side: the comments of tx queues into attachments.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "QosOpenConfig/QosOpenConfigQueueManagementProfileKivToOcSm.h"
+#include "tests/support/QueueManagementDevice.h"
+#include "tests/support/TraceCapture.h"
+
+namespace QosOc {
+namespace {
+
+using support::AttachmentModel;
+using support::multicast;
+using support::ProfileModel;
+using support::QueueManagementDevice;
+using support::queueManagementLines;
+using support::settings;
+using support::TraceCapture;
+using support::unicast;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+using IntfSm = QueueManagementProfileIntfSm;
+using TxQueueSm = QueueManagementProfileTxQueueSm;
+
+// What a write throws, as "argument id"; "" when it throws nothing.
+template <class Exception>
+std::string refused(const std::function<void()>& write) {
+  try {
+    write();
+  } catch (const Exception& e) {
+    return e.attribute() + " " + std::to_string(e.attributeId());
+  }
+  return "";
+}
+const auto reinstantiating = refused<Rok::MutatorReinstantiatingException>;
+const auto nullArgument = refused<Rok::MutatorArgNullPointerException>;
+
+struct Attachments : testing::Test, QueueManagementDevice {
+  Attachments() { start(); }
+  // Ethernet1's tx queue 2, named q7, with a comment that names qmp-wred.
+  Rok::Ptr<Qos::TxQueueConfig> attach() {
+    name("q7", 2);
+    comment("Ethernet1", unicast(2), "qmp-wred");
+    return queue("Ethernet1", unicast(2));
+  }
+};
+const AttachmentModel attached{{"Ethernet1 q7", "qmp-wred"}};
+const AttachmentModel blanked{{"Ethernet1 q7", "blank"}};
+
+// ===== What makes an attachment
+
+TEST_F(Attachments, ATxQueueWithACommentAndANameIsAttached) {
+  attach();
+  EXPECT_EQ(attachmentModel(), attached);
+  const auto interface = interfaces->interface("Ethernet1");
+  Config::InterfaceOutputQueue expected("q7");
+  expected.config = {"q7", "qmp-wred"};
+  EXPECT_EQ(interface->output()->queues()->q("q7"), expected);
+  EXPECT_EQ(interface->output()->queues()->name(), "");
+  EXPECT_FALSE(interface->config());
+  EXPECT_EQ(interface->input(), nullptr);
+}
+
+// The interface, its tx queue, the comment and the queue's name, whichever comes last.
+TEST(AttachmentOrder, WhateverComesLastCompletesTheAttachment) {
+  std::vector<int> order = {0, 1, 2, 3};
+  do {
+    QueueManagementDevice device;
+    device.start();
+    const auto intf = Rok::make<Qos::IntfConfig>(QueueManagementDevice::id("Ethernet1"));
+    const std::function<void()> events[] = {
+        [&] { device.config->intfConfigIs(intf->intfId(), intf); },
+        [&] { intf->txQueueConfigIs(unicast(2), QueueManagementDevice::txQueue(unicast(2))); },
+        [&] { device.comment("Ethernet1", unicast(2), "qmp-wred"); },
+        [&] { device.name("q7", 2); }};
+    for (int i = 0; i < 3; ++i) events[order[i]]();
+    EXPECT_EQ(device.interfaces->interface().members(), 0u) << testing::PrintToString(order);
+    events[order[3]]();
+    EXPECT_EQ(device.attachmentModel(), attached) << testing::PrintToString(order);
+  } while (std::next_permutation(order.begin(), order.end()));
+}
+
+TEST_F(Attachments, AnAttachmentMayStandBeforeItsProfileAndAfterIt) {
+  attach();
+  EXPECT_EQ(attachmentModel(), attached);
+  profile("qmp-wred", settings(1, 2, 3));
+  EXPECT_EQ(attachmentModel(), attached);
+  removeProfile("qmp-wred");
+  EXPECT_EQ(profileModel(), ProfileModel{});
+  EXPECT_EQ(attachmentModel(), attached);
+}
+
+TEST_F(Attachments, TheSettingsOfTheTxQueueAreNotRead) {
+  const auto config = attach();
+  config->ecnConfigIs(settings(1, 2, 101));
+  config->wredConfigIs(settings(1, 2, 101));
+  EXPECT_EQ(profileModel(), ProfileModel{});
+  EXPECT_EQ(attachmentModel(), attached);
+}
+
+TEST_F(Attachments, AChangeOfEcnOrWredWritesTheSameRecordAgain) {
+  const auto config = attach();
+  earlierAttachment("Ethernet1", "q7", "tampered");
+  config->ecnConfigIs(settings(1, 2, 3));
+  EXPECT_EQ(attachmentModel(), attached);
+  earlierAttachment("Ethernet1", "q7", "tampered");
+  config->wredConfigIs(settings(1, 2, 3));
+  EXPECT_EQ(attachmentModel(), attached);
+  earlierAttachment("Ethernet1", "q7", "tampered");
+  config->ecnConfigIs(nullptr);
+  EXPECT_EQ(attachmentModel(), attached);
+}
+
+TEST_F(Attachments, OtherSettingsOfTheTxQueueWakeNothing) {
+  const auto config = attach();
+  TraceCapture trace({0, 1, 2, 3, 4, 5, 6, 7, 8, 9});
+  config->bandwidthIs(30);
+  config->priorityIs(Qos::strictPriority);
+  config->shapeIs(4);
+  intf("Ethernet1")->pfcPortConfigIs(Rok::make<Pfc::PortConfig>(std::uint8_t{1}));
+  EXPECT_THAT(trace.lines(), IsEmpty());
+}
+
+TEST_F(Attachments, ATxQueueWithoutACommentCreatesNothing) {
+  name("q7", 2);
+  queue("Ethernet1", unicast(2));
+  EXPECT_EQ(interfaces->interface().members(), 0u);
+}
+
+TEST_F(Attachments, OnlyACommentThatIsOneDocumentWithAProfileCounts) {
+  name("q7", 2);
+  const auto config = queue("Ethernet1", unicast(2));
+  const Rok::String document = naming("qmp-wred");
+  for (const Rok::String& text :
+       {Rok::String(""), Rok::String("uplink to the core"), Rok::String("{}"), naming(""),
+        Rok::String(R"({"MetaData-OpenConfig":{"scheduler-policy":{"name":"sp-gold"}}})"),
+        document.addRight("\nnote"), document.addLeft("note\n"), document.addRight(document)}) {
+    cli->commentIs(key("Ethernet1", unicast(2)), text);
+    config->ecnConfigIs(settings(1, 2, 3));
+    EXPECT_EQ(interfaces->interface().members(), 0u) << text;
+  }
+  cli->commentIs(key("Ethernet1", unicast(2)),
+                 R"({"MetaData-OpenConfig":{"scheduler-policy":{"name":"sp-gold"},)"
+                 R"("queue-management-profile":{"name":"qmp-wred"}}})");
+  EXPECT_EQ(attachmentModel(), attached) << "whatever else the document says";
+}
+
+TEST_F(Attachments, AnInterfaceIsKnownByItsLongNameAndItsCommentByTheShortOne) {
+  name("q7", 2);
+  queue("Ethernet7/1", multicast(2));
+  cli->commentIs("if-Et7/1-mc-txq-2", naming("qmp-wred"));
+  EXPECT_EQ(attachmentModel(), (AttachmentModel{{"Ethernet7/1 q7", "qmp-wred"}}));
+  EXPECT_EQ(txQueueSm("Ethernet7/1", multicast(2))->commentKey(), "if-Et7/1-mc-txq-2");
+}
+
+TEST_F(Attachments, EachTxQueueHasAnAttachmentOfItsOwn) {
+  name("q1", 1);
+  name("q2", 2);
+  for (const char* intfName : {"Ethernet1", "Ethernet2"}) {
+    queue(intfName, unicast(1));
+    queue(intfName, unicast(2));
+  }
+  comment("Ethernet1", unicast(1), "a");
+  comment("Ethernet1", unicast(2), "b");
+  comment("Ethernet2", unicast(1), "c");
+  EXPECT_EQ(attachmentModel(),
+            (AttachmentModel{{"Ethernet1 q1", "a"}, {"Ethernet1 q2", "b"}, {"Ethernet2 q1", "c"}}));
+  removeQueue("Ethernet1", unicast(1));
+  EXPECT_EQ(
+      attachmentModel(),
+      (AttachmentModel{{"Ethernet1 q1", "blank"}, {"Ethernet1 q2", "b"}, {"Ethernet2 q1", "c"}}));
+}
+
+TEST_F(Attachments, TheUnicastAndTheMulticastQueueOfAnIdShareOneEntry) {
+  name("q7", 2);
+  const auto uc = queue("Ethernet1", unicast(2));
+  queue("Ethernet1", multicast(2));
+  comment("Ethernet1", unicast(2), "of-unicast");
+  comment("Ethernet1", multicast(2), "of-multicast");
+  EXPECT_EQ(attachmentModel(), (AttachmentModel{{"Ethernet1 q7", "of-multicast"}}));
+  uc->ecnConfigIs(settings(1, 2, 3));
+  EXPECT_EQ(attachmentModel(), (AttachmentModel{{"Ethernet1 q7", "of-unicast"}}));
+  removeQueue("Ethernet1", multicast(2));
+  EXPECT_EQ(attachmentModel(), blanked) << "although the unicast queue still has its comment";
+}
+
+TEST_F(Attachments, WritingKeepsWhatOthersHaveOnTheInterface) {
+  const auto interface = interfaces->interfaceIs("Ethernet1");
+  interface->configIs({"Ethernet1"});
+  const auto input = interface->inputIs();
+  const auto output = interface->outputIs();
+  output->pfcIs({"1f"});
+  output->schedulerPolicyIs(Config::InterfaceOutputSchedulerPolicy{{"wan"}});
+  earlierAttachment("Ethernet1", "q1", "other");
+  const auto queues = output->queues();
+  attach();
+  EXPECT_EQ(interfaces->interface("Ethernet1"), interface);
+  EXPECT_EQ(interface->config().interfaceId, "Ethernet1");
+  EXPECT_EQ(interface->input(), input);
+  EXPECT_EQ(interface->output(), output);
+  EXPECT_EQ(output->pfc().priorities, "1f");
+  EXPECT_TRUE(output->schedulerPolicy().has_value());
+  EXPECT_EQ(output->queues(), queues);
+  EXPECT_EQ(attachmentModel(),
+            (AttachmentModel{{"Ethernet1 q1", "other"}, {"Ethernet1 q7", "qmp-wred"}}));
+}
+
+// ===== What doesn't end an attachment
+
+TEST_F(Attachments, ARemovedCommentChangesNothing) {
+  const auto config = attach();
+  commentDel("Ethernet1", unicast(2));
+  EXPECT_EQ(attachmentModel(), attached);
+  config->ecnConfigIs(settings(1, 2, 3));
+  EXPECT_EQ(attachmentModel(), attached);
+}
+
+TEST_F(Attachments, ACommentThatLosesItsProfileChangesNothing) {
+  attach();
+  for (const char* text :
+       {"", "note", R"({"MetaData-OpenConfig":{"scheduler-policy":{"name":"sp-gold"}}})"}) {
+    cli->commentIs(key("Ethernet1", unicast(2)), text);
+    EXPECT_EQ(attachmentModel(), attached) << text;
+  }
+}
+
+TEST_F(Attachments, ACommentThatNamesAnotherProfileRewritesTheRecord) {
+  attach();
+  comment("Ethernet1", unicast(2), "gold");
+  EXPECT_EQ(attachmentModel(), (AttachmentModel{{"Ethernet1 q7", "gold"}}));
+}
+
+TEST_F(Attachments, AnAttachmentWhoseQueueLostItsNameStaysForGood) {
+  attach();
+  nameDel("q7");
+  EXPECT_EQ(attachmentModel(), attached);
+  removeQueue("Ethernet1", unicast(2));
+  EXPECT_EQ(attachmentModel(), attached);
+  name("q7", 2);
+  removeIntf("Ethernet1");
+  EXPECT_EQ(attachmentModel(), attached);
+}
+
+TEST_F(Attachments, AnotherNameOfTheQueueMakesAnotherEntryAndLeavesTheOldOne) {
+  const auto config = attach();
+  name("q8", 2);
+  const AttachmentModel both{{"Ethernet1 q7", "qmp-wred"}, {"Ethernet1 q8", "qmp-wred"}};
+  EXPECT_EQ(attachmentModel(), both);
+  nameDel("q7");
+  config->ecnConfigIs(settings(1, 2, 3));
+  EXPECT_EQ(attachmentModel(), both);
+  removeQueue("Ethernet1", unicast(2));
+  EXPECT_EQ(attachmentModel(),
+            (AttachmentModel{{"Ethernet1 q7", "qmp-wred"}, {"Ethernet1 q8", "blank"}}));
+}
+
+// ===== What ends an attachment
+
+TEST_F(Attachments, ARemovedTxQueueBlanksItsEntryWhichStays) {
+  const auto config = attach();
+  removeQueue("Ethernet1", unicast(2));
+  EXPECT_EQ(attachmentModel(), blanked);
+  const auto entry = interfaces->interface("Ethernet1")->output()->queues()->q("q7");
+  EXPECT_EQ(entry, Config::InterfaceOutputQueue("q7"));
+  EXPECT_EQ(entry.config.name, "");
+  EXPECT_EQ(entry.config.queueManagementProfile, "");
+  EXPECT_EQ(txQueueSm("Ethernet1", unicast(2)), nullptr);
+  EXPECT_EQ(config->notifieeList()->notifiees(), 0u);
+  comment("Ethernet1", unicast(2), "gold");
+  EXPECT_EQ(attachmentModel(), blanked);
+}
+
+TEST_F(Attachments, ABlankedEntryIsWrittenAgainWhenTheTxQueueComesBack) {
+  attach();
+  removeQueue("Ethernet1", unicast(2));
+  queue("Ethernet1", unicast(2));
+  EXPECT_EQ(attachmentModel(), attached);
+}
+
+TEST_F(Attachments, ARemovedTxQueueThatNeverHadACommentWritesNothing) {
+  name("q7", 2);
+  queue("Ethernet1", unicast(2));
+  removeQueue("Ethernet1", unicast(2));
+  EXPECT_EQ(interfaces->interface().members(), 0u);
+}
+
+TEST_F(Attachments, ARemovedTxQueueBlanksAlsoWhatItDidNotWrite) {
+  earlierAttachment("Ethernet1", "q7", "old");
+  name("q7", 2);
+  queue("Ethernet1", unicast(2));
+  EXPECT_EQ(attachmentModel(), (AttachmentModel{{"Ethernet1 q7", "old"}}));
+  removeQueue("Ethernet1", unicast(2));
+  EXPECT_EQ(attachmentModel(), blanked);
+}
+
+TEST_F(Attachments, ARemovedTxQueueCreatesNothingWhereOthersLeftNothing) {
+  attach();
+  const auto interface = interfaces->interface("Ethernet1");
+  interface->outputDel();
+  removeQueue("Ethernet1", unicast(2));
+  EXPECT_EQ(interface->output(), nullptr);
+  queue("Ethernet2", unicast(2));
+  interfaces->interfaceIs("Ethernet2")->outputIs();
+  removeQueue("Ethernet2", unicast(2));
+  EXPECT_EQ(interfaces->interface("Ethernet2")->output()->queues(), nullptr);
+  queue("Ethernet3", unicast(2));
+  interfaces->interfaceIs("Ethernet3")->outputIs()->queuesIs("");
+  removeQueue("Ethernet3", unicast(2));
+  EXPECT_EQ(interfaces->interface("Ethernet3")->output()->queues()->q().members(), 0u);
+}
+
+TEST_F(Attachments, ARemovedInterfaceBlanksAllItsAttachmentsAndNoOther) {
+  const char* names[] = {"q0", "q1", "q2", "q3", "q4"};
+  for (unsigned char i = 0; i < 5; ++i) {
+    name(names[i], i);
+    for (const char* intfName : {"Ethernet1", "Ethernet2"}) {
+      queue(intfName, unicast(i));
+      if (i != 4) comment(intfName, unicast(i), "gold");
+    }
+  }
+  const auto sm = intfSm("Ethernet1");
+  removeIntf("Ethernet1");
+  EXPECT_EQ(sm->txQueueSm().members(), 0u);
+  EXPECT_EQ(intfSm("Ethernet1"), nullptr);
+  AttachmentModel expected;
+  for (int i = 0; i < 4; ++i) {
+    expected[std::string("Ethernet1 ") + names[i]] = "blank";
+    expected[std::string("Ethernet2 ") + names[i]] = "gold";
+  }
+  EXPECT_EQ(attachmentModel(), expected);
+}
+
+// ===== Life
+
+TEST_F(Attachments, TheInputsReadBack) {
+  const auto config = attach();
+  const auto parent = intfSm("Ethernet1");
+  const auto sm = txQueueSm("Ethernet1", unicast(2));
+  EXPECT_EQ(parent->queueManagementProfileKivToOcSm(), root.get());
+  EXPECT_EQ(parent->interfacesDir(), interfaces);
+  EXPECT_EQ(parent->intfConfig(), intf("Ethernet1"));
+  EXPECT_EQ(parent->intfId(), id("Ethernet1"));
+  EXPECT_EQ(sm->intfSm(), parent.get());
+  EXPECT_EQ(sm->intfId(), id("Ethernet1"));
+  EXPECT_EQ(sm->interfacesDir(), interfaces);
+  EXPECT_EQ(sm->txQueueConfig(), config);
+  EXPECT_EQ(sm->txQueue(), unicast(2));
+  EXPECT_EQ(sm->commentKey(), "if-Et1-uc-txq-2");
+  EXPECT_TRUE(parent->hasNotificationActive());
+  EXPECT_TRUE(sm->hasNotificationActive());
+}
+
+TEST_F(Attachments, SwitchedOffTheTreeIsSilentAndSwitchedOnItGoesOn) {
+  const auto config = attach();
+  const AttachmentModel tampered{{"Ethernet1 q7", "tampered"}};
+  root->hasNotificationActiveIs(false);
+  root->hasNotificationActiveIs(false);
+  earlierAttachment("Ethernet1", "q7", "tampered");
+  config->ecnConfigIs(settings(1, 2, 3));
+  comment("Ethernet1", unicast(2), "gold");
+  name("q8", 2);
+  queue("Ethernet1", multicast(2));
+  queue("Ethernet2", unicast(2));
+  comment("Ethernet2", unicast(2), "gold");
+  EXPECT_EQ(attachmentModel(), tampered);
+  EXPECT_EQ(intfSm("Ethernet1")->txQueueSm().members(), 1u);
+  EXPECT_EQ(intfSm("Ethernet2"), nullptr);
+  root->hasNotificationActiveIs(true);
+  root->hasNotificationActiveIs(true);
+  config->ecnConfigIs(nullptr);
+  EXPECT_EQ(attachmentModel(), (AttachmentModel{{"Ethernet1 q7", "gold"}}));
+}
+
+TEST_F(Attachments, AZombieHearsNothing) {
+  const auto config = attach();
+  txQueueSm("Ethernet1", unicast(2))->rokDoZombieReactors(true);
+  intfSm("Ethernet1")->rokDoZombieReactors(true);
+  TraceCapture trace({0, 1, 2, 3, 4, 5, 6, 7, 8, 9});
+  config->ecnConfigIs(settings(1, 2, 3));
+  intf("Ethernet1")->txQueueConfigIs(unicast(3), txQueue(unicast(3)));
+  EXPECT_THAT(trace.lines(), IsEmpty());
+}
+
+TEST_F(Attachments, StoppingLeavesTheAttachmentsAndEndsEveryWatch) {
+  const auto config = attach();
+  stop();
+  EXPECT_EQ(this->config->notifieeList()->notifiees(), 0u);
+  EXPECT_EQ(cli->notifieeList()->notifiees(), 0u);
+  EXPECT_EQ(queueNames->notifieeList()->notifiees(), 0u);
+  EXPECT_EQ(intf("Ethernet1")->notifieeList()->notifiees(), 0u);
+  EXPECT_EQ(config->notifieeList()->notifiees(), 0u);
+  EXPECT_EQ(Rok::AllocTrackTypeInfo::of<TxQueueSm>().blocks(), 0u);
+  removeQueue("Ethernet1", unicast(2));
+  EXPECT_EQ(attachmentModel(), attached);
+}
+
+TEST_F(Attachments, ANotificationOfWhatIsMirroredAlreadyDoesNothing) {
+  attach();
+  const auto parent = intfSm("Ethernet1");
+  const auto sm = txQueueSm("Ethernet1", unicast(2));
+  earlierAttachment("Ethernet1", "q7", "tampered");
+  root->handleIntfConfig(id("Ethernet1"));
+  parent->handleTxQueueConfig(unicast(2));
+  EXPECT_EQ(intfSm("Ethernet1"), parent);
+  EXPECT_EQ(txQueueSm("Ethernet1", unicast(2)), sm);
+  EXPECT_EQ(attachmentModel(), (AttachmentModel{{"Ethernet1 q7", "tampered"}}));
+}
+
+TEST_F(Attachments, ARemovalOfWhatIsNotMirroredHasNoEffect) {
+  attach();
+  root->handleIntfConfig(id("Ethernet9"));
+  intfSm("Ethernet1")->handleTxQueueConfig(unicast(9));
+  EXPECT_EQ(attachmentModel(), attached);
+}
+
+// What the root's events reach is what the collections hold: a machine outside them, released but
+// still held by somebody or made by a factory, hears its own tx queue alone.
+TEST_F(Attachments, AMachineOutsideTheCollectionsIsNotReachedByCommentsAndNames) {
+  const auto config = attach();
+  const auto parent = intfSm("Ethernet1");
+  const auto released = txQueueSm("Ethernet1", unicast(2));
+  parent->txQueueSmDel(unicast(2));
+  const auto made =
+      queueManagementProfileTxQueueSmFactory(parent.get(), id("Ethernet1"), interfaces, config);
+  comment("Ethernet1", unicast(2), "gold");
+  name("q8", 2);
+  EXPECT_EQ(attachmentModel(), attached);
+  config->ecnConfigIs(settings(1, 2, 3));
+  EXPECT_EQ(attachmentModel(),
+            (AttachmentModel{{"Ethernet1 q7", "qmp-wred"}, {"Ethernet1 q8", "gold"}}));
+}
+
+// ===== Factories
+
+TEST_F(Attachments, TheFactoryOfAnInterfaceWritesAndFollowsOutsideItsParent) {
+  attach();
+  root->intfSmDelAll();
+  earlierAttachment("Ethernet1", "q7", "old");
+  const auto sm = queueManagementProfileIntfSmFactory(root.get(), interfaces, intf("Ethernet1"));
+  EXPECT_TRUE(sm->hasNotificationActive());
+  EXPECT_EQ(attachmentModel(), attached);
+  removeQueue("Ethernet1", unicast(2));
+  EXPECT_EQ(attachmentModel(), blanked);
+}
+
+TEST_F(Attachments, TheFactoryOfATxQueueWritesAndFollowsOutsideItsParent) {
+  const auto config = attach();
+  const auto parent = intfSm("Ethernet1");
+  parent->txQueueSmDelAll();
+  earlierAttachment("Ethernet1", "q7", "old");
+  const auto sm =
+      queueManagementProfileTxQueueSmFactory(parent.get(), id("Ethernet1"), interfaces, config);
+  EXPECT_TRUE(sm->hasNotificationActive());
+  EXPECT_EQ(attachmentModel(), attached);
+  sm->doPrepareToDie();
+  EXPECT_EQ(attachmentModel(), blanked);
+}
+
+TEST_F(Attachments, WithoutAConfigAMachineIsDeafAndOfNoTxQueue) {
+  intf("Ethernet1");
+  const auto sm = queueManagementProfileIntfSmFactory(root.get(), interfaces, nullptr);
+  EXPECT_EQ(sm->intfConfig(), nullptr);
+  EXPECT_EQ(sm->intfId(), Nerit::IntfId());
+  EXPECT_EQ(sm->txQueueSm().members(), 0u);
+  const auto child = queueManagementProfileTxQueueSmFactory(intfSm("Ethernet1").get(),
+                                                            id("Ethernet1"), interfaces, nullptr);
+  EXPECT_EQ(child->txQueueConfig(), nullptr);
+  EXPECT_EQ(child->txQueue(), Qos::TxQueue());
+  EXPECT_EQ(attachmentModel(), AttachmentModel{});
+}
+
+TEST_F(Attachments, TheMutatorsOfTheCollectionsReleaseMachinesAndLeaveTheOutput) {
+  attach();
+  queue("Ethernet2", unicast(2));
+  comment("Ethernet2", unicast(2), "gold");
+  queue("Ethernet3", unicast(2));
+  const AttachmentModel before = attachmentModel();
+  intfSm("Ethernet1")->txQueueSmDel(unicast(2));
+  intfSm("Ethernet1")->txQueueSmDel(unicast(2));
+  EXPECT_EQ(txQueueSm("Ethernet1", unicast(2)), nullptr);
+  intfSm("Ethernet2")->txQueueSmDelAll();
+  EXPECT_EQ(txQueueSm("Ethernet2", unicast(2)), nullptr);
+  root->intfSmDel(id("Ethernet3"));
+  root->intfSmDel(id("Ethernet3"));
+  EXPECT_EQ(root->intfSm().members(), 2u);
+  root->intfSmDelAll();
+  EXPECT_EQ(root->intfSm().members(), 0u);
+  EXPECT_EQ(attachmentModel(), before);
+  EXPECT_EQ(root->txQueuesByCommentKey()->keys(), 0u);
+  EXPECT_EQ(root->txQueuesByTxQueueId()->keys(), 0u);
+}
+
+// ===== Refusals
+
+TEST_F(Attachments, TheSameArgumentsGiveTheSameMachineAndEveryOtherIsRefused) {
+  const auto config = attach();
+  const auto made = intf("Ethernet1");
+  const auto parent = intfSm("Ethernet1");
+  const auto otherDir = Rok::make<Config::InterfacesDir>();
+  const auto otherIntf = Rok::make<Qos::IntfConfig>(id("Ethernet1"));
+  intf("Ethernet2");
+  QueueManagementDevice other;
+  other.start();
+  EXPECT_EQ(root->intfSmIs(root.get(), interfaces, made), parent);
+  EXPECT_EQ(reinstantiating([&] { root->intfSmIs(other.root.get(), interfaces, made); }),
+            "queueManagementProfileKivToOcSm 130");
+  EXPECT_EQ(reinstantiating([&] { root->intfSmIs(root.get(), otherDir, made); }),
+            "interfacesDir 131");
+  EXPECT_EQ(reinstantiating([&] { this->config->intfConfigIs(id("Ethernet1"), otherIntf); }),
+            "intfConfig 132");
+  EXPECT_EQ(parent->txQueueSmIs(parent.get(), id("Ethernet1"), interfaces, config),
+            txQueueSm("Ethernet1", unicast(2)));
+  EXPECT_EQ(reinstantiating([&] {
+              parent->txQueueSmIs(intfSm("Ethernet2").get(), id("Ethernet1"), interfaces, config);
+            }),
+            "intfSm 130");
+  EXPECT_EQ(reinstantiating(
+                [&] { parent->txQueueSmIs(parent.get(), id("Ethernet2"), interfaces, config); }),
+            "intfId 131");
+  EXPECT_EQ(reinstantiating(
+                [&] { parent->txQueueSmIs(parent.get(), id("Ethernet1"), otherDir, config); }),
+            "interfacesDir 132");
+  EXPECT_EQ(reinstantiating([&] { made->txQueueConfigIs(unicast(2), txQueue(unicast(2))); }),
+            "txQueueConfig 133");
+  EXPECT_EQ(attachmentModel(), attached);
+}
+
+TEST_F(Attachments, NullArgumentsAreRefusedByName) {
+  const auto made = intf("Ethernet1");
+  const auto parent = intfSm("Ethernet1");
+  const auto config = txQueue(unicast(2));
+  EXPECT_EQ(nullArgument([&] { root->intfSmIs(nullptr, interfaces, made); }),
+            "queueManagementProfileKivToOcSm 130");
+  EXPECT_EQ(nullArgument([&] { root->intfSmIs(root.get(), nullptr, made); }), "interfacesDir 131");
+  EXPECT_EQ(nullArgument([&] { this->config->intfConfigIs(id("Ethernet2"), nullptr); }),
+            "intfConfig 132");
+  EXPECT_EQ(
+      nullArgument([&] { parent->txQueueSmIs(nullptr, id("Ethernet1"), interfaces, config); }),
+      "intfSm 130");
+  EXPECT_EQ(
+      nullArgument([&] { parent->txQueueSmIs(parent.get(), id("Ethernet1"), nullptr, config); }),
+      "interfacesDir 132");
+  EXPECT_EQ(nullArgument([&] { made->txQueueConfigIs(unicast(2), nullptr); }), "txQueueConfig 133");
+  EXPECT_EQ(parent->txQueueSm().members(), 0u);
+}
+
+// ===== Traces
+
+const std::string onRoot = "2 void QosOc::QueueManagementProfileKivToOcSm::";
+const std::string onIntf = "2 void QosOc::QueueManagementProfileIntfSm::";
+const std::string onTxQueue = "2 void QosOc::QueueManagementProfileTxQueueSm::";
+const std::string anUpdate = "2 QueueManagementProfileKivToOcSm updateIntfQueueManagementProfile";
+const std::string notFound =
+    "2 queueManagementProfile not found in comment for intfId: Ethernet1 txQueue: 2";
+
+TEST_F(Attachments, ANewTxQueueTracesItsWayToTheUpdate) {
+  intf("Ethernet1");
+  TraceCapture trace({0, 1, 2, 3, 4, 5, 6, 7, 8, 9});
+  queue("Ethernet1", unicast(2));
+  EXPECT_THAT(queueManagementLines(trace),
+              ElementsAre(onIntf + "handleTxQueueConfig(const Qos::TxQueue&) intf: Ethernet1 "
+                                   "txQueue = unicast-2",
+                          onTxQueue + "handleInitialized() intf: Ethernet1",
+                          onTxQueue + "handleEcnWredConfig() intf: Ethernet1", anUpdate, notFound));
+}
+
+TEST_F(Attachments, ANewInterfaceTracesItselfAndThenItsTxQueues) {
+  const auto made = Rok::make<Qos::IntfConfig>(id("Ethernet1"));
+  made->txQueueConfigIs(unicast(2), txQueue(unicast(2)));
+  TraceCapture trace({0, 1, 2, 3, 4, 5, 6, 7, 8, 9});
+  config->intfConfigIs(id("Ethernet1"), made);
+  EXPECT_THAT(queueManagementLines(trace),
+              ElementsAre(onRoot + "handleIntfConfig(const Nerit::IntfId&) intf: Ethernet1",
+                          onIntf + "handleInitialized() intf: Ethernet1",
+                          onIntf + "handleTxQueueConfig(const Qos::TxQueue&) intf: Ethernet1 "
+                                   "txQueue = unicast-2",
+                          onTxQueue + "handleInitialized() intf: Ethernet1",
+                          onTxQueue + "handleEcnWredConfig() intf: Ethernet1", anUpdate, notFound));
+}
+
+TEST_F(Attachments, ATxQueueWithoutANameTracesNothingMoreUntilTheNameArrives) {
+  queue("Ethernet1", unicast(2));
+  TraceCapture trace({0, 1, 2, 3, 4, 5, 6, 7, 8, 9});
+  comment("Ethernet1", unicast(2), "qmp-wred");
+  EXPECT_THAT(queueManagementLines(trace),
+              ElementsAre("2 QueueManagementProfileKivToOcSm: handleComment key: if-Et1-uc-txq-2",
+                          anUpdate));
+  EXPECT_EQ(interfaces->interface().members(), 0u);
+  trace.clear();
+  name("q7", 2);
+  EXPECT_THAT(queueManagementLines(trace),
+              ElementsAre("2 QueueManagementProfileKivToOcSm: handleQueueNameToTxQueue", anUpdate));
+  EXPECT_EQ(attachmentModel(), attached);
+}
+
+TEST_F(Attachments, EachChangeOfASettingTracesOneUpdateAndAnEqualOneNone) {
+  const auto config = attach();
+  const auto some = settings(1, 2, 3);
+  const auto update = ElementsAre(onTxQueue + "handleEcnWredConfig() intf: Ethernet1", anUpdate);
+  TraceCapture trace({0, 1, 2, 3, 4, 5, 6, 7, 8, 9});
+  config->ecnConfigIs(some);
+  EXPECT_THAT(queueManagementLines(trace), update);
+  trace.clear();
+  config->wredConfigIs(some);
+  EXPECT_THAT(queueManagementLines(trace), update);
+  trace.clear();
+  config->wredConfigIs(some);
+  EXPECT_THAT(trace.lines(), IsEmpty());
+}
+
+TEST_F(Attachments, ARemovedTxQueueTracesTheBlankingOnlyIfThereIsAnAttachment) {
+  attach();
+  const std::string going =
+      onIntf + "handleTxQueueConfig(const Qos::TxQueue&) intf: Ethernet1 txQueue = unicast-2";
+  const std::string dying = onTxQueue + "doPrepareToDie() intf: Ethernet1 txQueue: unicast-2";
+  TraceCapture trace({0, 1, 2, 3, 4, 5, 6, 7, 8, 9});
+  removeQueue("Ethernet1", unicast(2));
+  EXPECT_THAT(queueManagementLines(trace),
+              ElementsAre(going, dying,
+                          "2 doPrepareToDie deleting QMP intf attachment, intf: Ethernet1 txQueue: "
+                          "unicast-2"));
+  commentDel("Ethernet1", unicast(2));
+  queue("Ethernet1", unicast(2));
+  trace.clear();
+  removeQueue("Ethernet1", unicast(2));
+  EXPECT_THAT(queueManagementLines(trace), ElementsAre(going, dying)) << "a blank entry is none";
+  trace.clear();
+  removeQueue("Ethernet1", unicast(2));
+  intfSm("Ethernet1")->handleTxQueueConfig(unicast(2));
+  EXPECT_THAT(queueManagementLines(trace), ElementsAre(going)) << "no machine";
+}
+
+TEST_F(Attachments, ARemovedInterfaceTracesItsEndAndThatOfItsTxQueues) {
+  attach();
+  TraceCapture trace({0, 1, 2, 3, 4, 5, 6, 7, 8, 9});
+  removeIntf("Ethernet1");
+  EXPECT_THAT(queueManagementLines(trace),
+              ElementsAre(onRoot + "handleIntfConfig(const Nerit::IntfId&) intf: Ethernet1",
+                          onIntf + "doPrepareToDie() intf: Ethernet1",
+                          onTxQueue + "doPrepareToDie() intf: Ethernet1 txQueue: unicast-2",
+                          "2 doPrepareToDie deleting QMP intf attachment, intf: Ethernet1 txQueue: "
+                          "unicast-2"));
+}
+
+TEST_F(Attachments, StoppingTracesNothing) {
+  attach();
+  TraceCapture trace({0, 1, 2, 3, 4, 5, 6, 7, 8, 9});
+  stop();
+  EXPECT_THAT(trace.lines(), IsEmpty());
+}
+
+}  // namespace
+}  // namespace QosOc

@@ -1,0 +1,812 @@
+// Queue management, root: the start, comments, queue names, QoS profiles, and whole days of all.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <map>
+#include <optional>
+#include <random>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "QosOpenConfig/QosOpenConfigQueueManagementProfileKivToOcSm.h"
+#include "tests/support/QueueManagementDevice.h"
+#include "tests/support/TraceCapture.h"
+#include "tests/support/WalkOrder.h"
+
+namespace QosOc {
+namespace {
+
+using support::AttachmentModel;
+using support::EcnWred;
+using support::multicast;
+using support::ProfileModel;
+using support::QueueManagementDevice;
+using support::queueManagementLines;
+using support::settings;
+using support::TraceCapture;
+using support::unicast;
+using support::WalkOrder;
+using testing::Contains;
+using testing::Each;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::UnorderedElementsAre;
+
+const std::string onRoot = "2 QueueManagementProfileKivToOcSm: ";
+const std::string anUpdate = "2 QueueManagementProfileKivToOcSm updateIntfQueueManagementProfile";
+std::string decoding(const std::string& name) {
+  return "2 Velmo::String decodeQMPProfileName(Velmo::String): profileName: " + name;
+}
+std::string encoding(const std::string& name) {
+  return "2 Velmo::String encodeQMPProfileName(Velmo::String): qmpName: " + name;
+}
+
+struct Root : testing::Test, QueueManagementDevice {
+  Root() { start(); }
+  Velmo::String nameOf(unsigned char txQueueId) const {
+    return root->txQueueIdToQueueNameMap(txQueueId).name;
+  }
+};
+
+// ===== Start
+
+TEST(QueueManagementStart, OnePassMakesTheProfileAndTheAttachment) {
+  QueueManagementDevice device;
+  device.name("q6", 1);
+  device.queue("Ethernet1", unicast(1));
+  device.comment("Ethernet1", unicast(1), "qmp-wred");
+  device.profile("qmp-wred", settings(1, 2, 3));
+  device.start();
+  EXPECT_EQ(device.profileModel(), (ProfileModel{{"qmp-wred", "1-2 3% ecn"}}));
+  EXPECT_EQ(device.attachmentModel(), (AttachmentModel{{"Ethernet1 q6", "qmp-wred"}}));
+}
+
+TEST(QueueManagementStart, NamesThenInterfacesThenProfilesThenTheSweep) {
+  QueueManagementDevice device;
+  device.name("q6", 1);
+  device.queue("Ethernet1", unicast(1));
+  device.comment("Ethernet1", unicast(1), "gold");
+  device.profile("gold", settings(1, 2, 3));
+  device.earlierProfile("old");
+  TraceCapture trace({0, 1, 2, 3, 4, 5, 6, 7, 8, 9});
+  device.start();
+  auto lines = queueManagementLines(trace);
+  const std::vector<std::string> sweep(lines.begin() + 13, lines.end());
+  lines.resize(13);
+  EXPECT_THAT(
+      lines,
+      ElementsAre(
+          onRoot + "handleInitialized",
+          "2 void QosOc::QueueManagementProfileIntfSm::handleInitialized() intf: Ethernet1",
+          "2 void QosOc::QueueManagementProfileIntfSm::handleTxQueueConfig(const Qos::TxQueue&) "
+          "intf: Ethernet1 txQueue = unicast-1",
+          "2 void QosOc::QueueManagementProfileTxQueueSm::handleInitialized() intf: Ethernet1",
+          "2 void QosOc::QueueManagementProfileTxQueueSm::handleEcnWredConfig() intf: Ethernet1",
+          anUpdate, decoding("__YANG_QMP_[gold]"),
+          "2 void QosOc::QueueManagementProfileQosProfileSm::handleInitialized() profileName: "
+          "__YANG_QMP_[gold]",
+          "2 void QosOc::QueueManagementProfileQosProfileSm::handleTxQueueConfig(const "
+          "Qos::TxQueue&) profileName: __YANG_QMP_[gold] txQueue = unicast-0",
+          "2 void QosOc::QueueManagementProfileQosProfileTxQueueSm::handleInitialized() "
+          "profileName: __YANG_QMP_[gold] txQueue: unicast-0",
+          "2 void QosOc::QueueManagementProfileQosProfileTxQueueSm::handleEcnWredConfig() "
+          "profileName: __YANG_QMP_[gold] txQueue: unicast-0",
+          "2 updateQueueManagementProfile profile: __YANG_QMP_[gold] txQueue: unicast-0",
+          decoding("__YANG_QMP_[gold]")));
+  EXPECT_THAT(sweep, UnorderedElementsAre(encoding("gold"), encoding("old"),
+                                          "2 handleInitialized deleting profile: old"));
+}
+
+// While the root catches up its three inputs are live and the map of names is not yet watched.
+TEST(QueueManagementStart, TheMapOfNamesIsWatchedLast) {
+  QueueManagementDevice device;
+  device.name("q6", 1);
+  device.queue("Ethernet1", unicast(1));
+  device.earlierProfile("old");
+  int lines = 0;
+  const auto before = Rok::TraceFacility::sinkIs([&](const Rok::TraceFacility::Line&) {
+    EXPECT_EQ(device.queueNames->notifieeList()->notifiees(), 0u);
+    EXPECT_EQ(device.config->notifieeList()->notifiees(), 1u);
+    EXPECT_EQ(device.cli->notifieeList()->notifiees(), 1u);
+    EXPECT_EQ(device.qosProfiles->notifieeList()->notifiees(), 1u);
+    ++lines;
+  });
+  Rok::TraceFacility::levelIs(2, true);
+  device.start();
+  Rok::TraceFacility::levelDelAll();
+  Rok::TraceFacility::sinkIs(before);
+  EXPECT_GT(lines, 5);
+  EXPECT_EQ(device.queueNames->notifieeList()->notifiees(), 1u);
+  EXPECT_EQ(device.root->rok_CliConfig_QueueNameToTxQueueIdMapIn(), device.queueNames);
+}
+
+TEST(QueueManagementStart, OfSeveralNamesOfOneIdTheLastInNameOrderCounts) {
+  QueueManagementDevice device;
+  device.name("b", 1);
+  device.name("c", 1);
+  device.name("a", 1);
+  device.start();
+  EXPECT_EQ(device.root->txQueueIdToQueueNameMap(1), Qos::QueueName("c"));
+}
+
+TEST(QueueManagementStart, ANameWithIdSixteenIsTakenLikeAnyOther) {
+  QueueManagementDevice device;
+  device.name("none", 16);
+  device.queue("Ethernet1", unicast(16));
+  device.comment("Ethernet1", unicast(16), "gold");
+  device.start();
+  EXPECT_EQ(device.root->txQueueIdToQueueNameMap(16), Qos::QueueName("none"));
+  EXPECT_EQ(device.attachmentModel(), (AttachmentModel{{"Ethernet1 none", "gold"}}));
+}
+
+TEST(QueueManagementStart, TheSweepDeletesTheProfilesWithoutAQosProfile) {
+  QueueManagementDevice device;
+  device.earlierProfile("gone");
+  device.earlierProfile("there");
+  device.earlierProfile("bodiless");
+  device.profile("there", settings(1, 2, 3));
+  device.add(QueueManagementDevice::native("bodiless"));
+  device.add("gone");
+  device.start();
+  EXPECT_EQ(device.profileModel(),
+            (ProfileModel{{"bodiless", "77-0 100%"}, {"there", "1-2 3% ecn"}}))
+      << "a QoS profile without a body is one, and leaves the record as it is";
+}
+
+TEST(QueueManagementStart, AttachmentsAreNotSwept) {
+  QueueManagementDevice device;
+  device.earlierAttachment("Ethernet1", "q7", "gone");
+  device.name("q7", 2);
+  device.queue("Ethernet1", unicast(2));
+  device.start();
+  EXPECT_EQ(device.attachmentModel(), (AttachmentModel{{"Ethernet1 q7", "gone"}}));
+}
+
+// The sweep looks for the encoded name, and encoding ends a name at its NUL.
+TEST(QueueManagementStart, AProfileWithANulInItsNameIsWrittenAndSweptAtOnce) {
+  const Rok::String name(std::string("go\0ld", 5));
+  QueueManagementDevice device;
+  device.profile(name, settings(1, 2, 3));
+  device.start();
+  EXPECT_EQ(device.profileModel(), ProfileModel{});
+  EXPECT_NE(device.profileSm(name), nullptr);
+}
+
+TEST(QueueManagementStart, AProfileOfNoNameStaysWhileThereIsAQosProfileOfEmptyBrackets) {
+  QueueManagementDevice device;
+  device.earlierProfile("");
+  device.add("__YANG_QMP_[]");
+  device.start();
+  EXPECT_EQ(device.profileModel(), (ProfileModel{{"", "77-0 100%"}}));
+  EXPECT_EQ(device.root->qosProfileSm().members(), 0u);
+}
+
+TEST(QueueManagementStart, QosProfilesOfOtherNamesAreLeftAlone) {
+  QueueManagementDevice device;
+  for (const char* name : {"gold", "__YANG_SP_[gold]", "__YANG_QMP_[]", "__YANG_QMP_[a\nb]"}) {
+    device.add(name, QueueManagementDevice::body({QueueManagementDevice::txQueue(unicast(0))}));
+  }
+  TraceCapture trace({2});
+  device.start();
+  EXPECT_EQ(device.root->qosProfileSm().members(), 0u);
+  EXPECT_EQ(device.profileModel(), ProfileModel{});
+  EXPECT_THAT(trace.linesWith("not related"), IsEmpty()) << "the start says nothing of them";
+}
+
+TEST(QueueManagementStart, APercentageAboveAHundredLeavesTheFactoryWithWhatWasWrittenBefore) {
+  QueueManagementDevice device;
+  device.name("q7", 2);
+  device.queue("Ethernet1", unicast(2));
+  device.comment("Ethernet1", unicast(2), "gold");
+  device.profile("gold", nullptr, settings(1, 2, 101));
+  device.earlierProfile("old");
+  EXPECT_THROW(device.start(), Rok::RangeException);
+  EXPECT_EQ(device.attachmentModel(), (AttachmentModel{{"Ethernet1 q7", "gold"}}));
+  EXPECT_EQ(device.profileModel(), (ProfileModel{{"old", "77-0 100%"}})) << "and nothing is swept";
+  EXPECT_EQ(device.config->notifieeList()->notifiees(), 0u);
+  EXPECT_EQ(device.cli->notifieeList()->notifiees(), 0u);
+  EXPECT_EQ(device.qosProfiles->notifieeList()->notifiees(), 0u);
+  EXPECT_EQ(Rok::AllocTrackTypeInfo::of<QueueManagementProfileKivToOcSm>().blocks(), 0u);
+  EXPECT_EQ(Rok::AllocTrackTypeInfo::of<QueueManagementProfileTxQueueSm>().blocks(), 0u);
+}
+
+TEST_F(Root, ARestartChangesNothing) {
+  name("q7", 2);
+  queue("Ethernet1", unicast(2));
+  comment("Ethernet1", unicast(2), "gold");
+  profile("gold", settings(1, 2, 3));
+  const auto attachments = attachmentModel();
+  const auto profiles = profileModel();
+  restart();
+  EXPECT_EQ(attachmentModel(), attachments);
+  EXPECT_EQ(profileModel(), profiles);
+}
+
+TEST_F(Root, WhatWentWhileNobodyWatchedIsSweptForProfilesAndStaysForAttachments) {
+  name("q7", 2);
+  queue("Ethernet1", unicast(2));
+  comment("Ethernet1", unicast(2), "gold");
+  profile("gold", settings(1, 2, 3));
+  stop();
+  removeProfile("gold");
+  removeIntf("Ethernet1");
+  start();
+  EXPECT_EQ(profileModel(), ProfileModel{});
+  EXPECT_EQ(attachmentModel(), (AttachmentModel{{"Ethernet1 q7", "gold"}}));
+}
+
+TEST_F(Root, TheInputsReadBack) {
+  EXPECT_EQ(root->cliConfig(), config);
+  EXPECT_EQ(root->cli(), cli);
+  EXPECT_EQ(root->qosProfileConfigDir(), qosProfiles);
+  EXPECT_EQ(root->queueManagementProfilesDir(), profiles);
+  EXPECT_EQ(root->interfacesDir(), interfaces);
+  EXPECT_TRUE(root->hasNotificationActive());
+}
+
+TEST_F(Root, AZombieHearsNothing) {
+  root->rokDoZombieReactors(true);
+  TraceCapture trace({0, 1, 2, 3, 4, 5, 6, 7, 8, 9});
+  intf("Ethernet1");
+  cli->commentIs("key", "text");
+  name("q7", 2);
+  add("gold");
+  EXPECT_THAT(trace.lines(), IsEmpty());
+}
+
+// ===== QoS profiles
+
+TEST_F(Root, AQosProfileOfAnotherNameIsLeftAloneWithATrace) {
+  TraceCapture trace({0, 1, 2, 3, 4, 5, 6, 7, 8, 9});
+  add("plain", body({txQueue(unicast(0))}));
+  const std::vector<std::string> expected = {
+      "2 QueueManagementProfileKivToOcSm handleProfileConfig profile:plain", decoding("plain"),
+      "2 handleProfileConfig profile not related to OC: plain"};
+  EXPECT_EQ(trace.linesWithoutAddresses(), expected);
+  trace.clear();
+  qosProfiles->configDel("plain");
+  EXPECT_EQ(trace.linesWithoutAddresses(), expected);
+  EXPECT_EQ(profileModel(), ProfileModel{});
+}
+
+TEST_F(Root, ARemovalOfAProfileThatIsNotMirroredHasNoEffect) {
+  earlierProfile("gold");
+  root->handleProfileConfig(native("gold"));
+  EXPECT_EQ(profileModel(), (ProfileModel{{"gold", "77-0 100%"}}));
+}
+
+// ===== Comments
+
+TEST_F(Root, ACommentThatNamesNoProfileEndsAtOnce) {
+  name("q7", 2);
+  queue("Ethernet1", unicast(2));
+  TraceCapture trace({0, 1, 2, 3, 4, 5, 6, 7, 8, 9});
+  cli->commentIs("if-Et1-uc-txq-2", "note");
+  EXPECT_THAT(queueManagementLines(trace),
+              ElementsAre(onRoot + "handleComment key: if-Et1-uc-txq-2",
+                          "2 comment not related to QueueManagementProfile"));
+  trace.clear();
+  cli->commentDel("if-Et1-uc-txq-2");
+  EXPECT_THAT(queueManagementLines(trace),
+              ElementsAre(onRoot + "handleComment key: if-Et1-uc-txq-2",
+                          "2 comment not related to QueueManagementProfile"));
+}
+
+TEST_F(Root, ACommentWithAKeyThatNoTxQueueHasWritesNothing) {
+  name("q7", 2);
+  queue("Ethernet1", unicast(2));
+  TraceCapture trace({0, 1, 2, 3, 4, 5, 6, 7, 8, 9});
+  for (const char* key : {"if-Et1-uc-txq-3", "if-Et1-mc-txq-2", "if-Et2-uc-txq-2", "if-Et1-txq-2",
+                          "if-Et1-uc-txq-02", "if-Ethernet1-uc-txq-2", "qos-profile-gold", ""}) {
+    trace.clear();
+    cli->commentIs(key, naming("gold"));
+    EXPECT_THAT(queueManagementLines(trace), ElementsAre(onRoot + "handleComment key: " + key));
+  }
+  EXPECT_EQ(interfaces->interface().members(), 0u);
+}
+
+TEST_F(Root, ACommentKeyThatSeveralTxQueuesShareReachesThemAll) {
+  name("q7", 2);
+  queue("Ethernet1", unicast(2));
+  queue("Etna1", unicast(2));
+  queue("Etna2", unicast(2));
+  TraceCapture trace({2});
+  cli->commentIs("if-Et1-uc-txq-2", naming("gold"));
+  EXPECT_THAT(queueManagementLines(trace),
+              ElementsAre(onRoot + "handleComment key: if-Et1-uc-txq-2", anUpdate, anUpdate));
+  EXPECT_EQ(attachmentModel(), (AttachmentModel{{"Ethernet1 q7", "gold"}, {"Etna1 q7", "gold"}}));
+}
+
+// ===== Queue names
+
+TEST_F(Root, ANameForAnIdReachesEveryTxQueueOfTheIdAndNoOther) {
+  queue("Ethernet1", unicast(2));
+  queue("Ethernet1", multicast(2));
+  queue("Ethernet2", unicast(2));
+  queue("Ethernet2", unicast(3));
+  comment("Ethernet2", unicast(2), "gold");
+  comment("Ethernet2", unicast(3), "gold");
+  TraceCapture trace({2});
+  name("q7", 2);
+  const auto lines = queueManagementLines(trace);
+  EXPECT_EQ(lines[0], onRoot + "handleQueueNameToTxQueue");
+  const std::string notFound =
+      "2 queueManagementProfile not found in comment for intfId: Ethernet1 txQueue: 2";
+  EXPECT_THAT(std::vector(lines.begin() + 1, lines.end()),
+              UnorderedElementsAre(anUpdate, anUpdate, anUpdate, notFound, notFound));
+  EXPECT_EQ(attachmentModel(), (AttachmentModel{{"Ethernet2 q7", "gold"}}));
+}
+
+TEST_F(Root, ANameForTheMulticastQueueOfAnIdCountsToo) {
+  queue("Ethernet1", multicast(2));
+  comment("Ethernet1", multicast(2), "gold");
+  name("q7", 2);
+  EXPECT_EQ(attachmentModel(), (AttachmentModel{{"Ethernet1 q7", "gold"}}));
+}
+
+TEST_F(Root, AQueueOfAnyIdMayHaveAName) {
+  queue("Ethernet1", unicast(255));
+  comment("Ethernet1", unicast(255), "gold");
+  name("last", 255);
+  EXPECT_EQ(attachmentModel(), (AttachmentModel{{"Ethernet1 last", "gold"}}));
+}
+
+TEST_F(Root, TheEmptyNameIsNoName) {
+  queue("Ethernet1", unicast(2));
+  comment("Ethernet1", unicast(2), "gold");
+  name("", 2);
+  EXPECT_EQ(root->txQueueIdToQueueNameMap().members(), 1u);
+  EXPECT_EQ(interfaces->interface().members(), 0u);
+}
+
+TEST_F(Root, ARemovedNameIsForgottenAndTheEntryStays) {
+  name("q7", 2);
+  queue("Ethernet1", unicast(2));
+  comment("Ethernet1", unicast(2), "gold");
+  TraceCapture trace({2});
+  nameDel("q7");
+  EXPECT_THAT(queueManagementLines(trace), ElementsAre(onRoot + "handleQueueNameToTxQueue"));
+  EXPECT_EQ(nameOf(2), "");
+  EXPECT_EQ(root->txQueueIdToQueueNameMap().members(), 0u);
+  EXPECT_EQ(attachmentModel(), (AttachmentModel{{"Ethernet1 q7", "gold"}}));
+  comment("Ethernet1", unicast(2), "silver");
+  EXPECT_EQ(attachmentModel(), (AttachmentModel{{"Ethernet1 q7", "gold"}}));
+}
+
+TEST_F(Root, ANameThatTurnsToIdSixteenIsTreatedAsRemoved) {
+  name("q7", 2);
+  queue("Ethernet1", unicast(16));
+  comment("Ethernet1", unicast(16), "gold");
+  TraceCapture trace({2});
+  name("q7", 16);
+  EXPECT_THAT(queueManagementLines(trace), ElementsAre(onRoot + "handleQueueNameToTxQueue"));
+  name("other", 16);
+  EXPECT_EQ(root->txQueueIdToQueueNameMap().members(), 0u);
+  EXPECT_EQ(interfaces->interface().members(), 0u);
+}
+
+TEST_F(Root, ANameThatMovesLeavesItsOldIdWithIt) {
+  queue("Ethernet1", unicast(2));
+  queue("Ethernet2", unicast(3));
+  comment("Ethernet1", unicast(2), "gold");
+  comment("Ethernet2", unicast(3), "gold");
+  name("q7", 2);
+  EXPECT_EQ(attachmentModel(), (AttachmentModel{{"Ethernet1 q7", "gold"}}));
+  name("q7", 3);
+  EXPECT_EQ(nameOf(2), "q7");
+  EXPECT_EQ(nameOf(3), "q7");
+  EXPECT_EQ(attachmentModel(),
+            (AttachmentModel{{"Ethernet1 q7", "gold"}, {"Ethernet2 q7", "gold"}}));
+  comment("Ethernet1", unicast(2), "silver");
+  EXPECT_EQ(attachmentModel(),
+            (AttachmentModel{{"Ethernet1 q7", "silver"}, {"Ethernet2 q7", "gold"}}));
+}
+
+TEST(QueueManagementNames, OfSeveralIdsThatHoldARemovedNameTheFirstOfTheWalkLosesIt) {
+  std::set<unsigned> losers;
+  for (std::uint32_t seed = 0; seed < 12; ++seed) {
+    const WalkOrder walk(seed);
+    QueueManagementDevice device;
+    device.start();
+    for (const unsigned char id : {2, 3, 4}) device.name("q7", id);
+    device.name("other", 5);
+    std::vector<Qos::TxQueueId> holders;
+    for (auto i = device.root->txQueueIdToQueueNameMap().iterator(); i; ++i) {
+      if (i.currNodeNonStale()->value() == Qos::QueueName("q7")) holders.push_back(i.key());
+    }
+    ASSERT_EQ(holders.size(), 3u);
+    device.nameDel("q7");
+    EXPECT_TRUE(device.root->txQueueIdToQueueNameMap(holders[0]).empty());
+    EXPECT_EQ(device.root->txQueueIdToQueueNameMap(holders[1]), Qos::QueueName("q7"));
+    EXPECT_EQ(device.root->txQueueIdToQueueNameMap(holders[2]), Qos::QueueName("q7"));
+    EXPECT_EQ(device.root->txQueueIdToQueueNameMap(5), Qos::QueueName("other"));
+    losers.insert(holders[0].value);
+  }
+  EXPECT_GT(losers.size(), 1u) << "the orders must differ";
+}
+
+TEST_F(Root, AnotherMapOfNamesIsNotWalkedAndHeardFromThenOn) {
+  name("q7", 2);
+  queue("Ethernet1", unicast(2));
+  queue("Ethernet1", unicast(3));
+  comment("Ethernet1", unicast(2), "gold");
+  comment("Ethernet1", unicast(3), "gold");
+  const auto next = Rok::make<Qos::QueueNameToTxQueueIdMap>();
+  next->queueNameToTxQueueIdIs("q8", 3);
+  TraceCapture trace({0, 1, 2, 3, 4, 5, 6, 7, 8, 9});
+  config->queueNameToTxQueueIdMapIs(next);
+  EXPECT_THAT(trace.lines(), IsEmpty());
+  EXPECT_EQ(root->rok_CliConfig_QueueNameToTxQueueIdMapIn(), next);
+  EXPECT_EQ(nameOf(2), "q7");
+  EXPECT_EQ(nameOf(3), "");
+  EXPECT_EQ(attachmentModel(), (AttachmentModel{{"Ethernet1 q7", "gold"}}));
+  nameDel("q7");
+  EXPECT_EQ(nameOf(2), "q7") << "the old map is not heard any more";
+  next->queueNameToTxQueueIdIs("q9", 3);
+  EXPECT_EQ(nameOf(3), "q9");
+  EXPECT_EQ(attachmentModel(),
+            (AttachmentModel{{"Ethernet1 q7", "gold"}, {"Ethernet1 q9", "gold"}}));
+}
+
+TEST_F(Root, AMapOfNamesThatGoesIsReleasedAndItsNamesAreKept) {
+  name("q7", 2);
+  config->queueNameToTxQueueIdMapIs(nullptr);
+  EXPECT_EQ(root->rok_CliConfig_QueueNameToTxQueueIdMapIn(), nullptr);
+  EXPECT_EQ(queueNames->notifieeList()->notifiees(), 0u);
+  name("q8", 3);
+  EXPECT_EQ(nameOf(2), "q7");
+  EXPECT_EQ(nameOf(3), "");
+  config->queueNameToTxQueueIdMapIs(queueNames);
+  name("q9", 4);
+  EXPECT_EQ(nameOf(4), "q9");
+}
+
+TEST_F(Root, TheChainedInputCanBeMovedAndReleasedByHand) {
+  const auto other = Rok::make<Qos::QueueNameToTxQueueIdMap>();
+  root->rok_CliConfig_QueueNameToTxQueueIdMapInIs(other);
+  EXPECT_EQ(other->notifieeList()->notifiees(), 1u);
+  EXPECT_EQ(queueNames->notifieeList()->notifiees(), 0u);
+  root->rok_CliConfig_QueueNameToTxQueueIdMapInDel();
+  EXPECT_EQ(root->rok_CliConfig_QueueNameToTxQueueIdMapIn(), nullptr);
+  EXPECT_EQ(other->notifieeList()->notifiees(), 0u);
+}
+
+TEST_F(Root, TheMapOfIdsIsReadReplacedAndForgotten) {
+  root->txQueueIdToQueueNameMapIs(2, "q7");
+  root->txQueueIdToQueueNameMapIs(3, "q8");
+  root->txQueueIdToQueueNameMapIs(2, "q9");
+  EXPECT_EQ(nameOf(2), "q9");
+  EXPECT_EQ(nameOf(4), "");
+  root->txQueueIdToQueueNameMapDel(2);
+  root->txQueueIdToQueueNameMapDel(2);
+  EXPECT_EQ(nameOf(2), "");
+  root->txQueueIdToQueueNameMapDelAll();
+  EXPECT_EQ(root->txQueueIdToQueueNameMap().members(), 0u);
+}
+
+TEST_F(Root, OtherAttributesOfTheConfigurationWakeNothing) {
+  TraceCapture trace({0, 1, 2, 3, 4, 5, 6, 7, 8, 9});
+  config->tcToTxQueueMapIs(1, 2);
+  config->pfcWatchdogTimeAIs(1);
+  config->forwardingGroupNameToTcMapIs(Rok::make<Qos::ForwardingGroupNameToTcMap>());
+  EXPECT_THAT(trace.lines(), IsEmpty());
+}
+
+TEST_F(Root, EveryLineOfTheUnitIsOnItsOwnTraceAtLevelTwo) {
+  Rok::TraceFacility::levelIs("OpenConfigQosQueueManagementProfileKivToOcSm", 2, true);
+  TraceCapture trace({});
+  name("q7", 2);
+  queue("Ethernet1", unicast(2));
+  comment("Ethernet1", unicast(2), "gold");
+  profile("gold", settings(1, 2, 3));
+  EXPECT_FALSE(trace.lines().empty());
+  EXPECT_THAT(trace.handles(), Each("OpenConfigQosQueueManagementProfileKivToOcSm"));
+}
+
+// ===== Oracles
+
+// What the attachments should be, by plain maps. Where several tx queues write one entry in one
+// event, the last of an unspecified order decides, so every one of them is a candidate.
+struct ExpectedAttachments {
+  std::map<std::string, std::set<Qos::TxQueue>> interfaces;
+  std::map<std::string, std::string> comments;  // the profile that each key's comment names
+  std::map<std::string, unsigned> names;        // the native map
+  std::map<unsigned, std::string> nameOf;       // what the root made of it
+  AttachmentModel model;
+  std::map<std::string, std::set<std::string>> candidates;
+
+  static std::string key(const std::string& intf, const Qos::TxQueue& queue) {
+    return std::string(std::string_view(QueueManagementDevice::key(intf, queue)));
+  }
+  std::optional<std::string> label(const std::string& intf, const Qos::TxQueue& queue) const {
+    const auto name = nameOf.find(queue.id.value);
+    if (name == nameOf.end()) return {};
+    return intf + " " + name->second;
+  }
+  void write(const std::string& intf, const Qos::TxQueue& queue) {
+    const auto comment = comments.find(key(intf, queue));
+    const auto entry = label(intf, queue);
+    if (comment == comments.end() || comment->second.empty() || !entry) return;
+    candidates[*entry].insert(comment->second);
+  }
+  template <class Which>
+  void writeEach(const Which& which) {
+    for (const auto& [intf, queues] : interfaces) {
+      for (const auto& queue : queues) {
+        if (which(intf, queue)) write(intf, queue);
+      }
+    }
+  }
+  void blank(const std::string& intf, const Qos::TxQueue& queue) {
+    const auto entry = label(intf, queue);
+    if (entry && model.contains(*entry)) model[*entry] = "blank";
+  }
+  // Takes a name from the first id of several: which one that is, only the root knows.
+  void forget(const std::string& name, const QueueManagementProfileKivToOcSm& root) {
+    unsigned lost = 0;
+    for (auto i = nameOf.begin(); i != nameOf.end();) {
+      const bool gone = i->second == name &&
+                        root.txQueueIdToQueueNameMap(static_cast<unsigned char>(i->first)).empty();
+      lost += gone ? 1 : 0;
+      i = gone ? nameOf.erase(i) : std::next(i);
+    }
+    EXPECT_LE(lost, 1u);
+    for (const auto& [id, held] : nameOf) EXPECT_TRUE(lost == 1 || held != name);
+  }
+  void start() {
+    nameOf.clear();
+    for (const auto& [name, id] : names) nameOf[id] = name;
+    writeEach([](const auto&, const auto&) { return true; });
+  }
+  // Takes over which candidates won.
+  void settle(const AttachmentModel& actual) {
+    for (const auto& [entry, profiles] : candidates) {
+      const auto won = actual.find(entry);
+      model[entry] =
+          won != actual.end() && profiles.contains(won->second) ? won->second : *profiles.begin();
+    }
+    candidates.clear();
+  }
+};
+
+struct ExpectedProfiles {
+  struct Profile {
+    Rok::Ptr<Qos::TxQueueConfig> queue;  // null while tx queue 0 is away
+  };
+  std::map<std::string, Profile> profiles;
+  ProfileModel model;
+
+  void write(const std::string& name) {
+    const auto& queue = profiles[name].queue;
+    if (!queue) return;
+    const EcnWred& source = queue->ecnConfig() ? queue->ecnConfig() : queue->wredConfig();
+    std::string text = "0-0 100%";
+    if (source) {
+      text = std::to_string(source->minThreshold()) + "-" + std::to_string(source->maxThreshold()) +
+             " " + std::to_string(unsigned{source->maxDropPercent().value}) + "%";
+    }
+    if (queue->ecnConfig()) text += " ecn";
+    if (queue->wredConfig()) text += " drop";
+    model[name] = text;
+  }
+};
+
+struct Day : QueueManagementDevice {
+  explicit Day(std::uint32_t seed) : random(seed) { start(); }
+
+  std::mt19937 random;
+  ExpectedAttachments attachments;
+  ExpectedProfiles expectedProfiles;
+
+  unsigned roll(unsigned sides) { return static_cast<unsigned>(random() % sides); }
+  std::string anIntf() {
+    const char* names[] = {"Ethernet1", "Etna1", "Vlan2"};
+    return names[roll(3)];
+  }
+  Qos::TxQueue aQueue() {
+    const unsigned char ids[] = {0, 1, 16};
+    return {ids[roll(3)], roll(2) == 0 ? Qos::unicast : Qos::multicast};
+  }
+  EcnWred someSettings() {
+    return roll(3) == 0 ? nullptr
+                        : settings(roll(9), roll(9), static_cast<unsigned char>(roll(101)));
+  }
+
+  void toggleInterface() {
+    const std::string name = anIntf();
+    const auto found = attachments.interfaces.find(name);
+    if (found != attachments.interfaces.end()) {
+      removeIntf(name);
+      for (const auto& queue : found->second) attachments.blank(name, queue);
+      attachments.interfaces.erase(found);
+      return;
+    }
+    const auto made = Rok::make<Qos::IntfConfig>(id(name));
+    auto& queues = attachments.interfaces[name];
+    for (unsigned n = roll(4); n > 0; --n) queues.insert(aQueue());
+    for (const auto& queue : queues) {
+      made->txQueueConfigIs(queue, txQueue(queue));
+      attachments.write(name, queue);
+    }
+    config->intfConfigIs(id(name), made);
+  }
+  void toggleQueue() {
+    const std::string name = anIntf();
+    const Qos::TxQueue queueKey = aQueue();
+    if (!attachments.interfaces.contains(name)) return;
+    auto& queues = attachments.interfaces[name];
+    if (queues.erase(queueKey) != 0) {
+      removeQueue(name, queueKey);
+      attachments.blank(name, queueKey);
+    } else {
+      queues.insert(queueKey);
+      attachments.write(name, queueKey);
+      queue(name, queueKey);
+    }
+  }
+  void changeComment() {
+    const std::string changed = ExpectedAttachments::key(anIntf(), aQueue());
+    const unsigned what = roll(6);
+    if (what == 0) {
+      cli->commentDel(changed);
+      attachments.comments.erase(changed);
+      return;
+    }
+    const std::string profile = what == 1 ? "" : "p" + std::to_string(roll(3));
+    const auto old = attachments.comments.find(changed);
+    if (old != attachments.comments.end() && old->second == profile) return;
+    attachments.comments[changed] = profile;
+    attachments.writeEach([&](const std::string& intf, const Qos::TxQueue& queue) {
+      return ExpectedAttachments::key(intf, queue) == changed;
+    });
+    cli->commentIs(changed, profile.empty() ? Rok::String("note") : naming(profile));
+  }
+  void changeName() {
+    const std::string changed(1, "abc"[roll(3)]);
+    const unsigned char ids[] = {0, 1, 16};
+    const unsigned newId = ids[roll(3)];
+    const auto old = attachments.names.find(changed);
+    if (old != attachments.names.end() && (old->second == newId || roll(3) == 0)) {
+      nameDel(changed);
+      attachments.names.erase(old);
+      return attachments.forget(changed, *root);
+    }
+    attachments.names[changed] = newId;
+    if (newId == 16) {
+      name(changed, 16);
+      return attachments.forget(changed, *root);
+    }
+    attachments.nameOf[newId] = changed;
+    attachments.writeEach(
+        [&](const std::string&, const Qos::TxQueue& queue) { return queue.id.value == newId; });
+    name(changed, static_cast<unsigned char>(newId));
+  }
+  void replaceNames() {
+    queueNames = Rok::make<Qos::QueueNameToTxQueueIdMap>();
+    attachments.names.clear();
+    if (roll(2) == 0) {
+      queueNames->queueNameToTxQueueIdIs("c", 1);
+      attachments.names["c"] = 1;
+    }
+    config->queueNameToTxQueueIdMapIs(queueNames);
+  }
+  void changeSettings() {
+    for (const auto& [intfName, queues] : attachments.interfaces) {
+      if (queues.empty()) continue;
+      const Qos::TxQueue queueKey = *queues.begin();
+      attachments.write(intfName, queueKey);
+      (*intf(intfName)->txQueueConfig().find(queueKey))->ecnConfigIs(settings(1, 2, 3));
+      return;
+    }
+  }
+  void changeProfile() {
+    const std::string name = "p" + std::to_string(roll(3));
+    const auto found = expectedProfiles.profiles.find(name);
+    const unsigned what = roll(8);
+    if (found == expectedProfiles.profiles.end()) {
+      const auto ecn = someSettings();
+      expectedProfiles.profiles[name].queue = profile(name, ecn, someSettings());
+    } else if (what == 0) {
+      removeProfile(name);
+      expectedProfiles.profiles.erase(found);
+      expectedProfiles.model.erase(name);
+      return;
+    } else if (!found->second.queue) {
+      found->second.queue = txQueue(unicast(0), someSettings());
+      bodyOf(name)->txQueueConfigIs(unicast(0), found->second.queue);
+    } else if (what == 1) {
+      bodyOf(name)->txQueueConfigDel(unicast(0));
+      found->second.queue = nullptr;
+    } else if (what < 5) {
+      found->second.queue->ecnConfigIs(someSettings());
+    } else {
+      found->second.queue->wredConfigIs(someSettings());
+    }
+    expectedProfiles.write(name);
+  }
+  void restartAll() {
+    stop();
+    if (roll(2) == 0) earlierProfile("stale");
+    attachments.start();
+    start();
+  }
+
+  void step() {
+    const unsigned what = roll(20);
+    if (what < 3) return toggleInterface();
+    if (what < 7) return toggleQueue();
+    if (what < 11) return changeComment();
+    if (what < 14) return changeName();
+    if (what < 15) return changeSettings();
+    if (what < 18) return changeProfile();
+    if (what < 19) return replaceNames();
+    restartAll();
+  }
+};
+
+TEST(QueueManagementOracle, RandomDaysAgreeWithPlainMapsInAnyWalkOrder) {
+  unsigned attached = 0;
+  for (std::uint32_t seed = 1; seed <= 60; ++seed) {
+    const WalkOrder walk(seed % 3 == 0 ? 0 : seed);
+    Day day(seed);
+    for (int step = 0; step < 250; ++step) {
+      day.step();
+      const auto actual = day.attachmentModel();
+      day.attachments.settle(actual);
+      ASSERT_EQ(actual, day.attachments.model) << "seed " << seed << ", step " << step;
+      ASSERT_EQ(day.profileModel(), day.expectedProfiles.model)
+          << "seed " << seed << ", step " << step;
+      attached += static_cast<unsigned>(actual.size());
+    }
+  }
+  EXPECT_GT(attached, 10000u) << "the days must be busy ones";
+}
+
+// Where each entry has one writer and each name one id, nothing depends on the walk's order: a day
+// comes out the same in every order, and a start over its output changes nothing.
+TEST(QueueManagementOracle, ADayWithoutSharedEntriesIsTheSameInEveryWalkOrder) {
+  for (std::uint32_t day = 1; day <= 10; ++day) {
+    std::vector<std::pair<AttachmentModel, ProfileModel>> outcomes;
+    for (const std::uint32_t order : {0u, 7u, 99u, 12345u}) {
+      const WalkOrder walk(order);
+      std::mt19937 random(day);
+      QueueManagementDevice device;
+      device.start();
+      for (int step = 0; step < 150; ++step) {
+        const auto number = static_cast<unsigned char>(random() % 5);
+        const std::string digit = std::to_string(number);
+        const std::string profile = "p" + std::to_string(random() % 3);
+        const Rok::String intf("Ethernet" + std::to_string(random() % 3));
+        switch (random() % 6) {
+          case 0:
+            device.name("q" + digit, number);
+            break;
+          case 1:
+            if (device.intf(intf)->txQueueConfig().find(unicast(number)) == nullptr) {
+              device.queue(intf, unicast(number));
+            }
+            break;
+          case 2:
+          case 3:
+            device.comment(intf, unicast(number), profile);
+            break;
+          case 4:
+            device.removeQueue(intf, unicast(number));
+            break;
+          default:
+            device.removeProfile(profile);
+            device.profile(profile, settings(number, 9, 3));
+        }
+      }
+      outcomes.emplace_back(device.attachmentModel(), device.profileModel());
+      EXPECT_EQ(outcomes.back(), outcomes.front()) << "day " << day << ", order " << order;
+      device.restart();
+      EXPECT_EQ(outcomes.back(), std::pair(device.attachmentModel(), device.profileModel()));
+    }
+  }
+}
+
+}  // namespace
+}  // namespace QosOc
