@@ -19,40 +19,9 @@ std::string_view takeFamily(std::string_view& rest, std::string_view opening) {
   return name;
 }
 
-}  // namespace
-
-std::optional<PmapClassifiers> pmapClassifiers(std::string_view pmapName) {
-  constexpr std::string_view prefix = "__yang_";
-  if (!pmapName.starts_with(prefix)) return {};
-  std::string_view rest = pmapName.substr(prefix.size());
-  PmapClassifiers found;
-  found.ipv4 = takeFamily(rest, "[IPV4__");
-  found.ipv6 = takeFamily(rest, "[IPV6__");
-  if (!rest.empty()) return {};
-  return found;
-}
-
-}  // namespace QosOc::Helper
-
-namespace QosOc {
-namespace {
-
-constinit Rok::TraceHandle traceHandle("OpenConfigQos", false);
-
-constexpr Rok::TraceFacility::FacilityLevel detail = 9;
-
-// The line with which an operation opens: its name and its arguments.
-template <class... Args>
-void traceCall(const char* name, const Args&... args) {
-  if (Rok::TraceHelper line{traceHandle, detail}) {
-    line << name << " ( ";
-    [[maybe_unused]] const char* comma = "";
-    ((line << comma << args, comma = ", "), ...);
-    line << " ) ";
-  }
-}
-
 // ===== Keys
+
+constexpr std::string_view profileKeyOpening = "qos-profile-";
 
 std::string_view queueWord(Qos::QueueType type) {
   switch (type) {
@@ -82,6 +51,55 @@ class QueuePart {
   std::array<char, 12> text_;  // the longest word and three digits
   const char* end_;
 };
+
+}  // namespace
+
+std::optional<PmapClassifiers> pmapClassifiers(std::string_view pmapName) {
+  constexpr std::string_view prefix = "__yang_";
+  if (!pmapName.starts_with(prefix)) return {};
+  std::string_view rest = pmapName.substr(prefix.size());
+  PmapClassifiers found;
+  found.ipv4 = takeFamily(rest, "[IPV4__");
+  found.ipv6 = takeFamily(rest, "[IPV6__");
+  if (!rest.empty()) return {};
+  return found;
+}
+
+std::string_view nameInProfileName(std::string_view profileName, std::string_view opening) {
+  if (!profileName.starts_with(opening) || !profileName.ends_with(']')) return {};
+  const std::string_view name =
+      profileName.substr(opening.size(), profileName.size() - opening.size() - 1);
+  return name.find_first_of("\n\r") == std::string_view::npos ? name : std::string_view();
+}
+
+Velmo::String commentKey(const Nerit::IntfId& intfId, const Qos::TxQueue& txQueue) {
+  return intfId.shortName().addLeft("if-").append(QueuePart(txQueue).text());
+}
+
+std::optional<std::string_view> profileNameFromCommentKey(std::string_view key) {
+  if (!key.starts_with(profileKeyOpening)) return {};
+  return key.substr(profileKeyOpening.size());
+}
+
+}  // namespace QosOc::Helper
+
+namespace QosOc {
+namespace {
+
+constinit Rok::TraceHandle traceHandle("OpenConfigQos", false);
+
+constexpr Rok::TraceFacility::FacilityLevel detail = 9;
+
+// The line with which an operation opens: its name and its arguments.
+template <class... Args>
+void traceCall(const char* name, const Args&... args) {
+  if (Rok::TraceHelper line{traceHandle, detail}) {
+    line << name << " ( ";
+    [[maybe_unused]] const char* comma = "";
+    ((line << comma << args, comma = ", "), ...);
+    line << " ) ";
+  }
+}
 
 // ===== Lines
 
@@ -126,7 +144,7 @@ Rok::Ptr<CommentHelper> CommentHelper::CommentHelperIs() {
 
 Velmo::String CommentHelper::commentKey(Nerit::IntfId intfId, const Qos::TxQueue& txQueue) {
   traceCall("commentKey", intfId, txQueue);
-  return intfId.shortName().addLeft("if-").append(QueuePart(txQueue).text());
+  return Helper::commentKey(intfId, txQueue);
 }
 
 Velmo::String CommentHelper::createSchedulerPolicyComment(const SchedulerPolicyCommentInfo& info,
@@ -180,7 +198,7 @@ QueueManagementProfileCommentInfo CommentHelper::queueManagementProfileInfoFromC
 
 Velmo::String CommentHelper::profileCommentKey(const Velmo::String& profileName) {
   traceCall("profileCommentKey", profileName);
-  return profileName.addLeft("qos-profile-");
+  return profileName.addLeft(Helper::profileKeyOpening);
 }
 
 Velmo::String CommentHelper::createSchedulerPolicyProfileComment(

@@ -22,6 +22,17 @@ struct PmapClassifiers {
 // bare `__yang_` has neither. The result points into `pmapName`.
 std::optional<PmapClassifiers> pmapClassifiers(std::string_view pmapName);
 
+// What stands between `opening`, which ends in "[", and the last "]" in the name of a QoS profile
+// of the form "^<opening>(.+)\]$": any bytes but line terminators. Empty for any other name. The
+// result points into `profileName`.
+std::string_view nameInProfileName(std::string_view profileName, std::string_view opening);
+
+// CommentHelper::commentKey without its trace, for who computes a key once and keeps it.
+Velmo::String commentKey(const Nerit::IntfId& intfId, const Qos::TxQueue& txQueue);
+// The other way round from CommentHelper::profileCommentKey: the name of the one profile whose key
+// it is, or nothing when it is no profile's. The result points into `key`.
+std::optional<std::string_view> profileNameFromCommentKey(std::string_view key);
+
 }  // namespace QosOc::Helper
 
 // ===== The JSON form of comments

@@ -2,9 +2,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <random>
 #include <sstream>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "QosOpenConfig/QosOpenConfigHelper.h"
@@ -68,6 +70,30 @@ TEST(CommentKey, OfAProfileHoldsTheNameAsItIs) {
   EXPECT_EQ(Helper::profileCommentKey("__YANG_SP_[sp-gold]"), "qos-profile-__YANG_SP_[sp-gold]");
   EXPECT_EQ(Helper::profileCommentKey(""), "qos-profile-");
   EXPECT_EQ(Helper::profileCommentKey("100%s"), "qos-profile-100%s");
+}
+
+TEST(CommentKey, WithoutATraceIsTheSame) {
+  support::TraceCapture trace({0, 1, 2, 3, 4, 5, 6, 7, 8, 9});
+  const Nerit::IntfId intfId("Ethernet7/1");
+  for (unsigned type = 0; type < 256; ++type) {
+    const Qos::TxQueue queue{static_cast<unsigned char>(255 - type),
+                             Qos::QueueType{static_cast<unsigned char>(type)}};
+    trace.clear();
+    const Velmo::String silent = QosOc::Helper::commentKey(intfId, queue);
+    EXPECT_THAT(trace.lines(), testing::IsEmpty());
+    EXPECT_EQ(silent, Helper::commentKey(intfId, queue));
+  }
+}
+
+TEST(CommentKey, OfAProfileLeadsBackToItsName) {
+  for (const std::string& name : {std::string("__YANG_SP_[sp-gold]"), std::string(),
+                                  std::string("qos-profile-"), std::string("a\0b\n", 4)}) {
+    const Velmo::String key = Helper::profileCommentKey(name);
+    EXPECT_EQ(QosOc::Helper::profileNameFromCommentKey(key), std::string_view(name));
+  }
+  for (const char* key : {"", "qos-profile", "Qos-profile-a", " qos-profile-a", "if-p7-uc-txq-3"}) {
+    EXPECT_EQ(QosOc::Helper::profileNameFromCommentKey(key), std::nullopt) << key;
+  }
 }
 
 // ===== Reading
