@@ -21,15 +21,16 @@ for function in classMapKivToOcSmFactory classMapTypeSmFactory classMapSmFactory
   queueManagementProfileKivToOcSmFactory queueManagementProfileQosProfileSmFactory \
   queueManagementProfileQosProfileTxQueueSmFactory queueManagementProfileIntfSmFactory \
   queueManagementProfileTxQueueSmFactory \
+  schedulerPolicyKivToOCSmFactory schedulerPolicyIntfSmFactory schedulerPolicyTxQueueSmFactory \
   classifierNameFromClassName classifierKeyFromConfigObjName \
   classifiersFromPmapName classifierGroupFromPmapName targetGroupFromTc; do
   grep -q " T QosOc::$function(" <<<"$exports" || complain "not exported: QosOc::$function"
 done
 # The codecs of comments and of profile names stand outside the namespace; the helper's operations and
 # the comment values are for the code that writes comments.
-for function in encodeQMPProfileName decodeQMPProfileName serializeJsonComment \
-  deserializeJsonComment serializeJsonProfileComment deserializeJsonProfileComment \
-  QosOc::commentHelperFactory QosOc::CommentHelper::CommentHelperIs \
+for function in encodeQMPProfileName decodeQMPProfileName encodeSPProfileName decodeSPProfileName \
+  serializeJsonComment deserializeJsonComment serializeJsonProfileComment \
+  deserializeJsonProfileComment QosOc::commentHelperFactory QosOc::CommentHelper::CommentHelperIs \
   QosOc::CommentHelper::commentKey QosOc::CommentHelper::profileCommentKey \
   QosOc::CommentHelper::createSchedulerPolicyComment \
   QosOc::CommentHelper::deleteSchedulerPolicyComment \

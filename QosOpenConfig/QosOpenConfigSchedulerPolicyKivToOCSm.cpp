@@ -1,0 +1,501 @@
+#include "QosOpenConfig/QosOpenConfigSchedulerPolicyKivToOCSm.h"
+
+#include <string_view>
+
+#include "QosOpenConfig/QosOpenConfigHelper.h"
+
+namespace {
+
+constinit Rok::TraceHandle traceHandle("OpenConfigQos", false);
+
+constexpr Rok::TraceFacility::FacilityLevel handler = 2;
+constexpr Rok::TraceFacility::FacilityLevel detail = 9;
+
+}  // namespace
+
+Velmo::String decodeSPProfileName(Velmo::String profileName) {
+  if (Rok::TraceHelper line{traceHandle, handler}) line.in() << ": profileName: " << profileName;
+  return QosOc::Helper::nameInProfileName(profileName, "__YANG_SP_[");
+}
+
+Velmo::String encodeSPProfileName(Velmo::String schedulerPolicyName) {
+  if (Rok::TraceHelper line{traceHandle, handler}) {
+    line.in() << ": schedulerPolicyName: " << schedulerPolicyName;
+  }
+  return Rok::_fmt("__YANG_SP_[%s]", schedulerPolicyName.data());
+}
+
+namespace QosOc {
+namespace {
+
+// ===== What a comment says, as records
+
+// In a comment a rate or a weight of 0 is one that it doesn't give.
+template <class Value>
+Rok::Optional<Value> present(const auto& number) {
+  return number != 0 ? Rok::Optional<Value>(Value(number)) : Rok::Optional<Value>();
+}
+
+Config::SchedulerConfig schedulerConfig(const SchedulerCommentInfo& comment) {
+  Config::SchedulerConfig config;
+  config.sequence = comment.sequence();
+  if (comment.priority() == STRICT) config.priority = Config::SchedulerPriority::STRICT;
+  return config;
+}
+
+// Throws: RangeException for more than 100 percent.
+Config::OneRateTwoColor oneRateTwoColor(const OneRateTwoColorCommentInfo& comment) {
+  return {present<std::uint64_t>(comment.cir()), present<PercentType>(comment.cirPct())};
+}
+
+Config::SchedulerInput schedulerInput(const SchedulerInputCommentInfo& comment) {
+  Config::SchedulerInput input(comment.inputId());
+  input.config.id = comment.inputId();
+  input.config.queue = comment.q();
+  input.config.weight = present<std::uint64_t>(comment.weight());
+  return input;
+}
+
+}  // namespace
+
+// ===== SchedulerPolicyKivToOCSm: policies
+
+// Deliberate: what the comment says is only ever added. A value that it changes, or an item that it
+// no longer has, stays as it was first read until the profile goes and comes back.
+void SchedulerPolicyKivToOCSm::udpateSchedulerPolicies(const Velmo::String& profileName) {
+  if (Rok::TraceHelper line{traceHandle, handler}) line.in(*this) << " profile: " << profileName;
+  const Velmo::String policyName = decodeSPProfileName(profileName);
+  if (policyName.empty()) {
+    if (Rok::TraceHelper line{traceHandle, handler}) {
+      line << "udpateSchedulerPolicies "
+           << "profile not related to OC: " << profileName;
+    }
+    return;
+  }
+  if (qosProfileConfigDir_->config().find(profileName) == nullptr) return deletePolicy(policyName);
+  const auto policy = makePolicy(policyName);
+  const Velmo::String text = cliConfig_->comment(CommentHelper::profileCommentKey(profileName));
+  if (text.empty()) {
+    if (Rok::TraceHelper line{traceHandle, handler}) {
+      line << "udpateSchedulerPolicies "
+           << "No comment for profile: " << profileName;
+    }
+    return;
+  }
+  const auto info = CommentHelper::schedulerPolicyProfileInfoFromComment(text);
+  // Deliberate: a bad comment is no reason to stop, it just has no schedulers.
+  if (!info) {
+    if (Rok::TraceHelper line{traceHandle, handler}) {
+      line << "udpateSchedulerPolicies "
+           << "Bad comment for profile: " << profileName;
+    }
+  }
+  for (auto i = info.schedulers().unsafeIterator(); i; ++i) addScheduler(*policy, i->value());
+}
+
+void SchedulerPolicyKivToOCSm::deletePolicy(const Velmo::String& policyName) {
+  if (!schedulerPoliciesDir_->schedulerPolicy(policyName)) return;
+  if (Rok::TraceHelper line{traceHandle, handler}) {
+    line << "udpateSchedulerPolicies"
+         << " deleting scheduler policy: " << policyName;
+  }
+  schedulerPoliciesDir_->schedulerPolicyDel(policyName);
+}
+
+// The policy of that name. One that is there stays as it stands, its config included.
+Rok::Ptr<Config::SchedulerPolicy> SchedulerPolicyKivToOCSm::makePolicy(
+    const Velmo::String& policyName) {
+  if (const auto policy = schedulerPoliciesDir_->schedulerPolicy(policyName)) return policy;
+  if (Rok::TraceHelper line{traceHandle, handler}) {
+    line.of(*this) << "creating scheduler Policy: " << policyName;
+  }
+  const auto policy = schedulerPoliciesDir_->schedulerPolicyIs(policyName);
+  policy->configIs({policyName});
+  return policy;
+}
+
+// A rate out of range leaves here, and what was written before stays. The scheduler has no rate
+// then, so that the next reading comes to the same place.
+void SchedulerPolicyKivToOCSm::addScheduler(Config::SchedulerPolicy& policy,
+                                            const SchedulerCommentInfo& comment) {
+  const std::uint32_t sequence = comment.sequence();
+  if (!policy.schedulers()) {
+    if (Rok::TraceHelper line{traceHandle, handler}) {
+      line.of(*this) << "creating schedulers for Policy: " << policy.name();
+    }
+  }
+  const auto& schedulers = policy.schedulersIs();
+  auto scheduler = schedulers->scheduler(sequence);
+  if (!scheduler) {
+    if (Rok::TraceHelper line{traceHandle, handler}) {
+      line.of(*this) << "creating scheduler: " << sequence;
+    }
+    scheduler = schedulers->schedulerIs(sequence);
+    scheduler->configIs(schedulerConfig(comment));
+  }
+  addRate(*scheduler, comment.oneRateTwoColor());
+  for (auto i = comment.inputs().unsafeIterator(); i; ++i) addInput(*scheduler, i->value());
+}
+
+void SchedulerPolicyKivToOCSm::addRate(Config::Scheduler& scheduler,
+                                       const OneRateTwoColorCommentInfo& comment) {
+  if (scheduler.oneRateTwoColor() || !comment) return;
+  if (Rok::TraceHelper line{traceHandle, handler}) {
+    line.of(*this) << "creating oneRateTwoColor for scheduler: " << scheduler.sequence();
+  }
+  scheduler.oneRateTwoColorIs(oneRateTwoColor(comment));
+}
+
+void SchedulerPolicyKivToOCSm::addInput(Config::Scheduler& scheduler,
+                                        const SchedulerInputCommentInfo& comment) {
+  if (!scheduler.inputs()) {
+    if (Rok::TraceHelper line{traceHandle, handler}) {
+      line.of(*this) << "creating scheduler Inputs for scheduler: " << scheduler.sequence();
+    }
+  }
+  const auto& inputs = scheduler.inputsIs();
+  if (inputs->input(comment.inputId())) return;
+  if (Rok::TraceHelper line{traceHandle, handler}) {
+    line.of(*this) << "creating scheduler input: " << comment.inputId();
+  }
+  inputs->inputIs(schedulerInput(comment));
+}
+
+// ===== SchedulerPolicyKivToOCSm: attachments
+
+// Deliberate: an interface has one policy and a comment for each tx queue, so every evaluation of a
+// tx queue decides for the whole interface, and the last one stands.
+void SchedulerPolicyKivToOCSm::udpateIntfSchedulerPolicies(const Nerit::IntfId& intfId,
+                                                           const Qos::TxQueue& txQueue) {
+  attachAsCommentSays(intfId, txQueue, CommentHelper::commentKey(intfId, txQueue));
+}
+
+void SchedulerPolicyKivToOCSm::attachAsCommentSays(const Nerit::IntfId& intfId,
+                                                   const Qos::TxQueue& txQueue,
+                                                   const Velmo::String& commentKey) {
+  const auto info = CommentHelper::schedulerPolicyInfoFromComment(cliConfig_->comment(commentKey));
+  if (info) return attach(intfId, info.schedulerPolicy());
+  if (Rok::TraceHelper line{traceHandle, handler}) {
+    line << "udpateIntfSchedulerPolicies "
+         << "No Scheduler Policy comment for intf: " << intfId << " "
+         << "TxQueueId: " << txQueue;
+  }
+  detach(intfId);
+}
+
+// Nobody asks whether the policy exists: its profile may come later, or have gone.
+void SchedulerPolicyKivToOCSm::attach(const Nerit::IntfId& intfId,
+                                      const Velmo::String& policyName) {
+  auto interface = interfacesDir_->interface(intfId.stringValue());
+  if (!interface) {
+    if (Rok::TraceHelper line{traceHandle, handler}) {
+      line.of(*this) << "creating interface: " << intfId;
+    }
+    interface = interfacesDir_->interfaceIs(intfId.stringValue());
+  }
+  if (!interface->output()) {
+    if (Rok::TraceHelper line{traceHandle, handler}) {
+      line.of(*this) << "creating interface output for intf: " << intfId;
+    }
+  }
+  interface->outputIs()->schedulerPolicyIs(Config::InterfaceOutputSchedulerPolicy{{policyName}});
+  interfaceToSchedulerPolicyMapIs(intfId, policyName);
+}
+
+// Deliberate, and unlike a queue-management profile, which a comment without a name leaves: here
+// the attachment goes, whichever tx queue made it. Creates nothing.
+void SchedulerPolicyKivToOCSm::detach(const Nerit::IntfId& intfId) {
+  const auto interface = interfacesDir_->interface(intfId.stringValue());
+  if (!interface || !interface->output()) return;
+  if (Rok::TraceHelper line{traceHandle, handler}) {
+    line << "udpateIntfSchedulerPolicies "
+         << "deleting intf scheduler policy attachment: " << intfId;
+  }
+  interface->output()->schedulerPolicyIs(Config::InterfaceOutput::SchedulerPolicy());
+  interfaceToSchedulerPolicyMapDel(intfId);
+}
+
+// A tx queue of the tree, with the key that it has computed already. The computing is traced as if
+// it were done each time.
+void SchedulerPolicyKivToOCSm::evaluate(const SchedulerPolicyTxQueueSm& queue) {
+  if (traceHandle.isOn(detail)) CommentHelper::commentKey(queue.intfId(), queue.txQueue());
+  attachAsCommentSays(queue.intfId(), queue.txQueue(), queue.commentKey());
+}
+
+// What a walk over all interfaces and their tx queues would evaluate.
+template <class Index, class Key>
+void SchedulerPolicyKivToOCSm::evaluateEach(const Index& index, const Key& key) {
+  index.each(key, [this](const SchedulerPolicyTxQueueSm& queue) {
+    if (isInTree(queue)) evaluate(queue);
+  });
+}
+
+// A machine that somebody made for himself, or still holds, is in the index and not in the tree.
+bool SchedulerPolicyKivToOCSm::isInTree(const SchedulerPolicyTxQueueSm& queue) const {
+  const auto intf = intfSm_.child(queue.intfId());
+  return intf && intf->txQueueSm().child(queue.txQueue()).get() == &queue;
+}
+
+// ===== SchedulerPolicyKivToOCSm: events
+
+Rok::Ptr<SchedulerPolicyKivToOCSm> SchedulerPolicyKivToOCSm::SchedulerPolicyKivToOCSmIs(
+    const Rok::Ptr<Cli::Config const>& cliConfig,
+    const Rok::Ptr<Qos::Input::Config const>& qosCliConfig,
+    const Rok::Ptr<Qos::QosProfileConfigDir const>& qosProfileConfigDir,
+    const Rok::Ptr<Config::SchedulerPoliciesDir>& schedulerPoliciesDir,
+    const Rok::Ptr<Config::InterfacesDir>& interfacesDir) {
+  return create(cliConfig, qosCliConfig, qosProfileConfigDir, schedulerPoliciesDir, interfacesDir);
+}
+
+// The queue names come last: what the map holds at start is not handled, since the machines of the
+// tx queues have read their comments by then.
+SchedulerPolicyKivToOCSm::SchedulerPolicyKivToOCSm(
+    const Rok::Ptr<Cli::Config const>& cliConfig,
+    const Rok::Ptr<Qos::Input::Config const>& qosCliConfig,
+    const Rok::Ptr<Qos::QosProfileConfigDir const>& qosProfileConfigDir,
+    const Rok::Ptr<Config::SchedulerPoliciesDir>& schedulerPoliciesDir,
+    const Rok::Ptr<Config::InterfacesDir>& interfacesDir)
+    : cliConfig_(*this, cliConfig),
+      qosCliConfig_(*this, qosCliConfig),
+      qosProfileConfigDir_(*this, qosProfileConfigDir),
+      schedulerPoliciesDir_(schedulerPoliciesDir),
+      interfacesDir_(interfacesDir),
+      intfSm_(*this),
+      rok_QosCliConfig_QueueNameToTxQueueIdMapIn_(*this) {
+  handleInitialized();
+  followQueueNameToTxQueueIdMap();
+}
+
+void SchedulerPolicyKivToOCSm::followQueueNameToTxQueueIdMap() {
+  rok_QosCliConfig_QueueNameToTxQueueIdMapInIs(qosCliConfig_->queueNameToTxQueueIdMap());
+}
+
+void SchedulerPolicyKivToOCSm::handleIntfConfig(const Nerit::IntfId& intfId) {
+  Rok::EntryTrace(traceHandle, handler, *this, intfId);
+  if (const auto* entry = qosCliConfig_->intfConfig().find(intfId)) {
+    intfSmIs(this, schedulerPoliciesDir_, interfacesDir_, *entry);
+  } else {
+    intfSm_.withdraw(intfId);
+  }
+}
+
+// Deliberate: a comment that stops naming a policy ends here and leaves the attachment. It goes
+// with the next change of the tx queue's settings or queue name.
+void SchedulerPolicyKivToOCSm::handleComment(const Velmo::String& key) {
+  if (Rok::TraceHelper line{traceHandle, handler}) {
+    line << "SchedulerPolicyKivToOCSm: "
+         << "handleComment";
+  }
+  updatePolicyOfComment(key);
+  if (CommentHelper::schedulerPolicyInfoFromComment(cliConfig_->comment(key))) {
+    evaluateTxQueuesOfComment(key);
+  } else if (Rok::TraceHelper line{traceHandle, handler}) {
+    line.of(*this) << "comment not related to Interface attachment of Scheduler Policy";
+  }
+}
+
+// The profile whose comment has this key is found by its name, which the key holds. A walk over all
+// profiles finds no other. It computes the key of each and traces that, so that trace wants a walk.
+void SchedulerPolicyKivToOCSm::updatePolicyOfComment(const Velmo::String& key) {
+  const auto& profiles = qosProfileConfigDir_->config();
+  if (!traceHandle.isOn(detail)) {
+    const auto name = Helper::profileNameFromCommentKey(key);
+    if (name && profiles.find(*name) != nullptr) udpateSchedulerPolicies(*name);
+    return;
+  }
+  for (auto i = profiles.iterator(); i; ++i) {
+    if (CommentHelper::profileCommentKey(i.key()) == key) udpateSchedulerPolicies(i.key());
+  }
+}
+
+// The same for the tx queues. Several may have one key: interfaces may share a short name.
+void SchedulerPolicyKivToOCSm::evaluateTxQueuesOfComment(const Velmo::String& key) {
+  if (!traceHandle.isOn(detail)) return evaluateEach(*byCommentKey_, key);
+  for (auto i = intfSm_.iterator(); i; ++i) {
+    const auto intf = intfSm_.child(i.key());
+    for (auto q = intf->txQueueSm().iterator(); q; ++q) {
+      if (CommentHelper::commentKey(i.key(), q.key()) != key) continue;
+      udpateIntfSchedulerPolicies(i.key(), q.key());
+    }
+  }
+}
+
+// The name is only a reason to look at the comments again: unlike a queue-management profile, an
+// attachment doesn't need it. A name that went undoes nothing.
+void SchedulerPolicyKivToOCSm::handleQueueNameToTxQueue(const Velmo::String& queueName) {
+  if (Rok::TraceHelper line{traceHandle, handler}) {
+    line << "SchedulerPolicyKivToOCSm: "
+         << "handleQueueNameToTxQueue"
+         << " queue Name: " << queueName;
+  }
+  const auto& names = qosCliConfig_->queueNameToTxQueueIdMap()->queueNameToTxQueueId();
+  const Qos::TxQueueId* found = names.find(queueName);
+  const Qos::TxQueueId id = found != nullptr ? *found : Qos::noTxQueue;
+  if (id != Qos::noTxQueue) return evaluateEach(*byTxQueueId_, id);
+  if (Rok::TraceHelper line{traceHandle, handler}) {
+    line.of(*this) << "queue Name: " << queueName << " to id: " << id << " map deleted";
+  }
+}
+
+void SchedulerPolicyKivToOCSm::handleInitialized() {
+  if (Rok::TraceHelper line{traceHandle, handler}) {
+    line << "SchedulerPolicyKivToOCSm: "
+         << "handleInitialized";
+  }
+  for (auto i = qosCliConfig_->intfConfig().iterator(); i; ++i) handleIntfConfig(i.key());
+  for (auto i = qosProfileConfigDir_->config().iterator(); i; ++i) udpateSchedulerPolicies(i.key());
+  sweepPolicies();
+  sweepAttachments();
+}
+
+void SchedulerPolicyKivToOCSm::sweepPolicies() {
+  for (auto i = schedulerPoliciesDir_->schedulerPolicy().iterator(); i; ++i) {
+    const Velmo::String name = i.key();
+    if (qosProfileConfigDir_->config().find(encodeSPProfileName(name)) != nullptr) continue;
+    if (Rok::TraceHelper line{traceHandle, handler}) {
+      line.of(*this) << "Deleting scheduler policy: " << name;
+    }
+    schedulerPoliciesDir_->schedulerPolicyDel(name);
+  }
+}
+
+// Asks what the tx queues attached just now, not which policies there are. Deliberate: an
+// attachment whose policy was swept stays as long as a comment names it.
+void SchedulerPolicyKivToOCSm::sweepAttachments() {
+  for (auto i = interfacesDir_->interface().iterator(); i; ++i) {
+    const auto output = i.currNodeNonStale()->value()->output();
+    if (!output || !output->schedulerPolicy()) continue;
+    if (attachments_.map().find(Nerit::IntfId(i.key())) != nullptr) continue;
+    if (Rok::TraceHelper line{traceHandle, handler}) {
+      line.of(*this) << "Deleting scheduler policy intf attachment: " << i.key();
+    }
+    output->schedulerPolicyIs(Config::InterfaceOutput::SchedulerPolicy());
+  }
+}
+
+// ===== SchedulerPolicyIntfSm
+
+Rok::Ptr<SchedulerPolicyIntfSm> SchedulerPolicyIntfSm::SchedulerPolicyIntfSmIs(
+    SchedulerPolicyKivToOCSm* schedulerPolicyKivToOCSm,
+    const Rok::Ptr<Config::SchedulerPoliciesDir>& schedulerPoliciesDir,
+    const Rok::Ptr<Config::InterfacesDir>& interfacesDir,
+    const Rok::Ptr<Qos::IntfConfig const>& intfConfig) {
+  return create(schedulerPolicyKivToOCSm, schedulerPoliciesDir, interfacesDir, intfConfig);
+}
+
+SchedulerPolicyIntfSm::SchedulerPolicyIntfSm(
+    SchedulerPolicyKivToOCSm* schedulerPolicyKivToOCSm,
+    const Rok::Ptr<Config::SchedulerPoliciesDir>& schedulerPoliciesDir,
+    const Rok::Ptr<Config::InterfacesDir>& interfacesDir,
+    const Rok::Ptr<Qos::IntfConfig const>& intfConfig)
+    : schedulerPolicyKivToOCSm_(schedulerPolicyKivToOCSm),
+      schedulerPoliciesDir_(schedulerPoliciesDir),
+      interfacesDir_(interfacesDir),
+      intfConfig_(*this, intfConfig),
+      txQueueSm_(*this) {
+  handleInitialized();
+}
+
+Nerit::IntfId SchedulerPolicyIntfSm::intfId() const {
+  return intfConfig_ ? intfConfig_->intfId() : Nerit::IntfId();
+}
+
+void SchedulerPolicyIntfSm::doPrepareToDie() {
+  Rok::EntryTrace(traceHandle, handler, *this);
+  txQueueSm_.withdrawAll();
+}
+
+void SchedulerPolicyIntfSm::handleTxQueueConfig(const Qos::TxQueue& txQueue) {
+  Rok::EntryTrace(traceHandle, handler, *this, txQueue);
+  if (const auto* entry = intfConfig_->txQueueConfig().find(txQueue)) {
+    txQueueSmIs(this, intfId(), schedulerPoliciesDir_, interfacesDir_, *entry);
+  } else {
+    txQueueSm_.withdraw(txQueue);
+  }
+}
+
+void SchedulerPolicyIntfSm::handleInitialized() {
+  Rok::EntryTrace(traceHandle, handler, *this);
+  for (auto i = intfConfig_->txQueueConfig().iterator(); i; ++i) handleTxQueueConfig(i.key());
+}
+
+// ===== SchedulerPolicyTxQueueSm
+
+Rok::Ptr<SchedulerPolicyTxQueueSm> SchedulerPolicyTxQueueSm::SchedulerPolicyTxQueueSmIs(
+    SchedulerPolicyIntfSm* schedulerPolicyIntfSm, const Nerit::IntfId& intfId,
+    const Rok::Ptr<Config::SchedulerPoliciesDir>& schedulerPoliciesDir,
+    const Rok::Ptr<Config::InterfacesDir>& interfacesDir,
+    const Rok::Ptr<Qos::TxQueueConfig const>& txQueueConfig) {
+  return create(schedulerPolicyIntfSm, intfId, schedulerPoliciesDir, interfacesDir, txQueueConfig);
+}
+
+SchedulerPolicyTxQueueSm::SchedulerPolicyTxQueueSm(
+    SchedulerPolicyIntfSm* schedulerPolicyIntfSm, const Nerit::IntfId& intfId,
+    const Rok::Ptr<Config::SchedulerPoliciesDir>& schedulerPoliciesDir,
+    const Rok::Ptr<Config::InterfacesDir>& interfacesDir,
+    const Rok::Ptr<Qos::TxQueueConfig const>& txQueueConfig)
+    : schedulerPolicyIntfSm_(schedulerPolicyIntfSm),
+      intfId_(intfId),
+      schedulerPoliciesDir_(schedulerPoliciesDir),
+      interfacesDir_(interfacesDir),
+      txQueueConfig_(*this, txQueueConfig),
+      commentKey_(Helper::commentKey(intfId_, txQueue())),
+      byCommentKey_(root().txQueuesByCommentKey(), commentKey_, *this),
+      byTxQueueId_(root().txQueuesByTxQueueId(), txQueue().id, *this) {
+  handleInitialized();
+}
+
+Qos::TxQueue SchedulerPolicyTxQueueSm::txQueue() const {
+  return txQueueConfig_ ? txQueueConfig_->txQueue() : Qos::TxQueue();
+}
+
+SchedulerPolicyKivToOCSm& SchedulerPolicyTxQueueSm::root() const {
+  return *schedulerPolicyIntfSm_->schedulerPolicyKivToOCSm();
+}
+
+// Deliberate, and unlike a queue-management profile, whose entry is blanked: the attachment is the
+// interface's and not this tx queue's, so it stays until another tx queue of the interface is
+// evaluated, or until the sweep of a later start.
+void SchedulerPolicyTxQueueSm::doPrepareToDie() { Rok::EntryTrace(traceHandle, handler, *this); }
+
+void SchedulerPolicyTxQueueSm::handlePriorityBandwidthShapeConfig() {
+  Rok::EntryTrace(traceHandle, handler, *this);
+  root().evaluate(*this);
+}
+
+void SchedulerPolicyTxQueueSm::handleInitialized() {
+  Rok::EntryTrace(traceHandle, handler, *this);
+  handlePriorityBandwidthShapeConfig();
+}
+
+// ===== Factories
+
+Rok::Ptr<SchedulerPolicyKivToOCSm> schedulerPolicyKivToOCSmFactory(
+    const Rok::Ptr<Cli::Config const>& cliConfig,
+    const Rok::Ptr<Qos::Input::Config const>& qosCliConfig,
+    const Rok::Ptr<Qos::QosProfileConfigDir const>& qosProfileConfigDir,
+    const Rok::Ptr<Config::SchedulerPoliciesDir>& schedulerPoliciesDir,
+    const Rok::Ptr<Config::InterfacesDir>& interfacesDir) {
+  return SchedulerPolicyKivToOCSm::SchedulerPolicyKivToOCSmIs(
+      cliConfig, qosCliConfig, qosProfileConfigDir, schedulerPoliciesDir, interfacesDir);
+}
+
+Rok::Ptr<SchedulerPolicyIntfSm> schedulerPolicyIntfSmFactory(
+    SchedulerPolicyKivToOCSm* schedulerPolicyKivToOCSm,
+    const Rok::Ptr<Config::SchedulerPoliciesDir>& schedulerPoliciesDir,
+    const Rok::Ptr<Config::InterfacesDir>& interfacesDir,
+    const Rok::Ptr<Qos::IntfConfig const>& intfConfig) {
+  return SchedulerPolicyIntfSm::SchedulerPolicyIntfSmIs(
+      schedulerPolicyKivToOCSm, schedulerPoliciesDir, interfacesDir, intfConfig);
+}
+
+Rok::Ptr<SchedulerPolicyTxQueueSm> schedulerPolicyTxQueueSmFactory(
+    SchedulerPolicyIntfSm* schedulerPolicyIntfSm, const Nerit::IntfId& intfId,
+    const Rok::Ptr<Config::SchedulerPoliciesDir>& schedulerPoliciesDir,
+    const Rok::Ptr<Config::InterfacesDir>& interfacesDir,
+    const Rok::Ptr<Qos::TxQueueConfig const>& txQueueConfig) {
+  return SchedulerPolicyTxQueueSm::SchedulerPolicyTxQueueSmIs(
+      schedulerPolicyIntfSm, intfId, schedulerPoliciesDir, interfacesDir, txQueueConfig);
+}
+
+}  // namespace QosOc

@@ -1,0 +1,809 @@
+// Comments of tx queues into the scheduler policies of interfaces.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "QosOpenConfig/QosOpenConfigSchedulerPolicyKivToOCSm.h"
+#include "tests/support/SchedulerDevice.h"
+#include "tests/support/TraceCapture.h"
+#include "tests/support/WalkOrder.h"
+
+namespace QosOc {
+namespace {
+
+using support::AttachmentModel;
+using support::SchedulerDevice;
+using support::schedulerLines;
+using support::TraceCapture;
+using support::WalkOrder;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::UnorderedElementsAre;
+
+// What a write throws, as "argument id"; "" when it throws nothing.
+template <class Exception>
+std::string refused(const std::function<void()>& write) {
+  try {
+    write();
+  } catch (const Exception& e) {
+    return e.attribute() + " " + std::to_string(e.attributeId());
+  }
+  return "";
+}
+const auto reinstantiating = refused<Rok::MutatorReinstantiatingException>;
+const auto nullArgument = refused<Rok::MutatorArgNullPointerException>;
+
+const auto unicast3 = SchedulerDevice::unicast(3);
+const auto unicast4 = SchedulerDevice::unicast(4);
+const auto multicast3 = SchedulerDevice::multicast(3);
+
+struct Attachments : testing::Test, SchedulerDevice {
+  Attachments() { start(); }
+};
+
+// ===== Attaching
+
+TEST_F(Attachments, ACommentThatNamesAPolicyAttachesItAndMakesWhatIsMissing) {
+  queue("Ethernet7", unicast3);
+  EXPECT_EQ(attachments(), AttachmentModel{});
+  cli->commentIs("if-Et7-uc-txq-3",
+                 R"({"MetaData-OpenConfig":{"scheduler-policy":{"name":"sp-gold"}}})");
+  EXPECT_EQ(attachments(), (AttachmentModel{{"Ethernet7", "sp-gold"}}));
+  EXPECT_EQ(root->interfaceToSchedulerPolicyMap(id("Ethernet7")), "sp-gold");
+}
+
+TEST_F(Attachments, AnInterfaceMadeHereHasNothingElse) {
+  queue("Ethernet1", unicast3);
+  name("Ethernet1", unicast3, "sp-gold");
+  const auto interface = interfaces->interface("Ethernet1");
+  EXPECT_EQ(interface->interfaceId(), "Ethernet1");
+  EXPECT_FALSE(interface->config());
+  EXPECT_EQ(interface->input(), nullptr);
+  EXPECT_EQ(interface->output()->queues(), nullptr);
+  EXPECT_FALSE(interface->output()->pfc());
+}
+
+TEST_F(Attachments, WhatOthersHaveOnTheInterfaceStays) {
+  const auto interface = interfaces->interfaceIs("Ethernet1");
+  interface->configIs({"Ethernet1"});
+  const auto input = interface->inputIs();
+  const auto output = interface->outputIs();
+  output->pfcIs({"1f"});
+  const auto queues = output->queuesIs("");
+  queue("Ethernet1", unicast3);
+  name("Ethernet1", unicast3, "sp-gold");
+  comment("Ethernet1", unicast3, "");
+  machine("Ethernet1", unicast3)->handlePriorityBandwidthShapeConfig();
+  EXPECT_EQ(interfaces->interface("Ethernet1"), interface);
+  EXPECT_EQ(interface->config().interfaceId, "Ethernet1");
+  EXPECT_EQ(interface->input(), input);
+  EXPECT_EQ(interface->output(), output);
+  EXPECT_EQ(output->pfc().priorities, "1f");
+  EXPECT_EQ(output->queues(), queues);
+}
+
+TEST_F(Attachments, NobodyAsksWhetherThePolicyExists) {
+  queue("Ethernet1", unicast3);
+  name("Ethernet1", unicast3, "sp-gold");
+  EXPECT_EQ(attachments(), (AttachmentModel{{"Ethernet1", "sp-gold"}}));
+  profile("sp-gold");
+  profileDel("sp-gold");
+  EXPECT_EQ(model(), support::PolicyModel{});
+  EXPECT_EQ(attachments(), (AttachmentModel{{"Ethernet1", "sp-gold"}}));
+}
+
+TEST_F(Attachments, InterfacesAreKnownByTheirLongNames) {
+  queue("Ethernet7/1", unicast3);
+  queue("Port-Channel3", unicast3);
+  name("Ethernet7/1", unicast3, "a");
+  name("Port-Channel3", unicast3, "b");
+  EXPECT_EQ(attachments(), (AttachmentModel{{"Ethernet7/1", "a"}, {"Port-Channel3", "b"}}));
+}
+
+TEST_F(Attachments, EachTypeOfQueueHasACommentOfItsOwn) {
+  queue("Ethernet1", multicast3);
+  name("Ethernet1", unicast3, "sp-gold");
+  EXPECT_EQ(attachments(), AttachmentModel{});
+  cli->commentIs("if-Et1-mc-txq-3", naming("sp-silver"));
+  EXPECT_EQ(attachments(), (AttachmentModel{{"Ethernet1", "sp-silver"}}));
+}
+
+// The short names of "Ethernet1" and "Etherlink1" are one.
+TEST_F(Attachments, ACommentSpeaksForEveryInterfaceOfItsShortName) {
+  queue("Ethernet1", unicast3);
+  queue("Etherlink1", unicast3);
+  queue("Ethernet2", unicast3);
+  cli->commentIs("if-Et1-uc-txq-3", naming("sp-gold"));
+  EXPECT_EQ(attachments(), (AttachmentModel{{"Etherlink1", "sp-gold"}, {"Ethernet1", "sp-gold"}}));
+}
+
+// A type that is neither has a key all the same, one for all such types.
+TEST_F(Attachments, QueuesOfUnknownTypesShareAComment) {
+  queue("Ethernet1", {3, Qos::QueueType{2}});
+  queue("Ethernet1", {3, Qos::QueueType{3}});
+  cli->commentIs("if-Et1-txq-3", naming("sp-gold"));
+  EXPECT_EQ(attachments(), (AttachmentModel{{"Ethernet1", "sp-gold"}}));
+  TraceCapture trace({9});
+  cli->commentIs("if-Et1-txq-3", naming("sp-silver"));
+  EXPECT_EQ(attachments(), (AttachmentModel{{"Ethernet1", "sp-silver"}}));
+}
+
+TEST_F(Attachments, EvaluatingTwiceWritesTheSameAndTheMapHasOneEntry) {
+  queue("Ethernet1", unicast3);
+  name("Ethernet1", unicast3, "sp-gold");
+  root->udpateIntfSchedulerPolicies(id("Ethernet1"), unicast3);
+  root->udpateIntfSchedulerPolicies(id("Ethernet1"), unicast3);
+  EXPECT_EQ(attachments(), (AttachmentModel{{"Ethernet1", "sp-gold"}}));
+  EXPECT_EQ(root->interfaceToSchedulerPolicyMap().members(), 1u);
+}
+
+TEST_F(Attachments, EachEvaluationWritesAlsoWhatIsThereAlready) {
+  const auto config = queue("Ethernet1", unicast3);
+  name("Ethernet1", unicast3, "sp-gold");
+  earlierAttachment("Ethernet1", "tampered");
+  config->bandwidthIs(40);
+  EXPECT_EQ(attachments(), (AttachmentModel{{"Ethernet1", "sp-gold"}}));
+}
+
+TEST_F(Attachments, AnOutputThatOthersRemovedIsMadeAgain) {
+  const auto config = queue("Ethernet1", unicast3);
+  name("Ethernet1", unicast3, "sp-gold");
+  interfaces->interface("Ethernet1")->outputDel();
+  config->bandwidthIs(40);
+  EXPECT_EQ(attachments(), (AttachmentModel{{"Ethernet1", "sp-gold"}}));
+}
+
+// The operation takes any interface and tx queue: it asks nothing but the comments.
+TEST_F(Attachments, TheUpdateServesWhatIsNotConfiguredToo) {
+  name("Ethernet1", unicast3, "sp-gold");
+  EXPECT_EQ(attachments(), AttachmentModel{});
+  root->udpateIntfSchedulerPolicies(id("Ethernet1"), unicast3);
+  EXPECT_EQ(attachments(), (AttachmentModel{{"Ethernet1", "sp-gold"}}));
+}
+
+// ===== The order of events
+
+TEST(AttachmentsStart, AQueueAndACommentThatAreThereAtStartAttach) {
+  SchedulerDevice device;
+  device.queue("Ethernet1", unicast3);
+  device.name("Ethernet1", unicast3, "sp-gold");
+  device.start();
+  EXPECT_EQ(device.attachments(), (AttachmentModel{{"Ethernet1", "sp-gold"}}));
+  EXPECT_EQ(device.root->interfaceToSchedulerPolicyMap(device.id("Ethernet1")), "sp-gold");
+}
+
+TEST_F(Attachments, AQueueBeforeItsCommentClearsWhatStoodThereAndTheCommentAttaches) {
+  earlierAttachment("Ethernet1", "stale");
+  queue("Ethernet1", unicast3);
+  EXPECT_EQ(attachments(), (AttachmentModel{{"Ethernet1", "none"}}));
+  name("Ethernet1", unicast3, "sp-gold");
+  EXPECT_EQ(attachments(), (AttachmentModel{{"Ethernet1", "sp-gold"}}));
+}
+
+TEST_F(Attachments, ACommentBeforeItsQueueWaitsForIt) {
+  name("Ethernet1", unicast3, "sp-gold");
+  intf("Ethernet1");
+  EXPECT_EQ(attachments(), AttachmentModel{});
+  queue("Ethernet1", unicast3);
+  EXPECT_EQ(attachments(), (AttachmentModel{{"Ethernet1", "sp-gold"}}));
+}
+
+TEST_F(Attachments, AnInterfaceThatArrivesWithItsQueuesIsEvaluated) {
+  name("Ethernet1", unicast3, "sp-gold");
+  const auto made = Rok::make<Qos::IntfConfig>(id("Ethernet1"));
+  made->txQueueConfigIs(unicast3, Rok::make<Qos::TxQueueConfig>(unicast3));
+  config->intfConfigIs(id("Ethernet1"), made);
+  EXPECT_EQ(attachments(), (AttachmentModel{{"Ethernet1", "sp-gold"}}));
+}
+
+TEST_F(Attachments, ACommentThatNamesAnotherPolicyOverwrites) {
+  queue("Ethernet1", unicast3);
+  name("Ethernet1", unicast3, "sp-gold");
+  name("Ethernet1", unicast3, "sp-silver");
+  EXPECT_EQ(attachments(), (AttachmentModel{{"Ethernet1", "sp-silver"}}));
+  EXPECT_EQ(root->interfaceToSchedulerPolicyMap(id("Ethernet1")), "sp-silver");
+}
+
+using Change = std::function<void(Qos::TxQueueConfig&)>;
+const std::vector<Change> changesThatCount = {
+    [](Qos::TxQueueConfig& queue) { queue.priorityIs(Qos::strictPriority); },
+    [](Qos::TxQueueConfig& queue) { queue.bandwidthIs(40); },
+    [](Qos::TxQueueConfig& queue) { queue.shapeIs(1000); }};
+
+TEST_F(Attachments, ACommentThatGoesChangesNothingUntilASettingOfTheQueueChanges) {
+  for (const Change& change : changesThatCount) {
+    const auto config = queue("Ethernet1", unicast3);
+    name("Ethernet1", unicast3, "sp-gold");
+    cli->commentDel(key("Ethernet1", unicast3));
+    EXPECT_EQ(attachments(), (AttachmentModel{{"Ethernet1", "sp-gold"}}));
+    EXPECT_EQ(root->interfaceToSchedulerPolicyMap().members(), 1u);
+    change(*config);
+    EXPECT_EQ(attachments(), (AttachmentModel{{"Ethernet1", "none"}}));
+    EXPECT_EQ(root->interfaceToSchedulerPolicyMap().members(), 0u);
+    remove("Ethernet1");
+  }
+}
+
+TEST_F(Attachments, ACommentThatGoesIsNoticedByAQueueNameOfThatIdToo) {
+  queue("Ethernet1", unicast3);
+  name("Ethernet1", unicast3, "sp-gold");
+  cli->commentDel(key("Ethernet1", unicast3));
+  queueName("q3", 3);
+  EXPECT_EQ(attachments(), (AttachmentModel{{"Ethernet1", "none"}}));
+}
+
+TEST_F(Attachments, EachSettingThatCountsLooksAtTheCommentAgain) {
+  for (const Change& change : changesThatCount) {
+    const auto config = queue("Ethernet1", unicast3);
+    name("Ethernet1", unicast3, "sp-gold");
+    earlierAttachment("Ethernet1", "tampered");
+    change(*config);
+    EXPECT_EQ(attachments(), (AttachmentModel{{"Ethernet1", "sp-gold"}}));
+    remove("Ethernet1");
+    cli->commentDel(key("Ethernet1", unicast3));
+  }
+}
+
+TEST_F(Attachments, EcnAndWredWakeNothing) {
+  const auto config = queue("Ethernet1", unicast3);
+  name("Ethernet1", unicast3, "sp-gold");
+  earlierAttachment("Ethernet1", "tampered");
+  TraceCapture trace({0, 1, 2, 3, 4, 5, 6, 7, 8, 9});
+  const auto settings = Rok::make<Qos::EcnWredConfig>(Qos::EcnWredConfig::Settings{});
+  config->ecnConfigIs(settings);
+  config->wredConfigIs(settings);
+  EXPECT_THAT(trace.lines(), IsEmpty());
+  EXPECT_EQ(attachments(), (AttachmentModel{{"Ethernet1", "tampered"}}));
+}
+
+// ===== What names no policy
+
+TEST_F(Attachments, AQueueWithoutACommentOnAnInterfaceWithoutAnOutputCreatesNothing) {
+  root->interfaceToSchedulerPolicyMapIs(id("Ethernet1"), "kept");
+  queue("Ethernet1", unicast3);
+  EXPECT_EQ(attachments(), AttachmentModel{});
+  EXPECT_EQ(root->interfaceToSchedulerPolicyMap(id("Ethernet1")), "kept");
+  const auto interface = interfaces->interfaceIs("Ethernet1");
+  root->udpateIntfSchedulerPolicies(id("Ethernet1"), unicast3);
+  EXPECT_EQ(attachments(), (AttachmentModel{{"Ethernet1", "no output"}}));
+  EXPECT_EQ(root->interfaceToSchedulerPolicyMap(id("Ethernet1")), "kept");
+}
+
+TEST_F(Attachments, AQueueWithoutACommentClearsWhatAnotherQueueAttached) {
+  queue("Ethernet1", unicast3);
+  name("Ethernet1", unicast3, "sp-gold");
+  queue("Ethernet1", unicast4);
+  EXPECT_EQ(attachments(), (AttachmentModel{{"Ethernet1", "none"}}));
+  EXPECT_EQ(root->interfaceToSchedulerPolicyMap().members(), 0u);
+}
+
+TEST_F(Attachments, OnAnOutputWithoutAnAttachmentTheMapLosesItsEntryToo) {
+  interfaces->interfaceIs("Ethernet1")->outputIs();
+  root->interfaceToSchedulerPolicyMapIs(id("Ethernet1"), "gone");
+  queue("Ethernet1", unicast3);
+  EXPECT_EQ(attachments(), (AttachmentModel{{"Ethernet1", "none"}}));
+  EXPECT_EQ(root->interfaceToSchedulerPolicyMap().members(), 0u);
+}
+
+TEST_F(Attachments, NoOtherTextCountsAsAPolicy) {
+  const std::vector<Rok::String> texts = {
+      "",
+      "uplink to core",
+      "{}",
+      document(""),
+      document(R"("queue-management-profile":{"name":"qmp"})"),
+      document(R"("scheduler-policy":{"name":""})"),
+      document(R"("scheduler-policy":{})"),
+      document(R"("1":{"inputs":{}})"),
+      naming("sp-gold").addRight("\n").addRight(naming("sp-gold"))};
+  const auto config = queue("Ethernet1", unicast3);
+  unsigned char percent = 0;
+  for (const auto& text : texts) {
+    earlierAttachment("Ethernet1", "stale");
+    comment("Ethernet1", unicast3, text);
+    EXPECT_EQ(attachments(), (AttachmentModel{{"Ethernet1", "stale"}})) << text;
+    config->bandwidthIs(++percent);
+    EXPECT_EQ(attachments(), (AttachmentModel{{"Ethernet1", "none"}})) << text;
+  }
+}
+
+TEST_F(Attachments, ADocumentWithBothPartsNamesThePolicy) {
+  queue("Ethernet1", unicast3);
+  comment("Ethernet1", unicast3,
+          document(R"("scheduler-policy":{"name":"sp-gold"},)"
+                   R"("queue-management-profile":{"name":"qmp"})"));
+  EXPECT_EQ(attachments(), (AttachmentModel{{"Ethernet1", "sp-gold"}}));
+}
+
+// ===== The last one decides
+
+TEST_F(Attachments, OfQueuesThatDisagreeTheLastEvaluatedDecides) {
+  const auto three = queue("Ethernet1", unicast3);
+  const auto four = queue("Ethernet1", unicast4);
+  name("Ethernet1", unicast3, "sp-gold");
+  name("Ethernet1", unicast4, "sp-silver");
+  EXPECT_EQ(attachments(), (AttachmentModel{{"Ethernet1", "sp-silver"}}));
+  three->bandwidthIs(40);
+  EXPECT_EQ(attachments(), (AttachmentModel{{"Ethernet1", "sp-gold"}}));
+  four->shapeIs(1000);
+  EXPECT_EQ(attachments(), (AttachmentModel{{"Ethernet1", "sp-silver"}}));
+  cli->commentDel(key("Ethernet1", unicast3));
+  three->bandwidthIs(50);
+  EXPECT_EQ(attachments(), (AttachmentModel{{"Ethernet1", "none"}}))
+      << "although the other one still names a policy";
+  queueName("q4", 4);
+  EXPECT_EQ(attachments(), (AttachmentModel{{"Ethernet1", "sp-silver"}}));
+}
+
+TEST(AttachmentsStart, OfQueuesThatDisagreeAtStartTheLastOfTheWalkDecides) {
+  bool gold = false;
+  bool none = false;
+  for (std::uint32_t order = 0; order < 20; ++order) {
+    const WalkOrder walk(order);
+    SchedulerDevice device;
+    for (unsigned char number = 0; number < 4; ++number) {
+      device.queue("Ethernet1", device.unicast(number));
+      if (number < 2) device.name("Ethernet1", device.unicast(number), "sp-gold");
+    }
+    Qos::TxQueue last;
+    for (auto i = device.intf("Ethernet1")->txQueueConfig().iterator(); i; ++i) last = i.key();
+    device.start();
+    const bool named = last.id.value < 2;
+    const auto model = device.attachments();
+    EXPECT_EQ(model.contains("Ethernet1") && model.at("Ethernet1") == "sp-gold", named);
+    (named ? gold : none) = true;
+  }
+  EXPECT_TRUE(gold && none) << "both must have come about";
+}
+
+TEST_F(Attachments, OneInterfaceIsNoAffairOfAnother) {
+  queue("Ethernet1", unicast3);
+  queue("Ethernet2", unicast3);
+  name("Ethernet1", unicast3, "sp-gold");
+  name("Ethernet2", unicast3, "sp-silver");
+  cli->commentDel(key("Ethernet1", unicast3));
+  root->udpateIntfSchedulerPolicies(id("Ethernet1"), unicast3);
+  EXPECT_EQ(attachments(), (AttachmentModel{{"Ethernet1", "none"}, {"Ethernet2", "sp-silver"}}));
+}
+
+// ===== What goes
+
+TEST_F(Attachments, AQueueThatGoesLeavesTheAttachment) {
+  queue("Ethernet1", unicast3);
+  name("Ethernet1", unicast3, "sp-gold");
+  removeQueue("Ethernet1", unicast3);
+  EXPECT_EQ(attachments(), (AttachmentModel{{"Ethernet1", "sp-gold"}}));
+  EXPECT_EQ(root->interfaceToSchedulerPolicyMap(id("Ethernet1")), "sp-gold");
+  EXPECT_EQ(machine("Ethernet1", unicast3), nullptr);
+  queue("Ethernet1", unicast4);
+  EXPECT_EQ(attachments(), (AttachmentModel{{"Ethernet1", "none"}}))
+      << "until another queue is evaluated";
+}
+
+TEST_F(Attachments, AnInterfaceThatGoesLeavesTheAttachmentAndLetsItsQueuesGo) {
+  const auto config = queue("Ethernet1", unicast3);
+  queue("Ethernet1", unicast4);
+  const auto intfConfig = intf("Ethernet1");
+  name("Ethernet1", unicast3, "sp-gold");
+  const auto sm = machine("Ethernet1");
+  remove("Ethernet1");
+  EXPECT_EQ(attachments(), (AttachmentModel{{"Ethernet1", "sp-gold"}}));
+  EXPECT_EQ(root->interfaceToSchedulerPolicyMap(id("Ethernet1")), "sp-gold");
+  EXPECT_EQ(root->intfSm().members(), 0u);
+  EXPECT_EQ(sm->txQueueSm().members(), 0u);
+  EXPECT_EQ(config->notifieeList()->notifiees(), 0u);
+  name("Ethernet1", unicast3, "sp-silver");
+  config->bandwidthIs(40);
+  EXPECT_EQ(attachments(), (AttachmentModel{{"Ethernet1", "sp-gold"}})) << "nobody listens";
+}
+
+TEST_F(Attachments, AnInterfaceThatComesBackIsBuiltAndEvaluatedAnew) {
+  queue("Ethernet1", unicast3);
+  const auto intfConfig = intf("Ethernet1");
+  remove("Ethernet1");
+  cli->commentIs(key("Ethernet1", unicast3), naming("sp-gold"));
+  EXPECT_EQ(attachments(), AttachmentModel{});
+  config->intfConfigIs(id("Ethernet1"), intfConfig);
+  EXPECT_EQ(attachments(), (AttachmentModel{{"Ethernet1", "sp-gold"}}));
+  name("Ethernet1", unicast3, "sp-silver");
+  EXPECT_EQ(attachments(), (AttachmentModel{{"Ethernet1", "sp-silver"}}));
+}
+
+TEST_F(Attachments, KeysWithoutAnEntryAndWithoutAMachineHaveNoEffect) {
+  earlierAttachment("Ethernet1", "sp-gold");
+  intf("Ethernet1");
+  machine("Ethernet1")->handleTxQueueConfig(unicast3);
+  root->handleIntfConfig(id("Ethernet2"));
+  EXPECT_EQ(attachments(), (AttachmentModel{{"Ethernet1", "sp-gold"}}));
+  EXPECT_EQ(root->intfSm().members(), 1u);
+}
+
+TEST_F(Attachments, PrepareToDieOfAnInterfaceEmptiesItsCollectionAndTouchesNoOutput) {
+  queue("Ethernet1", unicast3);
+  queue("Ethernet1", unicast4);
+  name("Ethernet1", unicast4, "sp-gold");
+  machine("Ethernet1", unicast4)->doPrepareToDie();
+  EXPECT_NE(machine("Ethernet1", unicast4), nullptr);
+  machine("Ethernet1")->doPrepareToDie();
+  EXPECT_EQ(machine("Ethernet1")->txQueueSm().members(), 0u);
+  EXPECT_EQ(attachments(), (AttachmentModel{{"Ethernet1", "sp-gold"}}));
+}
+
+// ===== Whom a comment and a queue name reach
+
+TEST_F(Attachments, AQueueNameReachesBothTypesOfItsIdOnEveryInterface) {
+  for (const char* name : {"Ethernet1", "Ethernet2"}) {
+    queue(name, unicast3);
+    queue(name, multicast3);
+    queue(name, unicast4);
+  }
+  TraceCapture trace({2});
+  queueName("q3", 3);
+  EXPECT_THAT(
+      trace.linesWith("No Scheduler Policy"),
+      UnorderedElementsAre("2 udpateIntfSchedulerPolicies No Scheduler Policy comment for intf: "
+                           "Ethernet1 TxQueueId: unicast-3",
+                           "2 udpateIntfSchedulerPolicies No Scheduler Policy comment for intf: "
+                           "Ethernet1 TxQueueId: multicast-3",
+                           "2 udpateIntfSchedulerPolicies No Scheduler Policy comment for intf: "
+                           "Ethernet2 TxQueueId: unicast-3",
+                           "2 udpateIntfSchedulerPolicies No Scheduler Policy comment for intf: "
+                           "Ethernet2 TxQueueId: multicast-3"));
+}
+
+// A walk over the tree doesn't find them, so neither a comment nor a queue name may.
+TEST_F(Attachments, MachinesOutsideTheTreeHearNeitherCommentsNorQueueNames) {
+  queue("Ethernet1", unicast3);
+  const auto removed = machine("Ethernet1", unicast3);
+  removeQueue("Ethernet1", unicast3);
+  const auto config = Rok::make<Qos::TxQueueConfig>(unicast3);
+  const auto loose = schedulerPolicyTxQueueSmFactory(machine("Ethernet1").get(), id("Ethernet1"),
+                                                     policies, interfaces, config);
+  name("Ethernet1", unicast3, "sp-gold");
+  queueName("q3", 3);
+  EXPECT_EQ(attachments(), AttachmentModel{});
+  config->bandwidthIs(40);
+  EXPECT_EQ(attachments(), (AttachmentModel{{"Ethernet1", "sp-gold"}})) << "its own input counts";
+}
+
+TEST_F(Attachments, AMachineOfAnInterfaceThatWasReplacedHearsNothing) {
+  queue("Ethernet1", unicast3);
+  const auto removed = machine("Ethernet1", unicast3);
+  remove("Ethernet1");
+  queue("Ethernet1", unicast4);
+  name("Ethernet1", unicast3, "sp-gold");
+  queueName("q3", 3);
+  EXPECT_EQ(attachments(), AttachmentModel{});
+}
+
+// Where detail is traced, the keys of all queues are computed for it. That may change nothing.
+TEST_F(Attachments, TracingChangesNothing) {
+  for (const bool traced : {false, true}) {
+    std::mt19937 random(11);
+    SchedulerDevice device;
+    device.start();
+    SchedulerDevice silent;
+    silent.start();
+    for (int step = 0; step < 300; ++step) {
+      const Rok::String name = std::vector{"Ethernet1", "Etherlink1", "Ethernet2"}[random() % 3];
+      const Qos::TxQueue txQueue{static_cast<unsigned char>(random() % 3),
+                                 Qos::QueueType{static_cast<unsigned char>(random() % 4)}};
+      const auto policy = "sp-" + std::to_string(step);
+      const unsigned what = random() % 6;
+      const auto act = [&](SchedulerDevice& on) {
+        if (what == 0) on.removeQueue(name, txQueue);
+        if (what == 1) on.queue(name, txQueue);
+        if (what == 2) on.queueName(policy.c_str(), txQueue.id.value);
+        if (what == 3) on.profile(policy);
+        if (what >= 4) on.name(name, txQueue, policy);
+      };
+      const auto exists = silent.intf(name)->txQueueConfig().find(txQueue) != nullptr;
+      device.intf(name);
+      if (what == 1 && exists) continue;
+      // Queue names reach several queues of an interface in no certain order.
+      if (what == 2) continue;
+      if (traced) {
+        const TraceCapture trace({0, 1, 2, 3, 4, 5, 6, 7, 8, 9});
+        act(device);
+      } else {
+        act(device);
+      }
+      act(silent);
+      ASSERT_EQ(device.attachments(), silent.attachments()) << "step " << step;
+    }
+  }
+}
+
+// ===== Life
+
+TEST_F(Attachments, TheFactoryReturnsAnActiveTree) {
+  queue("Ethernet1", unicast3);
+  EXPECT_TRUE(root->hasNotificationActive());
+  EXPECT_TRUE(machine("Ethernet1")->hasNotificationActive());
+  EXPECT_TRUE(machine("Ethernet1", unicast3)->hasNotificationActive());
+}
+
+TEST_F(Attachments, SwitchingTheRootOffSilencesTheTreeAndOnWakesIt) {
+  const auto config = queue("Ethernet1", unicast3);
+  root->hasNotificationActiveIs(false);
+  name("Ethernet1", unicast3, "sp-gold");
+  config->bandwidthIs(40);
+  queue("Ethernet1", unicast4);
+  queue("Ethernet2", unicast3);
+  queueName("q3", 3);
+  profile("sp-gold");
+  EXPECT_EQ(attachments(), AttachmentModel{});
+  EXPECT_EQ(model(), support::PolicyModel{});
+  root->hasNotificationActiveIs(true);
+  config->bandwidthIs(50);
+  EXPECT_EQ(attachments(), (AttachmentModel{{"Ethernet1", "sp-gold"}}));
+}
+
+TEST_F(Attachments, ZombiesHearNothing) {
+  const auto config = queue("Ethernet1", unicast3);
+  machine("Ethernet1", unicast3)->rokDoZombieReactors(true);
+  machine("Ethernet1")->rokDoZombieReactors(true);
+  root->rokDoZombieReactors(true);
+  TraceCapture trace({2});
+  name("Ethernet1", unicast3, "sp-gold");
+  config->bandwidthIs(40);
+  queue("Ethernet1", unicast4);
+  queueName("q3", 3);
+  profile("sp-gold");
+  EXPECT_THAT(trace.lines(), IsEmpty());
+  EXPECT_EQ(attachments(), AttachmentModel{});
+}
+
+TEST_F(Attachments, TheInputsReadBack) {
+  const auto config = queue("Ethernet1", unicast3);
+  const auto intfSm = machine("Ethernet1");
+  const auto txQueueSm = machine("Ethernet1", unicast3);
+  EXPECT_EQ(intfSm->schedulerPolicyKivToOCSm(), root.get());
+  EXPECT_EQ(intfSm->schedulerPoliciesDir(), policies);
+  EXPECT_EQ(intfSm->interfacesDir(), interfaces);
+  EXPECT_EQ(intfSm->intfConfig(), intf("Ethernet1"));
+  EXPECT_EQ(intfSm->intfId(), id("Ethernet1"));
+  EXPECT_EQ(txQueueSm->schedulerPolicyIntfSm(), intfSm.get());
+  EXPECT_EQ(txQueueSm->intfId(), id("Ethernet1"));
+  EXPECT_EQ(txQueueSm->schedulerPoliciesDir(), policies);
+  EXPECT_EQ(txQueueSm->interfacesDir(), interfaces);
+  EXPECT_EQ(txQueueSm->txQueueConfig(), config);
+  EXPECT_EQ(txQueueSm->txQueue(), unicast3);
+  EXPECT_EQ(txQueueSm->commentKey(), "if-Et1-uc-txq-3");
+}
+
+TEST_F(Attachments, WithoutAConfigATxQueueIsTheDefaultOneAndReadsItsComment) {
+  intf("Ethernet1");
+  cli->commentIs("if-Et1-uc-txq-16", naming("sp-gold"));
+  const auto sm = schedulerPolicyTxQueueSmFactory(machine("Ethernet1").get(), id("Ethernet1"),
+                                                  policies, interfaces, nullptr);
+  EXPECT_EQ(sm->txQueueConfig(), nullptr);
+  EXPECT_EQ(sm->txQueue(), Qos::TxQueue());
+  EXPECT_EQ(attachments(), (AttachmentModel{{"Ethernet1", "sp-gold"}}));
+}
+
+TEST_F(Attachments, TheFactoryOfAnInterfaceBuildsItsQueues) {
+  const auto made = Rok::make<Qos::IntfConfig>(id("Ethernet1"));
+  made->txQueueConfigIs(unicast3, Rok::make<Qos::TxQueueConfig>(unicast3));
+  name("Ethernet1", unicast3, "sp-gold");
+  const auto sm = schedulerPolicyIntfSmFactory(root.get(), policies, interfaces, made);
+  EXPECT_TRUE(sm->hasNotificationActive());
+  EXPECT_EQ(sm->txQueueSm().members(), 1u);
+  EXPECT_EQ(attachments(), (AttachmentModel{{"Ethernet1", "sp-gold"}}));
+}
+
+TEST_F(Attachments, TheMutatorsOfTheCollectionsReleaseChildrenAndLeaveTheOutput) {
+  for (const char* name : {"Ethernet1", "Ethernet2", "Ethernet3"}) {
+    queue(name, unicast3);
+    queue(name, unicast4);
+    queue(name, multicast3);
+    this->name(name, multicast3, "sp-gold");
+  }
+  const auto before = attachments();
+  const auto sm = machine("Ethernet1");
+  sm->txQueueSmDel(unicast3);
+  sm->txQueueSmDel(unicast3);
+  EXPECT_EQ(sm->txQueueSm().members(), 2u);
+  sm->txQueueSmDelAll();
+  EXPECT_EQ(sm->txQueueSm().members(), 0u);
+  root->intfSmDel(id("Ethernet2"));
+  EXPECT_EQ(machine("Ethernet2"), nullptr);
+  EXPECT_EQ(root->intfSm().members(), 2u);
+  root->intfSmDelAll();
+  EXPECT_EQ(root->intfSm().members(), 0u);
+  EXPECT_EQ(attachments(), before);
+}
+
+TEST_F(Attachments, TheMutatorsOfTheMapReplaceAndDelete) {
+  root->interfaceToSchedulerPolicyMapIs(id("Ethernet1"), "a");
+  root->interfaceToSchedulerPolicyMapIs(id("Ethernet1"), "b");
+  root->interfaceToSchedulerPolicyMapIs(id("Ethernet2"), "c");
+  EXPECT_EQ(root->interfaceToSchedulerPolicyMap(id("Ethernet1")), "b");
+  EXPECT_EQ(root->interfaceToSchedulerPolicyMap(id("Ethernet3")), "");
+  root->interfaceToSchedulerPolicyMapDel(id("Ethernet1"));
+  root->interfaceToSchedulerPolicyMapDel(id("Ethernet1"));
+  EXPECT_EQ(root->interfaceToSchedulerPolicyMap().members(), 1u);
+  root->interfaceToSchedulerPolicyMapDelAll();
+  EXPECT_EQ(root->interfaceToSchedulerPolicyMap().members(), 0u);
+}
+
+// ===== Refusals
+
+TEST_F(Attachments, TheSameInterfaceGivesTheSameChildAndEveryOtherIsRefused) {
+  const auto config = intf("Ethernet1");
+  const auto other = Rok::make<Qos::IntfConfig>(id("Ethernet1"));
+  const auto otherPolicies = Rok::make<Config::SchedulerPoliciesDir>();
+  const auto otherInterfaces = Rok::make<Config::InterfacesDir>();
+  auto* self = root.get();
+  EXPECT_EQ(root->intfSmIs(self, policies, interfaces, config), machine("Ethernet1"));
+  EXPECT_EQ(reinstantiating([&] { root->intfSmIs(self, otherPolicies, interfaces, config); }),
+            "schedulerPoliciesDir 131");
+  EXPECT_EQ(reinstantiating([&] { root->intfSmIs(self, policies, otherInterfaces, config); }),
+            "interfacesDir 132");
+  EXPECT_EQ(reinstantiating([&] { this->config->intfConfigIs(id("Ethernet1"), other); }),
+            "intfConfig 133");
+  EXPECT_EQ(nullArgument([&] { root->intfSmIs(nullptr, policies, interfaces, config); }),
+            "schedulerPolicyKivToOCSm 130");
+  EXPECT_EQ(nullArgument([&] { root->intfSmIs(self, nullptr, interfaces, config); }),
+            "schedulerPoliciesDir 131");
+  EXPECT_EQ(nullArgument([&] { root->intfSmIs(self, policies, nullptr, config); }),
+            "interfacesDir 132");
+  EXPECT_EQ(nullArgument([&] { this->config->intfConfigIs(id("Ethernet2"), nullptr); }),
+            "intfConfig 133");
+  EXPECT_EQ(root->intfSm().members(), 1u);
+}
+
+TEST_F(Attachments, TheSameTxQueueGivesTheSameChildAndEveryOtherIsRefused) {
+  const auto config = queue("Ethernet1", unicast3);
+  const auto other = Rok::make<Qos::TxQueueConfig>(unicast3);
+  const auto sm = machine("Ethernet1");
+  const auto make = [&](const Nerit::IntfId& intfId, const auto& policiesDir,
+                        const auto& interfacesDir, const auto& txQueueConfig) {
+    return sm->txQueueSmIs(sm.get(), intfId, policiesDir, interfacesDir, txQueueConfig);
+  };
+  const auto one = id("Ethernet1");
+  EXPECT_EQ(make(one, policies, interfaces, config), machine("Ethernet1", unicast3));
+  EXPECT_EQ(reinstantiating([&] { make(id("Ethernet2"), policies, interfaces, config); }),
+            "intfId 131");
+  EXPECT_EQ(reinstantiating(
+                [&] { make(one, Rok::make<Config::SchedulerPoliciesDir>(), interfaces, config); }),
+            "schedulerPoliciesDir 132");
+  EXPECT_EQ(
+      reinstantiating([&] { make(one, policies, Rok::make<Config::InterfacesDir>(), config); }),
+      "interfacesDir 133");
+  EXPECT_EQ(reinstantiating([&] { intf("Ethernet1")->txQueueConfigIs(unicast3, other); }),
+            "txQueueConfig 134");
+  EXPECT_EQ(nullArgument([&] {
+              sm->txQueueSmIs(nullptr, one, policies, interfaces,
+                              Rok::Ptr<Qos::TxQueueConfig const>(config));
+            }),
+            "schedulerPolicyIntfSm 130");
+  EXPECT_EQ(nullArgument([&] { intf("Ethernet1")->txQueueConfigIs(unicast4, nullptr); }),
+            "txQueueConfig 134");
+  EXPECT_EQ(sm->txQueueSm().members(), 1u);
+}
+
+// ===== Traces
+
+constexpr auto queueInitialized =
+    "2 void QosOc::SchedulerPolicyTxQueueSm::handleInitialized() (  ) ";
+constexpr auto queueSettings =
+    "2 void QosOc::SchedulerPolicyTxQueueSm::handlePriorityBandwidthShapeConfig() (  ) ";
+
+TEST_F(Attachments, AnInterfaceThatComesTracesItsWayDownToItsQueues) {
+  const auto made = Rok::make<Qos::IntfConfig>(id("Ethernet1"));
+  made->txQueueConfigIs(unicast3, Rok::make<Qos::TxQueueConfig>(unicast3));
+  name("Ethernet1", unicast3, "sp-gold");
+  TraceCapture trace({0, 1, 2, 3, 4, 5, 6, 7, 8, 9});
+  config->intfConfigIs(id("Ethernet1"), made);
+  EXPECT_THAT(
+      trace.linesWithoutAddresses(),
+      ElementsAre(
+          "2 void QosOc::SchedulerPolicyKivToOCSm::handleIntfConfig(const Nerit::IntfId&) ( "
+          "Ethernet1 ) ",
+          "2 void QosOc::SchedulerPolicyIntfSm::handleInitialized() (  ) ",
+          "2 void QosOc::SchedulerPolicyIntfSm::handleTxQueueConfig(const Qos::TxQueue&) ( "
+          "unicast-3 ) ",
+          queueInitialized, queueSettings, "9 commentKey ( Ethernet1, unicast-3 ) ",
+          R"(9 schedulerPolicyInfoFromComment ( {"MetaData-OpenConfig":)"
+          R"({"scheduler-policy":{"name":"sp-gold"}}} ) )",
+          R"(2 deserializeJsonComment comment: {"MetaData-OpenConfig":)"
+          R"({"scheduler-policy":{"name":"sp-gold"}}})",
+          "2 creating interface: Ethernet1", "2 creating interface output for intf: Ethernet1"));
+  EXPECT_THAT(trace.handles(), testing::Each("OpenConfigQos"));
+}
+
+TEST_F(Attachments, AnAttachmentOverAnotherTracesNothingOfItsOwn) {
+  const auto config = queue("Ethernet1", unicast3);
+  name("Ethernet1", unicast3, "sp-gold");
+  TraceCapture trace({2});
+  config->bandwidthIs(40);
+  EXPECT_THAT(schedulerLines(trace), ElementsAre(queueSettings));
+}
+
+TEST_F(Attachments, AnInterfaceWithoutAnOutputTracesOnlyTheOutput) {
+  interfaces->interfaceIs("Ethernet1");
+  queue("Ethernet1", unicast3);
+  TraceCapture trace({2});
+  name("Ethernet1", unicast3, "sp-gold");
+  EXPECT_THAT(schedulerLines(trace),
+              ElementsAre("2 SchedulerPolicyKivToOCSm: handleComment",
+                          "2 creating interface output for intf: Ethernet1"));
+}
+
+TEST_F(Attachments, AQueueWithoutAPolicyTracesThatAndTheClearing) {
+  const std::string noPolicy =
+      "2 udpateIntfSchedulerPolicies No Scheduler Policy comment for intf: Ethernet1 TxQueueId: "
+      "unicast-3";
+  TraceCapture trace({2});
+  const auto config = queue("Ethernet1", unicast3);
+  EXPECT_THAT(schedulerLines(trace), Contains(noPolicy));
+  EXPECT_THAT(trace.linesWith("deleting"), IsEmpty());
+  interfaces->interfaceIs("Ethernet1");
+  trace.clear();
+  config->bandwidthIs(40);
+  EXPECT_THAT(schedulerLines(trace), ElementsAre(queueSettings, noPolicy));
+  interfaces->interface("Ethernet1")->outputIs();
+  trace.clear();
+  config->bandwidthIs(50);
+  EXPECT_THAT(schedulerLines(trace),
+              ElementsAre(queueSettings, noPolicy,
+                          "2 udpateIntfSchedulerPolicies deleting intf scheduler policy "
+                          "attachment: Ethernet1"));
+}
+
+TEST_F(Attachments, WhatGoesTracesItsPrepareToDieAndNothingElse) {
+  queue("Ethernet1", unicast3);
+  queue("Ethernet1", unicast4);
+  TraceCapture trace({0, 1, 2, 3, 4, 5, 6, 7, 8, 9});
+  removeQueue("Ethernet1", unicast3);
+  EXPECT_THAT(
+      trace.linesWithoutAddresses(),
+      ElementsAre("2 void QosOc::SchedulerPolicyIntfSm::handleTxQueueConfig(const Qos::TxQueue&) "
+                  "( unicast-3 ) ",
+                  "2 void QosOc::SchedulerPolicyTxQueueSm::doPrepareToDie() (  ) "));
+  trace.clear();
+  remove("Ethernet1");
+  EXPECT_THAT(
+      trace.linesWithoutAddresses(),
+      ElementsAre(
+          "2 void QosOc::SchedulerPolicyKivToOCSm::handleIntfConfig(const Nerit::IntfId&) ( "
+          "Ethernet1 ) ",
+          "2 void QosOc::SchedulerPolicyIntfSm::doPrepareToDie() (  ) ",
+          "2 void QosOc::SchedulerPolicyTxQueueSm::doPrepareToDie() (  ) "));
+}
+
+// The keys of all queues are computed to find those of a comment, as the trace tells.
+TEST_F(Attachments, ACommentTracesTheKeyOfEveryQueueAndOfEveryProfileAtLevelNine) {
+  queue("Ethernet1", unicast3);
+  queue("Ethernet2", unicast4);
+  name("Ethernet2", unicast4, "sp-gold");
+  profile("sp-gold");
+  const Rok::String ofQueue = key("Ethernet1", unicast3);
+  const Rok::String ofProfile = profileKey("sp-gold");
+  TraceCapture trace({9});
+  cli->commentIs(ofQueue, naming("sp-gold"));
+  EXPECT_THAT(trace.linesWith("Key ("),
+              UnorderedElementsAre("9 profileCommentKey ( __YANG_SP_[sp-gold] ) ",
+                                   "9 commentKey ( Ethernet1, unicast-3 ) ",
+                                   "9 commentKey ( Ethernet1, unicast-3 ) ",
+                                   "9 commentKey ( Ethernet2, unicast-4 ) "));
+  EXPECT_EQ(attachments(), (AttachmentModel{{"Ethernet1", "sp-gold"}, {"Ethernet2", "sp-gold"}}));
+  trace.clear();
+  cli->commentIs(ofProfile, document(R"("1":{})"));
+  EXPECT_THAT(trace.linesWith("Key ("),
+              ElementsAre("9 profileCommentKey ( __YANG_SP_[sp-gold] ) ",
+                          "9 profileCommentKey ( __YANG_SP_[sp-gold] ) "));
+  EXPECT_EQ(model().at("sp-gold"), "1");
+  trace.clear();
+  queueName("q3", 3);
+  EXPECT_THAT(trace.linesWith("Key ("), ElementsAre("9 commentKey ( Ethernet1, unicast-3 ) "));
+}
+
+}  // namespace
+}  // namespace QosOc
