@@ -105,7 +105,9 @@ void writeScheduler(Writer& writer, const SchedulerCommentInfo& scheduler) {
     if (scheduler.priority() == QosOc::STRICT) writeString(writer, priorityKey, "STRICT");
     writeRate(writer, scheduler.oneRateTwoColor());
     writeObject(writer, inputsKey, [&] {
-      for (auto i = scheduler.inputs().unsafeIterator(); i; ++i) writeInput(writer, i->value());
+      for (auto i = scheduler.inputs().iterator(); i; ++i) {
+        writeInput(writer, i.currNodeNonStale()->value());
+      }
     });
   });
 }
@@ -288,7 +290,9 @@ CommentInfo deserializeJsonComment(const Velmo::String& comment) {
 Velmo::String serializeJsonProfileComment(SchedulerPolicyProfileCommentInfo info) {
   if (Rok::TraceHelper line{traceHandle, handler}) line << "serializeJsonProfileComment";
   const Velmo::String comment = document([&](Writer& writer) {
-    for (auto i = info.schedulers().unsafeIterator(); i; ++i) writeScheduler(writer, i->value());
+    for (auto i = info.schedulers().iterator(); i; ++i) {
+      writeScheduler(writer, i.currNodeNonStale()->value());
+    }
   });
   if (Rok::TraceHelper line{traceHandle, handler}) line << "Profile Comment: " << comment;
   return comment;

@@ -128,6 +128,7 @@ void InterfaceConfigSm::handlePfcPortConfig() {
   // A port record that went leaves its priorities in the output until the interface goes.
   // Deliberate.
   if (!port) return;
+  // An interface that is made here gets no config: only the binding of classifiers writes one.
   const auto interface = interfacesDir_->interfaceIs(intfId().stringValue());
   interface->outputIs()->pfcIs({priorityConverter(port->priorities())});
 }

@@ -127,7 +127,7 @@ class IntfPfcKivToOCSm final : public Rok::StateMachine<IntfPfcKivToOCSm> {
       Rok::KeyFunktor<&InterfaceConfigSm::intfConfig, &Qos::IntfConfig::intfId>;
   using IntfConfigSms = Rok::Children<InterfaceConfigSm, 0x76f988dau, IntfConfigSmKeyFunktor>;
 
-  // Requires: cliConfig.
+  // Requires: cliConfig, interfacesDir.
   static Rok::Ptr<IntfPfcKivToOCSm> IntfPfcKivToOCSmIs(
       const Rok::Ptr<Qos::Input::Config const>& cliConfig,
       const Rok::Ptr<Config::InterfacesDir>& interfacesDir);

@@ -90,7 +90,9 @@ void SchedulerPolicyKivToOCSm::udpateSchedulerPolicies(const Velmo::String& prof
            << "Bad comment for profile: " << profileName;
     }
   }
-  for (auto i = info.schedulers().unsafeIterator(); i; ++i) addScheduler(*policy, i->value());
+  for (auto i = info.schedulers().iterator(); i; ++i) {
+    addScheduler(*policy, i.currNodeNonStale()->value());
+  }
 }
 
 void SchedulerPolicyKivToOCSm::deletePolicy(const Velmo::String& policyName) {
@@ -134,7 +136,9 @@ void SchedulerPolicyKivToOCSm::addScheduler(Config::SchedulerPolicy& policy,
     scheduler->configIs(schedulerConfig(comment));
   }
   addRate(*scheduler, comment.oneRateTwoColor());
-  for (auto i = comment.inputs().unsafeIterator(); i; ++i) addInput(*scheduler, i->value());
+  for (auto i = comment.inputs().iterator(); i; ++i) {
+    addInput(*scheduler, i.currNodeNonStale()->value());
+  }
 }
 
 void SchedulerPolicyKivToOCSm::addRate(Config::Scheduler& scheduler,

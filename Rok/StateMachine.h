@@ -145,6 +145,7 @@ class Watch : public PtrInterface::NotifieeConst {
   void inputDel() {
     hasNotificationActiveIs(false);
     notifierIs(nullptr);
+    rokMarkedForDeletionIs(false);  // the next input starts afresh
   }
 
   void notifierIs(const PtrInterface* object) override {

@@ -7,6 +7,8 @@
 #include "QosOpenConfig/QosOpenConfigIntfClassifierKivToOcSm.h"
 #include "QosOpenConfig/QosOpenConfigPfcKivToOCSm.h"
 #include "QosOpenConfig/QosOpenConfigQueueKivToOcSm.h"
+#include "QosOpenConfig/QosOpenConfigQueueManagementProfileKivToOcSm.h"
+#include "QosOpenConfig/QosOpenConfigSchedulerPolicyKivToOCSm.h"
 #include "host/Place.h"
 
 namespace host {
@@ -40,6 +42,17 @@ Rok::Ptr<Rok::PtrInterface> interfacePfcRoot(const Native& native, const Model& 
   return QosOc::intfPfcKivToOCSmFactory(native.qosConfig, model.interfaces);
 }
 
+Rok::Ptr<Rok::PtrInterface> queueManagementRoot(const Native& native, const Model& model) {
+  return QosOc::queueManagementProfileKivToOcSmFactory(
+      native.qosConfig, native.cliConfig, native.qosProfiles, model.queueManagementProfiles,
+      model.interfaces);
+}
+Rok::Ptr<Rok::PtrInterface> schedulerPolicyRoot(const Native& native, const Model& model) {
+  return QosOc::schedulerPolicyKivToOCSmFactory(native.cliConfig, native.qosConfig,
+                                                native.qosProfiles, model.schedulerPolicies,
+                                                model.interfaces);
+}
+
 constexpr Root table[] = {
     {"class-map", classMapRoot},
     {"acl", aclRoot},
@@ -49,8 +62,8 @@ constexpr Root table[] = {
     {"queue", queueRoot},
     {"pfc", pfcRoot},
     {"interface-pfc", interfacePfcRoot},
-    {"queue-management", nullptr},
-    {"scheduler-policy", nullptr},
+    {"queue-management", queueManagementRoot},
+    {"scheduler-policy", schedulerPolicyRoot},
 };
 
 }  // namespace
@@ -70,7 +83,7 @@ std::vector<Rok::Ptr<Rok::PtrInterface>> buildRoots(
   for (const Root& root : table) {
     const bool wanted =
         names.empty() || std::find(names.begin(), names.end(), root.name) != names.end();
-    if (!wanted || root.factory == nullptr) continue;
+    if (!wanted) continue;
     Writes attempt(
         [&](const std::string& what) { report("root " + std::string(root.name) + ": " + what); });
     attempt([&] { built.push_back(root.factory(native, model)); });

@@ -15,7 +15,6 @@ namespace host {
 
 struct Root {
   std::string_view name;
-  // Null for a root that is not there yet.
   Rok::Ptr<Rok::PtrInterface> (*factory)(const Native& native, const Model& model);
 };
 
@@ -24,7 +23,7 @@ std::span<const Root> roots();
 // Null for a name that no root has.
 const Root* rootNamed(std::string_view name);
 
-// Builds the roots of those names, or all that are there when `names` is empty, always in the order
+// Builds the roots of those names, or all when `names` is empty, always in the order
 // of the table. One that throws is reported, as "root <name>: <what>", and left out.
 std::vector<Rok::Ptr<Rok::PtrInterface>> buildRoots(
     std::span<const std::string> names, const Native& native, const Model& model,

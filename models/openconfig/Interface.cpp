@@ -14,8 +14,12 @@ std::ostream& operator<<(std::ostream& out, const InterfaceOutputQueue& queue) {
              << ", queueManagementProfile " << queue.config.queueManagementProfile << "}}";
 }
 
+std::ostream& operator<<(std::ostream& out, const InterfaceOutputSchedulerPolicyConfig& config) {
+  return out << "{name " << config.name << "}";
+}
+
 std::ostream& operator<<(std::ostream& out, const InterfaceOutputSchedulerPolicy& policy) {
-  return out << "{name " << policy.config.name << "}";
+  return out << policy.config;
 }
 
 std::ostream& operator<<(std::ostream& out, const IntfPfc& pfc) {

@@ -101,7 +101,10 @@ class InterfaceOutputQueues final : public Rok::PtrInterface {
 struct InterfaceOutputSchedulerPolicyConfig {
   Rok::String name;
   bool operator==(const InterfaceOutputSchedulerPolicyConfig&) const = default;
+  explicit operator bool() const { return *this != InterfaceOutputSchedulerPolicyConfig(); }
 };
+QOS_EXPORT std::ostream& operator<<(std::ostream& out,
+                                    const InterfaceOutputSchedulerPolicyConfig& config);
 
 struct InterfaceOutputSchedulerPolicy {
   InterfaceOutputSchedulerPolicyConfig config;

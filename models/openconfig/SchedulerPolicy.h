@@ -58,7 +58,8 @@ class SchedulerInputs final : public Rok::PtrInterface {
 // ===== Schedulers
 
 // The committed rate of a scheduler, as a number, as a percentage, or as both: neither is computed
-// from the other.
+// from the other. What every scheduler has alike, the flag and the byte of the native form, is left
+// out: nobody reads it.
 struct OneRateTwoColor {
   Rok::Optional<std::uint64_t> cir;
   Rok::Optional<PercentType> cirPct;

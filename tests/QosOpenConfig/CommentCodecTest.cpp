@@ -108,6 +108,22 @@ TEST(AttachmentDocument, ANameEndsAtItsFirstNul) {
   EXPECT_EQ(deserializeJsonComment(
                 R"({"MetaData-OpenConfig":{"scheduler-policy":{"name":"sp\u0000gold"}}})"),
             comment("sp", ""));
+  EXPECT_EQ(serializeJsonComment(comment("", Rok::String(std::string("q\0m", 3)))),
+            R"({"MetaData-OpenConfig":{"queue-management-profile":{"name":"q"}}})");
+}
+
+TEST(ProfileDocument, KeysAndQueuesEndAtTheirFirstNul) {
+  SchedulerCommentInfo scheduler(1);
+  SchedulerInputCommentInfo input(Rok::String(std::string("a\0b", 3)));
+  input.qIs(Rok::String(std::string("q\0r", 3)));
+  scheduler.inputsIs(input);
+  SchedulerPolicyProfileCommentInfo info("");
+  info.schedulersIs(scheduler);
+  EXPECT_EQ(serializeJsonProfileComment(info),
+            R"({"MetaData-OpenConfig":{"1":{"inputs":{"a":{"queue":"q"}}}}})");
+  const auto read = deserializeJsonProfileComment(
+      R"({"MetaData-OpenConfig":{"1":{"inputs":{"a\u0000b":{"queue":"q\u0000r"}}}}})");
+  EXPECT_EQ(read.schedulers(1).inputs("a").q(), "q");
 }
 
 // ===== Attachment documents, read

@@ -594,6 +594,17 @@ TEST_F(Ports, ANewRecordIsHandledAfterItIsSetAndBeforeItIsWatched) {
   EXPECT_EQ(next->notifieeList()->notifiees(), 1u);
 }
 
+TEST_F(Ports, AnInputReleasedByAZombieHandlesTheNextRecordOfTheRevivedMachine) {
+  add("Ethernet1", 8);
+  const auto machine = this->machine("Ethernet1");
+  machine->rokDoZombieReactors(true);
+  machine->pfcPortConfigDel();
+  machine->rokDoZombieReactors(false);
+  interfaces->interface("Ethernet1")->outputDel();
+  machine->pfcPortConfigIs(port(9));
+  EXPECT_EQ(model(), (PortModel{{"Ethernet1", "8"}})) << "it writes what the interface holds";
+}
+
 TEST_F(Ports, AZombieHandlesNeitherAnotherRecordNorAChange) {
   const auto intf = add("Ethernet1", 8);
   const auto old = intf->pfcPortConfig();

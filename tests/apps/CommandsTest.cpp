@@ -87,10 +87,6 @@ TEST(Qosoc, JudgesAllOptionsBeforeItReadsAFile) {
                    "--order-seed: expected a number from 0 to 4294967295, not \"-1\"" + see);
   expectUsageError({"translate", "none.json", "--roots", "class-map,bridge"},
                    "--roots: there is no root \"bridge\"" + see);
-  for (const char* root : {"queue-management", "scheduler-policy"}) {
-    expectUsageError({"translate", "none.json", "--roots", root},
-                     "--roots: " + std::string(root) + " is not there yet" + see);
-  }
 }
 
 TEST(Qosoc, TakesAValueBehindAnEqualsSignAndOperandsBehindTwoDashes) {

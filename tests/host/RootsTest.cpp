@@ -61,6 +61,18 @@ void mountAll(const Native& native) {
   settings->bandwidthIs(Qos::Percent{40});
   interface->txQueueConfigIs(txQueue, settings);
   native.qosConfig->intfConfigIs(interface->intfId(), interface);
+
+  native.cliConfig->commentIs("if-Et1-uc-txq-3",
+                              R"({"MetaData-OpenConfig":{"scheduler-policy":{"name":"s"},)"
+                              R"("queue-management-profile":{"name":"p"}}})");
+  for (const char* profileName : {"__YANG_QMP_[p]", "__YANG_SP_[s]"}) {
+    const auto profile = Rok::make<Qos::QosProfileConfig>(profileName);
+    const auto body = Rok::make<Qos::QosProfile>();
+    const Qos::TxQueue first{Qos::TxQueueId{0}, Qos::unicast};
+    body->txQueueConfigIs(first, Rok::make<Qos::TxQueueConfig>(first));
+    profile->qosProfileIs(body);
+    native.qosProfiles->configIs(profile->name(), profile);
+  }
 }
 
 struct Built {
@@ -76,15 +88,27 @@ TEST(Roots, BringTheModelInLineWithTheNativeSide) {
   const Native native;
   mountAll(native);
   const Built built(native);
-  EXPECT_EQ(built.roots.size(), 8u);
+  EXPECT_EQ(built.roots.size(), 10u);
   EXPECT_THAT(built.reports, IsEmpty());
   const auto term = built.model.classifiers->classifier("c")->terms()->term("t");
   EXPECT_EQ(term.conditions->ipv4.dscp, std::uint8_t{46});
   EXPECT_TRUE(built.model.queues->q("q"));
   EXPECT_EQ(built.model.forwardingGroups->forwardingGroup("fg")->config().outputQueue, "q");
-  EXPECT_EQ(built.model.queues->q("Ethernet1-unicast-3").config.bandwidth, QosOc::PercentType(40));
   EXPECT_EQ(built.model.pfc->watchdog().timeA, 0.5);
-  EXPECT_EQ(built.model.interfaces->interface("Ethernet1")->output()->pfc().priorities, "8");
+  const auto& output = built.model.interfaces->interface("Ethernet1")->output();
+  EXPECT_EQ(output->pfc().priorities, "8");
+  EXPECT_EQ(output->queues()->q("q").config.queueManagementProfile, "p");
+  EXPECT_EQ(output->schedulerPolicy()->config.name, "s");
+  EXPECT_TRUE(built.model.queueManagementProfiles->queueManagementProfile("p"));
+  EXPECT_TRUE(built.model.schedulerPolicies->schedulerPolicy("s"));
+}
+
+TEST(Roots, ShowTheSettingsOfAQueueOfWhichNoCommentSpeaks) {
+  const Native native;
+  mountAll(native);
+  native.cliConfig->commentDel("if-Et1-uc-txq-3");
+  const Built built(native);
+  EXPECT_EQ(built.model.queues->q("Ethernet1-unicast-3").config.bandwidth, QosOc::PercentType(40));
 }
 
 TEST(Roots, WriteActionsAndBindings) {
@@ -118,7 +142,6 @@ TEST(Roots, WriteActionsAndBindings) {
 TEST(Roots, AreBuiltByNameInTheOrderOfTheTable) {
   const Native native;
   mountAll(native);
-  EXPECT_THAT(Built(native, {"queue-management"}).roots, IsEmpty());
   const Built one(native, {"forwarding-group"});
   EXPECT_EQ(one.roots.size(), 1u);
   EXPECT_FALSE(one.model.classifiers->classifier("c"));
@@ -135,7 +158,7 @@ TEST(Roots, ThatThrowAreReportedAndLeftOut) {
   native.qosConfig->forwardingGroupNameToTcMap()->forwardingGroupNameToTcIs(
       Qos::ForwardingGroupName{"fg"}, Qos::TrafficClass{17});
   const Built built(native);
-  EXPECT_EQ(built.roots.size(), 6u);
+  EXPECT_EQ(built.roots.size(), 8u);
   EXPECT_THAT(built.reports,
               ElementsAre("root class-map: null argument: cmapTypeConfig",
                           "root forwarding-group: range: cannot access index 17 of an array with "

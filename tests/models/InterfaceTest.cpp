@@ -154,6 +154,9 @@ TEST(InterfaceOutput, ItsRecordsCompareAndPrintAllTheyHold) {
   EXPECT_TRUE((InterfaceOutputSchedulerPolicy{{"wan"}}));
   EXPECT_NE((InterfaceOutputSchedulerPolicy{{"wan"}}), (InterfaceOutputSchedulerPolicy{{"lan"}}));
   EXPECT_EQ(printed(InterfaceOutputSchedulerPolicy{{"wan"}}), "{name wan}");
+  EXPECT_FALSE(InterfaceOutputSchedulerPolicyConfig());
+  EXPECT_TRUE(InterfaceOutputSchedulerPolicyConfig{"wan"});
+  EXPECT_EQ(printed(InterfaceOutputSchedulerPolicyConfig{"wan"}), "{name wan}");
   EXPECT_NE(IntfPfc{"1"}, IntfPfc{"2"});
   EXPECT_EQ(printed(IntfPfc{"18"}), "{priorities 18}");
 }

@@ -297,7 +297,7 @@ TEST(SchedulerPoliciesDir, ALookupNeverCreatesAndSchedulerPolicyIsCreatesOnce) {
 
 TEST(SchedulerPoliciesDir, ADeletedPolicyTakesItsSchedulersAndTheirInputsWithIt) {
   const auto dir = Rok::make<SchedulerPoliciesDir>();
-  const auto scheduler = dir->schedulerPolicyIs("wan")->schedulersIs()->schedulerIs(1);
+  auto scheduler = dir->schedulerPolicyIs("wan")->schedulersIs()->schedulerIs(1);
   const auto inputs = scheduler->inputsIs();
   inputs->inputIs(input("in"));
   dir->schedulerPolicyIs("lan");
@@ -306,6 +306,8 @@ TEST(SchedulerPoliciesDir, ADeletedPolicyTakesItsSchedulersAndTheirInputsWithIt)
   EXPECT_EQ(dir->schedulerPolicy("wan"), nullptr);
   EXPECT_NE(dir->schedulerPolicy("lan"), nullptr);
   EXPECT_EQ(scheduler->references(), 1u) << "its policy has let go";
+  scheduler = nullptr;
+  EXPECT_EQ(inputs->references(), 1u) << "its scheduler has let go";
   EXPECT_EQ(dir->schedulerPolicyIs("wan")->schedulers(), nullptr);
   EXPECT_FALSE(dir->schedulerPolicy("wan")->config());
 }

@@ -49,6 +49,10 @@ for function in encodeQMPProfileName decodeQMPProfileName encodeSPProfileName de
   QosOc::sequenceToValue QosOc::SchedulerPriorityCommentInfoInstance; do
   grep -qF " T $function(" <<<"$exports" || complain "not exported: $function"
 done
+for function in stringValue valueToStrep rokEnumType; do
+  function="QosOc::$function(QosOc::SchedulerPriorityCommentInfo)"
+  grep -qF " T $function" <<<"$exports" || complain "not exported: $function"
+done
 for class in SchedulerInput OneRateTwoColor Scheduler SchedulerPolicyProfile SchedulerPolicy \
   QueueManagementProfile ""; do
   value=QosOc::${class}CommentInfo

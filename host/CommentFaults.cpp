@@ -1,0 +1,126 @@
+#include "host/CommentFaults.h"
+
+#include "host/Json.h"
+#include "host/Pointer.h"
+
+namespace host {
+namespace {
+
+namespace json = host::rapidjson;
+
+constexpr const char* metaDataKey = "MetaData-OpenConfig";
+
+// Where the reader is.
+using Path = Tokens;
+
+std::string textOf(const json::Value& string) {
+  return {string.GetString(), string.GetStringLength()};
+}
+
+Path below(Path path, const std::string& key) {
+  path.push_back(key);
+  return path;
+}
+
+CommentFault fault(const Path& path, const char* expected) {
+  return {shownPointer(path), expected};
+}
+
+std::optional<CommentFault> needObject(const json::Value& value, const Path& path) {
+  if (value.IsObject()) return std::nullopt;
+  return fault(path, "an object");
+}
+
+// The fault that `check(key, value, path)` finds first in the members of what must be an object.
+template <class Check>
+std::optional<CommentFault> eachMember(const json::Value& object, const Path& path,
+                                       const Check& check) {
+  if (const auto found = needObject(object, path)) return found;
+  for (const auto& member : object.GetObject()) {
+    const std::string key = textOf(member.name);
+    if (const auto found = check(key, member.value, below(path, key))) return found;
+  }
+  return std::nullopt;
+}
+
+// What the comment holds of ours; null when it is no document, or not ours.
+struct Parsed {
+  json::Document document;
+  const json::Value* metaData = nullptr;
+
+  explicit Parsed(std::string_view comment) {
+    // A comment ends at a NUL for the reader, and is then no document.
+    document.Parse<json::kParseIterativeFlag>(comment.data(), comment.size());
+    if (document.HasParseError() || !document.IsObject()) return;
+    const auto found = document.FindMember(metaDataKey);
+    if (found != document.MemberEnd()) metaData = &found->value;
+  }
+};
+
+// ===== Attachments
+
+struct NameCheck {
+  std::optional<CommentFault> fault;
+  bool isMissing = false;  // the part is there and has no name: nothing further is read
+};
+
+NameCheck nameOf(const json::Value& metaData, const char* part) {
+  const auto found = metaData.FindMember(part);
+  if (found == metaData.MemberEnd()) return {};
+  const Path path{metaDataKey, part};
+  if (const auto wrong = needObject(found->value, path)) return {wrong};
+  const auto name = found->value.FindMember("name");
+  if (name == found->value.MemberEnd()) return {std::nullopt, true};
+  if (!name->value.IsString()) return {fault(below(path, "name"), "a string")};
+  return {};
+}
+
+// ===== Profiles
+
+std::optional<CommentFault> rateFault(const std::string& key, const json::Value& value,
+                                      const Path& path) {
+  if (key == "cir" && !value.IsUint64()) return fault(path, "a whole number of at most 64 bits");
+  if (key == "cir-pct" && !value.IsUint()) return fault(path, "a whole number of at most 32 bits");
+  return std::nullopt;
+}
+
+std::optional<CommentFault> inputFault(const std::string& key, const json::Value& value,
+                                       const Path& path) {
+  if (key == "queue" && !value.IsString()) return fault(path, "a string");
+  if (key == "weight" && !value.IsUint64()) return fault(path, "a whole number of at most 64 bits");
+  return std::nullopt;
+}
+
+std::optional<CommentFault> schedulerFault(const std::string& key, const json::Value& value,
+                                           const Path& path) {
+  if (key == "one-rate-two-color") return eachMember(value, path, rateFault);
+  if (key != "inputs") return std::nullopt;
+  return eachMember(value, path,
+                    [](const std::string&, const json::Value& input, const Path& inputPath) {
+                      return eachMember(input, inputPath, inputFault);
+                    });
+}
+
+}  // namespace
+
+std::optional<CommentFault> attachmentFault(std::string_view comment) {
+  const Parsed parsed(comment);
+  if (parsed.metaData == nullptr) return std::nullopt;
+  if (const auto found = needObject(*parsed.metaData, {metaDataKey})) return found;
+  for (const char* part : {"scheduler-policy", "queue-management-profile"}) {
+    const NameCheck check = nameOf(*parsed.metaData, part);
+    if (check.fault || check.isMissing) return check.fault;
+  }
+  return std::nullopt;
+}
+
+std::optional<CommentFault> profileFault(std::string_view comment) {
+  const Parsed parsed(comment);
+  if (parsed.metaData == nullptr) return std::nullopt;
+  return eachMember(*parsed.metaData, {metaDataKey},
+                    [](const std::string&, const json::Value& scheduler, const Path& path) {
+                      return eachMember(scheduler, path, schedulerFault);
+                    });
+}
+
+}  // namespace host

@@ -1,0 +1,25 @@
+// What a comment must not hold. A comment with a value of the wrong type ends the process of
+// whoever translates it; this finds such a value beforehand, and says where it is.
+//
+// It judges by the same rules as the library reads: what the library doesn't look at is no fault.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace host {
+
+// One value of the wrong type.
+struct CommentFault {
+  std::string place;     // a JSON Pointer into the comment, as messages show it
+  std::string expected;  // "an object"
+};
+
+// In a comment that is read as that of a transmit queue. Nothing for a comment that can be read,
+// also for one that is no document of ours.
+std::optional<CommentFault> attachmentFault(std::string_view comment);
+// In a comment that is read as that of a QoS profile.
+std::optional<CommentFault> profileFault(std::string_view comment);
+
+}  // namespace host
