@@ -247,6 +247,13 @@ TEST_F(Attachments, AnAttachmentWhoseQueueLostItsNameStaysForGood) {
   EXPECT_EQ(attachmentModel(), attached);
 }
 
+TEST_F(Attachments, ATxQueueWithoutANameBlanksNothingNotEvenTheEntryOfNoName) {
+  earlierAttachment("Ethernet1", "", "odd");
+  queue("Ethernet1", unicast(2));
+  removeQueue("Ethernet1", unicast(2));
+  EXPECT_EQ(attachmentModel(), (AttachmentModel{{"Ethernet1 ", "odd"}}));
+}
+
 TEST_F(Attachments, AnotherNameOfTheQueueMakesAnotherEntryAndLeavesTheOldOne) {
   const auto config = attach();
   name("q8", 2);

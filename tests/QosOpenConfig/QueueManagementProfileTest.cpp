@@ -406,6 +406,22 @@ TEST_F(Profiles, TheChainedInputCanBeMovedAndReleasedByHandAndCallsNoHandler) {
   EXPECT_THAT(trace.lines(), IsEmpty());
 }
 
+// The walk at start sees the tx queues first, and only then does the body tell of changes.
+TEST_F(Profiles, TheBodyIsWatchedAfterItsTxQueuesHaveBeenSeen) {
+  const auto made = body({txQueue(unicast(0))});
+  int lines = 0;
+  const auto before = Rok::TraceFacility::sinkIs([&](const Rok::TraceFacility::Line&) {
+    EXPECT_EQ(made->notifieeList()->notifiees(), 0u);
+    ++lines;
+  });
+  Rok::TraceFacility::levelIs(2, true);
+  add(native("qmp-wred"), made);
+  Rok::TraceFacility::levelDelAll();
+  Rok::TraceFacility::sinkIs(before);
+  EXPECT_GT(lines, 5);
+  EXPECT_EQ(made->notifieeList()->notifiees(), 1u);
+}
+
 TEST_F(Profiles, StoppingLeavesTheRecordsAndEndsEveryWatch) {
   const auto queue = profile("qmp-wred", settings(10, 20, 30));
   const auto config = *qosProfiles->config().find(native("qmp-wred"));
