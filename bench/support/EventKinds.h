@@ -11,6 +11,7 @@
 #include "support/ClassificationDevice.h"
 #include "support/Floor.h"
 #include "support/QueueDevice.h"
+#include "support/QueueManagementDevice.h"
 
 namespace Bench {
 namespace Steps {
@@ -37,6 +38,10 @@ constexpr auto addComment = call<&QueueDevice::addComment>;
 constexpr auto removeComment = call<&QueueDevice::removeComment>;
 constexpr auto restoreComment = call<&QueueDevice::restoreComment>;
 constexpr auto changeBandwidth = call<&QueueDevice::changeBandwidth>;
+constexpr auto comment = call<&QueueManagementDevice::comment>;
+constexpr auto otherComment = call<&QueueManagementDevice::otherComment>;
+constexpr auto changeThreshold = call<&QueueManagementDevice::changeThreshold>;
+constexpr auto nameQueue = call<&QueueManagementDevice::nameQueue>;
 
 }  // namespace Steps
 
@@ -58,6 +63,10 @@ void eachEventKind(Visitor& visitor) {
   visitor.template kind<QueueDevice, removeComment, addComment, restoreComment>("comment-add");
   visitor.template kind<QueueDevice, addComment, removeComment, restoreComment>("comment-remove");
   visitor.template kind<QueueDevice, nothing, changeBandwidth, nothing>("queue-bandwidth");
+  visitor.template kind<QueueManagementDevice, otherComment, comment, nothing>("comment-profile");
+  visitor.template kind<QueueManagementDevice, nothing, changeThreshold, nothing>(
+      "profile-threshold");
+  visitor.template kind<QueueManagementDevice, nothing, nameQueue, nothing>("queue-name");
 }
 
 }  // namespace Bench
