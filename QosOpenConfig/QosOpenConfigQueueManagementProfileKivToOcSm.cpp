@@ -1,7 +1,5 @@
 #include "QosOpenConfig/QosOpenConfigQueueManagementProfileKivToOcSm.h"
 
-#include <string_view>
-
 #include "QosOpenConfig/QosOpenConfigHelper.h"
 
 namespace {
@@ -9,33 +7,22 @@ namespace {
 // Unlike the other units' this handle has a name of its own.
 constinit Rok::TraceHandle traceHandle("OpenConfigQosQueueManagementProfileKivToOcSm", false);
 
+// The comment helper's, to ask whether it tells of keys.
+constinit Rok::TraceHandle keyTraceHandle("OpenConfigQos", false);
+
 constexpr Rok::TraceFacility::FacilityLevel handler = 2;
-
-// ===== Names
-//
-// The form is that of the expression "^__YANG_QMP_\[(.+)\]$". A name is any bytes but "\n" and
-// "\r", and at least one: unlike a classifier's it may hold a "]".
-
-constexpr std::string_view prefix = "__YANG_QMP_[";
-constexpr std::string_view suffix = "]";
-
-std::string_view inBrackets(std::string_view name) {
-  if (!name.starts_with(prefix) || !name.ends_with(suffix)) return {};
-  name.remove_prefix(prefix.size());
-  name.remove_suffix(suffix.size());
-  return name.find_first_of("\n\r") == std::string_view::npos ? name : std::string_view();
-}
+constexpr Rok::TraceFacility::FacilityLevel detail = 9;
 
 }  // namespace
 
 Velmo::String encodeQMPProfileName(Velmo::String qmpName) {
   if (Rok::TraceHelper line{traceHandle, handler}) line.in() << ": qmpName: " << qmpName;
-  return Velmo::String(prefix).append(qmpName.data()).append(suffix);
+  return Rok::_fmt("__YANG_QMP_[%s]", qmpName.data());
 }
 
 Velmo::String decodeQMPProfileName(Velmo::String profileName) {
   if (Rok::TraceHelper line{traceHandle, handler}) line.in() << ": profileName: " << profileName;
-  return inBrackets(profileName);
+  return QosOc::Helper::nameInProfileName(profileName, "__YANG_QMP_[");
 }
 
 namespace QosOc {
@@ -140,7 +127,20 @@ void QueueManagementProfileKivToOcSm::handleComment(const Velmo::String& key) {
     }
     return;
   }
-  updateTxQueues(*byCommentKey_, key);
+  updateTxQueuesOfComment(key);
+}
+
+// Several may have one key: interfaces may share a short name. A walk over all computes the key of
+// each and traces that, so that trace wants a walk.
+void QueueManagementProfileKivToOcSm::updateTxQueuesOfComment(const Velmo::String& key) {
+  if (!keyTraceHandle.isOn(detail)) return updateTxQueues(*byCommentKey_, key);
+  for (auto i = intfSm_.iterator(); i; ++i) {
+    const auto intf = intfSm_.child(i.key());
+    for (auto q = intf->txQueueSm().iterator(); q; ++q) {
+      if (CommentHelper::commentKey(i.key(), q.key()) != key) continue;
+      updateIntfQueueManagementProfile(i.key(), q.key(), cli_->comment(key));
+    }
+  }
 }
 
 // A name that moves stays with its old id as well. Deliberate: until the old id gets a name of its
@@ -184,8 +184,7 @@ template <class Index, class Key>
 void QueueManagementProfileKivToOcSm::updateTxQueues(const Index& index, const Key& key) {
   index.each(key, [this](const QueueManagementProfileTxQueueSm& found) {
     if (!isMirrored(found)) return;
-    updateIntfQueueManagementProfile(found.intfId(), found.txQueue(),
-                                     cli_->comment(found.commentKey()));
+    updateIntfQueueManagementProfile(found.intfId(), found.txQueue(), found.comment());
   });
 }
 
@@ -489,7 +488,7 @@ QueueManagementProfileTxQueueSm::QueueManagementProfileTxQueueSm(
       intfId_(intfId),
       interfacesDir_(interfacesDir),
       txQueueConfig_(*this, txQueueConfig),
-      commentKey_(CommentHelper::commentKey(intfId, txQueue())),
+      commentKey_(Helper::commentKey(intfId, txQueue())),
       byCommentKey_(root().txQueuesByCommentKey(), commentKey_, *this),
       byTxQueueId_(root().txQueuesByTxQueueId(), txQueue().id, *this) {
   handleInitialized();
@@ -503,9 +502,15 @@ QueueManagementProfileKivToOcSm& QueueManagementProfileTxQueueSm::root() const {
   return *intfSm_->queueManagementProfileKivToOcSm();
 }
 
+// The computing of the key is traced as if it were done each time.
+Velmo::String QueueManagementProfileTxQueueSm::comment() const {
+  if (keyTraceHandle.isOn(detail)) CommentHelper::commentKey(intfId_, txQueue());
+  return root().cli()->comment(commentKey_);
+}
+
 void QueueManagementProfileTxQueueSm::handleEcnWredConfig() {
   if (Rok::TraceHelper line{traceHandle, handler}) line.in(*this) << " intf: " << intfId_;
-  root().updateIntfQueueManagementProfile(intfId_, txQueue(), root().cli()->comment(commentKey_));
+  root().updateIntfQueueManagementProfile(intfId_, txQueue(), comment());
 }
 
 // A blank record takes the place of the attachment, without even a name in its config. Deliberate:

@@ -228,6 +228,8 @@ class QueueManagementProfileTxQueueSm final
   // No tx queue without a config.
   Qos::TxQueue txQueue() const;
   const Velmo::String& commentKey() const { return commentKey_; }
+  // The comment's text; empty without a comment.
+  Velmo::String comment() const;
 
   // Looks at the comment again.
   void handleEcnWredConfig();
@@ -467,6 +469,7 @@ class QueueManagementProfileKivToOcSm final
   void sweepStaleProfiles();
   void forgetQueueName(const Velmo::String& name);
   bool isMirrored(const QueueManagementProfileTxQueueSm& txQueueSm) const;
+  void updateTxQueuesOfComment(const Velmo::String& key);
   template <class Index, class Key>
   void updateTxQueues(const Index& index, const Key& key);
 

@@ -319,6 +319,32 @@ TEST_F(Root, ACommentKeyThatSeveralTxQueuesShareReachesThemAll) {
   EXPECT_EQ(attachmentModel(), (AttachmentModel{{"Ethernet1 q7", "gold"}, {"Etna1 q7", "gold"}}));
 }
 
+// The comment helper's own trace tells of every key that is computed.
+TEST_F(Root, KeysAreTracedAsOftenAsAWalkOverTheTxQueuesComputesThem) {
+  name("q7", 2);
+  const auto config = queue("Ethernet1", unicast(2));
+  queue("Ethernet1", unicast(3));
+  queue("Etna1", unicast(2));
+  TraceCapture trace({9});
+  cli->commentIs("if-Et1-uc-txq-2", naming("gold"));
+  EXPECT_THAT(trace.linesWith("commentKey"),
+              UnorderedElementsAre("9 commentKey ( Ethernet1, unicast-2 ) ",
+                                   "9 commentKey ( Ethernet1, unicast-3 ) ",
+                                   "9 commentKey ( Etna1, unicast-2 ) "));
+  EXPECT_EQ(attachmentModel(), (AttachmentModel{{"Ethernet1 q7", "gold"}, {"Etna1 q7", "gold"}}));
+  trace.clear();
+  name("q8", 2);
+  EXPECT_THAT(trace.linesWith("commentKey"),
+              UnorderedElementsAre("9 commentKey ( Ethernet1, unicast-2 ) ",
+                                   "9 commentKey ( Etna1, unicast-2 ) "));
+  trace.clear();
+  config->ecnConfigIs(settings(1, 2, 3));
+  queue("Vlan1", unicast(2));
+  EXPECT_THAT(trace.linesWith("commentKey"), ElementsAre("9 commentKey ( Ethernet1, unicast-2 ) ",
+                                                         "9 commentKey ( Vlan1, unicast-2 ) "))
+      << "also of the one that a new tx queue computes for good";
+}
+
 // ===== Queue names
 
 TEST_F(Root, ANameForAnIdReachesEveryTxQueueOfTheIdAndNoOther) {
