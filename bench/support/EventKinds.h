@@ -12,6 +12,7 @@
 #include "support/Floor.h"
 #include "support/QueueDevice.h"
 #include "support/QueueManagementDevice.h"
+#include "support/SchedulerDevice.h"
 
 namespace Bench {
 namespace Steps {
@@ -42,6 +43,11 @@ constexpr auto comment = call<&QueueManagementDevice::comment>;
 constexpr auto otherComment = call<&QueueManagementDevice::otherComment>;
 constexpr auto changeThreshold = call<&QueueManagementDevice::changeThreshold>;
 constexpr auto nameQueue = call<&QueueManagementDevice::nameQueue>;
+constexpr auto attach = call<&SchedulerDevice::attach>;
+constexpr auto removeAttachment = call<&SchedulerDevice::removeComment>;
+constexpr auto readPolicy = call<&SchedulerDevice::readPolicy>;
+constexpr auto removePolicyComment = call<&SchedulerDevice::removeProfileComment>;
+constexpr auto changeSchedulerBandwidth = call<&SchedulerDevice::changeBandwidth>;
 
 }  // namespace Steps
 
@@ -67,6 +73,11 @@ void eachEventKind(Visitor& visitor) {
   visitor.template kind<QueueManagementDevice, nothing, changeThreshold, nothing>(
       "profile-threshold");
   visitor.template kind<QueueManagementDevice, nothing, nameQueue, nothing>("queue-name");
+  visitor.template kind<SchedulerDevice, removeAttachment, attach, nothing>("scheduler-attach");
+  visitor.template kind<SchedulerDevice, nothing, changeSchedulerBandwidth, nothing>(
+      "scheduler-bandwidth");
+  visitor.template kind<SchedulerDevice, removePolicyComment, readPolicy, nothing>(
+      "scheduler-policy-read");
 }
 
 }  // namespace Bench
