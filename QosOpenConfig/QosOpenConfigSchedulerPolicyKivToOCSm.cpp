@@ -58,10 +58,44 @@ Config::SchedulerInput schedulerInput(const SchedulerInputCommentInfo& comment) 
 
 }  // namespace
 
+// ===== SchedulerPolicyKivToOCSm
+
+Rok::Ptr<SchedulerPolicyKivToOCSm> SchedulerPolicyKivToOCSm::SchedulerPolicyKivToOCSmIs(
+    const Rok::Ptr<Cli::Config const>& cliConfig,
+    const Rok::Ptr<Qos::Input::Config const>& qosCliConfig,
+    const Rok::Ptr<Qos::QosProfileConfigDir const>& qosProfileConfigDir,
+    const Rok::Ptr<Config::SchedulerPoliciesDir>& schedulerPoliciesDir,
+    const Rok::Ptr<Config::InterfacesDir>& interfacesDir) {
+  return create(cliConfig, qosCliConfig, qosProfileConfigDir, schedulerPoliciesDir, interfacesDir);
+}
+
+// The queue names come last: what the map holds at start is not handled, since the machines of the
+// tx queues have read their comments by then.
+SchedulerPolicyKivToOCSm::SchedulerPolicyKivToOCSm(
+    const Rok::Ptr<Cli::Config const>& cliConfig,
+    const Rok::Ptr<Qos::Input::Config const>& qosCliConfig,
+    const Rok::Ptr<Qos::QosProfileConfigDir const>& qosProfileConfigDir,
+    const Rok::Ptr<Config::SchedulerPoliciesDir>& schedulerPoliciesDir,
+    const Rok::Ptr<Config::InterfacesDir>& interfacesDir)
+    : cliConfig_(*this, cliConfig),
+      qosCliConfig_(*this, qosCliConfig),
+      qosProfileConfigDir_(*this, qosProfileConfigDir),
+      schedulerPoliciesDir_(schedulerPoliciesDir),
+      interfacesDir_(interfacesDir),
+      intfSm_(*this),
+      rok_QosCliConfig_QueueNameToTxQueueIdMapIn_(*this) {
+  handleInitialized();
+  followQueueNameToTxQueueIdMap();
+}
+
+void SchedulerPolicyKivToOCSm::followQueueNameToTxQueueIdMap() {
+  rok_QosCliConfig_QueueNameToTxQueueIdMapInIs(qosCliConfig_->queueNameToTxQueueIdMap());
+}
+
 // ===== SchedulerPolicyKivToOCSm: policies
 
-// Deliberate: what the comment says is only ever added. A value that it changes, or an item that it
-// no longer has, stays as it was first read until the profile goes and comes back.
+// Deliberate: what the comment says is only ever added. A value that it changes, or an item that
+// it no longer has, stays as it was first read until the profile goes and comes back.
 void SchedulerPolicyKivToOCSm::udpateSchedulerPolicies(const Velmo::String& profileName) {
   if (Rok::TraceHelper line{traceHandle, handler}) line.in(*this) << " profile: " << profileName;
   const Velmo::String policyName = decodeSPProfileName(profileName);
@@ -167,8 +201,8 @@ void SchedulerPolicyKivToOCSm::addInput(Config::Scheduler& scheduler,
 
 // ===== SchedulerPolicyKivToOCSm: attachments
 
-// Deliberate: an interface has one policy and a comment for each tx queue, so every evaluation of a
-// tx queue decides for the whole interface, and the last one stands.
+// Deliberate: an interface has one policy and a comment for each tx queue, so every evaluation of
+// a tx queue decides for the whole interface, and the last one stands.
 void SchedulerPolicyKivToOCSm::udpateIntfSchedulerPolicies(const Nerit::IntfId& intfId,
                                                            const Qos::TxQueue& txQueue) {
   attachAsCommentSays(intfId, txQueue, CommentHelper::commentKey(intfId, txQueue));
@@ -242,38 +276,6 @@ bool SchedulerPolicyKivToOCSm::isInTree(const SchedulerPolicyTxQueueSm& queue) c
 
 // ===== SchedulerPolicyKivToOCSm: events
 
-Rok::Ptr<SchedulerPolicyKivToOCSm> SchedulerPolicyKivToOCSm::SchedulerPolicyKivToOCSmIs(
-    const Rok::Ptr<Cli::Config const>& cliConfig,
-    const Rok::Ptr<Qos::Input::Config const>& qosCliConfig,
-    const Rok::Ptr<Qos::QosProfileConfigDir const>& qosProfileConfigDir,
-    const Rok::Ptr<Config::SchedulerPoliciesDir>& schedulerPoliciesDir,
-    const Rok::Ptr<Config::InterfacesDir>& interfacesDir) {
-  return create(cliConfig, qosCliConfig, qosProfileConfigDir, schedulerPoliciesDir, interfacesDir);
-}
-
-// The queue names come last: what the map holds at start is not handled, since the machines of the
-// tx queues have read their comments by then.
-SchedulerPolicyKivToOCSm::SchedulerPolicyKivToOCSm(
-    const Rok::Ptr<Cli::Config const>& cliConfig,
-    const Rok::Ptr<Qos::Input::Config const>& qosCliConfig,
-    const Rok::Ptr<Qos::QosProfileConfigDir const>& qosProfileConfigDir,
-    const Rok::Ptr<Config::SchedulerPoliciesDir>& schedulerPoliciesDir,
-    const Rok::Ptr<Config::InterfacesDir>& interfacesDir)
-    : cliConfig_(*this, cliConfig),
-      qosCliConfig_(*this, qosCliConfig),
-      qosProfileConfigDir_(*this, qosProfileConfigDir),
-      schedulerPoliciesDir_(schedulerPoliciesDir),
-      interfacesDir_(interfacesDir),
-      intfSm_(*this),
-      rok_QosCliConfig_QueueNameToTxQueueIdMapIn_(*this) {
-  handleInitialized();
-  followQueueNameToTxQueueIdMap();
-}
-
-void SchedulerPolicyKivToOCSm::followQueueNameToTxQueueIdMap() {
-  rok_QosCliConfig_QueueNameToTxQueueIdMapInIs(qosCliConfig_->queueNameToTxQueueIdMap());
-}
-
 void SchedulerPolicyKivToOCSm::handleIntfConfig(const Nerit::IntfId& intfId) {
   Rok::EntryTrace(traceHandle, handler, *this, intfId);
   if (const auto* entry = qosCliConfig_->intfConfig().find(intfId)) {
@@ -298,13 +300,16 @@ void SchedulerPolicyKivToOCSm::handleComment(const Velmo::String& key) {
   }
 }
 
-// The profile whose comment has this key is found by its name, which the key holds. A walk over all
-// profiles finds no other. It computes the key of each and traces that, so that trace wants a walk.
+// The profile whose comment has this key is found by its name, which the key holds. A walk over
+// all profiles finds no other, but it computes the key of each and traces that. Where this is to
+// be seen, the walk is made.
 void SchedulerPolicyKivToOCSm::updatePolicyOfComment(const Velmo::String& key) {
   const auto& profiles = qosProfileConfigDir_->config();
   if (!traceHandle.isOn(detail)) {
     const auto name = Helper::profileNameFromCommentKey(key);
-    if (name && profiles.find(*name) != nullptr) udpateSchedulerPolicies(*name);
+    if (!name) return;
+    const Velmo::String profileName(*name);
+    if (profiles.find(profileName) != nullptr) udpateSchedulerPolicies(profileName);
     return;
   }
   for (auto i = profiles.iterator(); i; ++i) {

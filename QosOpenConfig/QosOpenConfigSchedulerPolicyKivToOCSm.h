@@ -1,24 +1,23 @@
 // QoS profiles and comments into OpenConfig scheduler policies, and comments of tx queues into the
 // policies of interfaces.
 //
-// A policy has no native record of its own. A QoS profile of the name `__YANG_SP_[S]` says that the
-// policy S exists, and nothing in the profile is read: the profile's comment has all the rest.
+// A policy has no native record of its own. A QoS profile of the name `__YANG_SP_[S]` says that
+// the policy S exists, and nothing in the profile is read: the profile's comment has all the rest.
 // Which interface uses a policy is what the comments of its tx queues say. The settings of a tx
 // queue are not read either; a change of them is a reason to look at the comment again.
 //
 // What wakes what:
-//   comment of Cli::Config                           SchedulerPolicyKivToOCSm::handleComment(key)
-//   intfConfig of Qos::Input::Config                 SchedulerPolicyKivToOCSm::handleIntfConfig(
-//                                                        interface)
-//   queueNameToTxQueueIdMap of Qos::Input::Config    re-points the root's chained input
-//   queueNameToTxQueueId in that input               SchedulerPolicyKivToOCSm::
-//                                                        handleQueueNameToTxQueue(name)
-//   config of Qos::QosProfileConfigDir               SchedulerPolicyKivToOCSm::
-//                                                        udpateSchedulerPolicies(profile)
-//   txQueueConfig of Qos::IntfConfig                 SchedulerPolicyIntfSm::handleTxQueueConfig(
-//                                                        tx queue)
-//   priority, bandwidth, shape of Qos::TxQueueConfig SchedulerPolicyTxQueueSm::
-//                                                        handlePriorityBandwidthShapeConfig()
+//   comment of Cli::Config                SchedulerPolicyKivToOCSm::handleComment(key)
+//   intfConfig of Qos::Input::Config      SchedulerPolicyKivToOCSm::handleIntfConfig(interface)
+//   queueNameToTxQueueIdMap of            re-points the root's chained input
+//     Qos::Input::Config
+//   queueNameToTxQueueId in that input    SchedulerPolicyKivToOCSm::
+//                                             handleQueueNameToTxQueue(name)
+//   config of Qos::QosProfileConfigDir    SchedulerPolicyKivToOCSm::
+//                                             udpateSchedulerPolicies(profile)
+//   txQueueConfig of Qos::IntfConfig      SchedulerPolicyIntfSm::handleTxQueueConfig(tx queue)
+//   priority, bandwidth, shape of         SchedulerPolicyTxQueueSm::
+//     Qos::TxQueueConfig                      handlePriorityBandwidthShapeConfig()
 #pragma once
 
 #include <cstdint>
@@ -336,8 +335,8 @@ class SchedulerPolicyKivToOCSm final : public Rok::StateMachine<SchedulerPolicyK
   Rok::Ptr<Config::SchedulerPoliciesDir> schedulerPoliciesDir_;
   Rok::Ptr<Config::InterfacesDir> interfacesDir_;
   Attachments attachments_;
-  // Which tx queues have a comment key, and which an id, so that an event finds them without a walk
-  // over all interfaces.
+  // Which tx queues have a comment key, and which an id, so that an event finds them without a
+  // walk over all interfaces.
   Rok::Ptr<ByCommentKey> byCommentKey_ = Rok::make<ByCommentKey>();
   Rok::Ptr<ByTxQueueId> byTxQueueId_ = Rok::make<ByTxQueueId>();
   IntfSms intfSm_;

@@ -481,6 +481,24 @@ TEST_F(Attachments, AMachineOfAnInterfaceThatWasReplacedHearsNothing) {
   EXPECT_EQ(attachments(), AttachmentModel{});
 }
 
+TEST_F(Attachments, AMachineWhosePlaceWasTakenHearsNothing) {
+  queue("Ethernet1", unicast3);
+  const auto removed = machine("Ethernet1", unicast3);
+  removeQueue("Ethernet1", unicast3);
+  queue("Ethernet1", unicast3);
+  TraceCapture trace({2});
+  queueName("q3", 3);
+  EXPECT_THAT(trace.linesWith("No Scheduler Policy"), testing::SizeIs(1));
+}
+
+TEST_F(Attachments, AMachineThatOutlivesTheRootDoesNoHarm) {
+  queue("Ethernet1", unicast3);
+  const auto outliving = machine("Ethernet1", unicast3);
+  restart();
+  name("Ethernet1", unicast3, "sp-gold");
+  EXPECT_EQ(attachments(), (AttachmentModel{{"Ethernet1", "sp-gold"}}));
+}
+
 // Where detail is traced, the keys of all queues are computed for it. That may change nothing.
 TEST_F(Attachments, TracingChangesNothing) {
   for (const bool traced : {false, true}) {
