@@ -49,7 +49,8 @@ struct Parsed {
   const json::Value* metaData = nullptr;
 
   explicit Parsed(std::string_view comment) {
-    // A comment ends at a NUL for the reader, and is then no document.
+    // For the reader a comment with a NUL in it is no document.
+    if (comment.find('\0') != comment.npos) return;
     document.Parse<json::kParseIterativeFlag>(comment.data(), comment.size());
     if (document.HasParseError() || !document.IsObject()) return;
     const auto found = document.FindMember(metaDataKey);

@@ -42,13 +42,13 @@ const auto unicast3 = SchedulerDevice::unicast(3);
 const auto unicast4 = SchedulerDevice::unicast(4);
 const auto multicast3 = SchedulerDevice::multicast(3);
 
-struct Attachments : testing::Test, SchedulerDevice {
-  Attachments() { start(); }
+struct PolicyAttachments : testing::Test, SchedulerDevice {
+  PolicyAttachments() { start(); }
 };
 
 // ===== Attaching
 
-TEST_F(Attachments, ACommentThatNamesAPolicyAttachesItAndMakesWhatIsMissing) {
+TEST_F(PolicyAttachments, ACommentThatNamesAPolicyAttachesItAndMakesWhatIsMissing) {
   queue("Ethernet7", unicast3);
   EXPECT_EQ(attachments(), AttachmentModel{});
   cli->commentIs("if-Et7-uc-txq-3",
@@ -57,7 +57,7 @@ TEST_F(Attachments, ACommentThatNamesAPolicyAttachesItAndMakesWhatIsMissing) {
   EXPECT_EQ(root->interfaceToSchedulerPolicyMap(id("Ethernet7")), "sp-gold");
 }
 
-TEST_F(Attachments, AnInterfaceMadeHereHasNothingElse) {
+TEST_F(PolicyAttachments, AnInterfaceMadeHereHasNothingElse) {
   queue("Ethernet1", unicast3);
   name("Ethernet1", unicast3, "sp-gold");
   const auto interface = interfaces->interface("Ethernet1");
@@ -68,7 +68,7 @@ TEST_F(Attachments, AnInterfaceMadeHereHasNothingElse) {
   EXPECT_FALSE(interface->output()->pfc());
 }
 
-TEST_F(Attachments, WhatOthersHaveOnTheInterfaceStays) {
+TEST_F(PolicyAttachments, WhatOthersHaveOnTheInterfaceStays) {
   const auto interface = interfaces->interfaceIs("Ethernet1");
   interface->configIs({"Ethernet1"});
   const auto input = interface->inputIs();
@@ -87,7 +87,7 @@ TEST_F(Attachments, WhatOthersHaveOnTheInterfaceStays) {
   EXPECT_EQ(output->queues(), queues);
 }
 
-TEST_F(Attachments, NobodyAsksWhetherThePolicyExists) {
+TEST_F(PolicyAttachments, NobodyAsksWhetherThePolicyExists) {
   queue("Ethernet1", unicast3);
   name("Ethernet1", unicast3, "sp-gold");
   EXPECT_EQ(attachments(), (AttachmentModel{{"Ethernet1", "sp-gold"}}));
@@ -97,7 +97,7 @@ TEST_F(Attachments, NobodyAsksWhetherThePolicyExists) {
   EXPECT_EQ(attachments(), (AttachmentModel{{"Ethernet1", "sp-gold"}}));
 }
 
-TEST_F(Attachments, InterfacesAreKnownByTheirLongNames) {
+TEST_F(PolicyAttachments, InterfacesAreKnownByTheirLongNames) {
   queue("Ethernet7/1", unicast3);
   queue("Port-Channel3", unicast3);
   name("Ethernet7/1", unicast3, "a");
@@ -105,7 +105,7 @@ TEST_F(Attachments, InterfacesAreKnownByTheirLongNames) {
   EXPECT_EQ(attachments(), (AttachmentModel{{"Ethernet7/1", "a"}, {"Port-Channel3", "b"}}));
 }
 
-TEST_F(Attachments, EachTypeOfQueueHasACommentOfItsOwn) {
+TEST_F(PolicyAttachments, EachTypeOfQueueHasACommentOfItsOwn) {
   queue("Ethernet1", multicast3);
   name("Ethernet1", unicast3, "sp-gold");
   EXPECT_EQ(attachments(), AttachmentModel{});
@@ -114,7 +114,7 @@ TEST_F(Attachments, EachTypeOfQueueHasACommentOfItsOwn) {
 }
 
 // The short names of "Ethernet1" and "Etherlink1" are one.
-TEST_F(Attachments, ACommentSpeaksForEveryInterfaceOfItsShortName) {
+TEST_F(PolicyAttachments, ACommentSpeaksForEveryInterfaceOfItsShortName) {
   queue("Ethernet1", unicast3);
   queue("Etherlink1", unicast3);
   queue("Ethernet2", unicast3);
@@ -123,7 +123,7 @@ TEST_F(Attachments, ACommentSpeaksForEveryInterfaceOfItsShortName) {
 }
 
 // A type that is neither has a key all the same, one for all such types.
-TEST_F(Attachments, QueuesOfUnknownTypesShareAComment) {
+TEST_F(PolicyAttachments, QueuesOfUnknownTypesShareAComment) {
   queue("Ethernet1", {3, Qos::QueueType{2}});
   queue("Ethernet1", {3, Qos::QueueType{3}});
   cli->commentIs("if-Et1-txq-3", naming("sp-gold"));
@@ -133,7 +133,7 @@ TEST_F(Attachments, QueuesOfUnknownTypesShareAComment) {
   EXPECT_EQ(attachments(), (AttachmentModel{{"Ethernet1", "sp-silver"}}));
 }
 
-TEST_F(Attachments, EvaluatingTwiceWritesTheSameAndTheMapHasOneEntry) {
+TEST_F(PolicyAttachments, EvaluatingTwiceWritesTheSameAndTheMapHasOneEntry) {
   queue("Ethernet1", unicast3);
   name("Ethernet1", unicast3, "sp-gold");
   root->udpateIntfSchedulerPolicies(id("Ethernet1"), unicast3);
@@ -142,7 +142,7 @@ TEST_F(Attachments, EvaluatingTwiceWritesTheSameAndTheMapHasOneEntry) {
   EXPECT_EQ(root->interfaceToSchedulerPolicyMap().members(), 1u);
 }
 
-TEST_F(Attachments, EachEvaluationWritesAlsoWhatIsThereAlready) {
+TEST_F(PolicyAttachments, EachEvaluationWritesAlsoWhatIsThereAlready) {
   const auto config = queue("Ethernet1", unicast3);
   name("Ethernet1", unicast3, "sp-gold");
   earlierAttachment("Ethernet1", "tampered");
@@ -150,7 +150,7 @@ TEST_F(Attachments, EachEvaluationWritesAlsoWhatIsThereAlready) {
   EXPECT_EQ(attachments(), (AttachmentModel{{"Ethernet1", "sp-gold"}}));
 }
 
-TEST_F(Attachments, AnOutputThatOthersRemovedIsMadeAgain) {
+TEST_F(PolicyAttachments, AnOutputThatOthersRemovedIsMadeAgain) {
   const auto config = queue("Ethernet1", unicast3);
   name("Ethernet1", unicast3, "sp-gold");
   interfaces->interface("Ethernet1")->outputDel();
@@ -159,7 +159,7 @@ TEST_F(Attachments, AnOutputThatOthersRemovedIsMadeAgain) {
 }
 
 // The operation takes any interface and tx queue: it asks nothing but the comments.
-TEST_F(Attachments, TheUpdateServesWhatIsNotConfiguredToo) {
+TEST_F(PolicyAttachments, TheUpdateServesWhatIsNotConfiguredToo) {
   name("Ethernet1", unicast3, "sp-gold");
   EXPECT_EQ(attachments(), AttachmentModel{});
   root->udpateIntfSchedulerPolicies(id("Ethernet1"), unicast3);
@@ -177,7 +177,7 @@ TEST(AttachmentsStart, AQueueAndACommentThatAreThereAtStartAttach) {
   EXPECT_EQ(device.root->interfaceToSchedulerPolicyMap(device.id("Ethernet1")), "sp-gold");
 }
 
-TEST_F(Attachments, AQueueBeforeItsCommentClearsWhatStoodThereAndTheCommentAttaches) {
+TEST_F(PolicyAttachments, AQueueBeforeItsCommentClearsWhatStoodThereAndTheCommentAttaches) {
   earlierAttachment("Ethernet1", "stale");
   queue("Ethernet1", unicast3);
   EXPECT_EQ(attachments(), (AttachmentModel{{"Ethernet1", "none"}}));
@@ -185,7 +185,7 @@ TEST_F(Attachments, AQueueBeforeItsCommentClearsWhatStoodThereAndTheCommentAttac
   EXPECT_EQ(attachments(), (AttachmentModel{{"Ethernet1", "sp-gold"}}));
 }
 
-TEST_F(Attachments, ACommentBeforeItsQueueWaitsForIt) {
+TEST_F(PolicyAttachments, ACommentBeforeItsQueueWaitsForIt) {
   name("Ethernet1", unicast3, "sp-gold");
   intf("Ethernet1");
   EXPECT_EQ(attachments(), AttachmentModel{});
@@ -193,7 +193,7 @@ TEST_F(Attachments, ACommentBeforeItsQueueWaitsForIt) {
   EXPECT_EQ(attachments(), (AttachmentModel{{"Ethernet1", "sp-gold"}}));
 }
 
-TEST_F(Attachments, AnInterfaceThatArrivesWithItsQueuesIsEvaluated) {
+TEST_F(PolicyAttachments, AnInterfaceThatArrivesWithItsQueuesIsEvaluated) {
   name("Ethernet1", unicast3, "sp-gold");
   const auto made = Rok::make<Qos::IntfConfig>(id("Ethernet1"));
   made->txQueueConfigIs(unicast3, Rok::make<Qos::TxQueueConfig>(unicast3));
@@ -201,7 +201,7 @@ TEST_F(Attachments, AnInterfaceThatArrivesWithItsQueuesIsEvaluated) {
   EXPECT_EQ(attachments(), (AttachmentModel{{"Ethernet1", "sp-gold"}}));
 }
 
-TEST_F(Attachments, ACommentThatNamesAnotherPolicyOverwrites) {
+TEST_F(PolicyAttachments, ACommentThatNamesAnotherPolicyOverwrites) {
   queue("Ethernet1", unicast3);
   name("Ethernet1", unicast3, "sp-gold");
   name("Ethernet1", unicast3, "sp-silver");
@@ -215,7 +215,7 @@ const std::vector<Change> changesThatCount = {
     [](Qos::TxQueueConfig& queue) { queue.bandwidthIs(40); },
     [](Qos::TxQueueConfig& queue) { queue.shapeIs(1000); }};
 
-TEST_F(Attachments, ACommentThatGoesChangesNothingUntilASettingOfTheQueueChanges) {
+TEST_F(PolicyAttachments, ACommentThatGoesChangesNothingUntilASettingOfTheQueueChanges) {
   for (const Change& change : changesThatCount) {
     const auto config = queue("Ethernet1", unicast3);
     name("Ethernet1", unicast3, "sp-gold");
@@ -229,7 +229,7 @@ TEST_F(Attachments, ACommentThatGoesChangesNothingUntilASettingOfTheQueueChanges
   }
 }
 
-TEST_F(Attachments, ACommentThatGoesIsNoticedByAQueueNameOfThatIdToo) {
+TEST_F(PolicyAttachments, ACommentThatGoesIsNoticedByAQueueNameOfThatIdToo) {
   queue("Ethernet1", unicast3);
   name("Ethernet1", unicast3, "sp-gold");
   cli->commentDel(key("Ethernet1", unicast3));
@@ -237,7 +237,7 @@ TEST_F(Attachments, ACommentThatGoesIsNoticedByAQueueNameOfThatIdToo) {
   EXPECT_EQ(attachments(), (AttachmentModel{{"Ethernet1", "none"}}));
 }
 
-TEST_F(Attachments, EachSettingThatCountsLooksAtTheCommentAgain) {
+TEST_F(PolicyAttachments, EachSettingThatCountsLooksAtTheCommentAgain) {
   for (const Change& change : changesThatCount) {
     const auto config = queue("Ethernet1", unicast3);
     name("Ethernet1", unicast3, "sp-gold");
@@ -249,7 +249,7 @@ TEST_F(Attachments, EachSettingThatCountsLooksAtTheCommentAgain) {
   }
 }
 
-TEST_F(Attachments, EcnAndWredWakeNothing) {
+TEST_F(PolicyAttachments, EcnAndWredWakeNothing) {
   const auto config = queue("Ethernet1", unicast3);
   name("Ethernet1", unicast3, "sp-gold");
   earlierAttachment("Ethernet1", "tampered");
@@ -263,7 +263,7 @@ TEST_F(Attachments, EcnAndWredWakeNothing) {
 
 // ===== What names no policy
 
-TEST_F(Attachments, AQueueWithoutACommentOnAnInterfaceWithoutAnOutputCreatesNothing) {
+TEST_F(PolicyAttachments, AQueueWithoutACommentOnAnInterfaceWithoutAnOutputCreatesNothing) {
   root->interfaceToSchedulerPolicyMapIs(id("Ethernet1"), "kept");
   queue("Ethernet1", unicast3);
   EXPECT_EQ(attachments(), AttachmentModel{});
@@ -274,7 +274,7 @@ TEST_F(Attachments, AQueueWithoutACommentOnAnInterfaceWithoutAnOutputCreatesNoth
   EXPECT_EQ(root->interfaceToSchedulerPolicyMap(id("Ethernet1")), "kept");
 }
 
-TEST_F(Attachments, AQueueWithoutACommentClearsWhatAnotherQueueAttached) {
+TEST_F(PolicyAttachments, AQueueWithoutACommentClearsWhatAnotherQueueAttached) {
   queue("Ethernet1", unicast3);
   name("Ethernet1", unicast3, "sp-gold");
   queue("Ethernet1", unicast4);
@@ -282,7 +282,7 @@ TEST_F(Attachments, AQueueWithoutACommentClearsWhatAnotherQueueAttached) {
   EXPECT_EQ(root->interfaceToSchedulerPolicyMap().members(), 0u);
 }
 
-TEST_F(Attachments, OnAnOutputWithoutAnAttachmentTheMapLosesItsEntryToo) {
+TEST_F(PolicyAttachments, OnAnOutputWithoutAnAttachmentTheMapLosesItsEntryToo) {
   interfaces->interfaceIs("Ethernet1")->outputIs();
   root->interfaceToSchedulerPolicyMapIs(id("Ethernet1"), "gone");
   queue("Ethernet1", unicast3);
@@ -290,7 +290,7 @@ TEST_F(Attachments, OnAnOutputWithoutAnAttachmentTheMapLosesItsEntryToo) {
   EXPECT_EQ(root->interfaceToSchedulerPolicyMap().members(), 0u);
 }
 
-TEST_F(Attachments, NoOtherTextCountsAsAPolicy) {
+TEST_F(PolicyAttachments, NoOtherTextCountsAsAPolicy) {
   const std::vector<Rok::String> texts = {
       "",
       "uplink to core",
@@ -312,7 +312,7 @@ TEST_F(Attachments, NoOtherTextCountsAsAPolicy) {
   }
 }
 
-TEST_F(Attachments, ADocumentWithBothPartsNamesThePolicy) {
+TEST_F(PolicyAttachments, ADocumentWithBothPartsNamesThePolicy) {
   queue("Ethernet1", unicast3);
   comment("Ethernet1", unicast3,
           document(R"("scheduler-policy":{"name":"sp-gold"},)"
@@ -322,7 +322,7 @@ TEST_F(Attachments, ADocumentWithBothPartsNamesThePolicy) {
 
 // ===== The last one decides
 
-TEST_F(Attachments, OfQueuesThatDisagreeTheLastEvaluatedDecides) {
+TEST_F(PolicyAttachments, OfQueuesThatDisagreeTheLastEvaluatedDecides) {
   const auto three = queue("Ethernet1", unicast3);
   const auto four = queue("Ethernet1", unicast4);
   name("Ethernet1", unicast3, "sp-gold");
@@ -361,7 +361,7 @@ TEST(AttachmentsStart, OfQueuesThatDisagreeAtStartTheLastOfTheWalkDecides) {
   EXPECT_TRUE(gold && none) << "both must have come about";
 }
 
-TEST_F(Attachments, OneInterfaceIsNoAffairOfAnother) {
+TEST_F(PolicyAttachments, OneInterfaceIsNoAffairOfAnother) {
   queue("Ethernet1", unicast3);
   queue("Ethernet2", unicast3);
   name("Ethernet1", unicast3, "sp-gold");
@@ -373,7 +373,7 @@ TEST_F(Attachments, OneInterfaceIsNoAffairOfAnother) {
 
 // ===== What goes
 
-TEST_F(Attachments, AQueueThatGoesLeavesTheAttachment) {
+TEST_F(PolicyAttachments, AQueueThatGoesLeavesTheAttachment) {
   queue("Ethernet1", unicast3);
   name("Ethernet1", unicast3, "sp-gold");
   removeQueue("Ethernet1", unicast3);
@@ -385,7 +385,7 @@ TEST_F(Attachments, AQueueThatGoesLeavesTheAttachment) {
       << "until another queue is evaluated";
 }
 
-TEST_F(Attachments, AnInterfaceThatGoesLeavesTheAttachmentAndLetsItsQueuesGo) {
+TEST_F(PolicyAttachments, AnInterfaceThatGoesLeavesTheAttachmentAndLetsItsQueuesGo) {
   const auto config = queue("Ethernet1", unicast3);
   queue("Ethernet1", unicast4);
   const auto intfConfig = intf("Ethernet1");
@@ -402,7 +402,7 @@ TEST_F(Attachments, AnInterfaceThatGoesLeavesTheAttachmentAndLetsItsQueuesGo) {
   EXPECT_EQ(attachments(), (AttachmentModel{{"Ethernet1", "sp-gold"}})) << "nobody listens";
 }
 
-TEST_F(Attachments, AnInterfaceThatComesBackIsBuiltAndEvaluatedAnew) {
+TEST_F(PolicyAttachments, AnInterfaceThatComesBackIsBuiltAndEvaluatedAnew) {
   queue("Ethernet1", unicast3);
   const auto intfConfig = intf("Ethernet1");
   remove("Ethernet1");
@@ -414,7 +414,7 @@ TEST_F(Attachments, AnInterfaceThatComesBackIsBuiltAndEvaluatedAnew) {
   EXPECT_EQ(attachments(), (AttachmentModel{{"Ethernet1", "sp-silver"}}));
 }
 
-TEST_F(Attachments, KeysWithoutAnEntryAndWithoutAMachineHaveNoEffect) {
+TEST_F(PolicyAttachments, KeysWithoutAnEntryAndWithoutAMachineHaveNoEffect) {
   earlierAttachment("Ethernet1", "sp-gold");
   intf("Ethernet1");
   machine("Ethernet1")->handleTxQueueConfig(unicast3);
@@ -423,7 +423,7 @@ TEST_F(Attachments, KeysWithoutAnEntryAndWithoutAMachineHaveNoEffect) {
   EXPECT_EQ(root->intfSm().members(), 1u);
 }
 
-TEST_F(Attachments, PrepareToDieOfAnInterfaceEmptiesItsCollectionAndTouchesNoOutput) {
+TEST_F(PolicyAttachments, PrepareToDieOfAnInterfaceEmptiesItsCollectionAndTouchesNoOutput) {
   queue("Ethernet1", unicast3);
   queue("Ethernet1", unicast4);
   name("Ethernet1", unicast4, "sp-gold");
@@ -436,7 +436,7 @@ TEST_F(Attachments, PrepareToDieOfAnInterfaceEmptiesItsCollectionAndTouchesNoOut
 
 // ===== Whom a comment and a queue name reach
 
-TEST_F(Attachments, AQueueNameReachesBothTypesOfItsIdOnEveryInterface) {
+TEST_F(PolicyAttachments, AQueueNameReachesBothTypesOfItsIdOnEveryInterface) {
   for (const char* name : {"Ethernet1", "Ethernet2"}) {
     queue(name, unicast3);
     queue(name, multicast3);
@@ -457,7 +457,7 @@ TEST_F(Attachments, AQueueNameReachesBothTypesOfItsIdOnEveryInterface) {
 }
 
 // A walk over the tree doesn't find them, so neither a comment nor a queue name may.
-TEST_F(Attachments, MachinesOutsideTheTreeHearNeitherCommentsNorQueueNames) {
+TEST_F(PolicyAttachments, MachinesOutsideTheTreeHearNeitherCommentsNorQueueNames) {
   queue("Ethernet1", unicast3);
   const auto removed = machine("Ethernet1", unicast3);
   removeQueue("Ethernet1", unicast3);
@@ -471,7 +471,7 @@ TEST_F(Attachments, MachinesOutsideTheTreeHearNeitherCommentsNorQueueNames) {
   EXPECT_EQ(attachments(), (AttachmentModel{{"Ethernet1", "sp-gold"}})) << "its own input counts";
 }
 
-TEST_F(Attachments, AMachineOfAnInterfaceThatWasReplacedHearsNothing) {
+TEST_F(PolicyAttachments, AMachineOfAnInterfaceThatWasReplacedHearsNothing) {
   queue("Ethernet1", unicast3);
   const auto removed = machine("Ethernet1", unicast3);
   remove("Ethernet1");
@@ -481,7 +481,7 @@ TEST_F(Attachments, AMachineOfAnInterfaceThatWasReplacedHearsNothing) {
   EXPECT_EQ(attachments(), AttachmentModel{});
 }
 
-TEST_F(Attachments, AMachineWhosePlaceWasTakenHearsNothing) {
+TEST_F(PolicyAttachments, AMachineWhosePlaceWasTakenHearsNothing) {
   queue("Ethernet1", unicast3);
   const auto removed = machine("Ethernet1", unicast3);
   removeQueue("Ethernet1", unicast3);
@@ -491,7 +491,7 @@ TEST_F(Attachments, AMachineWhosePlaceWasTakenHearsNothing) {
   EXPECT_THAT(trace.linesWith("No Scheduler Policy"), testing::SizeIs(1));
 }
 
-TEST_F(Attachments, AMachineThatOutlivesTheRootDoesNoHarm) {
+TEST_F(PolicyAttachments, AMachineThatOutlivesTheRootDoesNoHarm) {
   queue("Ethernet1", unicast3);
   const auto outliving = machine("Ethernet1", unicast3);
   restart();
@@ -500,7 +500,7 @@ TEST_F(Attachments, AMachineThatOutlivesTheRootDoesNoHarm) {
 }
 
 // Where detail is traced, the keys of all queues are computed for it. That may change nothing.
-TEST_F(Attachments, TracingChangesNothing) {
+TEST_F(PolicyAttachments, TracingChangesNothing) {
   for (const bool traced : {false, true}) {
     std::mt19937 random(11);
     SchedulerDevice device;
@@ -539,14 +539,14 @@ TEST_F(Attachments, TracingChangesNothing) {
 
 // ===== Life
 
-TEST_F(Attachments, TheFactoryReturnsAnActiveTree) {
+TEST_F(PolicyAttachments, TheFactoryReturnsAnActiveTree) {
   queue("Ethernet1", unicast3);
   EXPECT_TRUE(root->hasNotificationActive());
   EXPECT_TRUE(machine("Ethernet1")->hasNotificationActive());
   EXPECT_TRUE(machine("Ethernet1", unicast3)->hasNotificationActive());
 }
 
-TEST_F(Attachments, SwitchingTheRootOffSilencesTheTreeAndOnWakesIt) {
+TEST_F(PolicyAttachments, SwitchingTheRootOffSilencesTheTreeAndOnWakesIt) {
   const auto config = queue("Ethernet1", unicast3);
   root->hasNotificationActiveIs(false);
   name("Ethernet1", unicast3, "sp-gold");
@@ -562,7 +562,7 @@ TEST_F(Attachments, SwitchingTheRootOffSilencesTheTreeAndOnWakesIt) {
   EXPECT_EQ(attachments(), (AttachmentModel{{"Ethernet1", "sp-gold"}}));
 }
 
-TEST_F(Attachments, ZombiesHearNothing) {
+TEST_F(PolicyAttachments, ZombiesHearNothing) {
   const auto config = queue("Ethernet1", unicast3);
   machine("Ethernet1", unicast3)->rokDoZombieReactors(true);
   machine("Ethernet1")->rokDoZombieReactors(true);
@@ -577,7 +577,7 @@ TEST_F(Attachments, ZombiesHearNothing) {
   EXPECT_EQ(attachments(), AttachmentModel{});
 }
 
-TEST_F(Attachments, TheInputsReadBack) {
+TEST_F(PolicyAttachments, TheInputsReadBack) {
   const auto config = queue("Ethernet1", unicast3);
   const auto intfSm = machine("Ethernet1");
   const auto txQueueSm = machine("Ethernet1", unicast3);
@@ -595,7 +595,7 @@ TEST_F(Attachments, TheInputsReadBack) {
   EXPECT_EQ(txQueueSm->commentKey(), "if-Et1-uc-txq-3");
 }
 
-TEST_F(Attachments, WithoutAConfigATxQueueIsTheDefaultOneAndReadsItsComment) {
+TEST_F(PolicyAttachments, WithoutAConfigATxQueueIsTheDefaultOneAndReadsItsComment) {
   intf("Ethernet1");
   cli->commentIs("if-Et1-uc-txq-16", naming("sp-gold"));
   const auto sm = schedulerPolicyTxQueueSmFactory(machine("Ethernet1").get(), id("Ethernet1"),
@@ -605,7 +605,7 @@ TEST_F(Attachments, WithoutAConfigATxQueueIsTheDefaultOneAndReadsItsComment) {
   EXPECT_EQ(attachments(), (AttachmentModel{{"Ethernet1", "sp-gold"}}));
 }
 
-TEST_F(Attachments, TheFactoryOfAnInterfaceBuildsItsQueues) {
+TEST_F(PolicyAttachments, TheFactoryOfAnInterfaceBuildsItsQueues) {
   const auto made = Rok::make<Qos::IntfConfig>(id("Ethernet1"));
   made->txQueueConfigIs(unicast3, Rok::make<Qos::TxQueueConfig>(unicast3));
   name("Ethernet1", unicast3, "sp-gold");
@@ -615,7 +615,7 @@ TEST_F(Attachments, TheFactoryOfAnInterfaceBuildsItsQueues) {
   EXPECT_EQ(attachments(), (AttachmentModel{{"Ethernet1", "sp-gold"}}));
 }
 
-TEST_F(Attachments, TheMutatorsOfTheCollectionsReleaseChildrenAndLeaveTheOutput) {
+TEST_F(PolicyAttachments, TheMutatorsOfTheCollectionsReleaseChildrenAndLeaveTheOutput) {
   for (const char* name : {"Ethernet1", "Ethernet2", "Ethernet3"}) {
     queue(name, unicast3);
     queue(name, unicast4);
@@ -637,7 +637,7 @@ TEST_F(Attachments, TheMutatorsOfTheCollectionsReleaseChildrenAndLeaveTheOutput)
   EXPECT_EQ(attachments(), before);
 }
 
-TEST_F(Attachments, TheMutatorsOfTheMapReplaceAndDelete) {
+TEST_F(PolicyAttachments, TheMutatorsOfTheMapReplaceAndDelete) {
   root->interfaceToSchedulerPolicyMapIs(id("Ethernet1"), "a");
   root->interfaceToSchedulerPolicyMapIs(id("Ethernet1"), "b");
   root->interfaceToSchedulerPolicyMapIs(id("Ethernet2"), "c");
@@ -652,7 +652,7 @@ TEST_F(Attachments, TheMutatorsOfTheMapReplaceAndDelete) {
 
 // ===== Refusals
 
-TEST_F(Attachments, TheSameInterfaceGivesTheSameChildAndEveryOtherIsRefused) {
+TEST_F(PolicyAttachments, TheSameInterfaceGivesTheSameChildAndEveryOtherIsRefused) {
   const auto config = intf("Ethernet1");
   const auto other = Rok::make<Qos::IntfConfig>(id("Ethernet1"));
   const auto otherPolicies = Rok::make<Config::SchedulerPoliciesDir>();
@@ -676,7 +676,7 @@ TEST_F(Attachments, TheSameInterfaceGivesTheSameChildAndEveryOtherIsRefused) {
   EXPECT_EQ(root->intfSm().members(), 1u);
 }
 
-TEST_F(Attachments, TheSameTxQueueGivesTheSameChildAndEveryOtherIsRefused) {
+TEST_F(PolicyAttachments, TheSameTxQueueGivesTheSameChildAndEveryOtherIsRefused) {
   const auto config = queue("Ethernet1", unicast3);
   const auto other = Rok::make<Qos::TxQueueConfig>(unicast3);
   const auto sm = machine("Ethernet1");
@@ -713,7 +713,7 @@ constexpr auto queueInitialized =
 constexpr auto queueSettings =
     "2 void QosOc::SchedulerPolicyTxQueueSm::handlePriorityBandwidthShapeConfig() (  ) ";
 
-TEST_F(Attachments, AnInterfaceThatComesTracesItsWayDownToItsQueues) {
+TEST_F(PolicyAttachments, AnInterfaceThatComesTracesItsWayDownToItsQueues) {
   const auto made = Rok::make<Qos::IntfConfig>(id("Ethernet1"));
   made->txQueueConfigIs(unicast3, Rok::make<Qos::TxQueueConfig>(unicast3));
   name("Ethernet1", unicast3, "sp-gold");
@@ -736,7 +736,7 @@ TEST_F(Attachments, AnInterfaceThatComesTracesItsWayDownToItsQueues) {
   EXPECT_THAT(trace.handles(), testing::Each("OpenConfigQos"));
 }
 
-TEST_F(Attachments, AnAttachmentOverAnotherTracesNothingOfItsOwn) {
+TEST_F(PolicyAttachments, AnAttachmentOverAnotherTracesNothingOfItsOwn) {
   const auto config = queue("Ethernet1", unicast3);
   name("Ethernet1", unicast3, "sp-gold");
   TraceCapture trace({2});
@@ -744,7 +744,7 @@ TEST_F(Attachments, AnAttachmentOverAnotherTracesNothingOfItsOwn) {
   EXPECT_THAT(schedulerLines(trace), ElementsAre(queueSettings));
 }
 
-TEST_F(Attachments, AnInterfaceWithoutAnOutputTracesOnlyTheOutput) {
+TEST_F(PolicyAttachments, AnInterfaceWithoutAnOutputTracesOnlyTheOutput) {
   interfaces->interfaceIs("Ethernet1");
   queue("Ethernet1", unicast3);
   TraceCapture trace({2});
@@ -754,7 +754,7 @@ TEST_F(Attachments, AnInterfaceWithoutAnOutputTracesOnlyTheOutput) {
                           "2 creating interface output for intf: Ethernet1"));
 }
 
-TEST_F(Attachments, AQueueWithoutAPolicyTracesThatAndTheClearing) {
+TEST_F(PolicyAttachments, AQueueWithoutAPolicyTracesThatAndTheClearing) {
   const std::string noPolicy =
       "2 udpateIntfSchedulerPolicies No Scheduler Policy comment for intf: Ethernet1 TxQueueId: "
       "unicast-3";
@@ -775,7 +775,7 @@ TEST_F(Attachments, AQueueWithoutAPolicyTracesThatAndTheClearing) {
                           "attachment: Ethernet1"));
 }
 
-TEST_F(Attachments, WhatGoesTracesItsPrepareToDieAndNothingElse) {
+TEST_F(PolicyAttachments, WhatGoesTracesItsPrepareToDieAndNothingElse) {
   queue("Ethernet1", unicast3);
   queue("Ethernet1", unicast4);
   TraceCapture trace({0, 1, 2, 3, 4, 5, 6, 7, 8, 9});
@@ -797,7 +797,7 @@ TEST_F(Attachments, WhatGoesTracesItsPrepareToDieAndNothingElse) {
 }
 
 // The keys of all queues are computed to find those of a comment, as the trace tells.
-TEST_F(Attachments, ACommentTracesTheKeyOfEveryQueueAndOfEveryProfileAtLevelNine) {
+TEST_F(PolicyAttachments, ACommentTracesTheKeyOfEveryQueueAndOfEveryProfileAtLevelNine) {
   queue("Ethernet1", unicast3);
   queue("Ethernet2", unicast4);
   name("Ethernet2", unicast4, "sp-gold");

@@ -3,7 +3,7 @@
 # when a translator's workings leak out of it, or when it needs more than the standard library.
 set -euo pipefail
 library=$1
-exports=$(nm -DC --defined-only "$library")
+exports=$(nm -DC --defined-only "$library" | sed 's/\[abi:cxx11\]//')
 failed=0
 
 complain() {
