@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 #
-# Shows in one screen what the program is for: a native configuration, the OpenConfig model that it
-# becomes, one change on the native side, and what that change did to the model.
+# Shows what the program is for: a small native configuration, the OpenConfig model that it becomes,
+# and what a change on the native side does to the model. Then a day in the life of a whole router.
 #
 # usage: demo.sh PATH_TO_QOSOC
 
@@ -11,7 +11,7 @@ set -euo pipefail
   exit 2
 }
 qosoc=$(realpath -- "$1")
-cd -P -- "$(dirname -- "${BASH_SOURCE[0]}")/one-classifier"
+cd -P -- "$(dirname -- "${BASH_SOURCE[0]}")"
 
 title='' cut='' added='' removed='' plain=''
 if [[ -t 1 && -z ${NO_COLOR-} ]]; then
@@ -23,9 +23,10 @@ heading() { printf '%s%s%s\n' "$title" "$1" "$plain"; }
 # difference BEFORE AFTER: the lines that changed, with a little of what is round them.
 difference() {
   local line
-  diff -U3 <(printf '%s\n' "$1") <(printf '%s\n' "$2") | tail -n +4 |
+  diff -U"${3-3}" <(printf '%s\n' "$1") <(printf '%s\n' "$2") | tail -n +4 |
     while IFS= read -r line; do
       case $line in
+        @@*) printf '%s   ...%s\n' "$cut" "$plain" ;;
         +*) printf '%s%s%s\n' "$added" "$line" "$plain" ;;
         -*) printf '%s%s%s\n' "$removed" "$line" "$plain" ;;
         *) printf '%s%s%s\n' "$cut" "$line" "$plain" ;;
@@ -33,6 +34,9 @@ difference() {
     done || true # diff tells by its exit code that there is a difference
 }
 
+# ===== One classifier
+
+cd one-classifier
 before=$("$qosoc" translate 01-native.json)
 after=$("$qosoc" translate 01-native.json --changes 02-change.jsonl)
 
@@ -44,3 +48,25 @@ heading 'A change: the router gets one more class map.'
 cat 02-change.jsonl
 heading '$ qosoc translate 01-native.json --changes 02-change.jsonl      what it did to the model'
 difference "$before" "$after"
+
+# ===== A day of the edge router
+
+cd ../edge-router
+printf '\n'
+heading "A day of a whole router (examples/edge-router), and what each change of it does to the model"
+before=$("$qosoc" translate 01-native.json)
+messages=$(mktemp)
+trap 'rm -f "$messages"' EXIT
+number=0 so_far=
+while IFS= read -r change && IFS= read -r story <&3; do
+  number=$((number + 1))
+  so_far+=$change$'\n'
+  [[ -n $change ]] || continue # a blank line counts, and that is all
+  printf '\n'
+  heading "$number. $story"
+  # A refused line and an exception make the program's exit code 1, and are reported.
+  after=$("$qosoc" translate 01-native.json --changes - <<<"$so_far" 2>"$messages") || true
+  grep "^line $number:" "$messages" || true
+  difference "$before" "$after" 1
+  before=$after
+done <02-change.jsonl 3<story.txt

@@ -150,10 +150,6 @@ Schema Schema::record(std::vector<Member> members) {
   return schema;
 }
 
-Schema Schema::unavailable(std::string reason) {
-  return Schema(Kind::unavailable, std::move(reason));
-}
-
 Schema Schema::orNull() const {
   Schema schema = *this;
   schema.mayBeNull_ = true;

@@ -41,7 +41,7 @@ struct Key {
 
 class Schema {
  public:
-  enum class Kind { scalar, set, list, keyed, record, unavailable };
+  enum class Kind { scalar, set, list, keyed, record };
   struct Member;
 
   // A whole number from 0 to `max`.
@@ -65,8 +65,6 @@ class Schema {
                       const Value& initial);
   // Requires: at most 64 members.
   static Schema record(std::vector<Member> members);
-  // Stands where nothing can be read yet, and says why.
-  static Schema unavailable(std::string reason);
   // The same or null.
   Schema orNull() const;
   // The same, as one native object: a write of it puts another one in its place at one go, and
@@ -77,7 +75,7 @@ class Schema {
   bool mayBeNull() const { return mayBeNull_; }
   bool isWhole() const { return isWhole_; }
   bool isObject() const { return kind_ == Kind::keyed || kind_ == Kind::record; }
-  // What a message says that it expected here; the reason for `unavailable`.
+  // What a message says that it expected here.
   const std::string& expected() const { return expected_; }
 
   // The canonical form of a scalar; nothing for a value that can't stand here.

@@ -81,11 +81,8 @@ bool SchemaReader::Key(const char* text, unsigned size, bool /*copy*/) {
   const std::string_view key(text, size);
   if (!isUtf8(key)) return refuse("this key is not valid Unicode: " + quoted(key));
   frames_.back().atMember = true;
-  const bool fits = frames_.back().schema->kind() == Schema::Kind::keyed ? keyOfCollection(key)
-                                                                         : keyOfRecord(key);
-  if (!fits) return false;
-  const Schema& next = *frames_.back().next;
-  return next.kind() != Schema::Kind::unavailable || refuse(next.expected());
+  return frames_.back().schema->kind() == Schema::Kind::keyed ? keyOfCollection(key)
+                                                              : keyOfRecord(key);
 }
 
 bool SchemaReader::EndObject(unsigned /*members*/) {

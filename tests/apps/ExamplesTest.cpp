@@ -129,6 +129,16 @@ TEST(Demo, ShowsTheChangeWithoutColoursWhenNobodyWatches) {
   EXPECT_EQ(run.out.find('\x1b'), std::string::npos);
 }
 
+TEST(Demo, TellsTheDayOfTheRouterWithWhatWasReported) {
+  const HostRun run = hostRun({"bash", std::string(paths::examples) + "/demo.sh", paths::qosoc});
+  EXPECT_NE(run.out.find("\n4. A term is added"), std::string::npos);
+  EXPECT_NE(run.out.find("\nline 4: refused: "), std::string::npos);
+  EXPECT_NE(run.out.find("\nline 10: range: "), std::string::npos);
+  EXPECT_NE(run.out.find("\n14. The guests are withdrawn"), std::string::npos);
+  EXPECT_NE(run.out.find("+                    \"queue-management-profile\": \"ecn-video\"\n"),
+            std::string::npos);
+}
+
 INSTANTIATE_TEST_SUITE_P(Examples, Example, testing::ValuesIn(scenarios()),
                          [](const testing::TestParamInfo<std::string>& scenario) {
                            std::string name = scenario.param;

@@ -22,7 +22,6 @@ Schema sample() {
       {"list", Schema::list(Schema::number(5))},
       {"maybe", Schema::number(5).orNull()},
       {"rooms", Schema::keyed(Key::named("a colour", colours), Schema::number(9), {"1"})},
-      {"later", Schema::unavailable("not there yet")},
       {"seven", Schema::exactly(Schema::number(9), Value(std::uint64_t{7}), "7")},
   });
 }
@@ -111,9 +110,8 @@ TEST(SchemaReader, RefusesTheSameTwice) {
   EXPECT_EQ(faultOf(R"({"text": "a", "text": "a"})"), "/text: the same member twice");
 }
 
-TEST(SchemaReader, RefusesUnknownMembersAndThoseThatAreNotThereYet) {
+TEST(SchemaReader, RefusesUnknownMembers) {
   EXPECT_EQ(faultOf(R"({"a/b": 1})"), "/a~1b: unknown member");
-  EXPECT_EQ(faultOf(R"({"later": 1})"), "/later: not there yet");
 }
 
 TEST(SchemaReader, FillsTheSlotsThatAreLeftOut) {
