@@ -101,6 +101,16 @@ void traceCall(const char* name, const Args&... args) {
   }
 }
 
+}  // namespace
+
+void Helper::traceCommentKey(const Nerit::IntfId& intfId, const Qos::TxQueue& txQueue) {
+  traceCall("commentKey", intfId, txQueue);
+}
+
+bool Helper::keysAreTraced() { return traceHandle.isOn(detail); }
+
+namespace {
+
 // ===== Lines
 
 // Calls `act` with each line, without its separator. A last line without one counts, an empty text
@@ -143,7 +153,7 @@ Rok::Ptr<CommentHelper> CommentHelper::CommentHelperIs() {
 }
 
 Velmo::String CommentHelper::commentKey(Nerit::IntfId intfId, const Qos::TxQueue& txQueue) {
-  traceCall("commentKey", intfId, txQueue);
+  Helper::traceCommentKey(intfId, txQueue);
   return Helper::commentKey(intfId, txQueue);
 }
 

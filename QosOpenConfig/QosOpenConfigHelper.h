@@ -29,6 +29,10 @@ std::string_view nameInProfileName(std::string_view profileName, std::string_vie
 
 // CommentHelper::commentKey without its trace, for who computes a key once and keeps it.
 Velmo::String commentKey(const Nerit::IntfId& intfId, const Qos::TxQueue& txQueue);
+// What CommentHelper::commentKey traces. Who keeps a key tells of it as if it were computed anew.
+void traceCommentKey(const Nerit::IntfId& intfId, const Qos::TxQueue& txQueue);
+// Whether CommentHelper traces the keys that it computes.
+bool keysAreTraced();
 // The other way round from CommentHelper::profileCommentKey: the name of the one profile whose key
 // it is, or nothing when it is no profile's. The result points into `key`.
 std::optional<std::string_view> profileNameFromCommentKey(std::string_view key);

@@ -113,7 +113,7 @@ IntfSm::IntfSm(const Rok::Ptr<Config::QueuesDir>& queuesDir,
       intfConfig_(*this, intfConfig),
       cliConfig_(cliConfig),
       txQueueSm_(*this) {
-  handleInitialized();
+  if (intfConfig_) handleInitialized();
 }
 
 Nerit::IntfId IntfSm::intfId() const {

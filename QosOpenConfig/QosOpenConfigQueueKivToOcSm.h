@@ -102,7 +102,6 @@ class IntfSm final : public Rok::StateMachine<IntfSm> {
       Rok::KeyFunktor<&TxQueueSm::txQueueConfig, &Qos::TxQueueConfig::txQueue>;
   using TxQueueSms = Rok::Children<TxQueueSm, 0x2de92c6fu, TxQueueSmKeyFunktor>;
 
-  // Requires: intfConfig.
   static Rok::Ptr<IntfSm> IntfSmIs(const Rok::Ptr<Config::QueuesDir>& queuesDir,
                                    const Rok::Ptr<Qos::IntfConfig const>& intfConfig,
                                    const Rok::Ptr<Cli::Config const>& cliConfig);

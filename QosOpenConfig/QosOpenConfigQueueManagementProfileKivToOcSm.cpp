@@ -7,11 +7,7 @@ namespace {
 // Unlike the other units' this handle has a name of its own.
 constinit Rok::TraceHandle traceHandle("OpenConfigQosQueueManagementProfileKivToOcSm", false);
 
-// The comment helper's, to ask whether it tells of keys.
-constinit Rok::TraceHandle keyTraceHandle("OpenConfigQos", false);
-
 constexpr Rok::TraceFacility::FacilityLevel handler = 2;
-constexpr Rok::TraceFacility::FacilityLevel detail = 9;
 
 }  // namespace
 
@@ -91,8 +87,6 @@ QueueManagementProfileKivToOcSm::QueueManagementProfileKivToOcSm(
       qosProfileConfigDir_(*this, qosProfileConfigDir),
       queueManagementProfilesDir_(queueManagementProfilesDir),
       interfacesDir_(interfacesDir),
-      byCommentKey_(Rok::make<ByCommentKey>()),
-      byTxQueueId_(Rok::make<ByTxQueueId>()),
       intfSm_(*this),
       qosProfileSm_(*this),
       rok_CliConfig_QueueNameToTxQueueIdMapIn_(*this) {
@@ -121,26 +115,16 @@ void QueueManagementProfileKivToOcSm::handleComment(const Velmo::String& key) {
          << "handleComment"
          << " key: " << key;
   }
-  if (!CommentHelper::queueManagementProfileInfoFromComment(cli_->comment(key))) {
+  const Velmo::String text = cli_->comment(key);
+  if (!CommentHelper::queueManagementProfileInfoFromComment(text)) {
     if (Rok::TraceHelper line{traceHandle, handler}) {
       line.of(*this) << "comment not related to QueueManagementProfile";
     }
     return;
   }
-  updateTxQueuesOfComment(key);
-}
-
-// Several may have one key: interfaces may share a short name. A walk over all computes the key of
-// each and traces that, so that trace wants a walk.
-void QueueManagementProfileKivToOcSm::updateTxQueuesOfComment(const Velmo::String& key) {
-  if (!keyTraceHandle.isOn(detail)) return updateTxQueues(*byCommentKey_, key);
-  for (auto i = intfSm_.iterator(); i; ++i) {
-    const auto intf = intfSm_.child(i.key());
-    for (auto q = intf->txQueueSm().iterator(); q; ++q) {
-      if (CommentHelper::commentKey(i.key(), q.key()) != key) continue;
-      updateIntfQueueManagementProfile(i.key(), q.key(), cli_->comment(key));
-    }
-  }
+  txQueues_.eachOfComment(intfSm_, key, [&](const QueueManagementProfileTxQueueSm& queue) {
+    updateIntfQueueManagementProfile(queue.intfId(), queue.txQueue(), text);
+  });
 }
 
 // A name that moves stays with its old id as well. Deliberate: until the old id gets a name of its
@@ -154,7 +138,9 @@ void QueueManagementProfileKivToOcSm::handleQueueNameToTxQueue(const Velmo::Stri
   if (found == nullptr || *found == Qos::noTxQueue) return forgetQueueName(name);
   const Qos::TxQueueId id = *found;
   txQueueIdToQueueNameMapIs(id, name);
-  updateTxQueues(*byTxQueueId_, id);
+  txQueues_.eachOfId(intfSm_, id, [this](const QueueManagementProfileTxQueueSm& queue) {
+    updateIntfQueueManagementProfile(queue.intfId(), queue.txQueue(), queue.comment());
+  });
 }
 
 void QueueManagementProfileKivToOcSm::
@@ -170,22 +156,6 @@ void QueueManagementProfileKivToOcSm::forgetQueueName(const Velmo::String& name)
     const Qos::TxQueueId id = i.key();
     return txQueueIdToQueueNameMapDel(id);
   }
-}
-
-// A machine outside the collections, released or made by a factory of its own, is in the index but
-// not the root's affair.
-bool QueueManagementProfileKivToOcSm::isMirrored(
-    const QueueManagementProfileTxQueueSm& txQueueSm) const {
-  const auto intf = intfSm_.child(txQueueSm.intfId());
-  return intf && intf->txQueueSm().child(txQueueSm.txQueue()).get() == &txQueueSm;
-}
-
-template <class Index, class Key>
-void QueueManagementProfileKivToOcSm::updateTxQueues(const Index& index, const Key& key) {
-  index.each(key, [this](const QueueManagementProfileTxQueueSm& found) {
-    if (!isMirrored(found)) return;
-    updateIntfQueueManagementProfile(found.intfId(), found.txQueue(), found.comment());
-  });
 }
 
 // The name is all that a tx queue's entry goes by: the unicast and the multicast queue of one id
@@ -488,9 +458,7 @@ QueueManagementProfileTxQueueSm::QueueManagementProfileTxQueueSm(
       intfId_(intfId),
       interfacesDir_(interfacesDir),
       txQueueConfig_(*this, txQueueConfig),
-      commentKey_(Helper::commentKey(intfId, txQueue())),
-      byCommentKey_(root().txQueuesByCommentKey(), commentKey_, *this),
-      byTxQueueId_(root().txQueuesByTxQueueId(), txQueue().id, *this) {
+      entry_(root().txQueues(), intfId, txQueue(), *this) {
   handleInitialized();
 }
 
@@ -502,10 +470,9 @@ QueueManagementProfileKivToOcSm& QueueManagementProfileTxQueueSm::root() const {
   return *intfSm_->queueManagementProfileKivToOcSm();
 }
 
-// The computing of the key is traced as if it were done each time.
 Velmo::String QueueManagementProfileTxQueueSm::comment() const {
-  if (keyTraceHandle.isOn(detail)) CommentHelper::commentKey(intfId_, txQueue());
-  return root().cli()->comment(commentKey_);
+  Helper::traceCommentKey(intfId_, txQueue());
+  return root().cli()->comment(commentKey());
 }
 
 void QueueManagementProfileTxQueueSm::handleEcnWredConfig() {

@@ -7,9 +7,11 @@
 // else: the settings of that tx queue are not read.
 //
 // What wakes what:
-//   config of Qos::QosProfileConfigDir QueueManagementProfileKivToOcSm::handleProfileConfig(name)
-//   qosProfile of Qos::QosProfileConfig QueueManagementProfileQosProfileSm::handleProfileConfig(),
-//                                              and re-points that machine's chained input
+//   config of Qos::QosProfileConfigDir     QueueManagementProfileKivToOcSm::
+//                                              handleProfileConfig(name)
+//   qosProfile of Qos::QosProfileConfig    QueueManagementProfileQosProfileSm::
+//                                              handleProfileConfig(), and re-points that
+//                                              machine's chained input
 //   txQueueConfig of Qos::QosProfile       QueueManagementProfileQosProfileSm::
 //                                              handleTxQueueConfig(tx queue)
 //   ecnConfig, wredConfig of a profile's   QueueManagementProfileQosProfileTxQueueSm::
@@ -28,7 +30,7 @@
 //                                              handleQueueNameToTxQueue(name)
 #pragma once
 
-#include "Rok/Index.h"
+#include "QosOpenConfig/QosOpenConfigHelperTxQueues.h"
 #include "Rok/Rok.h"
 #include "models/native/Cli.h"
 #include "models/native/QosInput.h"
@@ -212,8 +214,7 @@ class QueueManagementProfileTxQueueSm final
                       Rok::Argument{"txQueueConfig", &Self::txQueueConfig}};
   }
   // How the root finds the tx queues that an event is about.
-  using ByCommentKey = Rok::Index<Velmo::String, Self, 0xc1bdceeeu>;
-  using ByTxQueueId = Rok::Index<Qos::TxQueueId, Self, 0xf57c0fafu>;
+  using TxQueues = Helper::TxQueues<Self, 0xc1bdceeeu, 0xf57c0fafu>;
 
   // Requires: intfSm, which outlives the machine.
   static Rok::Ptr<QueueManagementProfileTxQueueSm> QueueManagementProfileTxQueueSmIs(
@@ -227,7 +228,7 @@ class QueueManagementProfileTxQueueSm final
   Rok::Ptr<Qos::TxQueueConfig const> txQueueConfig() const { return txQueueConfig_.ptr(); }
   // No tx queue without a config.
   Qos::TxQueue txQueue() const;
-  const Velmo::String& commentKey() const { return commentKey_; }
+  const Velmo::String& commentKey() const { return entry_.commentKey(); }
   // The comment's text; empty without a comment.
   Velmo::String comment() const;
 
@@ -254,9 +255,7 @@ class QueueManagementProfileTxQueueSm final
   Nerit::IntfId intfId_;
   Rok::Ptr<Config::InterfacesDir> interfacesDir_;
   RokTxQueueConfig txQueueConfig_;
-  Velmo::String commentKey_;
-  ByCommentKey::Entry byCommentKey_;
-  ByTxQueueId::Entry byTxQueueId_;
+  TxQueues::Entry entry_;
 };
 
 // One interface: mirrors its tx queues.
@@ -348,8 +347,7 @@ class QueueManagementProfileKivToOcSm final
   using QosProfileSmKeyFunktor =
       Rok::KeyFunktor<&QosProfileSm::qosProfileConfig, &Qos::QosProfileConfig::name>;
   using QosProfileSms = Rok::Children<QosProfileSm, 0x242070dbu, QosProfileSmKeyFunktor>;
-  using ByCommentKey = QueueManagementProfileTxQueueSm::ByCommentKey;
-  using ByTxQueueId = QueueManagementProfileTxQueueSm::ByTxQueueId;
+  using TxQueues = QueueManagementProfileTxQueueSm::TxQueues;
 
   // Requires: all arguments, and cliConfig with its map of queue names.
   // Throws: as handleProfileConfig; what was written before stays.
@@ -411,9 +409,8 @@ class QueueManagementProfileKivToOcSm final
     rok_CliConfig_QueueNameToTxQueueIdMapIn_.inputDel();
   }
 
-  // Every tx queue's machine enters both.
-  const Rok::Ptr<ByCommentKey>& txQueuesByCommentKey() const { return byCommentKey_; }
-  const Rok::Ptr<ByTxQueueId>& txQueuesByTxQueueId() const { return byTxQueueId_; }
+  // The tx queues of all interfaces, where they enter themselves.
+  const TxQueues& txQueues() const { return txQueues_; }
 
   // An interface came or went.
   void handleIntfConfig(const Nerit::IntfId& intfId);
@@ -424,8 +421,7 @@ class QueueManagementProfileKivToOcSm final
   void handleQueueNameToTxQueue(const Velmo::String& name);
   void rok_handleCliConfig_queueNameToTxQueueIdMap_queueNameToTxQueueId(const Qos::QueueName& key);
   // Writes the attachment that the text of a tx queue's comment names, if it names one and the tx
-  // queue's id has a name. Whether there is such a profile doesn't matter. Requires: the native
-  // side has the interface.
+  // queue's id has a name. Whether there is such a profile doesn't matter.
   void updateIntfQueueManagementProfile(const Nerit::IntfId& intfId, const Qos::TxQueue& txQueue,
                                         const Velmo::String& comment);
   // Writes the record of a profile, known by its native name, from the settings of a tx queue of
@@ -468,10 +464,6 @@ class QueueManagementProfileKivToOcSm final
   void mirrorProfiles();
   void sweepStaleProfiles();
   void forgetQueueName(const Velmo::String& name);
-  bool isMirrored(const QueueManagementProfileTxQueueSm& txQueueSm) const;
-  void updateTxQueuesOfComment(const Velmo::String& key);
-  template <class Index, class Key>
-  void updateTxQueues(const Index& index, const Key& key);
 
   RokCliConfig cliConfig_;
   RokCli cli_;
@@ -480,8 +472,7 @@ class QueueManagementProfileKivToOcSm final
   Rok::Ptr<Config::InterfacesDir> interfacesDir_;
   QueueNames queueNames_;
   // So that a comment and a queue name find their tx queues without a walk over all of the device.
-  Rok::Ptr<ByCommentKey> byCommentKey_;
-  Rok::Ptr<ByTxQueueId> byTxQueueId_;
+  TxQueues txQueues_;
   IntfSms intfSm_;
   QosProfileSms qosProfileSm_;
   RokRok_CliConfig_QueueNameToTxQueueIdMapIn rok_CliConfig_QueueNameToTxQueueIdMapIn_;

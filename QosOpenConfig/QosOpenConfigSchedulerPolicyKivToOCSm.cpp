@@ -9,7 +9,6 @@ namespace {
 constinit Rok::TraceHandle traceHandle("OpenConfigQos", false);
 
 constexpr Rok::TraceFacility::FacilityLevel handler = 2;
-constexpr Rok::TraceFacility::FacilityLevel detail = 9;
 
 }  // namespace
 
@@ -208,6 +207,12 @@ void SchedulerPolicyKivToOCSm::udpateIntfSchedulerPolicies(const Nerit::IntfId& 
   attachAsCommentSays(intfId, txQueue, CommentHelper::commentKey(intfId, txQueue));
 }
 
+// The same, with the key that the tx queue's machine keeps.
+void SchedulerPolicyKivToOCSm::evaluate(const SchedulerPolicyTxQueueSm& queue) {
+  Helper::traceCommentKey(queue.intfId(), queue.txQueue());
+  attachAsCommentSays(queue.intfId(), queue.txQueue(), queue.commentKey());
+}
+
 void SchedulerPolicyKivToOCSm::attachAsCommentSays(const Nerit::IntfId& intfId,
                                                    const Qos::TxQueue& txQueue,
                                                    const Velmo::String& commentKey) {
@@ -253,27 +258,6 @@ void SchedulerPolicyKivToOCSm::detach(const Nerit::IntfId& intfId) {
   interfaceToSchedulerPolicyMapDel(intfId);
 }
 
-// A tx queue of the tree, with the key that it has computed already. The computing is traced as if
-// it were done each time.
-void SchedulerPolicyKivToOCSm::evaluate(const SchedulerPolicyTxQueueSm& queue) {
-  if (traceHandle.isOn(detail)) CommentHelper::commentKey(queue.intfId(), queue.txQueue());
-  attachAsCommentSays(queue.intfId(), queue.txQueue(), queue.commentKey());
-}
-
-// What a walk over all interfaces and their tx queues would evaluate.
-template <class Index, class Key>
-void SchedulerPolicyKivToOCSm::evaluateEach(const Index& index, const Key& key) {
-  index.each(key, [this](const SchedulerPolicyTxQueueSm& queue) {
-    if (isInTree(queue)) evaluate(queue);
-  });
-}
-
-// A machine that somebody made for himself, or still holds, is in the index and not in the tree.
-bool SchedulerPolicyKivToOCSm::isInTree(const SchedulerPolicyTxQueueSm& queue) const {
-  const auto intf = intfSm_.child(queue.intfId());
-  return intf && intf->txQueueSm().child(queue.txQueue()).get() == &queue;
-}
-
 // ===== SchedulerPolicyKivToOCSm: events
 
 void SchedulerPolicyKivToOCSm::handleIntfConfig(const Nerit::IntfId& intfId) {
@@ -294,7 +278,8 @@ void SchedulerPolicyKivToOCSm::handleComment(const Velmo::String& key) {
   }
   updatePolicyOfComment(key);
   if (CommentHelper::schedulerPolicyInfoFromComment(cliConfig_->comment(key))) {
-    evaluateTxQueuesOfComment(key);
+    txQueues_.eachOfComment(intfSm_, key,
+                            [this](const SchedulerPolicyTxQueueSm& queue) { evaluate(queue); });
   } else if (Rok::TraceHelper line{traceHandle, handler}) {
     line.of(*this) << "comment not related to Interface attachment of Scheduler Policy";
   }
@@ -305,7 +290,7 @@ void SchedulerPolicyKivToOCSm::handleComment(const Velmo::String& key) {
 // be seen, the walk is made.
 void SchedulerPolicyKivToOCSm::updatePolicyOfComment(const Velmo::String& key) {
   const auto& profiles = qosProfileConfigDir_->config();
-  if (!traceHandle.isOn(detail)) {
+  if (!Helper::keysAreTraced()) {
     const auto name = Helper::profileNameFromCommentKey(key);
     if (!name) return;
     const Velmo::String profileName(*name);
@@ -314,18 +299,6 @@ void SchedulerPolicyKivToOCSm::updatePolicyOfComment(const Velmo::String& key) {
   }
   for (auto i = profiles.iterator(); i; ++i) {
     if (CommentHelper::profileCommentKey(i.key()) == key) udpateSchedulerPolicies(i.key());
-  }
-}
-
-// The same for the tx queues. Several may have one key: interfaces may share a short name.
-void SchedulerPolicyKivToOCSm::evaluateTxQueuesOfComment(const Velmo::String& key) {
-  if (!traceHandle.isOn(detail)) return evaluateEach(*byCommentKey_, key);
-  for (auto i = intfSm_.iterator(); i; ++i) {
-    const auto intf = intfSm_.child(i.key());
-    for (auto q = intf->txQueueSm().iterator(); q; ++q) {
-      if (CommentHelper::commentKey(i.key(), q.key()) != key) continue;
-      udpateIntfSchedulerPolicies(i.key(), q.key());
-    }
   }
 }
 
@@ -340,7 +313,10 @@ void SchedulerPolicyKivToOCSm::handleQueueNameToTxQueue(const Velmo::String& que
   const auto& names = qosCliConfig_->queueNameToTxQueueIdMap()->queueNameToTxQueueId();
   const Qos::TxQueueId* found = names.find(queueName);
   const Qos::TxQueueId id = found != nullptr ? *found : Qos::noTxQueue;
-  if (id != Qos::noTxQueue) return evaluateEach(*byTxQueueId_, id);
+  if (id != Qos::noTxQueue) {
+    return txQueues_.eachOfId(intfSm_, id,
+                              [this](const SchedulerPolicyTxQueueSm& queue) { evaluate(queue); });
+  }
   if (Rok::TraceHelper line{traceHandle, handler}) {
     line.of(*this) << "queue Name: " << queueName << " to id: " << id << " map deleted";
   }
@@ -402,7 +378,7 @@ SchedulerPolicyIntfSm::SchedulerPolicyIntfSm(
       interfacesDir_(interfacesDir),
       intfConfig_(*this, intfConfig),
       txQueueSm_(*this) {
-  handleInitialized();
+  if (intfConfig_) handleInitialized();
 }
 
 Nerit::IntfId SchedulerPolicyIntfSm::intfId() const {
@@ -448,9 +424,7 @@ SchedulerPolicyTxQueueSm::SchedulerPolicyTxQueueSm(
       schedulerPoliciesDir_(schedulerPoliciesDir),
       interfacesDir_(interfacesDir),
       txQueueConfig_(*this, txQueueConfig),
-      commentKey_(Helper::commentKey(intfId_, txQueue())),
-      byCommentKey_(root().txQueuesByCommentKey(), commentKey_, *this),
-      byTxQueueId_(root().txQueuesByTxQueueId(), txQueue().id, *this) {
+      entry_(root().txQueues(), intfId_, txQueue(), *this) {
   handleInitialized();
 }
 

@@ -22,6 +22,7 @@
 
 #include <cstdint>
 
+#include "QosOpenConfig/QosOpenConfigHelperTxQueues.h"
 #include "QosOpenConfig/QosOpenConfigTypes.h"
 #include "Rok/Rok.h"
 #include "models/native/Cli.h"
@@ -53,10 +54,10 @@ class SchedulerPolicyTxQueueSm final : public Rok::StateMachine<SchedulerPolicyT
         Rok::Argument{"interfacesDir", &SchedulerPolicyTxQueueSm::interfacesDir},
         Rok::Argument{"txQueueConfig", &SchedulerPolicyTxQueueSm::txQueueConfig}};
   }
-  using ByCommentKey = Rok::Index<Velmo::String, SchedulerPolicyTxQueueSm, 0x8a51407du>;
-  using ByTxQueueId = Rok::Index<Qos::TxQueueId, SchedulerPolicyTxQueueSm, 0x27d4eb2fu>;
+  // How the root finds the tx queues that an event is about.
+  using TxQueues = Helper::TxQueues<SchedulerPolicyTxQueueSm, 0x8a51407du, 0x27d4eb2fu>;
 
-  // Requires: schedulerPolicyIntfSm.
+  // Requires: schedulerPolicyIntfSm, which outlives the machine.
   static Rok::Ptr<SchedulerPolicyTxQueueSm> SchedulerPolicyTxQueueSmIs(
       SchedulerPolicyIntfSm* schedulerPolicyIntfSm, const Nerit::IntfId& intfId,
       const Rok::Ptr<Config::SchedulerPoliciesDir>& schedulerPoliciesDir,
@@ -74,7 +75,7 @@ class SchedulerPolicyTxQueueSm final : public Rok::StateMachine<SchedulerPolicyT
   // The default tx queue without a config.
   Qos::TxQueue txQueue() const;
   // The key of the comment of this tx queue.
-  const Velmo::String& commentKey() const { return commentKey_; }
+  const Velmo::String& commentKey() const { return entry_.commentKey(); }
 
   // Leaves the output as it stands.
   void doPrepareToDie();
@@ -104,9 +105,7 @@ class SchedulerPolicyTxQueueSm final : public Rok::StateMachine<SchedulerPolicyT
   Rok::Ptr<Config::SchedulerPoliciesDir> schedulerPoliciesDir_;
   Rok::Ptr<Config::InterfacesDir> interfacesDir_;
   RokTxQueueConfig txQueueConfig_;
-  Velmo::String commentKey_;
-  ByCommentKey::Entry byCommentKey_;
-  ByTxQueueId::Entry byTxQueueId_;
+  TxQueues::Entry entry_;
 };
 
 // One interface. Mirrors its tx queues.
@@ -124,7 +123,7 @@ class SchedulerPolicyIntfSm final : public Rok::StateMachine<SchedulerPolicyIntf
       Rok::KeyFunktor<&SchedulerPolicyTxQueueSm::txQueueConfig, &Qos::TxQueueConfig::txQueue>;
   using TxQueueSms = Rok::Children<SchedulerPolicyTxQueueSm, 0x165667b1u, TxQueueSmKeyFunktor>;
 
-  // Requires: schedulerPolicyKivToOCSm, intfConfig.
+  // Requires: schedulerPolicyKivToOCSm, which outlives the machine.
   static Rok::Ptr<SchedulerPolicyIntfSm> SchedulerPolicyIntfSmIs(
       SchedulerPolicyKivToOCSm* schedulerPolicyKivToOCSm,
       const Rok::Ptr<Config::SchedulerPoliciesDir>& schedulerPoliciesDir,
@@ -196,9 +195,8 @@ class SchedulerPolicyKivToOCSm final : public Rok::StateMachine<SchedulerPolicyK
       Rok::KeyFunktor<&SchedulerPolicyIntfSm::intfConfig, &Qos::IntfConfig::intfId>;
   using IntfSms = Rok::Children<SchedulerPolicyIntfSm, 0xc2b2ae3du, IntfSmKeyFunktor>;
   using Attachments = Rok::ValueMap<0x85ebca77u, Nerit::IntfId, Velmo::String>;
-  using ByCommentKey = SchedulerPolicyTxQueueSm::ByCommentKey;
-  using ByTxQueueId = SchedulerPolicyTxQueueSm::ByTxQueueId;
-  using NameToIdMap = Qos::QueueNameToTxQueueIdMap;
+  using TxQueues = SchedulerPolicyTxQueueSm::TxQueues;
+  using NameToTxQueueIdMap = Qos::QueueNameToTxQueueIdMap;
 
   // Requires: all.
   // Throws: RangeException when a profile's comment has a rate of more than 100 percent; what was
@@ -244,16 +242,15 @@ class SchedulerPolicyKivToOCSm final : public Rok::StateMachine<SchedulerPolicyK
   void intfSmDel(const Nerit::IntfId& intfId) { intfSm_.del(intfId); }
   void intfSmDelAll() { intfSm_.delAll(); }
 
-  // The tx queues of the device, where they enter themselves.
-  const Rok::Ptr<ByCommentKey>& txQueuesByCommentKey() const { return byCommentKey_; }
-  const Rok::Ptr<ByTxQueueId>& txQueuesByTxQueueId() const { return byTxQueueId_; }
+  // The tx queues of all interfaces, where they enter themselves.
+  const TxQueues& txQueues() const { return txQueues_; }
 
   // The chained input: the queue names that qosCliConfig() holds at the moment. Moving it calls no
   // handler, so a replaced map re-evaluates nothing until one of its entries changes.
-  Rok::Ptr<NameToIdMap const> rok_QosCliConfig_QueueNameToTxQueueIdMapIn() const {
+  Rok::Ptr<NameToTxQueueIdMap const> rok_QosCliConfig_QueueNameToTxQueueIdMapIn() const {
     return rok_QosCliConfig_QueueNameToTxQueueIdMapIn_.ptr();
   }
-  void rok_QosCliConfig_QueueNameToTxQueueIdMapInIs(const Rok::Ptr<NameToIdMap const>& map) {
+  void rok_QosCliConfig_QueueNameToTxQueueIdMapInIs(const Rok::Ptr<NameToTxQueueIdMap const>& map) {
     rok_QosCliConfig_QueueNameToTxQueueIdMapIn_.inputIs(map);
   }
   void rok_QosCliConfig_QueueNameToTxQueueIdMapInDel() {
@@ -297,8 +294,8 @@ class SchedulerPolicyKivToOCSm final : public Rok::StateMachine<SchedulerPolicyK
                  Rok::On<Qos::QosProfileConfigDir::Attr::config,
                          &SchedulerPolicyKivToOCSm::udpateSchedulerPolicies>>;
   using RokRok_QosCliConfig_QueueNameToTxQueueIdMapIn =
-      Rok::Watch<SchedulerPolicyKivToOCSm, NameToIdMap,
-                 Rok::On<NameToIdMap::Attr::queueNameToTxQueueId,
+      Rok::Watch<SchedulerPolicyKivToOCSm, NameToTxQueueIdMap,
+                 Rok::On<NameToTxQueueIdMap::Attr::queueNameToTxQueueId,
                          &SchedulerPolicyKivToOCSm::
                              rok_handleQosCliConfig_queueNameToTxQueueIdMap_queueNameToTxQueueId>>;
 
@@ -321,11 +318,7 @@ class SchedulerPolicyKivToOCSm final : public Rok::StateMachine<SchedulerPolicyK
   void attach(const Nerit::IntfId& intfId, const Velmo::String& policyName);
   void detach(const Nerit::IntfId& intfId);
   void evaluate(const SchedulerPolicyTxQueueSm& queue);
-  template <class Index, class Key>
-  void evaluateEach(const Index& index, const Key& key);
-  bool isInTree(const SchedulerPolicyTxQueueSm& queue) const;
   void updatePolicyOfComment(const Velmo::String& key);
-  void evaluateTxQueuesOfComment(const Velmo::String& key);
   void sweepPolicies();
   void sweepAttachments();
 
@@ -335,10 +328,8 @@ class SchedulerPolicyKivToOCSm final : public Rok::StateMachine<SchedulerPolicyK
   Rok::Ptr<Config::SchedulerPoliciesDir> schedulerPoliciesDir_;
   Rok::Ptr<Config::InterfacesDir> interfacesDir_;
   Attachments attachments_;
-  // Which tx queues have a comment key, and which an id, so that an event finds them without a
-  // walk over all interfaces.
-  Rok::Ptr<ByCommentKey> byCommentKey_ = Rok::make<ByCommentKey>();
-  Rok::Ptr<ByTxQueueId> byTxQueueId_ = Rok::make<ByTxQueueId>();
+  // So that a comment and a queue name find their tx queues without a walk over all of the device.
+  TxQueues txQueues_;
   IntfSms intfSm_;
   RokRok_QosCliConfig_QueueNameToTxQueueIdMapIn rok_QosCliConfig_QueueNameToTxQueueIdMapIn_;
 };

@@ -9,7 +9,7 @@
 //   - The index is counted and lives as long as anybody is in it.
 //   - `each` visits the objects of a key in the order in which they came. A visit may remove any
 //     object, itself included; whoever is gone is not visited. Whoever joins meanwhile is visited
-//     or not.
+//     or not. The walk holds no object: a visit that releases its own doesn't touch it any more.
 //
 // EXAMPLE
 //   class PortSm {

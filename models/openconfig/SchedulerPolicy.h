@@ -58,8 +58,8 @@ class SchedulerInputs final : public Rok::PtrInterface {
 // ===== Schedulers
 
 // The committed rate of a scheduler, as a number, as a percentage, or as both: neither is computed
-// from the other. What every scheduler has alike, the flag and the byte of the native form, is left
-// out: nobody reads it.
+// from the other. The flag and the byte that would be the same in every scheduler are left out:
+// nobody reads them.
 struct OneRateTwoColor {
   Rok::Optional<std::uint64_t> cir;
   Rok::Optional<PercentType> cirPct;

@@ -499,8 +499,8 @@ TEST_F(Attachments, TheMutatorsOfTheCollectionsReleaseMachinesAndLeaveTheOutput)
   root->intfSmDelAll();
   EXPECT_EQ(root->intfSm().members(), 0u);
   EXPECT_EQ(attachmentModel(), before);
-  EXPECT_EQ(root->txQueuesByCommentKey()->keys(), 0u);
-  EXPECT_EQ(root->txQueuesByTxQueueId()->keys(), 0u);
+  EXPECT_EQ(root->txQueues().byCommentKey()->keys(), 0u);
+  EXPECT_EQ(root->txQueues().byTxQueueId()->keys(), 0u);
 }
 
 // ===== Refusals
