@@ -34,6 +34,8 @@ namespace Rok {
 
 template <class Key, class Object, std::uint32_t seed>
 class Index final : public PtrInterface {
+  class List;
+
  public:
   class Entry {
    public:
@@ -52,7 +54,7 @@ class Index final : public PtrInterface {
     friend class Index;
     Ptr<Index> index_;
     Object& object_;
-    Ptr<typename Index::List> list_;
+    Ptr<List> list_;
     Entry* previous_ = nullptr;
     Entry* next_ = nullptr;
   };

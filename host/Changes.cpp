@@ -87,7 +87,7 @@ void Changes::descend(Target& target, const Schema& at, const std::string& token
     case Schema::Kind::set:
       return descendSet(target, at, token);
     default:
-      refuse("nothing can stand below a " + quoted(target.keys.back()));
+      refuse("nothing can stand below " + quoted(target.keys.back()));
   }
 }
 

@@ -1,5 +1,9 @@
 #include "host/CommentFaults.h"
 
+#include <map>
+
+#include "QosOpenConfig/QosOpenConfigHelper.h"
+#include "QosOpenConfig/QosOpenConfigSchedulerPolicyKivToOCSm.h"
 #include "host/Json.h"
 #include "host/Pointer.h"
 
@@ -122,6 +126,32 @@ std::optional<CommentFault> profileFault(std::string_view comment) {
                     [](const std::string&, const json::Value& scheduler, const Path& path) {
                       return eachMember(scheduler, path, schedulerFault);
                     });
+}
+
+std::vector<std::string> commentFaults(const Native& native) {
+  std::map<std::string, CommentFault> faults;  // by comment key
+  const auto judge = [&](const Velmo::String& key, const auto& faultOf) {
+    const Velmo::String text = native.cliConfig->comment(key);
+    if (text.empty()) return;
+    if (const auto found = faultOf(text)) faults.emplace(std::string_view(key), *found);
+  };
+  const auto& interfaces = native.qosConfig->intfConfig();
+  for (auto i = interfaces.unsafeIterator(); i; ++i) {
+    for (auto q = i->value()->txQueueConfig().unsafeIterator(); q; ++q) {
+      judge(QosOc::CommentHelper::commentKey(i->key(), q->key()), attachmentFault);
+    }
+  }
+  for (auto i = native.qosProfiles->config().unsafeIterator(); i; ++i) {
+    if (decodeSPProfileName(i->key()).empty()) continue;
+    judge(QosOc::CommentHelper::profileCommentKey(i->key()), profileFault);
+  }
+  std::vector<std::string> lines;
+  for (const auto& [key, fault] : faults) {
+    lines.push_back(shownPointer(Tokens{"comments", key}) + ": at " + fault.place +
+                    " of this comment: expected " + fault.expected +
+                    "; it ends the program that translates it");
+  }
+  return lines;
 }
 
 }  // namespace host

@@ -7,6 +7,9 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
+
+#include "host/Native.h"
 
 namespace host {
 
@@ -21,5 +24,10 @@ struct CommentFault {
 std::optional<CommentFault> attachmentFault(std::string_view comment);
 // In a comment that is read as that of a QoS profile.
 std::optional<CommentFault> profileFault(std::string_view comment);
+
+// A line for each comment of the device that ends the process of whoever translates it: those of
+// its tx queues and of the QoS profiles that stand for scheduler policies, by key. The line begins
+// with the comment's place in the native document.
+std::vector<std::string> commentFaults(const Native& native);
 
 }  // namespace host

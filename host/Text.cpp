@@ -39,6 +39,7 @@ std::size_t asciiPrefix(std::string_view text) {
 bool isPlain(char32_t c) {
   if (c < 0x20 || (c >= 0x7f && c < 0xa0)) return false;  // controls
   if (c >= 0x2028 && c <= 0x202e) return false;           // line ends, changes of direction
+  if (isNoncharacter(c)) return false;
   return !(c >= 0x2066 && c <= 0x2069) && c != 0xfeff && c != 0x200e && c != 0x200f;
 }
 
@@ -50,6 +51,8 @@ std::string printed(const char* format, Args... args) {
 }
 
 }  // namespace
+
+bool isNoncharacter(char32_t c) { return (c & 0xfffe) == 0xfffe || (c >= 0xfdd0 && c <= 0xfdef); }
 
 std::optional<char32_t> takeCharacter(std::string_view& text) {
   const std::optional<Lead> lead = leadOf(static_cast<unsigned char>(text.front()));

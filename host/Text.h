@@ -8,6 +8,9 @@
 
 namespace host {
 
+// Whether Unicode sets the character aside for internal use.
+bool isNoncharacter(char32_t c);
+
 // Takes the first character off `text`. Nothing when the bytes there are not valid UTF-8: then one
 // byte is taken. Requires: text is not empty.
 std::optional<char32_t> takeCharacter(std::string_view& text);

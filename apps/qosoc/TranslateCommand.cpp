@@ -10,6 +10,7 @@
 #include "Input.h"
 #include "Rok/Rok.h"
 #include "host/Changes.h"
+#include "host/CommentFaults.h"
 #include "host/ModelReader.h"
 #include "host/ModelWriter.h"
 #include "host/OpenConfigJson.h"
@@ -35,7 +36,8 @@ it. Then each change of the native side changes only what it concerns.
   --roots NAME,...   build only these roots: class-map, acl, class-action, interface-classifier,
                      forwarding-group, queue, pfc, interface-pfc, queue-management, scheduler-policy
   --trace LEVEL,...  write the trace lines of these levels (0 to 9) to standard error
-  --order-seed N     walk every hash collection in another order: the output stays the same
+  --order-seed N     walk every hash collection in another order: the output stays the same, unless
+                     a root or a handler raises
 
   $ cat router.json
   {"class-maps": {"qos": {"__yang_[edge-in]_[]": {"match": ["ip-access-group"]}}}}
@@ -133,6 +135,7 @@ class Translation {
   int run() {
     std::unique_ptr<Lines> lines;
     if (request_.changes) lines = std::make_unique<Lines>(*request_.changes);
+    for (const std::string& fault : host::commentFaults(native_)) tell("warning: " + fault);
     const auto roots = host::buildRoots(request_.roots, native_, model_,
                                         [this](const std::string& line) { report(line); });
     if (request_.each) print(host::Layout::compact);

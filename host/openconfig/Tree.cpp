@@ -8,8 +8,6 @@ namespace host {
 namespace {
 
 // Characters that Unicode keeps for a program's inner use: the last two of each plane, and 32 more.
-bool isNoncharacter(char32_t c) { return (c & 0xfffe) == 0xfffe || (c >= 0xfdd0 && c <= 0xfdef); }
-
 std::string predicate(std::string_view key, std::string_view value) {
   const char* quote = value.find('\'') == std::string_view::npos ? "'" : "\"";
   return '[' + std::string(key) + '=' + quote + shown(value) + quote + ']';

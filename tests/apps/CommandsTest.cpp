@@ -89,6 +89,32 @@ TEST(Qosoc, JudgesAllOptionsBeforeItReadsAFile) {
                    "--roots: there is no root \"bridge\"" + see);
 }
 
+// A device with a comment that is legal and can't be translated.
+constexpr const char* badComment = R"({
+    "interfaces": {"Ethernet1": {"tx-queues": {"uc-3": {}}}},
+    "comments": {"if-Et1-uc-txq-3": "{\"MetaData-OpenConfig\":{\"scheduler-policy\":1}}"}})";
+constexpr const char* badCommentSaid =
+    "/comments/if-Et1-uc-txq-3: at /MetaData-OpenConfig/scheduler-policy of this comment: expected "
+    "an object; it ends the program that translates it\n";
+
+TEST(Qosoc, CheckNamesACommentThatEndsWhoeverTranslatesIt) {
+  const HostFolder folder;
+  const std::string file = folder.file("native.json", badComment);
+  const HostRun run = qosoc({"check", file});
+  EXPECT_EQ(run.exit, 1);
+  EXPECT_EQ(run.out, "");
+  EXPECT_EQ(run.err, "qosoc: " + file + ": " + badCommentSaid);
+}
+
+TEST(Qosoc, TranslateWarnsOfSuchACommentBeforeItEnds) {
+  const HostFolder folder;
+  const HostRun run = qosoc({"translate", folder.file("native.json", badComment)});
+  EXPECT_EQ(run.exit, 134);
+  EXPECT_EQ(run.out, "");
+  EXPECT_EQ(run.err.find("warning: " + std::string(badCommentSaid)), 0u) << run.err;
+  EXPECT_NE(run.err.find("wrong type"), std::string::npos);
+}
+
 TEST(Qosoc, TakesAValueBehindAnEqualsSignAndOperandsBehindTwoDashes) {
   const HostFolder folder;
   const std::string file = folder.file("native.json", "{}");

@@ -339,7 +339,7 @@ TEST(AccessLists, RefuseChangesThatDoNotFit) {
             "refused: /access-lists/ipv4/A/rules/10/dscp: null is never a value here: expected a "
             "whole number from 0 to 255");
   EXPECT_EQ(d.reportOf("add", "/access-lists/ipv4/A/rules/10/dscp/x", "1"),
-            "refused: /access-lists/ipv4/A/rules/10/dscp/x: nothing can stand below a \"dscp\"");
+            "refused: /access-lists/ipv4/A/rules/10/dscp/x: nothing can stand below \"dscp\"");
 }
 
 }  // namespace

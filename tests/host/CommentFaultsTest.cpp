@@ -4,9 +4,12 @@
 #include <gtest/gtest.h>
 
 #include "QosOpenConfig/QosOpenConfigHelper.h"
+#include "tests/support/HostDevice.h"
 
 namespace host {
 namespace {
+
+using support::HostDevice;
 
 std::string shown(const std::optional<CommentFault>& fault) {
   return fault ? fault->place + ": " + fault->expected : "fine";
@@ -89,6 +92,27 @@ TEST(CommentFaults, AreFoundInProfilesWithTheirPlace) {
   for (const auto& [comment, fault] : profiles) {
     EXPECT_EQ(shown(profileFault(comment)), fault) << comment;
   }
+}
+
+TEST(CommentFaults, OfADeviceAreThoseOfItsTxQueuesAndSchedulerPolicies) {
+  const HostDevice device(R"({
+      "interfaces": {"Ethernet7/1": {"tx-queues": {"uc-3": {}, "mc-0": {}, "uc-4": {}}}},
+      "qos-profiles": {"__YANG_SP_[gold]": {}, "__YANG_QMP_[wred]": {}, "LEGACY": {}},
+      "comments": {
+          "if-Et7/1-uc-txq-3": "{\"MetaData-OpenConfig\":1}",
+          "if-Et7/1-mc-txq-0": "{\"MetaData-OpenConfig\":{\"1\":1}}",
+          "if-Et7/1-uc-txq-5": "{\"MetaData-OpenConfig\":1}",
+          "qos-profile-__YANG_SP_[gold]": "{\"MetaData-OpenConfig\":{\"1\":1}}",
+          "qos-profile-__YANG_SP_[gone]": "{\"MetaData-OpenConfig\":1}",
+          "qos-profile-__YANG_QMP_[wred]": "{\"MetaData-OpenConfig\":1}",
+          "qos-profile-LEGACY": "{\"MetaData-OpenConfig\":1}",
+          "note": "{\"MetaData-OpenConfig\":1}"}})");
+  EXPECT_EQ(commentFaults(device.native),
+            (std::vector<std::string>{
+                "/comments/if-Et7~11-uc-txq-3: at /MetaData-OpenConfig of this comment: expected "
+                "an object; it ends the program that translates it",
+                "/comments/qos-profile-__YANG_SP_[gold]: at /MetaData-OpenConfig/1 of this "
+                "comment: expected an object; it ends the program that translates it"}));
 }
 
 TEST(CommentFaultsDeathTest, AreJustThoseThatEndTheProcessOfAReader) {

@@ -82,7 +82,7 @@ TEST(Comments, RefuseChangesThatDoNotFit) {
   EXPECT_EQ(d.reportOf("replace", "/comments/c", R"("x")"),
             "refused: /comments/c: nothing is there");
   EXPECT_EQ(d.reportOf("add", "/comments/b/x", R"("x")"),
-            "refused: /comments/b/x: nothing can stand below a \"b\"");
+            "refused: /comments/b/x: nothing can stand below \"b\"");
   EXPECT_EQ(d.reportOf("add", "/comments/b", "null"),
             "refused: /comments/b: null is never a value here: expected a string");
   EXPECT_THAT(d.heardFrom("[" + hostOperation("remove", "/comments/b") + "," +

@@ -40,6 +40,11 @@ TEST(Text, IsShownWithoutCharactersThatMoveTheCursor) {
   EXPECT_EQ(shown("Zürich"), "Zürich");
 }
 
+TEST(Text, IsShownWithNoncharactersByTheirNumber) {
+  EXPECT_EQ(shown("\xef\xb7\x90|\xef\xbf\xbe|\xf4\x8f\xbf\xbf"), "\\ufdd0|\\ufffe|\\u10ffff");
+  EXPECT_EQ(shown("\xef\xb7\xb0"), "\xef\xb7\xb0") << "the character behind them";
+}
+
 TEST(Text, IsShownWithBadBytesAsHex) { EXPECT_EQ(shown("a\xff\xc3z"), "a\\xff\\xc3z"); }
 
 TEST(Text, IsShownCutWhenLong) {

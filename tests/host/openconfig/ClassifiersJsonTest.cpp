@@ -113,8 +113,8 @@ TEST(ClassifiersJson, LeavesOutNamesThatAStringCannotHold) {
                       "[name='c']/terms/term[id='t']/actions/config/target-group: "
                       "\"escape\\u001b\" is a name that YANG strings can't hold: left out "
                       "(from the policy-map class \"__yang_[c]_[t]\")",
-                  classifiers + "[name='last\xef\xbf\xbf']: a name that YANG strings can't hold: "
-                                "left out (from the class map \"__yang_[last\xef\xbf\xbf]_[]\")"));
+                  classifiers + "[name='last\\uffff']: a name that YANG strings can't hold: "
+                                "left out (from the class map \"__yang_[last\\uffff]_[]\")"));
 }
 
 TEST(ClassifiersJson, KeepsNamesThatAStringCanHold) {
