@@ -2,7 +2,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <random>
 #include <set>
 #include <string>
@@ -10,6 +9,7 @@
 #include <vector>
 
 #include "QosOpenConfig/QosOpenConfigIntfClassifierKivToOcSm.h"
+#include "tests/support/Refusals.h"
 #include "tests/support/ServicePolicyDevice.h"
 #include "tests/support/TraceCapture.h"
 #include "tests/support/WalkOrder.h"
@@ -19,6 +19,8 @@ namespace {
 
 using support::BindingModel;
 using support::intf;
+using support::nullArgument;
+using support::reinstantiating;
 using support::ServicePolicyDevice;
 using support::TraceCapture;
 using support::WalkOrder;
@@ -33,19 +35,6 @@ constexpr auto mapAB = "__yang_[IPV4__a][IPV6__b]";
 
 const auto v4 = Classifier::classifierTypeIpv4;
 const auto v6 = Classifier::classifierTypeIpv6;
-
-// What a write throws, as "argument id"; "" when it throws nothing.
-template <class Exception>
-std::string refused(const std::function<void()>& write) {
-  try {
-    write();
-  } catch (const Exception& e) {
-    return e.attribute() + " " + std::to_string(e.attributeId());
-  }
-  return "";
-}
-const auto reinstantiating = refused<Rok::MutatorReinstantiatingException>;
-const auto nullArgument = refused<Rok::MutatorArgNullPointerException>;
 
 struct ServicePolicyEvents : testing::Test, ServicePolicyDevice {
   ServicePolicyEvents() { start(); }

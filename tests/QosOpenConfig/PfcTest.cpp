@@ -14,33 +14,23 @@
 
 #include "QosOpenConfig/QosOpenConfigPfcKivToOCSm.h"
 #include "tests/support/PfcDevice.h"
+#include "tests/support/Refusals.h"
 #include "tests/support/TraceCapture.h"
 #include "tests/support/WalkOrder.h"
 
 namespace QosOc {
 namespace {
 
+using support::nullArgument;
 using support::PortDevice;
 using support::PortModel;
+using support::reinstantiating;
 using support::TraceCapture;
 using support::WalkOrder;
 using support::WatchdogDevice;
 using testing::Each;
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-// What a write throws, as "argument id"; "" when it throws nothing.
-template <class Exception>
-std::string refused(const std::function<void()>& write) {
-  try {
-    write();
-  } catch (const Exception& e) {
-    return e.attribute() + " " + std::to_string(e.attributeId());
-  }
-  return "";
-}
-const auto reinstantiating = refused<Rok::MutatorReinstantiatingException>;
-const auto nullArgument = refused<Rok::MutatorArgNullPointerException>;
 
 // ===== Priorities in hexadecimal
 

@@ -17,6 +17,7 @@
 #include "QosOpenConfig/QosOpenConfigQueueKivToOcSm.h"
 #include "tests/support/NotificationLog.h"
 #include "tests/support/QueueDevice.h"
+#include "tests/support/Refusals.h"
 #include "tests/support/TraceCapture.h"
 #include "tests/support/WalkOrder.h"
 
@@ -24,9 +25,12 @@ namespace QosOc {
 namespace {
 
 using support::NotificationLog;
+using support::nullArgument;
+using support::outOfRange;
 using support::QueueDevice;
 using support::QueueModel;
 using support::QueueSettings;
+using support::reinstantiating;
 using support::TraceCapture;
 using support::WalkOrder;
 using testing::Each;
@@ -51,29 +55,6 @@ const std::string thresholdText =
     "QosOc::ThresholdType::value < QosOc::ThresholdType::min or > QosOc::ThresholdType::max not "
     "allowed";
 constexpr std::uint32_t allOnes = 4294967295u;
-
-// What a write throws, as "argument id"; "" when it throws nothing.
-template <class Exception>
-std::string refused(const std::function<void()>& write) {
-  try {
-    write();
-  } catch (const Exception& e) {
-    return e.attribute() + " " + std::to_string(e.attributeId());
-  }
-  return "";
-}
-const auto reinstantiating = refused<Rok::MutatorReinstantiatingException>;
-const auto nullArgument = refused<Rok::MutatorArgNullPointerException>;
-
-// The text of the range exception that a write throws; "" when it throws nothing.
-std::string outOfRange(const std::function<void()>& write) {
-  try {
-    write();
-  } catch (const Rok::RangeException& e) {
-    return e.what();
-  }
-  return "";
-}
 
 Qos::TxQueuePriority priorityOf(unsigned value) { return static_cast<Qos::TxQueuePriority>(value); }
 QueueSettings bandwidth(unsigned char percent) { return {.bandwidth = percent}; }
@@ -946,6 +927,15 @@ TEST(IntfSm, TheFactoryWritesAndFollowsWithoutARoot) {
   EXPECT_EQ(device.model(), (QueueModel{{"Ethernet1-unicast-4", "blank"}}));
 }
 
+TEST(IntfSm, WithoutAConfigItIsDeafAndTheInterfaceOfNoName) {
+  QueueDevice device;
+  const auto sm = intfSmFactory(device.queues, nullptr, device.comments);
+  EXPECT_EQ(sm->intfConfig(), nullptr);
+  EXPECT_EQ(sm->intfId(), Nerit::IntfId());
+  EXPECT_EQ(sm->txQueueSm().members(), 0u);
+  EXPECT_EQ(device.model(), QueueModel{});
+}
+
 TEST(TxQueueSm, TheFactoryWritesAndFollowsWithoutAParent) {
   QueueDevice device;
   const auto queue = QueueDevice::txQueueConfig(uc3, all());
@@ -1364,7 +1354,7 @@ class QueueDay {
     EXPECT_EQ(outOfRangeText(write), expected ? percentText : "");
   }
   static std::string outOfRangeText(const std::function<void()>& write) {
-    return QosOc::outOfRange(write);
+    return support::outOfRange(write);
   }
 
   // ---- the events
