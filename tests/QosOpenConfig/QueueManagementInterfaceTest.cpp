@@ -9,6 +9,7 @@
 
 #include "QosOpenConfig/QosOpenConfigQueueManagementProfileKivToOcSm.h"
 #include "tests/support/QueueManagementDevice.h"
+#include "tests/support/Refusals.h"
 #include "tests/support/TraceCapture.h"
 
 namespace QosOc {
@@ -16,9 +17,11 @@ namespace {
 
 using support::AttachmentModel;
 using support::multicast;
+using support::nullArgument;
 using support::ProfileModel;
 using support::QueueManagementDevice;
 using support::queueManagementLines;
+using support::reinstantiating;
 using support::settings;
 using support::TraceCapture;
 using support::unicast;
@@ -28,21 +31,8 @@ using testing::IsEmpty;
 using IntfSm = QueueManagementProfileIntfSm;
 using TxQueueSm = QueueManagementProfileTxQueueSm;
 
-// What a write throws, as "argument id"; "" when it throws nothing.
-template <class Exception>
-std::string refused(const std::function<void()>& write) {
-  try {
-    write();
-  } catch (const Exception& e) {
-    return e.attribute() + " " + std::to_string(e.attributeId());
-  }
-  return "";
-}
-const auto reinstantiating = refused<Rok::MutatorReinstantiatingException>;
-const auto nullArgument = refused<Rok::MutatorArgNullPointerException>;
-
-struct Attachments : testing::Test, QueueManagementDevice {
-  Attachments() { start(); }
+struct QueueManagementAttachments : testing::Test, QueueManagementDevice {
+  QueueManagementAttachments() { start(); }
   // Ethernet1's tx queue 2, named q7, with a comment that names qmp-wred.
   Rok::Ptr<Qos::TxQueueConfig> attach() {
     name("q7", 2);
@@ -55,7 +45,7 @@ const AttachmentModel blanked{{"Ethernet1 q7", "blank"}};
 
 // ===== What makes an attachment
 
-TEST_F(Attachments, ATxQueueWithACommentAndANameIsAttached) {
+TEST_F(QueueManagementAttachments, ATxQueueWithACommentAndANameIsAttached) {
   attach();
   EXPECT_EQ(attachmentModel(), attached);
   const auto interface = interfaces->interface("Ethernet1");
@@ -68,7 +58,7 @@ TEST_F(Attachments, ATxQueueWithACommentAndANameIsAttached) {
 }
 
 // The interface, its tx queue, the comment and the queue's name, whichever comes last.
-TEST(AttachmentOrder, WhateverComesLastCompletesTheAttachment) {
+TEST(QueueManagementAttachmentOrder, WhateverComesLastCompletesTheAttachment) {
   std::vector<int> order = {0, 1, 2, 3};
   do {
     QueueManagementDevice device;
@@ -86,7 +76,7 @@ TEST(AttachmentOrder, WhateverComesLastCompletesTheAttachment) {
   } while (std::next_permutation(order.begin(), order.end()));
 }
 
-TEST_F(Attachments, AnAttachmentMayStandBeforeItsProfileAndAfterIt) {
+TEST_F(QueueManagementAttachments, AnAttachmentMayStandBeforeItsProfileAndAfterIt) {
   attach();
   EXPECT_EQ(attachmentModel(), attached);
   profile("qmp-wred", settings(1, 2, 3));
@@ -96,7 +86,7 @@ TEST_F(Attachments, AnAttachmentMayStandBeforeItsProfileAndAfterIt) {
   EXPECT_EQ(attachmentModel(), attached);
 }
 
-TEST_F(Attachments, TheSettingsOfTheTxQueueAreNotRead) {
+TEST_F(QueueManagementAttachments, TheSettingsOfTheTxQueueAreNotRead) {
   const auto config = attach();
   config->ecnConfigIs(settings(1, 2, 101));
   config->wredConfigIs(settings(1, 2, 101));
@@ -104,7 +94,7 @@ TEST_F(Attachments, TheSettingsOfTheTxQueueAreNotRead) {
   EXPECT_EQ(attachmentModel(), attached);
 }
 
-TEST_F(Attachments, AChangeOfEcnOrWredWritesTheSameRecordAgain) {
+TEST_F(QueueManagementAttachments, AChangeOfEcnOrWredWritesTheSameRecordAgain) {
   const auto config = attach();
   earlierAttachment("Ethernet1", "q7", "tampered");
   config->ecnConfigIs(settings(1, 2, 3));
@@ -117,7 +107,7 @@ TEST_F(Attachments, AChangeOfEcnOrWredWritesTheSameRecordAgain) {
   EXPECT_EQ(attachmentModel(), attached);
 }
 
-TEST_F(Attachments, OtherSettingsOfTheTxQueueWakeNothing) {
+TEST_F(QueueManagementAttachments, OtherSettingsOfTheTxQueueWakeNothing) {
   const auto config = attach();
   TraceCapture trace({0, 1, 2, 3, 4, 5, 6, 7, 8, 9});
   config->bandwidthIs(30);
@@ -127,13 +117,13 @@ TEST_F(Attachments, OtherSettingsOfTheTxQueueWakeNothing) {
   EXPECT_THAT(trace.lines(), IsEmpty());
 }
 
-TEST_F(Attachments, ATxQueueWithoutACommentCreatesNothing) {
+TEST_F(QueueManagementAttachments, ATxQueueWithoutACommentCreatesNothing) {
   name("q7", 2);
   queue("Ethernet1", unicast(2));
   EXPECT_EQ(interfaces->interface().members(), 0u);
 }
 
-TEST_F(Attachments, OnlyACommentThatIsOneDocumentWithAProfileCounts) {
+TEST_F(QueueManagementAttachments, OnlyACommentThatIsOneDocumentWithAProfileCounts) {
   name("q7", 2);
   const auto config = queue("Ethernet1", unicast(2));
   const Rok::String document = naming("qmp-wred");
@@ -151,7 +141,7 @@ TEST_F(Attachments, OnlyACommentThatIsOneDocumentWithAProfileCounts) {
   EXPECT_EQ(attachmentModel(), attached) << "whatever else the document says";
 }
 
-TEST_F(Attachments, AnInterfaceIsKnownByItsLongNameAndItsCommentByTheShortOne) {
+TEST_F(QueueManagementAttachments, AnInterfaceIsKnownByItsLongNameAndItsCommentByTheShortOne) {
   name("q7", 2);
   queue("Ethernet7/1", multicast(2));
   cli->commentIs("if-Et7/1-mc-txq-2", naming("qmp-wred"));
@@ -159,7 +149,7 @@ TEST_F(Attachments, AnInterfaceIsKnownByItsLongNameAndItsCommentByTheShortOne) {
   EXPECT_EQ(txQueueSm("Ethernet7/1", multicast(2))->commentKey(), "if-Et7/1-mc-txq-2");
 }
 
-TEST_F(Attachments, EachTxQueueHasAnAttachmentOfItsOwn) {
+TEST_F(QueueManagementAttachments, EachTxQueueHasAnAttachmentOfItsOwn) {
   name("q1", 1);
   name("q2", 2);
   for (const char* intfName : {"Ethernet1", "Ethernet2"}) {
@@ -177,7 +167,7 @@ TEST_F(Attachments, EachTxQueueHasAnAttachmentOfItsOwn) {
       (AttachmentModel{{"Ethernet1 q1", "blank"}, {"Ethernet1 q2", "b"}, {"Ethernet2 q1", "c"}}));
 }
 
-TEST_F(Attachments, TheUnicastAndTheMulticastQueueOfAnIdShareOneEntry) {
+TEST_F(QueueManagementAttachments, TheUnicastAndTheMulticastQueueOfAnIdShareOneEntry) {
   name("q7", 2);
   const auto uc = queue("Ethernet1", unicast(2));
   queue("Ethernet1", multicast(2));
@@ -190,7 +180,25 @@ TEST_F(Attachments, TheUnicastAndTheMulticastQueueOfAnIdShareOneEntry) {
   EXPECT_EQ(attachmentModel(), blanked) << "although the unicast queue still has its comment";
 }
 
-TEST_F(Attachments, WritingKeepsWhatOthersHaveOnTheInterface) {
+// A type that is neither has a key all the same, one for all such types, and their id one entry.
+TEST_F(QueueManagementAttachments, QueuesOfUnknownTypesShareACommentAndAreBothUpdated) {
+  name("q7", 2);
+  queue("Ethernet1", {2, Qos::QueueType{2}});
+  queue("Ethernet1", {2, Qos::QueueType{3}});
+  queue("Ethernet1", unicast(2));
+  for (const bool keysTraced : {false, true}) {
+    const std::string profile = keysTraced ? "silver" : "gold";
+    TraceCapture trace({2u, keysTraced ? 9u : 2u});
+    cli->commentIs("if-Et1-txq-2", naming(profile));
+    EXPECT_THAT(queueManagementLines(trace),
+                ElementsAre("2 QueueManagementProfileKivToOcSm: handleComment key: if-Et1-txq-2",
+                            "2 QueueManagementProfileKivToOcSm updateIntfQueueManagementProfile",
+                            "2 QueueManagementProfileKivToOcSm updateIntfQueueManagementProfile"));
+    EXPECT_EQ(attachmentModel(), (AttachmentModel{{"Ethernet1 q7", profile}}));
+  }
+}
+
+TEST_F(QueueManagementAttachments, WritingKeepsWhatOthersHaveOnTheInterface) {
   const auto interface = interfaces->interfaceIs("Ethernet1");
   interface->configIs({"Ethernet1"});
   const auto input = interface->inputIs();
@@ -213,7 +221,7 @@ TEST_F(Attachments, WritingKeepsWhatOthersHaveOnTheInterface) {
 
 // ===== What doesn't end an attachment
 
-TEST_F(Attachments, ARemovedCommentChangesNothing) {
+TEST_F(QueueManagementAttachments, ARemovedCommentChangesNothing) {
   const auto config = attach();
   commentDel("Ethernet1", unicast(2));
   EXPECT_EQ(attachmentModel(), attached);
@@ -221,7 +229,7 @@ TEST_F(Attachments, ARemovedCommentChangesNothing) {
   EXPECT_EQ(attachmentModel(), attached);
 }
 
-TEST_F(Attachments, ACommentThatLosesItsProfileChangesNothing) {
+TEST_F(QueueManagementAttachments, ACommentThatLosesItsProfileChangesNothing) {
   attach();
   for (const char* text :
        {"", "note", R"({"MetaData-OpenConfig":{"scheduler-policy":{"name":"sp-gold"}}})"}) {
@@ -230,13 +238,13 @@ TEST_F(Attachments, ACommentThatLosesItsProfileChangesNothing) {
   }
 }
 
-TEST_F(Attachments, ACommentThatNamesAnotherProfileRewritesTheRecord) {
+TEST_F(QueueManagementAttachments, ACommentThatNamesAnotherProfileRewritesTheRecord) {
   attach();
   comment("Ethernet1", unicast(2), "gold");
   EXPECT_EQ(attachmentModel(), (AttachmentModel{{"Ethernet1 q7", "gold"}}));
 }
 
-TEST_F(Attachments, AnAttachmentWhoseQueueLostItsNameStaysForGood) {
+TEST_F(QueueManagementAttachments, AnAttachmentWhoseQueueLostItsNameStaysForGood) {
   attach();
   nameDel("q7");
   EXPECT_EQ(attachmentModel(), attached);
@@ -247,14 +255,14 @@ TEST_F(Attachments, AnAttachmentWhoseQueueLostItsNameStaysForGood) {
   EXPECT_EQ(attachmentModel(), attached);
 }
 
-TEST_F(Attachments, ATxQueueWithoutANameBlanksNothingNotEvenTheEntryOfNoName) {
+TEST_F(QueueManagementAttachments, ATxQueueWithoutANameBlanksNothingNotEvenTheEntryOfNoName) {
   earlierAttachment("Ethernet1", "", "odd");
   queue("Ethernet1", unicast(2));
   removeQueue("Ethernet1", unicast(2));
   EXPECT_EQ(attachmentModel(), (AttachmentModel{{"Ethernet1 ", "odd"}}));
 }
 
-TEST_F(Attachments, AnotherNameOfTheQueueMakesAnotherEntryAndLeavesTheOldOne) {
+TEST_F(QueueManagementAttachments, AnotherNameOfTheQueueMakesAnotherEntryAndLeavesTheOldOne) {
   const auto config = attach();
   name("q8", 2);
   const AttachmentModel both{{"Ethernet1 q7", "qmp-wred"}, {"Ethernet1 q8", "qmp-wred"}};
@@ -269,7 +277,7 @@ TEST_F(Attachments, AnotherNameOfTheQueueMakesAnotherEntryAndLeavesTheOldOne) {
 
 // ===== What ends an attachment
 
-TEST_F(Attachments, ARemovedTxQueueBlanksItsEntryWhichStays) {
+TEST_F(QueueManagementAttachments, ARemovedTxQueueBlanksItsEntryWhichStays) {
   const auto config = attach();
   removeQueue("Ethernet1", unicast(2));
   EXPECT_EQ(attachmentModel(), blanked);
@@ -283,21 +291,21 @@ TEST_F(Attachments, ARemovedTxQueueBlanksItsEntryWhichStays) {
   EXPECT_EQ(attachmentModel(), blanked);
 }
 
-TEST_F(Attachments, ABlankedEntryIsWrittenAgainWhenTheTxQueueComesBack) {
+TEST_F(QueueManagementAttachments, ABlankedEntryIsWrittenAgainWhenTheTxQueueComesBack) {
   attach();
   removeQueue("Ethernet1", unicast(2));
   queue("Ethernet1", unicast(2));
   EXPECT_EQ(attachmentModel(), attached);
 }
 
-TEST_F(Attachments, ARemovedTxQueueThatNeverHadACommentWritesNothing) {
+TEST_F(QueueManagementAttachments, ARemovedTxQueueThatNeverHadACommentWritesNothing) {
   name("q7", 2);
   queue("Ethernet1", unicast(2));
   removeQueue("Ethernet1", unicast(2));
   EXPECT_EQ(interfaces->interface().members(), 0u);
 }
 
-TEST_F(Attachments, ARemovedTxQueueBlanksAlsoWhatItDidNotWrite) {
+TEST_F(QueueManagementAttachments, ARemovedTxQueueBlanksAlsoWhatItDidNotWrite) {
   earlierAttachment("Ethernet1", "q7", "old");
   name("q7", 2);
   queue("Ethernet1", unicast(2));
@@ -306,7 +314,7 @@ TEST_F(Attachments, ARemovedTxQueueBlanksAlsoWhatItDidNotWrite) {
   EXPECT_EQ(attachmentModel(), blanked);
 }
 
-TEST_F(Attachments, ARemovedTxQueueCreatesNothingWhereOthersLeftNothing) {
+TEST_F(QueueManagementAttachments, ARemovedTxQueueCreatesNothingWhereOthersLeftNothing) {
   attach();
   const auto interface = interfaces->interface("Ethernet1");
   interface->outputDel();
@@ -322,7 +330,7 @@ TEST_F(Attachments, ARemovedTxQueueCreatesNothingWhereOthersLeftNothing) {
   EXPECT_EQ(interfaces->interface("Ethernet3")->output()->queues()->q().members(), 0u);
 }
 
-TEST_F(Attachments, ARemovedInterfaceBlanksAllItsAttachmentsAndNoOther) {
+TEST_F(QueueManagementAttachments, ARemovedInterfaceBlanksAllItsAttachmentsAndNoOther) {
   const char* names[] = {"q0", "q1", "q2", "q3", "q4"};
   for (unsigned char i = 0; i < 5; ++i) {
     name(names[i], i);
@@ -345,7 +353,7 @@ TEST_F(Attachments, ARemovedInterfaceBlanksAllItsAttachmentsAndNoOther) {
 
 // ===== Life
 
-TEST_F(Attachments, TheInputsReadBack) {
+TEST_F(QueueManagementAttachments, TheInputsReadBack) {
   const auto config = attach();
   const auto parent = intfSm("Ethernet1");
   const auto sm = txQueueSm("Ethernet1", unicast(2));
@@ -363,7 +371,7 @@ TEST_F(Attachments, TheInputsReadBack) {
   EXPECT_TRUE(sm->hasNotificationActive());
 }
 
-TEST_F(Attachments, SwitchedOffTheTreeIsSilentAndSwitchedOnItGoesOn) {
+TEST_F(QueueManagementAttachments, SwitchedOffTheTreeIsSilentAndSwitchedOnItGoesOn) {
   const auto config = attach();
   const AttachmentModel tampered{{"Ethernet1 q7", "tampered"}};
   root->hasNotificationActiveIs(false);
@@ -384,7 +392,7 @@ TEST_F(Attachments, SwitchedOffTheTreeIsSilentAndSwitchedOnItGoesOn) {
   EXPECT_EQ(attachmentModel(), (AttachmentModel{{"Ethernet1 q7", "gold"}}));
 }
 
-TEST_F(Attachments, AZombieHearsNothing) {
+TEST_F(QueueManagementAttachments, AZombieHearsNothing) {
   const auto config = attach();
   txQueueSm("Ethernet1", unicast(2))->rokDoZombieReactors(true);
   intfSm("Ethernet1")->rokDoZombieReactors(true);
@@ -394,7 +402,7 @@ TEST_F(Attachments, AZombieHearsNothing) {
   EXPECT_THAT(trace.lines(), IsEmpty());
 }
 
-TEST_F(Attachments, StoppingLeavesTheAttachmentsAndEndsEveryWatch) {
+TEST_F(QueueManagementAttachments, StoppingLeavesTheAttachmentsAndEndsEveryWatch) {
   const auto config = attach();
   stop();
   EXPECT_EQ(this->config->notifieeList()->notifiees(), 0u);
@@ -407,7 +415,7 @@ TEST_F(Attachments, StoppingLeavesTheAttachmentsAndEndsEveryWatch) {
   EXPECT_EQ(attachmentModel(), attached);
 }
 
-TEST_F(Attachments, ANotificationOfWhatIsMirroredAlreadyDoesNothing) {
+TEST_F(QueueManagementAttachments, ANotificationOfWhatIsMirroredAlreadyDoesNothing) {
   attach();
   const auto parent = intfSm("Ethernet1");
   const auto sm = txQueueSm("Ethernet1", unicast(2));
@@ -419,7 +427,7 @@ TEST_F(Attachments, ANotificationOfWhatIsMirroredAlreadyDoesNothing) {
   EXPECT_EQ(attachmentModel(), (AttachmentModel{{"Ethernet1 q7", "tampered"}}));
 }
 
-TEST_F(Attachments, ARemovalOfWhatIsNotMirroredHasNoEffect) {
+TEST_F(QueueManagementAttachments, ARemovalOfWhatIsNotMirroredHasNoEffect) {
   attach();
   root->handleIntfConfig(id("Ethernet9"));
   intfSm("Ethernet1")->handleTxQueueConfig(unicast(9));
@@ -428,7 +436,7 @@ TEST_F(Attachments, ARemovalOfWhatIsNotMirroredHasNoEffect) {
 
 // What the root's events reach is what the collections hold: a machine outside them, released but
 // still held by somebody or made by a factory, hears its own tx queue alone.
-TEST_F(Attachments, AMachineOutsideTheCollectionsIsNotReachedByCommentsAndNames) {
+TEST_F(QueueManagementAttachments, AMachineOutsideTheCollectionsIsNotReachedByCommentsAndNames) {
   const auto config = attach();
   const auto parent = intfSm("Ethernet1");
   const auto released = txQueueSm("Ethernet1", unicast(2));
@@ -445,7 +453,7 @@ TEST_F(Attachments, AMachineOutsideTheCollectionsIsNotReachedByCommentsAndNames)
 
 // ===== Factories
 
-TEST_F(Attachments, TheFactoryOfAnInterfaceWritesAndFollowsOutsideItsParent) {
+TEST_F(QueueManagementAttachments, TheFactoryOfAnInterfaceWritesAndFollowsOutsideItsParent) {
   attach();
   root->intfSmDelAll();
   earlierAttachment("Ethernet1", "q7", "old");
@@ -456,7 +464,7 @@ TEST_F(Attachments, TheFactoryOfAnInterfaceWritesAndFollowsOutsideItsParent) {
   EXPECT_EQ(attachmentModel(), blanked);
 }
 
-TEST_F(Attachments, TheFactoryOfATxQueueWritesAndFollowsOutsideItsParent) {
+TEST_F(QueueManagementAttachments, TheFactoryOfATxQueueWritesAndFollowsOutsideItsParent) {
   const auto config = attach();
   const auto parent = intfSm("Ethernet1");
   parent->txQueueSmDelAll();
@@ -469,7 +477,7 @@ TEST_F(Attachments, TheFactoryOfATxQueueWritesAndFollowsOutsideItsParent) {
   EXPECT_EQ(attachmentModel(), blanked);
 }
 
-TEST_F(Attachments, WithoutAConfigAMachineIsDeafAndOfNoTxQueue) {
+TEST_F(QueueManagementAttachments, WithoutAConfigAMachineIsDeafAndOfNoTxQueue) {
   intf("Ethernet1");
   const auto sm = queueManagementProfileIntfSmFactory(root.get(), interfaces, nullptr);
   EXPECT_EQ(sm->intfConfig(), nullptr);
@@ -482,7 +490,7 @@ TEST_F(Attachments, WithoutAConfigAMachineIsDeafAndOfNoTxQueue) {
   EXPECT_EQ(attachmentModel(), AttachmentModel{});
 }
 
-TEST_F(Attachments, TheMutatorsOfTheCollectionsReleaseMachinesAndLeaveTheOutput) {
+TEST_F(QueueManagementAttachments, TheMutatorsOfTheCollectionsReleaseMachinesAndLeaveTheOutput) {
   attach();
   queue("Ethernet2", unicast(2));
   comment("Ethernet2", unicast(2), "gold");
@@ -505,7 +513,7 @@ TEST_F(Attachments, TheMutatorsOfTheCollectionsReleaseMachinesAndLeaveTheOutput)
 
 // ===== Refusals
 
-TEST_F(Attachments, TheSameArgumentsGiveTheSameMachineAndEveryOtherIsRefused) {
+TEST_F(QueueManagementAttachments, TheSameArgumentsGiveTheSameMachineAndEveryOtherIsRefused) {
   const auto config = attach();
   const auto made = intf("Ethernet1");
   const auto parent = intfSm("Ethernet1");
@@ -538,7 +546,7 @@ TEST_F(Attachments, TheSameArgumentsGiveTheSameMachineAndEveryOtherIsRefused) {
   EXPECT_EQ(attachmentModel(), attached);
 }
 
-TEST_F(Attachments, NullArgumentsAreRefusedByName) {
+TEST_F(QueueManagementAttachments, NullArgumentsAreRefusedByName) {
   const auto made = intf("Ethernet1");
   const auto parent = intfSm("Ethernet1");
   const auto config = txQueue(unicast(2));
@@ -566,7 +574,7 @@ const std::string anUpdate = "2 QueueManagementProfileKivToOcSm updateIntfQueueM
 const std::string notFound =
     "2 queueManagementProfile not found in comment for intfId: Ethernet1 txQueue: 2";
 
-TEST_F(Attachments, ANewTxQueueTracesItsWayToTheUpdate) {
+TEST_F(QueueManagementAttachments, ANewTxQueueTracesItsWayToTheUpdate) {
   intf("Ethernet1");
   TraceCapture trace({0, 1, 2, 3, 4, 5, 6, 7, 8, 9});
   queue("Ethernet1", unicast(2));
@@ -577,7 +585,7 @@ TEST_F(Attachments, ANewTxQueueTracesItsWayToTheUpdate) {
                           onTxQueue + "handleEcnWredConfig() intf: Ethernet1", anUpdate, notFound));
 }
 
-TEST_F(Attachments, ANewInterfaceTracesItselfAndThenItsTxQueues) {
+TEST_F(QueueManagementAttachments, ANewInterfaceTracesItselfAndThenItsTxQueues) {
   const auto made = Rok::make<Qos::IntfConfig>(id("Ethernet1"));
   made->txQueueConfigIs(unicast(2), txQueue(unicast(2)));
   TraceCapture trace({0, 1, 2, 3, 4, 5, 6, 7, 8, 9});
@@ -591,7 +599,7 @@ TEST_F(Attachments, ANewInterfaceTracesItselfAndThenItsTxQueues) {
                           onTxQueue + "handleEcnWredConfig() intf: Ethernet1", anUpdate, notFound));
 }
 
-TEST_F(Attachments, ATxQueueWithoutANameTracesNothingMoreUntilTheNameArrives) {
+TEST_F(QueueManagementAttachments, ATxQueueWithoutANameTracesNothingMoreUntilTheNameArrives) {
   queue("Ethernet1", unicast(2));
   TraceCapture trace({0, 1, 2, 3, 4, 5, 6, 7, 8, 9});
   comment("Ethernet1", unicast(2), "qmp-wred");
@@ -606,7 +614,7 @@ TEST_F(Attachments, ATxQueueWithoutANameTracesNothingMoreUntilTheNameArrives) {
   EXPECT_EQ(attachmentModel(), attached);
 }
 
-TEST_F(Attachments, EachChangeOfASettingTracesOneUpdateAndAnEqualOneNone) {
+TEST_F(QueueManagementAttachments, EachChangeOfASettingTracesOneUpdateAndAnEqualOneNone) {
   const auto config = attach();
   const auto some = settings(1, 2, 3);
   const auto update = ElementsAre(onTxQueue + "handleEcnWredConfig() intf: Ethernet1", anUpdate);
@@ -621,7 +629,7 @@ TEST_F(Attachments, EachChangeOfASettingTracesOneUpdateAndAnEqualOneNone) {
   EXPECT_THAT(trace.lines(), IsEmpty());
 }
 
-TEST_F(Attachments, ARemovedTxQueueTracesTheBlankingOnlyIfThereIsAnAttachment) {
+TEST_F(QueueManagementAttachments, ARemovedTxQueueTracesTheBlankingOnlyIfThereIsAnAttachment) {
   attach();
   const std::string going =
       onIntf + "handleTxQueueConfig(const Qos::TxQueue&) intf: Ethernet1 txQueue = unicast-2";
@@ -643,7 +651,7 @@ TEST_F(Attachments, ARemovedTxQueueTracesTheBlankingOnlyIfThereIsAnAttachment) {
   EXPECT_THAT(queueManagementLines(trace), ElementsAre(going)) << "no machine";
 }
 
-TEST_F(Attachments, ARemovedInterfaceTracesItsEndAndThatOfItsTxQueues) {
+TEST_F(QueueManagementAttachments, ARemovedInterfaceTracesItsEndAndThatOfItsTxQueues) {
   attach();
   TraceCapture trace({0, 1, 2, 3, 4, 5, 6, 7, 8, 9});
   removeIntf("Ethernet1");
@@ -655,7 +663,7 @@ TEST_F(Attachments, ARemovedInterfaceTracesItsEndAndThatOfItsTxQueues) {
                           "unicast-2"));
 }
 
-TEST_F(Attachments, StoppingTracesNothing) {
+TEST_F(QueueManagementAttachments, StoppingTracesNothing) {
   attach();
   TraceCapture trace({0, 1, 2, 3, 4, 5, 6, 7, 8, 9});
   stop();

@@ -2,13 +2,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <limits>
 #include <string>
 #include <vector>
 
 #include "QosOpenConfig/QosOpenConfigQueueManagementProfileKivToOcSm.h"
 #include "tests/support/QueueManagementDevice.h"
+#include "tests/support/Refusals.h"
 #include "tests/support/TraceCapture.h"
 
 namespace QosOc {
@@ -16,53 +16,33 @@ namespace {
 
 using support::EcnWred;
 using support::multicast;
+using support::nullArgument;
+using support::outOfRange;
 using support::ProfileModel;
 using support::QueueManagementDevice;
 using support::queueManagementLines;
+using support::reinstantiating;
 using support::settings;
 using support::TraceCapture;
 using support::unicast;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
-using testing::Not;
 
 using ProfileSm = QueueManagementProfileQosProfileSm;
 using TxQueueSm = QueueManagementProfileQosProfileTxQueueSm;
 
-// What a write throws, as "argument id"; "" when it throws nothing.
-template <class Exception>
-std::string refused(const std::function<void()>& write) {
-  try {
-    write();
-  } catch (const Exception& e) {
-    return e.attribute() + " " + std::to_string(e.attributeId());
-  }
-  return "";
-}
-const auto reinstantiating = refused<Rok::MutatorReinstantiatingException>;
-const auto nullArgument = refused<Rok::MutatorArgNullPointerException>;
-
-// The text of the range exception that a write throws; "" when it throws nothing.
-std::string outOfRange(const std::function<void()>& write) {
-  try {
-    write();
-  } catch (const Rok::RangeException& e) {
-    return e.what();
-  }
-  return "";
-}
 const std::string percentText =
     "QosOc::PercentType100::value < QosOc::PercentType100::min or > QosOc::PercentType100::max "
     "not allowed";
 
-struct Profiles : testing::Test, QueueManagementDevice {
-  Profiles() { start(); }
+struct QueueManagementProfiles : testing::Test, QueueManagementDevice {
+  QueueManagementProfiles() { start(); }
 };
 
 // ===== The choice between ECN and WRED
 
-TEST_F(Profiles, TheSettingsThatAreThereDecideTheRecord) {
+TEST_F(QueueManagementProfiles, TheSettingsThatAreThereDecideTheRecord) {
   struct Row {
     EcnWred ecn;
     EcnWred wred;
@@ -85,7 +65,7 @@ TEST_F(Profiles, TheSettingsThatAreThereDecideTheRecord) {
   }
 }
 
-TEST_F(Profiles, ARecordFollowsEverySettingThatComesAndGoes) {
+TEST_F(QueueManagementProfiles, ARecordFollowsEverySettingThatComesAndGoes) {
   const auto queue = profile("qmp-wred", settings(10, 20, 30));
   EXPECT_EQ(profileModel(), (ProfileModel{{"qmp-wred", "10-20 30% ecn"}}));
   queue->wredConfigIs(settings(1, 2, 3));
@@ -96,7 +76,7 @@ TEST_F(Profiles, ARecordFollowsEverySettingThatComesAndGoes) {
   EXPECT_EQ(profileModel(), (ProfileModel{{"qmp-wred", "0-0 100%"}}));
 }
 
-TEST_F(Profiles, NeitherTheUnitNorTheWeightGoesIntoTheRecord) {
+TEST_F(QueueManagementProfiles, NeitherTheUnitNorTheWeightGoesIntoTheRecord) {
   profile("qmp-wred", settings(10, 20, 30));
   Config::QueueManagementProfile expected("qmp-wred");
   expected.config.name = "qmp-wred";
@@ -109,7 +89,7 @@ TEST_F(Profiles, NeitherTheUnitNorTheWeightGoesIntoTheRecord) {
   EXPECT_EQ(profiles->queueManagementProfile("qmp-wred"), expected);
 }
 
-TEST_F(Profiles, ThresholdsAreCopiedWithoutARangeTest) {
+TEST_F(QueueManagementProfiles, ThresholdsAreCopiedWithoutARangeTest) {
   constexpr auto ones = std::numeric_limits<std::uint32_t>::max();
   profile("ecn", settings(ones, ones, 1));
   profile("wred", nullptr, settings(ones, 0, 1));
@@ -117,14 +97,14 @@ TEST_F(Profiles, ThresholdsAreCopiedWithoutARangeTest) {
                                           {"wred", "4294967295-0 1% drop"}}));
 }
 
-TEST_F(Profiles, AChangeRewritesTheWholeRecord) {
+TEST_F(QueueManagementProfiles, AChangeRewritesTheWholeRecord) {
   const auto queue = profile("qmp-wred", settings(10, 20, 30));
   earlierProfile("qmp-wred");
   queue->wredConfigIs(settings(1, 2, 3));
   EXPECT_EQ(profileModel(), (ProfileModel{{"qmp-wred", "10-20 30% ecn drop"}}));
 }
 
-TEST_F(Profiles, OtherSettingsOfTheTxQueueWakeNothing) {
+TEST_F(QueueManagementProfiles, OtherSettingsOfTheTxQueueWakeNothing) {
   const auto queue = profile("qmp-wred", settings(10, 20, 30));
   TraceCapture trace({0, 1, 2, 3, 4, 5, 6, 7, 8, 9});
   queue->bandwidthIs(30);
@@ -135,14 +115,14 @@ TEST_F(Profiles, OtherSettingsOfTheTxQueueWakeNothing) {
 
 // ===== Percentages
 
-TEST_F(Profiles, APercentageOfZeroOrOfAHundredIsAccepted) {
+TEST_F(QueueManagementProfiles, APercentageOfZeroOrOfAHundredIsAccepted) {
   profile("none", settings(1, 2, 0), settings(1, 2, 100));
   profile("all", settings(1, 2, 100), settings(1, 2, 0));
   EXPECT_EQ(profileModel(),
             (ProfileModel{{"all", "1-2 100% ecn drop"}, {"none", "1-2 0% ecn drop"}}));
 }
 
-TEST_F(Profiles, APercentageAboveAHundredThrowsAndTheRecordStays) {
+TEST_F(QueueManagementProfiles, APercentageAboveAHundredThrowsAndTheRecordStays) {
   for (const unsigned char percent : {101, 102, 255}) {
     const std::string before = "10-20 30% ecn drop";
     const auto queue = profile("qmp-wred", settings(10, 20, 30), settings(1, 2, 3));
@@ -160,7 +140,7 @@ TEST_F(Profiles, APercentageAboveAHundredThrowsAndTheRecordStays) {
   }
 }
 
-TEST_F(Profiles, APercentageAboveAHundredPreventsTheMachineOfANewTxQueue) {
+TEST_F(QueueManagementProfiles, APercentageAboveAHundredPreventsTheMachineOfANewTxQueue) {
   add(native("qmp-wred"), body({}));
   const auto queue = txQueue(unicast(0), settings(1, 2, 101));
   EXPECT_EQ(outOfRange([&] { bodyOf("qmp-wred")->txQueueConfigIs(unicast(0), queue); }),
@@ -174,7 +154,7 @@ TEST_F(Profiles, APercentageAboveAHundredPreventsTheMachineOfANewTxQueue) {
   EXPECT_EQ(profileModel(), (ProfileModel{{"qmp-wred", "1-2 3% ecn"}}));
 }
 
-TEST_F(Profiles, APercentageAboveAHundredPreventsTheMachineOfANewProfile) {
+TEST_F(QueueManagementProfiles, APercentageAboveAHundredPreventsTheMachineOfANewProfile) {
   EXPECT_EQ(outOfRange([&] { profile("qmp-wred", nullptr, settings(1, 2, 101)); }), percentText);
   EXPECT_EQ(profileSm("qmp-wred"), nullptr);
   EXPECT_EQ(profileModel(), ProfileModel{});
@@ -184,7 +164,7 @@ TEST_F(Profiles, APercentageAboveAHundredPreventsTheMachineOfANewProfile) {
 
 // ===== Bodies and tx queues
 
-TEST_F(Profiles, AProfileWithoutABodyCreatesNoRecordUntilItHasOne) {
+TEST_F(QueueManagementProfiles, AProfileWithoutABodyCreatesNoRecordUntilItHasOne) {
   const auto config = add(native("qmp-wred"));
   EXPECT_NE(profileSm("qmp-wred"), nullptr);
   EXPECT_EQ(profileModel(), ProfileModel{});
@@ -192,21 +172,21 @@ TEST_F(Profiles, AProfileWithoutABodyCreatesNoRecordUntilItHasOne) {
   EXPECT_EQ(profileModel(), (ProfileModel{{"qmp-wred", "10-20 30% ecn"}}));
 }
 
-TEST_F(Profiles, ATxQueueThatArrivesLaterCreatesTheRecord) {
+TEST_F(QueueManagementProfiles, ATxQueueThatArrivesLaterCreatesTheRecord) {
   add(native("qmp-wred"), body({}));
   EXPECT_EQ(profileModel(), ProfileModel{});
   bodyOf("qmp-wred")->txQueueConfigIs(unicast(0), txQueue(unicast(0)));
   EXPECT_EQ(profileModel(), (ProfileModel{{"qmp-wred", "0-0 100%"}}));
 }
 
-TEST_F(Profiles, ATxQueueOfALaterBodyIsHeardToo) {
+TEST_F(QueueManagementProfiles, ATxQueueOfALaterBodyIsHeardToo) {
   const auto config = add(native("qmp-wred"));
   config->qosProfileIs(body({}));
   bodyOf("qmp-wred")->txQueueConfigIs(unicast(0), txQueue(unicast(0), settings(1, 2, 3)));
   EXPECT_EQ(profileModel(), (ProfileModel{{"qmp-wred", "1-2 3% ecn"}}));
 }
 
-TEST_F(Profiles, OnlyTxQueueZeroCounts) {
+TEST_F(QueueManagementProfiles, OnlyTxQueueZeroCounts) {
   profile("one", settings(1, 2, 3), nullptr, unicast(1));
   profile("three", settings(1, 2, 3), nullptr, multicast(3));
   profile("none", settings(1, 2, 3), nullptr, unicast(16));
@@ -217,13 +197,13 @@ TEST_F(Profiles, OnlyTxQueueZeroCounts) {
   }
 }
 
-TEST_F(Profiles, TxQueueZeroOfEitherTypeCounts) {
+TEST_F(QueueManagementProfiles, TxQueueZeroOfEitherTypeCounts) {
   profile("uc", settings(1, 2, 3), nullptr, unicast(0));
   profile("mc", settings(4, 5, 6), nullptr, multicast(0));
   EXPECT_EQ(profileModel(), (ProfileModel{{"mc", "4-5 6% ecn"}, {"uc", "1-2 3% ecn"}}));
 }
 
-TEST_F(Profiles, OfBothTypesOfTxQueueZeroTheLastWriterDecides) {
+TEST_F(QueueManagementProfiles, OfBothTypesOfTxQueueZeroTheLastWriterDecides) {
   const auto uc = profile("both", settings(1, 2, 3));
   const auto mc = txQueue(multicast(0), settings(4, 5, 6));
   bodyOf("both")->txQueueConfigIs(multicast(0), mc);
@@ -235,7 +215,7 @@ TEST_F(Profiles, OfBothTypesOfTxQueueZeroTheLastWriterDecides) {
   EXPECT_EQ(profileSm("both")->txQueueSm().members(), 2u);
 }
 
-TEST_F(Profiles, ARecordOutlivesTheSettingsOfItsTxQueue) {
+TEST_F(QueueManagementProfiles, ARecordOutlivesTheSettingsOfItsTxQueue) {
   const auto queue = profile("qmp-wred", settings(10, 20, 30));
   bodyOf("qmp-wred")->txQueueConfigDel(unicast(0));
   EXPECT_EQ(profileTxQueueSm("qmp-wred"), nullptr);
@@ -247,7 +227,7 @@ TEST_F(Profiles, ARecordOutlivesTheSettingsOfItsTxQueue) {
   EXPECT_EQ(profileModel(), (ProfileModel{{"qmp-wred", "1-2 3% ecn"}}));
 }
 
-TEST_F(Profiles, ABodyThatGoesLeavesTheRecordAndTheMachines) {
+TEST_F(QueueManagementProfiles, ABodyThatGoesLeavesTheRecordAndTheMachines) {
   const auto queue = profile("qmp-wred", settings(10, 20, 30));
   const auto config = *qosProfiles->config().find(native("qmp-wred"));
   const auto old = config->qosProfile();
@@ -262,7 +242,7 @@ TEST_F(Profiles, ABodyThatGoesLeavesTheRecordAndTheMachines) {
   EXPECT_EQ(profileModel(), (ProfileModel{{"qmp-wred", "10-20 30% ecn"}}));
 }
 
-TEST_F(Profiles, AnotherBodyIsFollowedAndTheOldOneIsNotHeardAnyMore) {
+TEST_F(QueueManagementProfiles, AnotherBodyIsFollowedAndTheOldOneIsNotHeardAnyMore) {
   const auto config = add(native("qmp-wred"), body({}));
   const auto old = config->qosProfile();
   config->qosProfileIs(body({}));
@@ -273,7 +253,7 @@ TEST_F(Profiles, AnotherBodyIsFollowedAndTheOldOneIsNotHeardAnyMore) {
   EXPECT_EQ(profileModel(), (ProfileModel{{"qmp-wred", "1-2 3% ecn"}}));
 }
 
-TEST_F(Profiles, AnotherBodyWithTheSameTxQueueIsWelcomeAndWithAnotherIsRefused) {
+TEST_F(QueueManagementProfiles, AnotherBodyWithTheSameTxQueueIsWelcomeAndWithAnotherIsRefused) {
   const auto queue = profile("qmp-wred", settings(10, 20, 30));
   const auto config = *qosProfiles->config().find(native("qmp-wred"));
   const auto same = body({queue});
@@ -289,7 +269,7 @@ TEST_F(Profiles, AnotherBodyWithTheSameTxQueueIsWelcomeAndWithAnotherIsRefused) 
 
 // ===== What goes
 
-TEST_F(Profiles, ARemovedQosProfileTakesItsRecordAlong) {
+TEST_F(QueueManagementProfiles, ARemovedQosProfileTakesItsRecordAlong) {
   const auto queue = profile("qmp-wred", settings(10, 20, 30));
   profile("other", settings(1, 2, 3));
   const auto old = bodyOf("qmp-wred");
@@ -300,21 +280,21 @@ TEST_F(Profiles, ARemovedQosProfileTakesItsRecordAlong) {
   EXPECT_EQ(queue->notifieeList()->notifiees(), 0u);
 }
 
-TEST_F(Profiles, ARemovedQosProfileTakesARecordAlongThatItsTxQueueLeftBehind) {
+TEST_F(QueueManagementProfiles, ARemovedQosProfileTakesARecordAlongThatItsTxQueueLeftBehind) {
   profile("qmp-wred", settings(10, 20, 30));
   bodyOf("qmp-wred")->txQueueConfigDel(unicast(0));
   removeProfile("qmp-wred");
   EXPECT_EQ(profileModel(), ProfileModel{});
 }
 
-TEST_F(Profiles, PrepareToDieLeavesTheTxQueuesInPlace) {
+TEST_F(QueueManagementProfiles, PrepareToDieLeavesTheTxQueuesInPlace) {
   profile("qmp-wred", settings(10, 20, 30));
   profileSm("qmp-wred")->doPrepareToDie();
   EXPECT_EQ(profileModel(), ProfileModel{});
   EXPECT_NE(profileTxQueueSm("qmp-wred"), nullptr);
 }
 
-TEST_F(Profiles, AProfileThatComesBackIsWrittenAnew) {
+TEST_F(QueueManagementProfiles, AProfileThatComesBackIsWrittenAnew) {
   profile("qmp-wred", settings(10, 20, 30));
   removeProfile("qmp-wred");
   profile("qmp-wred", nullptr, settings(1, 2, 3));
@@ -323,7 +303,7 @@ TEST_F(Profiles, AProfileThatComesBackIsWrittenAnew) {
 
 // ===== Life
 
-TEST_F(Profiles, TheInputsReadBack) {
+TEST_F(QueueManagementProfiles, TheInputsReadBack) {
   const auto queue = profile("qmp-wred", settings(10, 20, 30));
   const auto sm = profileSm("qmp-wred");
   const auto child = profileTxQueueSm("qmp-wred");
@@ -341,7 +321,7 @@ TEST_F(Profiles, TheInputsReadBack) {
   EXPECT_TRUE(child->hasNotificationActive());
 }
 
-TEST_F(Profiles, SwitchedOffTheTreeIsSilentAndSwitchedOnItGoesOn) {
+TEST_F(QueueManagementProfiles, SwitchedOffTheTreeIsSilentAndSwitchedOnItGoesOn) {
   const auto queue = profile("qmp-wred", settings(10, 20, 30));
   const auto bodiless = add(native("late"));
   const auto empty = add(native("empty"), body({}));
@@ -362,7 +342,7 @@ TEST_F(Profiles, SwitchedOffTheTreeIsSilentAndSwitchedOnItGoesOn) {
       (ProfileModel{{"empty", "7-8 9% ecn"}, {"late", "4-5 6% ecn"}, {"qmp-wred", "1-2 3% drop"}}));
 }
 
-TEST_F(Profiles, AZombieHearsNothing) {
+TEST_F(QueueManagementProfiles, AZombieHearsNothing) {
   const auto queue = profile("qmp-wred", settings(10, 20, 30));
   const auto config = add(native("late"), body({}));
   profileSm("late")->rokDoZombieReactors(true);
@@ -376,7 +356,7 @@ TEST_F(Profiles, AZombieHearsNothing) {
 
 // The one reaction that a zombie still has, as long as it is told of changes: its chained input
 // goes along with the body, and is a zombie as well.
-TEST_F(Profiles, AZombieStillFollowsTheBodyWithoutHandlingIt) {
+TEST_F(QueueManagementProfiles, AZombieStillFollowsTheBodyWithoutHandlingIt) {
   const auto config = add(native("late"), body({}));
   const auto sm = profileSm("late");
   sm->rokDoZombieReactors(true);
@@ -390,7 +370,7 @@ TEST_F(Profiles, AZombieStillFollowsTheBodyWithoutHandlingIt) {
   EXPECT_EQ(profileModel(), ProfileModel{});
 }
 
-TEST_F(Profiles, TheChainedInputCanBeMovedAndReleasedByHandAndCallsNoHandler) {
+TEST_F(QueueManagementProfiles, TheChainedInputCanBeMovedAndReleasedByHandAndCallsNoHandler) {
   add(native("qmp-wred"), body({}));
   const auto sm = profileSm("qmp-wred");
   const auto other = body({txQueue(unicast(0))});
@@ -407,7 +387,7 @@ TEST_F(Profiles, TheChainedInputCanBeMovedAndReleasedByHandAndCallsNoHandler) {
 }
 
 // The walk at start sees the tx queues first, and only then does the body tell of changes.
-TEST_F(Profiles, TheBodyIsWatchedAfterItsTxQueuesHaveBeenSeen) {
+TEST_F(QueueManagementProfiles, TheBodyIsWatchedAfterItsTxQueuesHaveBeenSeen) {
   const auto made = body({txQueue(unicast(0))});
   int lines = 0;
   const auto before = Rok::TraceFacility::sinkIs([&](const Rok::TraceFacility::Line&) {
@@ -422,7 +402,7 @@ TEST_F(Profiles, TheBodyIsWatchedAfterItsTxQueuesHaveBeenSeen) {
   EXPECT_EQ(made->notifieeList()->notifiees(), 1u);
 }
 
-TEST_F(Profiles, StoppingLeavesTheRecordsAndEndsEveryWatch) {
+TEST_F(QueueManagementProfiles, StoppingLeavesTheRecordsAndEndsEveryWatch) {
   const auto queue = profile("qmp-wred", settings(10, 20, 30));
   const auto config = *qosProfiles->config().find(native("qmp-wred"));
   stop();
@@ -435,7 +415,7 @@ TEST_F(Profiles, StoppingLeavesTheRecordsAndEndsEveryWatch) {
   EXPECT_EQ(profileModel(), (ProfileModel{{"qmp-wred", "10-20 30% ecn"}}));
 }
 
-TEST_F(Profiles, ANotificationOfWhatIsMirroredAlreadyDoesNothing) {
+TEST_F(QueueManagementProfiles, ANotificationOfWhatIsMirroredAlreadyDoesNothing) {
   profile("qmp-wred", settings(10, 20, 30));
   const auto sm = profileSm("qmp-wred");
   const auto child = profileTxQueueSm("qmp-wred");
@@ -450,7 +430,7 @@ TEST_F(Profiles, ANotificationOfWhatIsMirroredAlreadyDoesNothing) {
 
 // ===== Factories
 
-TEST_F(Profiles, TheFactoryOfAProfileWritesAndFollowsOutsideItsParent) {
+TEST_F(QueueManagementProfiles, TheFactoryOfAProfileWritesAndFollowsOutsideItsParent) {
   const auto queue = profile("qmp-wred", settings(10, 20, 30));
   root->qosProfileSmDelAll();
   earlierProfile("qmp-wred");
@@ -462,7 +442,7 @@ TEST_F(Profiles, TheFactoryOfAProfileWritesAndFollowsOutsideItsParent) {
   EXPECT_EQ(profileModel(), (ProfileModel{{"qmp-wred", "10-20 30% ecn drop"}}));
 }
 
-TEST_F(Profiles, TheFactoryOfAProfilesTxQueueWritesAndFollowsOutsideItsParent) {
+TEST_F(QueueManagementProfiles, TheFactoryOfAProfilesTxQueueWritesAndFollowsOutsideItsParent) {
   const auto queue = profile("qmp-wred", settings(10, 20, 30));
   const auto parent = profileSm("qmp-wred");
   parent->txQueueSmDelAll();
@@ -475,7 +455,23 @@ TEST_F(Profiles, TheFactoryOfAProfilesTxQueueWritesAndFollowsOutsideItsParent) {
   EXPECT_EQ(profileModel(), (ProfileModel{{"qmp-wred", "0-0 100%"}}));
 }
 
-TEST_F(Profiles, WithoutAConfigAMachineIsDeafAndOfNoName) {
+// The root turns such profiles away, but a factory doesn't ask: they all decode to the empty name.
+TEST_F(QueueManagementProfiles, AMachineOfAnotherNativeNameWritesAndDeletesTheRecordOfNoName) {
+  const auto queue = txQueue(unicast(0), settings(10, 20, 30));
+  const auto config = add("plain", body({queue}));
+  EXPECT_EQ(profileModel(), ProfileModel{});
+  const auto sm = queueManagementProfileQosProfileSmFactory(root.get(), profiles, config);
+  EXPECT_EQ(profileModel(), (ProfileModel{{"", "10-20 30% ecn"}}));
+  queue->ecnConfigIs(nullptr);
+  EXPECT_EQ(profileModel(), (ProfileModel{{"", "0-0 100%"}}));
+  sm->doPrepareToDie();
+  EXPECT_EQ(profileModel(), ProfileModel{});
+  const auto child =
+      queueManagementProfileQosProfileTxQueueSmFactory(sm.get(), "plain", profiles, queue);
+  EXPECT_EQ(profileModel(), (ProfileModel{{"", "0-0 100%"}}));
+}
+
+TEST_F(QueueManagementProfiles, WithoutAConfigAMachineIsDeafAndOfNoName) {
   add(native("qmp-wred"), body({}));
   const auto sm = queueManagementProfileQosProfileSmFactory(root.get(), profiles, nullptr);
   EXPECT_EQ(sm->qosProfileConfig(), nullptr);
@@ -488,7 +484,7 @@ TEST_F(Profiles, WithoutAConfigAMachineIsDeafAndOfNoName) {
   EXPECT_EQ(profileModel(), ProfileModel{});
 }
 
-TEST_F(Profiles, TheMutatorsOfTheCollectionsReleaseMachinesAndLeaveTheOutput) {
+TEST_F(QueueManagementProfiles, TheMutatorsOfTheCollectionsReleaseMachinesAndLeaveTheOutput) {
   profile("a", settings(1, 2, 3));
   profile("b", settings(4, 5, 6));
   profile("c", settings(7, 8, 9));
@@ -508,7 +504,7 @@ TEST_F(Profiles, TheMutatorsOfTheCollectionsReleaseMachinesAndLeaveTheOutput) {
 
 // ===== Refusals
 
-TEST_F(Profiles, TheSameArgumentsGiveTheSameMachineAndEveryOtherIsRefused) {
+TEST_F(QueueManagementProfiles, TheSameArgumentsGiveTheSameMachineAndEveryOtherIsRefused) {
   const auto queue = profile("qmp-wred", settings(10, 20, 30));
   const auto sm = profileSm("qmp-wred");
   const auto config = *qosProfiles->config().find(native("qmp-wred"));
@@ -527,7 +523,7 @@ TEST_F(Profiles, TheSameArgumentsGiveTheSameMachineAndEveryOtherIsRefused) {
   EXPECT_EQ(profileModel(), (ProfileModel{{"qmp-wred", "10-20 30% ecn"}}));
 }
 
-TEST_F(Profiles, TheSameArgumentsGiveTheSameTxQueueAndEveryOtherIsRefused) {
+TEST_F(QueueManagementProfiles, TheSameArgumentsGiveTheSameTxQueueAndEveryOtherIsRefused) {
   const auto queue = profile("qmp-wred", settings(10, 20, 30));
   add(native("other"), body({}));
   const auto sm = profileSm("qmp-wred");
@@ -548,7 +544,7 @@ TEST_F(Profiles, TheSameArgumentsGiveTheSameTxQueueAndEveryOtherIsRefused) {
   EXPECT_EQ(profileModel(), (ProfileModel{{"qmp-wred", "10-20 30% ecn"}}));
 }
 
-TEST_F(Profiles, NullArgumentsAreRefusedByName) {
+TEST_F(QueueManagementProfiles, NullArgumentsAreRefusedByName) {
   const auto config = add(native("qmp-wred"), body({}));
   const auto sm = profileSm("qmp-wred");
   const auto queue = txQueue(unicast(0));
@@ -586,7 +582,7 @@ std::vector<std::string> operator+(std::vector<std::string> left,
   return left;
 }
 
-TEST_F(Profiles, ANewProfileTracesItsWayDownToTheRecord) {
+TEST_F(QueueManagementProfiles, ANewProfileTracesItsWayDownToTheRecord) {
   TraceCapture trace({0, 1, 2, 3, 4, 5, 6, 7, 8, 9});
   profile("gold", settings(1, 2, 3));
   EXPECT_EQ(
@@ -601,7 +597,7 @@ TEST_F(Profiles, ANewProfileTracesItsWayDownToTheRecord) {
   EXPECT_THAT(trace.handles(), testing::Each("OpenConfigQosQueueManagementProfileKivToOcSm"));
 }
 
-TEST_F(Profiles, LinesOfAMachineBeginWithIt) {
+TEST_F(QueueManagementProfiles, LinesOfAMachineBeginWithIt) {
   const auto queue = profile("gold");
   TraceCapture trace({2});
   queue->ecnConfigIs(settings(1, 2, 3));
@@ -613,7 +609,7 @@ TEST_F(Profiles, LinesOfAMachineBeginWithIt) {
   EXPECT_EQ(trace.lines()[1].substr(0, address.str().size()), address.str());
 }
 
-TEST_F(Profiles, EachChangeOfASettingTracesOneUpdateAndAnEqualOneNone) {
+TEST_F(QueueManagementProfiles, EachChangeOfASettingTracesOneUpdateAndAnEqualOneNone) {
   const auto queue = profile("gold");
   const EcnWred some = settings(1, 2, 3);
   TraceCapture trace({0, 1, 2, 3, 4, 5, 6, 7, 8, 9});
@@ -627,7 +623,17 @@ TEST_F(Profiles, EachChangeOfASettingTracesOneUpdateAndAnEqualOneNone) {
   EXPECT_THAT(trace.lines(), IsEmpty());
 }
 
-TEST_F(Profiles, AnotherTxQueueTracesThatItIsTheWrongOne) {
+TEST_F(QueueManagementProfiles, AProfileWithoutABodyTracesItsStartAndNoError) {
+  TraceCapture trace({0, 1, 2, 3, 4, 5, 6, 7, 8, 9});
+  add(native("gold"));
+  EXPECT_THAT(
+      trace.linesWithoutAddresses(),
+      ElementsAre("2 QueueManagementProfileKivToOcSm handleProfileConfig profile:__YANG_QMP_[gold]",
+                  decoding, onProfile + "handleInitialized" + ofGold));
+  EXPECT_EQ(profileModel(), ProfileModel{});
+}
+
+TEST_F(QueueManagementProfiles, AnotherTxQueueTracesThatItIsTheWrongOne) {
   add(native("gold"), body({}));
   TraceCapture trace({0, 1, 2, 3, 4, 5, 6, 7, 8, 9});
   bodyOf("gold")->txQueueConfigIs(multicast(3), txQueue(multicast(3), settings(1, 2, 3)));
@@ -642,7 +648,7 @@ TEST_F(Profiles, AnotherTxQueueTracesThatItIsTheWrongOne) {
   EXPECT_EQ(trace.linesWithoutAddresses(), expected) << "coming and going alike";
 }
 
-TEST_F(Profiles, ABodyThatArrivesTracesItsHandlerAndThenTheTxQueues) {
+TEST_F(QueueManagementProfiles, ABodyThatArrivesTracesItsHandlerAndThenTheTxQueues) {
   const auto config = add(native("gold"));
   const auto queue = txQueue(unicast(3));
   TraceCapture trace({0, 1, 2, 3, 4, 5, 6, 7, 8, 9});
@@ -659,7 +665,7 @@ TEST_F(Profiles, ABodyThatArrivesTracesItsHandlerAndThenTheTxQueues) {
               ElementsAre(onProfile + "handleProfileConfig" + ofGold));
 }
 
-TEST_F(Profiles, ATxQueueThatGoesTracesItsHandlerAlone) {
+TEST_F(QueueManagementProfiles, ATxQueueThatGoesTracesItsHandlerAlone) {
   profile("gold", settings(1, 2, 3));
   TraceCapture trace({0, 1, 2, 3, 4, 5, 6, 7, 8, 9});
   bodyOf("gold")->txQueueConfigDel(unicast(0));
@@ -668,7 +674,7 @@ TEST_F(Profiles, ATxQueueThatGoesTracesItsHandlerAlone) {
                                       "__YANG_QMP_[gold] txQueue = unicast-0"));
 }
 
-TEST_F(Profiles, ARemovedProfileTracesTheDeletionOnlyIfThereIsARecord) {
+TEST_F(QueueManagementProfiles, ARemovedProfileTracesTheDeletionOnlyIfThereIsARecord) {
   profile("gold", settings(1, 2, 3));
   const std::vector<std::string> entries = {
       "2 QueueManagementProfileKivToOcSm handleProfileConfig profile:__YANG_QMP_[gold]", decoding,
@@ -684,7 +690,7 @@ TEST_F(Profiles, ARemovedProfileTracesTheDeletionOnlyIfThereIsARecord) {
   EXPECT_EQ(trace.linesWithoutAddresses(), entries);
 }
 
-TEST_F(Profiles, AnUpdateWithoutTheTxQueueTracesAnErrorAndWritesNothing) {
+TEST_F(QueueManagementProfiles, AnUpdateWithoutTheTxQueueTracesAnErrorAndWritesNothing) {
   profile("gold", settings(1, 2, 3));
   TraceCapture trace({0, 1, 2, 3, 4, 5, 6, 7, 8, 9});
   root->updateQueueManagementProfile(native("gold"), multicast(0));
@@ -700,7 +706,7 @@ TEST_F(Profiles, AnUpdateWithoutTheTxQueueTracesAnErrorAndWritesNothing) {
   EXPECT_EQ(profileModel(), (ProfileModel{{"gold", "1-2 3% ecn"}}));
 }
 
-TEST_F(Profiles, ARefusedPercentageHasBeenTracedAsFarAsItCame) {
+TEST_F(QueueManagementProfiles, ARefusedPercentageHasBeenTracedAsFarAsItCame) {
   const auto queue = profile("gold");
   TraceCapture trace({0, 1, 2, 3, 4, 5, 6, 7, 8, 9});
   outOfRange([&] { queue->ecnConfigIs(settings(1, 2, 101)); });
