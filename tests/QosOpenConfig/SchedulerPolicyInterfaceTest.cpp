@@ -2,12 +2,15 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <csignal>
 #include <functional>
+#include <map>
 #include <random>
 #include <string>
 #include <vector>
 
 #include "QosOpenConfig/QosOpenConfigSchedulerPolicyKivToOCSm.h"
+#include "tests/support/Refusals.h"
 #include "tests/support/SchedulerDevice.h"
 #include "tests/support/TraceCapture.h"
 #include "tests/support/WalkOrder.h"
@@ -16,6 +19,8 @@ namespace QosOc {
 namespace {
 
 using support::AttachmentModel;
+using support::nullArgument;
+using support::reinstantiating;
 using support::SchedulerDevice;
 using support::schedulerLines;
 using support::TraceCapture;
@@ -24,19 +29,6 @@ using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::UnorderedElementsAre;
-
-// What a write throws, as "argument id"; "" when it throws nothing.
-template <class Exception>
-std::string refused(const std::function<void()>& write) {
-  try {
-    write();
-  } catch (const Exception& e) {
-    return e.attribute() + " " + std::to_string(e.attributeId());
-  }
-  return "";
-}
-const auto reinstantiating = refused<Rok::MutatorReinstantiatingException>;
-const auto nullArgument = refused<Rok::MutatorArgNullPointerException>;
 
 const auto unicast3 = SchedulerDevice::unicast(3);
 const auto unicast4 = SchedulerDevice::unicast(4);
@@ -320,6 +312,28 @@ TEST_F(PolicyAttachments, ADocumentWithBothPartsNamesThePolicy) {
   EXPECT_EQ(attachments(), (AttachmentModel{{"Ethernet1", "sp-gold"}}));
 }
 
+// Whoever's it is: the text is read before its tx queue is looked for.
+TEST(AttachmentsDeathTest, AWronglyTypedCommentEndsTheProcess) {
+  const auto end = "a comment holds a JSON value of the wrong type";
+  for (const char* text : {R"({"MetaData-OpenConfig":7})",
+                           R"({"MetaData-OpenConfig":{"scheduler-policy":{"name":7}}})",
+                           R"({"MetaData-OpenConfig":{"queue-management-profile":[]}})"}) {
+    SchedulerDevice device;
+    device.start();
+    device.queue("Ethernet1", unicast3);
+    for (const char* name : {"Ethernet1", "Ethernet2"}) {
+      EXPECT_EXIT(device.comment(name, unicast3, text), testing::KilledBySignal(SIGABRT), end)
+          << text;
+    }
+    device.stop();
+    device.comment("Ethernet2", unicast3, text);
+    device.start();  // nobody's
+    device.stop();
+    device.comment("Ethernet1", unicast3, text);
+    EXPECT_EXIT(device.start(), testing::KilledBySignal(SIGABRT), end) << text;
+  }
+}
+
 // ===== The last one decides
 
 TEST_F(PolicyAttachments, OfQueuesThatDisagreeTheLastEvaluatedDecides) {
@@ -405,13 +419,37 @@ TEST_F(PolicyAttachments, AnInterfaceThatGoesLeavesTheAttachmentAndLetsItsQueues
 TEST_F(PolicyAttachments, AnInterfaceThatComesBackIsBuiltAndEvaluatedAnew) {
   queue("Ethernet1", unicast3);
   const auto intfConfig = intf("Ethernet1");
+  const auto old = machine("Ethernet1");
+  const auto oldQueue = machine("Ethernet1", unicast3);
   remove("Ethernet1");
   cli->commentIs(key("Ethernet1", unicast3), naming("sp-gold"));
   EXPECT_EQ(attachments(), AttachmentModel{});
   config->intfConfigIs(id("Ethernet1"), intfConfig);
+  EXPECT_NE(machine("Ethernet1"), old);
+  EXPECT_NE(machine("Ethernet1", unicast3), oldQueue);
   EXPECT_EQ(attachments(), (AttachmentModel{{"Ethernet1", "sp-gold"}}));
   name("Ethernet1", unicast3, "sp-silver");
   EXPECT_EQ(attachments(), (AttachmentModel{{"Ethernet1", "sp-silver"}}));
+}
+
+TEST_F(PolicyAttachments, QueuesThatGoLeaveNoTraceInTheIndex) {
+  const auto keys = [this] {
+    return std::pair(root->txQueues().byCommentKey()->keys(),
+                     root->txQueues().byTxQueueId()->keys());
+  };
+  for (const char* name : {"Ethernet1", "Etherlink1", "Ethernet2"}) {
+    queue(name, unicast3);
+    queue(name, multicast3);
+    queue(name, unicast4);
+  }
+  EXPECT_EQ(keys(), std::pair(6u, 2u));
+  for (const auto& txQueue : {unicast3, multicast3, unicast4}) removeQueue("Ethernet1", txQueue);
+  EXPECT_EQ(keys(), std::pair(6u, 2u)) << "two interfaces share their keys";
+  removeQueue("Ethernet2", unicast4);
+  EXPECT_EQ(keys(), std::pair(5u, 2u));
+  remove("Etherlink1");
+  remove("Ethernet2");
+  EXPECT_EQ(keys(), std::pair(0u, 0u));
 }
 
 TEST_F(PolicyAttachments, KeysWithoutAnEntryAndWithoutAMachineHaveNoEffect) {
@@ -500,41 +538,40 @@ TEST_F(PolicyAttachments, AMachineThatOutlivesTheRootDoesNoHarm) {
 }
 
 // Where detail is traced, the keys of all queues are computed for it. That may change nothing.
+// Queue names reach the queues of an interface in no certain order, so each has one type of them.
 TEST_F(PolicyAttachments, TracingChangesNothing) {
-  for (const bool traced : {false, true}) {
-    std::mt19937 random(11);
-    SchedulerDevice device;
-    device.start();
-    SchedulerDevice silent;
-    silent.start();
-    for (int step = 0; step < 300; ++step) {
-      const Rok::String name = std::vector{"Ethernet1", "Etherlink1", "Ethernet2"}[random() % 3];
-      const Qos::TxQueue txQueue{static_cast<unsigned char>(random() % 3),
-                                 Qos::QueueType{static_cast<unsigned char>(random() % 4)}};
-      const auto policy = "sp-" + std::to_string(step);
-      const unsigned what = random() % 6;
-      const auto act = [&](SchedulerDevice& on) {
-        if (what == 0) on.removeQueue(name, txQueue);
-        if (what == 1) on.queue(name, txQueue);
-        if (what == 2) on.queueName(policy.c_str(), txQueue.id.value);
-        if (what == 3) on.profile(policy);
-        if (what >= 4) on.name(name, txQueue, policy);
-      };
-      const auto exists = silent.intf(name)->txQueueConfig().find(txQueue) != nullptr;
-      device.intf(name);
-      if (what == 1 && exists) continue;
-      // Queue names reach several queues of an interface in no certain order.
-      if (what == 2) continue;
-      if (traced) {
-        const TraceCapture trace({0, 1, 2, 3, 4, 5, 6, 7, 8, 9});
-        act(device);
-      } else {
-        act(device);
-      }
-      act(silent);
-      ASSERT_EQ(device.attachments(), silent.attachments()) << "step " << step;
+  const std::pair<const char*, unsigned char> intfs[] = {
+      {"Ethernet1", 0}, {"Etherlink1", 0}, {"Ethernet2", 1}, {"Ethernet3", 2}};
+  std::mt19937 random(11);
+  SchedulerDevice silent;
+  silent.start();
+  enum Event : unsigned { aQueueGoes, aCommentGoes, aQueueComes, aQueueName, aComment };
+  std::map<Event, int> effects;
+  for (int step = 0; step < 1000; ++step) {
+    const auto& [intfName, type] = intfs[random() % 4];
+    const Rok::String name = intfName;
+    const Qos::TxQueue txQueue{static_cast<unsigned char>(random() % 3), Qos::QueueType{type}};
+    const auto policy = "sp-" + std::to_string(step);
+    const Event event{static_cast<unsigned>(random() % 5)};
+    const auto act = [&](SchedulerDevice& on) {
+      const bool exists = on.intf(name)->txQueueConfig().find(txQueue) != nullptr;
+      if (event == aQueueGoes) on.removeQueue(name, txQueue);
+      if (event == aCommentGoes) on.cli->commentDel(on.key(name, txQueue));
+      if (event == aQueueComes && !exists) on.queue(name, txQueue);
+      if (event == aQueueName) on.queueName(policy.c_str(), txQueue.id.value);
+      if (event == aComment) on.name(name, txQueue, policy);
+    };
+    const auto before = silent.attachments();
+    {
+      const TraceCapture trace({0, 1, 2, 3, 4, 5, 6, 7, 8, 9});
+      act(*this);
     }
+    act(silent);
+    ASSERT_EQ(attachments(), silent.attachments()) << "step " << step;
+    effects[event] += silent.attachments() != before ? 1 : 0;
   }
+  EXPECT_EQ(effects[aQueueGoes] + effects[aCommentGoes], 0);
+  for (const Event event : {aQueueComes, aQueueName, aComment}) EXPECT_GT(effects[event], 20);
 }
 
 // ===== Life
@@ -605,6 +642,14 @@ TEST_F(PolicyAttachments, WithoutAConfigATxQueueIsTheDefaultOneAndReadsItsCommen
   EXPECT_EQ(attachments(), (AttachmentModel{{"Ethernet1", "sp-gold"}}));
 }
 
+TEST_F(PolicyAttachments, WithoutAConfigAnInterfaceIsDeafAndOfNoName) {
+  const auto sm = schedulerPolicyIntfSmFactory(root.get(), policies, interfaces, nullptr);
+  EXPECT_EQ(sm->intfConfig(), nullptr);
+  EXPECT_EQ(sm->intfId(), Nerit::IntfId());
+  EXPECT_EQ(sm->txQueueSm().members(), 0u);
+  EXPECT_EQ(attachments(), AttachmentModel{});
+}
+
 TEST_F(PolicyAttachments, TheFactoryOfAnInterfaceBuildsItsQueues) {
   const auto made = Rok::make<Qos::IntfConfig>(id("Ethernet1"));
   made->txQueueConfigIs(unicast3, Rok::make<Qos::TxQueueConfig>(unicast3));
@@ -658,7 +703,12 @@ TEST_F(PolicyAttachments, TheSameInterfaceGivesTheSameChildAndEveryOtherIsRefuse
   const auto otherPolicies = Rok::make<Config::SchedulerPoliciesDir>();
   const auto otherInterfaces = Rok::make<Config::InterfacesDir>();
   auto* self = root.get();
+  SchedulerDevice otherDevice;
+  otherDevice.start();
+  auto* otherRoot = otherDevice.root.get();
   EXPECT_EQ(root->intfSmIs(self, policies, interfaces, config), machine("Ethernet1"));
+  EXPECT_EQ(reinstantiating([&] { root->intfSmIs(otherRoot, policies, interfaces, config); }),
+            "schedulerPolicyKivToOCSm 130");
   EXPECT_EQ(reinstantiating([&] { root->intfSmIs(self, otherPolicies, interfaces, config); }),
             "schedulerPoliciesDir 131");
   EXPECT_EQ(reinstantiating([&] { root->intfSmIs(self, policies, otherInterfaces, config); }),
@@ -685,7 +735,12 @@ TEST_F(PolicyAttachments, TheSameTxQueueGivesTheSameChildAndEveryOtherIsRefused)
     return sm->txQueueSmIs(sm.get(), intfId, policiesDir, interfacesDir, txQueueConfig);
   };
   const auto one = id("Ethernet1");
+  intf("Ethernet2");
   EXPECT_EQ(make(one, policies, interfaces, config), machine("Ethernet1", unicast3));
+  EXPECT_EQ(reinstantiating([&] {
+              sm->txQueueSmIs(machine("Ethernet2").get(), one, policies, interfaces, config);
+            }),
+            "schedulerPolicyIntfSm 130");
   EXPECT_EQ(reinstantiating([&] { make(id("Ethernet2"), policies, interfaces, config); }),
             "intfId 131");
   EXPECT_EQ(reinstantiating(
@@ -701,6 +756,10 @@ TEST_F(PolicyAttachments, TheSameTxQueueGivesTheSameChildAndEveryOtherIsRefused)
                               Rok::Ptr<Qos::TxQueueConfig const>(config));
             }),
             "schedulerPolicyIntfSm 130");
+  EXPECT_EQ(nullArgument([&] { sm->txQueueSmIs(sm.get(), one, nullptr, interfaces, config); }),
+            "schedulerPoliciesDir 132");
+  EXPECT_EQ(nullArgument([&] { sm->txQueueSmIs(sm.get(), one, policies, nullptr, config); }),
+            "interfacesDir 133");
   EXPECT_EQ(nullArgument([&] { intf("Ethernet1")->txQueueConfigIs(unicast4, nullptr); }),
             "txQueueConfig 134");
   EXPECT_EQ(sm->txQueueSm().members(), 1u);
@@ -752,6 +811,13 @@ TEST_F(PolicyAttachments, AnInterfaceWithoutAnOutputTracesOnlyTheOutput) {
   EXPECT_THAT(schedulerLines(trace),
               ElementsAre("2 SchedulerPolicyKivToOCSm: handleComment",
                           "2 creating interface output for intf: Ethernet1"));
+}
+
+TEST_F(PolicyAttachments, ACommentBeforeItsQueueTracesItsEntryAlone) {
+  intf("Ethernet1");
+  TraceCapture trace({2});
+  name("Ethernet1", unicast3, "sp-gold");
+  EXPECT_THAT(schedulerLines(trace), ElementsAre("2 SchedulerPolicyKivToOCSm: handleComment"));
 }
 
 TEST_F(PolicyAttachments, AQueueWithoutAPolicyTracesThatAndTheClearing) {

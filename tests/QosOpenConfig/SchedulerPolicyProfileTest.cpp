@@ -2,12 +2,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <functional>
+#include <csignal>
 #include <random>
 #include <string>
 #include <vector>
 
 #include "QosOpenConfig/QosOpenConfigSchedulerPolicyKivToOCSm.h"
+#include "tests/support/Refusals.h"
 #include "tests/support/SchedulerDevice.h"
 #include "tests/support/TraceCapture.h"
 #include "tests/support/WalkOrder.h"
@@ -16,26 +17,16 @@ namespace QosOc {
 namespace {
 
 using support::AttachmentModel;
+using support::outOfRange;
 using support::PolicyModel;
 using support::SchedulerDevice;
 using support::schedulerLines;
 using support::TraceCapture;
 using support::WalkOrder;
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 constexpr auto percentText =
     "QosOc::PercentType::value < QosOc::PercentType::min or > QosOc::PercentType::max not allowed";
-
-// The text of the range exception that an action throws; "" when it throws nothing.
-std::string refusedRange(const std::function<void()>& act) {
-  try {
-    act();
-  } catch (const Rok::RangeException& e) {
-    return e.what();
-  }
-  return "";
-}
 
 // Documents of profile comments, by their members.
 Rok::String document(const std::string& members) { return SchedulerDevice::document(members); }
@@ -265,10 +256,27 @@ TEST_F(Policies, ABadCommentLeavesWhatIsThere) {
   }
 }
 
-// It holds schedulers of these names, so it is both.
+// Every member is a scheduler there, and a key without a number reads as 0.
 TEST_F(Policies, AnAttachmentDocumentUnderAProfilesKeyIsASchedulerOfSequenceZero) {
   EXPECT_EQ(made(document(R"("scheduler-policy":{"name":"sp-gold"})")), "0");
   EXPECT_EQ(attachments(), AttachmentModel{});
+}
+
+TEST(PoliciesDeathTest, AWronglyTypedCommentEndsTheProcess) {
+  const auto end = "a comment holds a JSON value of the wrong type";
+  for (const auto& text : {Rok::String(R"({"MetaData-OpenConfig":7})"), document(R"("1":7)"),
+                           document(R"("1":{"inputs":{"a":{"weight":"heavy"}}})")}) {
+    SchedulerDevice device;
+    device.start();
+    device.profile("sp-gold");
+    EXPECT_EXIT(device.profileComment("sp-gold", text), testing::KilledBySignal(SIGABRT), end)
+        << text;
+    device.stop();
+    device.profileComment("sp-gold", text);
+    EXPECT_EXIT(device.start(), testing::KilledBySignal(SIGABRT), end) << text;
+    device.profileDel("sp-gold");
+    device.start();  // nobody's
+  }
 }
 
 // An input without an id, a queue and a weight equals the record that stands for none.
@@ -293,9 +301,9 @@ TEST_F(Policies, MoreThanAHundredPercentIsRefusedAndWhatCameBeforeStays) {
     const auto comment = document(R"("1":{"priority":"STRICT","one-rate-two-color":{"cir":7,)"
                                   R"("cir-pct":)" +
                                   std::to_string(percent) + R"(},"inputs":{"in-a":{}}})");
-    EXPECT_EQ(refusedRange([&] { profileComment("sp-gold", comment); }), percentText);
+    EXPECT_EQ(outOfRange([&] { profileComment("sp-gold", comment); }), percentText);
     EXPECT_EQ(model(), (PolicyModel{{"sp-gold", "1 STRICT"}})) << "no rate and no inputs";
-    EXPECT_EQ(refusedRange([&] { root->udpateSchedulerPolicies(native("sp-gold")); }), percentText);
+    EXPECT_EQ(outOfRange([&] { root->udpateSchedulerPolicies(native("sp-gold")); }), percentText);
     EXPECT_EQ(model(), (PolicyModel{{"sp-gold", "1 STRICT"}})) << "the same place again";
   }
   EXPECT_EQ(changed(document(R"("1":{"one-rate-two-color":{"cir":7}})")), "1 STRICT cir 7");
@@ -303,7 +311,7 @@ TEST_F(Policies, MoreThanAHundredPercentIsRefusedAndWhatCameBeforeStays) {
 
 TEST_F(Policies, AProfileWhoseRateIsRefusedThrowsOutOfItsNotification) {
   profileComment("sp-gold", document(R"("1":{"one-rate-two-color":{"cir-pct":101}})"));
-  EXPECT_EQ(refusedRange([&] { profile("sp-gold"); }), percentText);
+  EXPECT_EQ(outOfRange([&] { profile("sp-gold"); }), percentText);
   EXPECT_EQ(model(), (PolicyModel{{"sp-gold", "1"}}));
   profileDel("sp-gold");
   EXPECT_EQ(model(), PolicyModel{});
@@ -324,10 +332,10 @@ TEST(PoliciesRange, TheSchedulersBehindTheRefusedOneAreNotReached) {
     device.profileComment("sp", document(R"("1":{"inputs":{"a":{}}},)"
                                          R"("2":{"one-rate-two-color":{"cir-pct":101}},)"
                                          R"("3":{"inputs":{"c":{}}})"));
-    EXPECT_EQ(refusedRange([&] { device.profile("sp"); }), percentText);
+    EXPECT_EQ(outOfRange([&] { device.profile("sp"); }), percentText);
     const std::string once = device.model().at("sp");
     EXPECT_THAT(once, testing::AnyOf("2", "1 [a]; 2", "2; 3 [c]", "1 [a]; 2; 3 [c]"));
-    EXPECT_EQ(refusedRange([&] { device.root->udpateSchedulerPolicies(device.native("sp")); }),
+    EXPECT_EQ(outOfRange([&] { device.root->udpateSchedulerPolicies(device.native("sp")); }),
               percentText);
     EXPECT_EQ(device.model().at("sp"), once) << "the same place again";
     before = before || once != "2";
@@ -458,6 +466,35 @@ TEST_F(Policies, ABadCommentIsTracedAndTheOperationGoesOn) {
                             "__YANG_SP_[sp-gold]",
                             "2 comment not related to Interface attachment of Scheduler Policy"));
   }
+}
+
+TEST_F(Policies, ABadCommentIsTracedAfterItsReading) {
+  profile("sp-gold");
+  TraceCapture trace({2});
+  profileComment("sp-gold", "uplink");
+  EXPECT_THAT(
+      trace.linesWithoutAddresses(),
+      ElementsAre("2 SchedulerPolicyKivToOCSm: handleComment", entry, decoding,
+                  "2 deserializeJsonProfileComment comment: uplink", "2 Comment not json: uplink",
+                  "2 udpateSchedulerPolicies Bad comment for profile: "
+                  "__YANG_SP_[sp-gold]",
+                  "2 deserializeJsonComment comment: uplink", "2 Comment not json: uplink",
+                  "2 comment not related to Interface attachment of Scheduler Policy"));
+}
+
+TEST_F(Policies, ACommentThatIsEmptiedOrGoesTracesThatThereIsNone) {
+  const auto none =
+      ElementsAre("2 SchedulerPolicyKivToOCSm: handleComment", entry, decoding,
+                  "2 udpateSchedulerPolicies No comment for profile: __YANG_SP_[sp-gold]",
+                  "2 comment not related to Interface attachment of Scheduler Policy");
+  made(full);
+  TraceCapture trace({2});
+  profileComment("sp-gold", "");
+  EXPECT_THAT(schedulerLines(trace), none);
+  profileComment("sp-gold", full);
+  trace.clear();
+  cli->commentDel(profileKey("sp-gold"));
+  EXPECT_THAT(schedulerLines(trace), none);
 }
 
 TEST_F(Policies, ADeletedProfileTracesTheDeletionOnlyIfItsPolicyIsThere) {
