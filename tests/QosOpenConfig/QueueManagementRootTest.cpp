@@ -668,6 +668,7 @@ struct Day : QueueManagementDevice {
   std::mt19937 random;
   ExpectedAttachments attachments;
   ExpectedProfiles expectedProfiles;
+  unsigned sharedComments = 0;  // those that reached several entries
 
   unsigned roll(unsigned sides) { return static_cast<unsigned>(random() % sides); }
   std::string anIntf() {
@@ -715,8 +716,20 @@ struct Day : QueueManagementDevice {
       queue(name, queueKey);
     }
   }
+  // Any, but rather one that the tx queues of two interfaces share.
+  std::string aCommentKey() {
+    std::vector<std::string> keys = {ExpectedAttachments::key(anIntf(), aQueue())};
+    std::set<std::string> seen;
+    for (const auto& [intf, queues] : attachments.interfaces) {
+      for (const auto& queue : queues) {
+        const std::string key = ExpectedAttachments::key(intf, queue);
+        if (!seen.insert(key).second) keys.push_back(key);
+      }
+    }
+    return keys[roll(static_cast<unsigned>(keys.size()))];
+  }
   void changeComment() {
-    const std::string changed = ExpectedAttachments::key(anIntf(), aQueue());
+    const std::string changed = aCommentKey();
     const unsigned what = roll(6);
     if (what == 0) {
       cli->commentDel(changed);
@@ -730,6 +743,7 @@ struct Day : QueueManagementDevice {
     attachments.writeEach([&](const std::string& intf, const Qos::TxQueue& queue) {
       return ExpectedAttachments::key(intf, queue) == changed;
     });
+    sharedComments += attachments.candidates.size() > 1 ? 1 : 0;
     cli->commentIs(changed, profile.empty() ? Rok::String("note") : naming(profile));
   }
   void changeName() {
@@ -818,10 +832,11 @@ struct Day : QueueManagementDevice {
 // Where keys are traced, a comment's tx queues are found by another way, with the same outcome.
 TEST(QueueManagementOracle, RandomDaysAgreeWithPlainMapsInAnyWalkOrder) {
   unsigned attached = 0;
+  unsigned sharedWhileTraced = 0;
   for (std::uint32_t seed = 1; seed <= 60; ++seed) {
     const WalkOrder walk(seed % 3 == 0 ? 0 : seed);
     std::optional<TraceCapture> trace;
-    if (seed % 4 == 0) trace.emplace(std::initializer_list<unsigned>{9});
+    if (seed % 2 == 0) trace.emplace(std::initializer_list<unsigned>{9});
     Day day(seed);
     for (int step = 0; step < 250; ++step) {
       if (trace) trace->clear();
@@ -833,8 +848,10 @@ TEST(QueueManagementOracle, RandomDaysAgreeWithPlainMapsInAnyWalkOrder) {
           << "seed " << seed << ", step " << step;
       attached += static_cast<unsigned>(actual.size());
     }
+    if (trace) sharedWhileTraced += day.sharedComments;
   }
   EXPECT_GT(attached, 10000u) << "the days must be busy ones";
+  EXPECT_GT(sharedWhileTraced, 5u) << "comments must reach several tx queues";
 }
 
 // Where each entry has one writer and each name one id, nothing depends on the walk's order: a day
