@@ -5,6 +5,8 @@
 #include "Fuzz.h"
 #include "QosOpenConfig/QosOpenConfigClassifierKivToOCSm.h"
 #include "QosOpenConfig/QosOpenConfigIntfClassifierKivToOcSm.h"
+#include "QosOpenConfig/QosOpenConfigQueueManagementProfileKivToOcSm.h"
+#include "QosOpenConfig/QosOpenConfigSchedulerPolicyKivToOCSm.h"
 
 namespace {
 
@@ -14,6 +16,8 @@ constexpr std::size_t longest = 2000;
 const std::regex placeholderForm(R"(^__yang_\[([^\]]+)\]_\[\]$)");
 const std::regex termForm(R"(^__yang_\[([^\]]+)\]_\[([^\]]+)\]$)");
 const std::regex pmapForm(R"(^__yang_(?:\[IPV4__([^\]]+)\])?(?:\[IPV6__([^\]]+)\])?$)");
+const std::regex qmpForm(R"(^__YANG_QMP_\[(.+)\]$)");
+const std::regex spForm(R"(^__YANG_SP_\[(.+)\]$)");
 
 }  // namespace
 
@@ -40,6 +44,15 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
        {QosOc::classifiersFromPmapName(name), QosOc::classifierGroupFromPmapName(name)}) {
     Fuzz::require(std::string_view(ipv4) == expected.first, "another IPv4 classifier");
     Fuzz::require(std::string_view(ipv6) == expected.second, "another IPv6 classifier");
+  }
+
+  using Decode = Velmo::String (*)(Velmo::String);
+  const std::pair<const std::regex*, Decode> profiles[] = {{&qmpForm, decodeQMPProfileName},
+                                                           {&spForm, decodeSPProfileName}};
+  for (const auto& [form, decode] : profiles) {
+    const bool isProfile = std::regex_search(text, match, *form);
+    Fuzz::require(std::string_view(decode(name)) == (isProfile ? match[1].str() : ""),
+                  "another name in a QoS profile's");
   }
   return 0;
 }
