@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "QosOpenConfig/QosOpenConfigClassifierKivToOCSm.h"
+#include "tests/support/OneByteChanged.h"
 #include "tests/support/TraceCapture.h"
 
 namespace QosOc {
@@ -161,19 +162,7 @@ TEST(ClassifierNames, NamesWithOneByteChangedDecodeAsTheFormsSay) {
   std::mt19937 random(42);
   const std::string valid[] = {"__yang_[edge-in]_[voice]", "__yang_[edge-in]_[]", "__yang_[a]_[b]"};
   for (int i = 0; i < 50000; ++i) {
-    std::string name = valid[random() % 3];
-    const std::size_t at = random() % name.size();
-    switch (random() % 3) {
-      case 0:
-        name[at] = static_cast<char>(random());
-        break;
-      case 1:
-        name.insert(at, 1, static_cast<char>(random()));
-        break;
-      default:
-        name.erase(at, 1);
-    }
-    expectDecodedAsByTheForms(name);
+    expectDecodedAsByTheForms(support::oneByteChanged(valid[random() % 3], random));
   }
 }
 

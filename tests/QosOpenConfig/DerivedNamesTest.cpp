@@ -13,6 +13,7 @@
 #include "QosOpenConfig/QosOpenConfigClassifierKivToOCSm.h"
 #include "QosOpenConfig/QosOpenConfigHelper.h"
 #include "QosOpenConfig/QosOpenConfigIntfClassifierKivToOcSm.h"
+#include "tests/support/OneByteChanged.h"
 #include "tests/support/TraceCapture.h"
 
 namespace QosOc {
@@ -161,19 +162,7 @@ TEST(PmapNames, NamesWithOneByteChangedDecodeAsTheFormSays) {
   const std::string valid[] = {"__yang_[IPV4__edge-in][IPV6__edge-in6]", "__yang_[IPV4__a]",
                                "__yang_[IPV6__b]", "__yang_"};
   for (int i = 0; i < 50000; ++i) {
-    std::string name = valid[random() % 4];
-    const std::size_t at = random() % name.size();
-    switch (random() % 3) {
-      case 0:
-        name[at] = static_cast<char>(random());
-        break;
-      case 1:
-        name.insert(at, 1, static_cast<char>(random()));
-        break;
-      default:
-        name.erase(at, 1);
-    }
-    expectDecodedAsByTheForm(name);
+    expectDecodedAsByTheForm(support::oneByteChanged(valid[random() % 4], random));
   }
 }
 
