@@ -84,14 +84,16 @@ std::vector<std::string> rootNames(const std::string& list) {
   return names;
 }
 
-void traceLevelsOn(const std::string& list) {
+std::vector<unsigned> traceLevels(const std::string& list) {
+  std::vector<unsigned> levels;
   for (const std::string& part : parts(list)) {
     const auto level = host::decimal(part, Rok::TraceFacility::levels - 1);
     if (!level) {
       throw UsageError("--trace: expected levels from 0 to 9, not " + host::quoted(part));
     }
-    Rok::TraceFacility::levelIs(static_cast<unsigned>(*level), true);
+    levels.push_back(static_cast<unsigned>(*level));
   }
+  return levels;
 }
 
 void orderSeedIs(const std::string& text) {
@@ -112,7 +114,7 @@ struct Request {
         each(arguments.has("--each")),
         render(renderOf(arguments.value("--format").value_or("openconfig"))) {
     if (const auto list = arguments.value("--roots")) roots = rootNames(*list);
-    if (const auto list = arguments.value("--trace")) traceLevelsOn(*list);
+    if (const auto list = arguments.value("--trace")) levels = traceLevels(*list);
     if (const auto seed = arguments.value("--order-seed")) orderSeedIs(*seed);
   }
 
@@ -122,6 +124,7 @@ struct Request {
   bool each;
   Render render;
   std::vector<std::string> roots;
+  std::vector<unsigned> levels;  // of the trace
 };
 
 class Translation {
@@ -136,6 +139,9 @@ class Translation {
     std::unique_ptr<Lines> lines;
     if (request_.changes) lines = std::make_unique<Lines>(*request_.changes);
     for (const std::string& fault : host::commentFaults(native_)) tell("warning: " + fault);
+    // From here on: the trace is the translators', and the judgement above uses their names and
+    // keys.
+    for (const unsigned level : request_.levels) Rok::TraceFacility::levelIs(level, true);
     const auto roots = host::buildRoots(request_.roots, native_, model_,
                                         [this](const std::string& line) { report(line); });
     if (request_.each) print(host::Layout::compact);

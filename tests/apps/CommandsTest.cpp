@@ -115,6 +115,16 @@ TEST(Qosoc, TranslateWarnsOfSuchACommentBeforeItEnds) {
   EXPECT_NE(run.err.find("wrong type"), std::string::npos);
 }
 
+TEST(Qosoc, TheJudgementOfCommentsLeavesNoTrace) {
+  const HostFolder folder;
+  const std::string file = folder.file("native.json", R"({
+      "interfaces": {"Ethernet1": {"tx-queues": {"uc-3": {}}}},
+      "qos-profiles": {"__YANG_SP_[gold]": {}}})");
+  const HostRun run = qosoc({"translate", file, "--trace", "2,9", "--roots", "acl"});
+  EXPECT_EQ(run.exit, 0);
+  EXPECT_EQ(run.err, "");
+}
+
 TEST(Qosoc, TakesAValueBehindAnEqualsSignAndOperandsBehindTwoDashes) {
   const HostFolder folder;
   const std::string file = folder.file("native.json", "{}");
