@@ -10,6 +10,7 @@
 
 #include "QosOpenConfig/QosOpenConfigClassifierKivToOCSm.h"
 #include "tests/support/ClassMapDevice.h"
+#include "tests/support/Refusals.h"
 #include "tests/support/TraceCapture.h"
 
 namespace QosOc {
@@ -20,6 +21,7 @@ using Qos::matchIpv6AccessGroup;
 using support::classMap;
 using support::ClassMapDevice;
 using support::Model;
+using support::reinstantiating;
 using support::TraceCapture;
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -522,6 +524,19 @@ TEST(ClassMapTranslation, AnotherOutputDirectoryForAMirroredNameThrows) {
     EXPECT_EQ(e.attributeId(), 131u);
   }
   EXPECT_EQ(device.types()->cmapConfigSm().members(), 1u);
+}
+
+TEST(ClassMapTranslation, AnotherOutputDirectoryForTheMapTypeThrows) {
+  ClassMapDevice device;
+  device.start();
+  const auto types = device.types();
+  EXPECT_EQ(reinstantiating([&] {
+              device.root->cmapTypeConfigSmIs(device.classMaps,
+                                              Rok::make<Config::ClassifiersDir>());
+            }),
+            "classifierDir 131");
+  EXPECT_EQ(device.types(), types);
+  EXPECT_EQ(types->classifierDir(), device.classifiers);
 }
 
 TEST(ClassMapTranslation, ADeletedClassMapMayComeBackAsAnotherObject) {

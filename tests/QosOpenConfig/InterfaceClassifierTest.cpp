@@ -479,6 +479,24 @@ TEST(InterfaceClassifierStart, SweepsOfManyInterfacesAreTheSameInAnyWalkOrder) {
   }
 }
 
+// Without a service policy of its names, a binding of both families survives.
+TEST(InterfaceClassifierStart, AmongManyBindingsAServicePolicyFindsThoseOfItsNamesInAnyWalkOrder) {
+  for (std::uint32_t seed = 0; seed < 5; ++seed) {
+    const WalkOrder order(seed);
+    ServicePolicyDevice device;
+    BindingModel expected;
+    for (int n = 0; n < 100; ++n) {
+      const std::string name = "Ethernet" + std::to_string(n);
+      const std::string ipv4 = "c" + std::to_string(n);
+      device.earlier(name, ipv4.c_str(), "six");
+      expected[name] = n % 2 == 0 ? "no input" : "v4 " + ipv4 + " v6 six";
+      if (n % 2 == 0) device.add("__yang_[IPV4__" + ipv4 + "][IPV6__six]");
+    }
+    device.start();
+    EXPECT_EQ(device.model(), expected) << "seed " << seed;
+  }
+}
+
 // ===== Life
 
 TEST(InterfaceClassifierLife, TheFactoryReturnsAnActiveTree) {

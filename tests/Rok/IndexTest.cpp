@@ -128,6 +128,11 @@ TEST_F(IndexTest, AnExceptionOfAVisitEndsTheWalkAndLeavesTheIndexInOrder) {
   EXPECT_EQ(of("10G"), Names{"b"});
 }
 
+TEST_F(IndexTest, DescribesItselfByItsName) {
+  EXPECT_EQ(index_->fwkType().name, "Index");
+  EXPECT_EQ(index_->fwkType().attributeName(130), "");
+}
+
 TEST_F(IndexTest, TheIndexLivesAsLongAsSomebodyIsInIt) {
   add("a", "10G");
   Port::BySpeed* index = index_.get();

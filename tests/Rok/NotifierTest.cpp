@@ -151,6 +151,16 @@ TEST(Notifiee, OnZeroReferencesRunsOnceBeforeItsEnd) {
   EXPECT_EQ(calls, (Calls{"zero, registered", "unregistered", "gone"}));
 }
 
+TEST(Notifiee, ReferencesThatHaveNotGoneLeaveItInTheList) {
+  Calls calls;
+  const auto bell = Rok::make<Bell>();
+  const auto listener = listen(bell, "a", calls);
+  listener->zeroReferencesIs(false);
+  EXPECT_EQ(bell->notifieeList()->notifiees(), 1u);
+  bell->toneIs(440);
+  EXPECT_EQ(calls, Calls{"a"});
+}
+
 TEST(Notifiee, IsCalledOnlyWhileItIsRegisteredAndSwitchedOn) {
   Calls calls;
   const auto bell = Rok::make<Bell>();

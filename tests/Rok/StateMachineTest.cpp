@@ -365,6 +365,15 @@ TEST_F(DeviceTree, BecomingAZombieTwiceChangesNothing) {
   EXPECT_EQ(heard(), everything);
 }
 
+TEST_F(DeviceTree, ReferencesThatHaveNotGoneTearNothingDown) {
+  root_->zeroReferencesIs(false);
+  portSm_->zeroReferencesIs(false);
+  EXPECT_FALSE(root_->rokMarkedForDeletion());
+  EXPECT_EQ(root_->portSm().members(), 2u);
+  EXPECT_EQ(portSm_->laneSm().members(), 2u);
+  EXPECT_EQ(heard(), everything);
+}
+
 // ===== Mirroring
 
 TEST_F(DeviceTree, FollowsItsInputs) {
