@@ -184,7 +184,9 @@ class QOS_EXPORT Notifier : public PtrInterface {
   // Inserts or replaces an entry of a hash map; an equal value notifies nothing.
   template <class Map, class Key, class Value>
   void memberIs(Map& map, const Key& key, const Value& value, Attribute<Key> attribute) {
-    const Key kept(key);  // `key` may be a part of what a handler lets go
+    // `key` may be a part of what a handler lets go.
+    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): so it is kept
+    const Key kept(key);
     const auto [node, isNew] = map.newMember(kept, value);
     if (!isNew) {
       if (node->value() == value) return;
@@ -202,7 +204,9 @@ class QOS_EXPORT Notifier : public PtrInterface {
   // Removes an entry; what isn't there notifies nothing.
   template <class Map, class Key>
   void memberDel(Map& map, const Key& key, Attribute<Key> attribute) {
-    const Key kept(key);  // `key` may be a part of the entry
+    // `key` may be a part of the entry.
+    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): so it is kept
+    const Key kept(key);
     if (map.deleteMember(kept)) notify(attribute, kept);
   }
 

@@ -146,6 +146,7 @@ class Ptr {
   template <class U>
   requires std::is_convertible_v<U*, T*> Ptr(Ptr<U>&& other)
   noexcept : object_(other.release()) {}
+  // NOLINTNEXTLINE(bugprone-unhandled-self-assignment): it swaps with a copy
   Ptr& operator=(const Ptr& other) noexcept {
     Ptr(other).swap(*this);
     return *this;
