@@ -79,11 +79,13 @@ class ForwardingGroupNameToTcMap final : public Rok::Notifier {
   const Map& forwardingGroupNameToTc() const { return map_; }
   void forwardingGroupNameToTcIs(const ForwardingGroupName& name, TrafficClass tc) {
     const ForwardingGroupName kept(name);  // `name` may be what firstName gave
-    if (const TrafficClass* old = map_.find(kept); old != nullptr && *old != tc) {
-      names_.deleteMember({*old, kept});
-    }
-    names_.memberIs({tc, kept}, true);
-    memberIs(map_, kept, tc, Attr::forwardingGroupNameToTc);
+    const TrafficClass* old = map_.find(kept);
+    if (old != nullptr && *old == tc) return;
+    NewName entry(names_, {tc, kept});
+    if (old != nullptr) names_.deleteMember({*old, kept});
+    map_.memberIs(kept, tc);
+    entry.stay();
+    notify(Attr::forwardingGroupNameToTc, kept);
   }
   void forwardingGroupNameToTcDel(const ForwardingGroupName& name) {
     const ForwardingGroupName kept(name);
@@ -104,8 +106,27 @@ class ForwardingGroupNameToTcMap final : public Rok::Notifier {
     ForwardingGroupName name;
     friend auto operator<=>(const TcAndName&, const TcAndName&) = default;
   };
+  using Names = Rok::OrderedMap<TcAndName, bool>;
+  // A name that goes again unless the map has it, too: the two are one to whoever reads them.
+  class NewName {
+   public:
+    NewName(Names& names, const TcAndName& key) : names_(&names), key_(key) {
+      names.memberIs(key, true);
+    }
+    NewName(const NewName&) = delete;
+    NewName& operator=(const NewName&) = delete;
+    ~NewName() {
+      if (names_ != nullptr) names_->deleteMember(key_);
+    }
+    void stay() { names_ = nullptr; }
+
+   private:
+    Names* names_;
+    TcAndName key_;
+  };
+
   Map map_;
-  Rok::OrderedMap<TcAndName, bool> names_;
+  Names names_;
 };
 
 namespace Input {
