@@ -215,11 +215,14 @@ class HashMap2018 {
     return {&table_->insert(key, std::forward<V>(value)), true};
   }
 
-  // Removes. Returns whether something was removed and gives it back through `removed`, if given.
+  // Removes. Returns whether something was removed and gives it back through `removed`, if given:
+  // when an iterator stands on the entry, a copy. Throws: what leaves that copy; then nothing has
+  // changed.
   bool deleteMember(const Key& key, Value* removed = nullptr) {
     if (table_ == nullptr) return false;
     const std::uint32_t found = table_->find(key);
     if (found == Impl::noNode) return false;
+    if (removed != nullptr) table_->copyIfStoodOn(found, *removed);
     // The value outlives the removal, so that whatever its destructor does finds the map in order.
     std::optional<Value> dead = table_->remove(found);
     if (dead && removed != nullptr) *removed = std::move(*dead);
@@ -374,24 +377,24 @@ struct HashMap2018<Form>::Table {
   }
 
   // Takes an entry out. Returns its value, for the caller to destroy or to keep. When an iterator
-  // stands on the entry, the node stays as a stale one, and what the caller gets is a copy.
-  std::optional<Value> remove(std::uint32_t n) {
+  // stands on the entry, the value stays with the node, which is stale from here on.
+  std::optional<Value> remove(std::uint32_t n) noexcept {
     if (!index.empty()) index.erase(hashOf(node(n).key()), n);
     liveIs(n, false);
     --count;
     ++version;
-    if (markStale(n)) return copyOf(node(n).value());
+    if (markStale(n)) return std::nullopt;
     std::optional<Value> value(std::move(node(n).value()));
     node(n).~Node();
     giveNode(n);
     return value;
   }
 
-  static std::optional<Value> copyOf(const Value& value) {
+  void copyIfStoodOn(std::uint32_t n, Value& copy) const {
     if constexpr (std::is_copy_constructible_v<Value>) {
-      return std::optional<Value>(value);
-    } else {
-      return std::nullopt;
+      for (const Impl::HashWalker* w = walkers; w != nullptr; w = w->next) {
+        if (w->node == n) copy = Value(node(n).value());
+      }
     }
   }
 
