@@ -131,13 +131,16 @@ class Watch : public PtrInterface::NotifieeConst {
   Ptr<Input const> ptr() const { return Ptr<Input const>(get()); }
 
   // Points the watch at another object: the same one changes nothing, null is inputDel().
-  // Calls no handler, unless an OnBound reaction asks for it.
+  // Calls no handler, unless an OnBound reaction asks for it. Throws: what leaves that reaction, or
+  // std::bad_alloc; then the watch has no input, so that the next inputIs binds it afresh.
   void inputIs(const Ptr<Input const>& input) {
     if (input.get() == get()) return;
     if (!input) return inputDel();
     const bool first = notifier() == nullptr;
+    Binding binding(*this);
     notifierIs(input.get());
     isRegisteredNotifieeIs(true);
+    binding.done();
     if (first) hasNotificationActiveIs(true);
     if (owner_ != nullptr) rokDoZombieReactors(owner_->rokMarkedForDeletion());
   }
@@ -174,6 +177,21 @@ class Watch : public PtrInterface::NotifieeConst {
   void rokTeardown() {}
 
  private:
+  // Lets go of the input again, unless all of the binding is done.
+  class Binding {
+   public:
+    explicit Binding(Watch& watch) : watch_(&watch) {}
+    Binding(const Binding&) = delete;
+    Binding& operator=(const Binding&) = delete;
+    ~Binding() {
+      if (watch_ != nullptr) watch_->inputDel();
+    }
+    void done() { watch_ = nullptr; }
+
+   private:
+    Watch* watch_;
+  };
+
   // The attribute, when it is the only one that is watched; otherwise 0.
   static constexpr AttributeId onlyAttribute() {
     AttributeId only = 0;
