@@ -194,12 +194,27 @@ void NotifieeList::remove(const Notifiee& notifiee) noexcept {
   notifiee.slot_ = Notifiee::unregistered;
 }
 
+// Takes out again what stands empty because the notifiee for whom it was made didn't get in.
+struct NotifieeList::Room {
+  explicit Room(NotifieeList& madeIn) : list(&madeIn) {}
+  Room(const Room&) = delete;
+  Room& operator=(const Room&) = delete;
+  ~Room() {
+    if (list != nullptr) list->dropEmptyIndex();
+  }
+  void taken() { list = nullptr; }
+
+  NotifieeList* list;
+};
+
 void NotifieeList::notifieeNew(const Notifiee& notifiee) {
   const std::uint64_t interest = notifiee.interest();
   if (!goesByInterest(interest)) return append(notifiee);
   Many& many = manyIs();
+  Room room(*this);
   if (!many.index) many.index = std::make_unique<Many::Index>();
   many.index->newMember(interest, NotifieeList()).first->value().append(notifiee);
+  room.taken();
   notifiee.slot_ |= Notifiee::indexed;
   if (isOfKey(interest)) ++many.keys;
 }
@@ -220,7 +235,12 @@ void NotifieeList::dropIfEmpty(std::uint64_t interest) noexcept {
   const NotifieeList* list = many != nullptr ? many->at(interest) : nullptr;
   if (list == nullptr || !list->empty()) return;
   many->index->deleteMember(interest);
-  if (many->index->members() == 0) many->index.reset();
+  dropEmptyIndex();
+}
+
+void NotifieeList::dropEmptyIndex() noexcept {
+  Many* many = this->many();
+  if (many->index && many->index->members() == 0) many->index.reset();
   compact();
 }
 

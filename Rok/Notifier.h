@@ -136,6 +136,7 @@ class QOS_EXPORT NotifieeList {
   struct Many;
   struct Turn;
   struct Errors;
+  struct Room;
   Many* many() const { return (word_ & 1) != 0 ? reinterpret_cast<Many*>(word_ - 1) : nullptr; }
   const Notifiee* single() const {
     return (word_ & 1) != 0 ? nullptr : reinterpret_cast<const Notifiee*>(word_);
@@ -146,6 +147,7 @@ class QOS_EXPORT NotifieeList {
   void append(const Notifiee& notifiee);
   void remove(const Notifiee& notifiee) noexcept;
   void dropIfEmpty(std::uint64_t interest) noexcept;
+  void dropEmptyIndex() noexcept;
   void compact() noexcept;
   void notify(AttributeId id, const void* key, std::uint64_t interest) const;
   void notifyIndexed(AttributeId id, const void* key, std::uint64_t interest, Errors& errors);
