@@ -156,6 +156,28 @@ Rok::Ptr<Config::InterfaceInputClassifiers> InterfaceClassifierKivToOcSm::classi
   return interface->input()->classifiers();
 }
 
+// An interface's entry in the index, which goes again unless both halves of it are there.
+struct InterfaceClassifierKivToOcSm::Entry {
+  Entry(InterfaceClassifierKivToOcSm& owner, const Velmo::String& id, const Names& boundTo)
+      : sm(owner), interfaceId(id), names(boundTo) {}
+  Entry(const Entry&) = delete;
+  Entry& operator=(const Entry&) = delete;
+  ~Entry() {
+    if (!whole) sm.removeFromSet(interfaceId, names);
+  }
+  void make() {
+    auto& set = sm.interfacesByNames_.newMember(names, InterfaceSet()).first->value();
+    set.newMember(interfaceId, true);
+    sm.namesByInterface_.newMember(interfaceId, names);
+    whole = true;
+  }
+
+  InterfaceClassifierKivToOcSm& sm;
+  const Velmo::String& interfaceId;
+  const Names& names;
+  bool whole = false;
+};
+
 // Brings the index in line with what the interface holds now. An interface that holds what it held
 // keeps its place, since a walk over the interfaces of these very names may be under way.
 void InterfaceClassifierKivToOcSm::indexInterface(const Velmo::String& interfaceId) {
@@ -165,16 +187,20 @@ void InterfaceClassifierKivToOcSm::indexInterface(const Velmo::String& interface
   const Names* old = namesByInterface_.find(interfaceId);
   if (old != nullptr && *old == names) return;
   unindexInterface(interfaceId);
-  namesByInterface_.newMember(interfaceId, names);
-  interfacesByNames_.newMember(names, InterfaceSet()).first->value().newMember(interfaceId, true);
+  Entry(*this, interfaceId, names).make();
 }
 
 void InterfaceClassifierKivToOcSm::unindexInterface(const Velmo::String& interfaceId) {
   Names names;
-  if (!namesByInterface_.deleteMember(interfaceId, &names)) return;
-  InterfaceSet& interfaces = *interfacesByNames_.find(names);
-  interfaces.deleteMember(interfaceId);
-  if (interfaces.members() == 0) interfacesByNames_.deleteMember(names);
+  if (namesByInterface_.deleteMember(interfaceId, &names)) removeFromSet(interfaceId, names);
+}
+
+void InterfaceClassifierKivToOcSm::removeFromSet(const Velmo::String& interfaceId,
+                                                 const Names& names) {
+  InterfaceSet* interfaces = interfacesByNames_.find(names);
+  if (interfaces == nullptr) return;
+  interfaces->deleteMember(interfaceId);
+  if (interfaces->members() == 0) interfacesByNames_.deleteMember(names);
 }
 
 template <class Visit>

@@ -131,6 +131,7 @@ class InterfaceClassifierKivToOcSm final : public Rok::StateMachine<InterfaceCla
     }
     friend auto operator<=>(const Names&, const Names&) = default;
   };
+  struct Entry;
   using InterfaceSet = Rok::HashMap2018<Rok::Hm2018NEI<0xae5f9156u, Velmo::String, bool>>;
   using NamesToInterfaces = Rok::HashMap2018<Rok::Hm2018NEI<0xcf6c85d3u, Names, InterfaceSet>>;
   using InterfaceToNames = Rok::HashMap2018<Rok::Hm2018NEI<0x2f73477du, Velmo::String, Names>>;
@@ -145,6 +146,7 @@ class InterfaceClassifierKivToOcSm final : public Rok::StateMachine<InterfaceCla
   Rok::Ptr<Config::InterfaceInputClassifiers> classifiersOf(const Velmo::String& interfaceId) const;
   void indexInterface(const Velmo::String& interfaceId);
   void unindexInterface(const Velmo::String& interfaceId);
+  void removeFromSet(const Velmo::String& interfaceId, const Names& names);
   template <class Visit>
   void eachInterfaceBoundTo(const Names& names, const Visit& visit);
 
