@@ -4,6 +4,8 @@
 #include <charconv>
 #include <cstddef>
 #include <cstdlib>
+#include <cstring>
+#include <new>
 #include <string_view>
 
 #include "QosOpenConfig/QosOpenConfigHelper.h"
@@ -45,9 +47,24 @@ constexpr const char* inputsKey = "inputs";
 constexpr const char* queueKey = "queue";
 constexpr const char* weightKey = "weight";
 
+// The heap as RapidJSON asks for it. RapidJSON doesn't look whether it got a block, so the end of
+// memory is an exception, as everywhere.
+struct Heap {
+  static const bool kNeedFree = true;
+  static void* Malloc(std::size_t size) { return size != 0 ? ::operator new(size) : nullptr; }
+  static void* Realloc(void* block, std::size_t oldSize, std::size_t size) {
+    void* moved = Malloc(size);
+    if (block != nullptr && moved != nullptr) std::memcpy(moved, block, std::min(oldSize, size));
+    Free(block);
+    return moved;
+  }
+  static void Free(void* block) { ::operator delete(block); }
+};
+
 // ===== Writing
 
-using Writer = json::Writer<json::StringBuffer>;
+using Buffer = json::GenericStringBuffer<json::UTF8<>, Heap>;
+using Writer = json::Writer<Buffer, json::UTF8<>, json::UTF8<>, Heap>;
 
 // A name ends at its first NUL.
 void writeString(Writer& writer, const char* key, const Velmo::String& text) {
@@ -66,7 +83,7 @@ void writeObject(Writer& writer, const char* key, const Members& members) {
 // The document: the one member of the root, with what `members` writes in it.
 template <class Members>
 Velmo::String document(const Members& members) {
-  json::StringBuffer buffer;
+  Buffer buffer;
   Writer writer(buffer);
   writer.StartObject();
   writeObject(writer, metaDataKey, [&] { members(writer); });
@@ -114,8 +131,8 @@ void writeScheduler(Writer& writer, const SchedulerCommentInfo& scheduler) {
 
 // ===== Reading
 
-using Pool = json::MemoryPoolAllocator<>;
-using Value = json::Value;
+using Pool = json::MemoryPoolAllocator<Heap>;
+using Value = json::GenericValue<json::UTF8<>, Pool>;
 
 // A comment, parsed. What it needs comes from buffers on the stack, and only a document that
 // outgrows them reaches the heap: twice the profile of eight schedulers with eight inputs each
