@@ -118,12 +118,13 @@ prepare() {
 
 # ===== Tests
 
-# run_program PROGRAM: a test program up to its first failure; its output goes to tests.log.
+# run_program PROGRAM: a test program up to its first failure; its output goes to tests.log, and what
+# bash says of one that crashes.
 run_program() {
   (
     ulimit -c 0 -v "$memory"
     cd -- "$(dirname -- "$1")"
-    exec timeout --kill-after=5 "$limit" "$1" --gtest_fail_fast
+    timeout --kill-after=5 "$limit" "$1" --gtest_fail_fast || exit # by this shell
   ) >"$area/tests.log" 2>&1
 }
 
@@ -132,7 +133,7 @@ run_all() {
   (
     ulimit -c 0 -v "$memory"
     cd "$tree"
-    exec ctest --preset dev --parallel "$jobs" --timeout "$limit" --stop-on-failure
+    ctest --preset dev --parallel "$jobs" --timeout "$limit" --stop-on-failure
   ) >"$area/tests.log" 2>&1
 }
 
