@@ -224,6 +224,13 @@ TEST(Changes, LaterOperationsOfALineSeeTheEarlierOnes) {
   EXPECT_THAT(d.reports, IsEmpty());
 }
 
+TEST(Changes, AnElementThatALineAddsTakesItsPlaceInTheOrderOfTheSet) {
+  HostDevice d(device);
+  d.line("[" + operation("add", "/class-maps/qos/B/match/-", "2") + "," +
+         operation("test", "/class-maps/qos/B/match", "[1, 2, 7]") + "]");
+  EXPECT_THAT(d.reports, IsEmpty());
+}
+
 TEST(Changes, TestSeesTheNativeStateUnderTheChangesOfItsLine) {
   HostDevice d(device);
   d.line("[" + operation("remove", "/class-maps/7/X") + "," +
