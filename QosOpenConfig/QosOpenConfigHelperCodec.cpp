@@ -50,7 +50,7 @@ constexpr const char* weightKey = "weight";
 // The heap as RapidJSON asks for it. RapidJSON doesn't look whether it got a block, so the end of
 // memory is an exception, as everywhere.
 struct Heap {
-  static const bool kNeedFree = true;
+  [[maybe_unused]] static const bool kNeedFree = true;
   static void* Malloc(std::size_t size) { return size != 0 ? ::operator new(size) : nullptr; }
   static void* Realloc(void* block, std::size_t oldSize, std::size_t size) {
     void* moved = Malloc(size);

@@ -51,6 +51,12 @@ class DocumentPlace final : public Place {
  public:
   explicit DocumentPlace(const Native& native) : native_(native) {}
 
+  std::vector<std::string> keys() const override {
+    std::vector<std::string> names;
+    for (const Section& section : sections()) names.emplace_back(section.name);
+    std::sort(names.begin(), names.end());
+    return names;
+  }
   std::unique_ptr<Place> at(const std::string& key) const override {
     const Section* section = sectionNamed(key);
     return section != nullptr ? section->place(native_) : nullptr;

@@ -107,6 +107,14 @@ TEST(NativeDocument, HasTheSectionsLeftOutAsIfTheyWereEmpty) {
   }
 }
 
+TEST(NativeDocument, IsTheObjectOfAllItsSections) {
+  const HostDevice device(R"({"comments": {"key": "text"}, "queue-names": {"q1": 1}})");
+  Value expected = nativeSchema().empty();
+  expected.put("comments", Value(Value::Object{{"key", Value("text")}}));
+  expected.put("queue-names", Value(Value::Object{{"q1", Value(std::uint64_t{1})}}));
+  EXPECT_EQ(nativePlace(device.native)->value(), expected);
+}
+
 TEST(NativeDocument, RefusesValuesOfTheWrongType) {
   EXPECT_EQ(faultOf("[]"), "(document): expected an object, not an array");
   EXPECT_EQ(faultOf(R"({"class-maps": []})"), "/class-maps: expected an object, not an array");
