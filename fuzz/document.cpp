@@ -1,8 +1,8 @@
 // The reader of native documents: it refuses a text, or mounts a device that reads back the same.
 #include "Fuzz.h"
-#include "ValueText.h"
 #include "host/Fault.h"
 #include "host/Sections.h"
+#include "tests/days/ValueText.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const host::Native native;
@@ -13,7 +13,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   }
   const host::Value value = host::nativePlace(native)->value();
   const host::Native other;
-  host::readNativeText(Fuzz::valueText(value), other);
+  host::readNativeText(days::valueText(value), other);
   Fuzz::require(host::nativePlace(other)->value() == value, "a device reads back differently");
   return 0;
 }

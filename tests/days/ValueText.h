@@ -6,7 +6,7 @@
 #include "host/JsonWriter.h"
 #include "host/Value.h"
 
-namespace Fuzz {
+namespace days {
 
 inline void write(host::JsonWriter& writer, const host::Value& value) {
   if (value.isNull()) writer.null();
@@ -35,4 +35,4 @@ inline std::string valueText(const host::Value& value) {
   return writer.take();
 }
 
-}  // namespace Fuzz
+}  // namespace days

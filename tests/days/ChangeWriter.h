@@ -1,0 +1,24 @@
+// Writes the change lines of a day: what an engineer, a generator of configuration or a careless
+// script would do next to the device as it stands.
+//
+// Names come from a small stock, so that they meet: derived names and near misses, interfaces with
+// one short name, queues of one id. Values go to the bounds of their fields, and now and then past
+// what an output record can hold. What ends a process by design isn't written: a comment with a
+// value of the wrong type.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "host/Native.h"
+#include "tests/days/Step.h"
+
+namespace days {
+
+// One line: a patch of one to three operations. A few lines are refused, as in life.
+std::string changeLine(const Step& step, Focus focus, const host::Native& native);
+
+// The lines that remove everything, a section at a time, in an order of the sections' places.
+std::vector<std::string> closingLines(std::uint8_t choice);
+
+}  // namespace days

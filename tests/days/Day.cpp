@@ -1,0 +1,107 @@
+#include "tests/days/Day.h"
+
+#include "host/Sections.h"
+#include "tests/days/ChangeWriter.h"
+#include "tests/days/ValueText.h"
+
+namespace days {
+
+std::string Finding::told() const { return std::string(nameOf(check)) + ": " + difference.told(); }
+
+Day::Day(std::string_view document, std::uint32_t otherOrder, Tally& tally)
+    : device_(document, 0),
+      other_(document, otherOrder),
+      tally_(tally),
+      facts_(device_.document(), device_.startReports()) {
+  check();
+}
+
+std::vector<Finding> Day::of(const Script& script, std::uint32_t otherOrder, Tally& tally) {
+  Day day(script.document, otherOrder, tally);
+  for (const std::string& line : script.lines) {
+    if (!day.findings_.empty()) break;
+    day.line(line);
+  }
+  return day.findings_;
+}
+
+void Day::line(std::string_view text) {
+  const bool isApplied = device_.line(text) == host::Changes::Outcome::applied;
+  other_.line(text);
+  if (!isApplied) return;
+  facts_.stepIs(text, device_.document(), device_.reports());
+  check();
+}
+
+void Day::check() {
+  const Snapshot now = device_.output();
+  compare(Check::order, now, other_.output());
+
+  const host::Model model = now.model();
+  facts_.freshReportsIs(Life(device_.native(), model, 0).reports);
+  const Snapshot restarted(model);
+  compare(Check::restart, now, restarted);
+  Life(device_.native(), model, 0);
+  compare(Check::again, restarted, Snapshot(model));
+
+  const host::Model empty;
+  Life(device_.native(), empty, 0);
+  compare(Check::rebuild, now, Snapshot(empty));
+}
+
+void Day::compare(Check check, const Snapshot& left, const Snapshot& right) {
+  const Excused before = std::exchange(excused_[check], {});
+  if (left == right) return;
+  for (const Difference& difference : left.differences(right)) {
+    const std::size_t row = exclusionOf({check, difference, facts_}, before);
+    if (row == exclusions().size()) {
+      findings_.push_back({check, difference});
+    } else {
+      ++tally_.used[row];
+      excused_[check].emplace(difference.place, row);
+    }
+  }
+}
+
+std::size_t Day::exclusionOf(const Seen& seen, const Excused& before) const {
+  const auto& table = exclusions();
+  for (std::size_t row = 0; row < table.size(); ++row) {
+    const bool isMeant = (table[row].checks & static_cast<unsigned>(seen.check)) != 0;
+    if (isMeant && row != tally_.without && table[row].holds(seen)) return row;
+  }
+  // What went apart for a reason stays apart until both sides agree again.
+  const auto found = before.find(seen.difference.place);
+  return found != before.end() ? found->second : table.size();
+}
+
+// The document without what it would hold anyway.
+host::Value brief(const host::Value& document) {
+  host::Value::Object members;
+  for (const host::Member& member : document.object()) {
+    host::Value::Object entries;
+    for (const host::Member& entry : member.value.object()) {
+      const host::Schema& section = host::nativeSchema().below(member.key);
+      const host::Value* initial = section.initial(entry.key);
+      if (initial == nullptr || !(*initial == entry.value)) entries.push_back(entry);
+    }
+    if (!entries.empty()) members.push_back({member.key, host::Value(std::move(entries))});
+  }
+  return host::Value(std::move(members));
+}
+
+Script scriptOf(const Plan& plan) {
+  Device before("{}", 0);
+  for (const Step& step : plan.before) before.line(changeLine(step, plan.focus, before.native()));
+  Script script{valueText(brief(before.document())), {}};
+  // The lines are written for the device as the document makes it.
+  Device device(script.document, 0);
+  for (const Step& step : plan.changes) {
+    script.lines.push_back(changeLine(step, plan.focus, device.native()));
+    device.line(script.lines.back());
+  }
+  if (plan.closing == 0) return script;
+  for (std::string& line : closingLines(plan.closing)) script.lines.push_back(std::move(line));
+  return script;
+}
+
+}  // namespace days

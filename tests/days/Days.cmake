@@ -1,0 +1,28 @@
+# The library `days`: what makes, runs and judges a random day.
+set(include ${PROJECT_BINARY_DIR}/include/days)
+file(MAKE_DIRECTORY ${include}/tests)
+file(CREATE_LINK ${CMAKE_CURRENT_LIST_DIR} ${include}/tests/days SYMBOLIC)
+file(CREATE_LINK ${CMAKE_CURRENT_LIST_DIR}/../support ${include}/tests/support SYMBOLIC)
+
+set(sources
+  ChangeWriter.cpp
+  Day.cpp
+  Device.cpp
+  Difference.cpp
+  Exclusions.cpp
+  Facts.cpp
+  Reproducer.cpp
+  exclusions/Attachments.cpp
+  exclusions/Bindings.cpp
+  exclusions/Classifiers.cpp
+  exclusions/ForwardingGroups.cpp
+  exclusions/Native.cpp
+  exclusions/Profiles.cpp
+  exclusions/Queues.cpp
+  exclusions/Start.cpp)
+list(TRANSFORM sources PREPEND ${CMAKE_CURRENT_LIST_DIR}/)
+add_library(days STATIC ${sources})
+target_include_directories(days PUBLIC ${include})
+target_link_libraries(days PUBLIC translators_headers qos_host_headers qos_host_whole
+  PRIVATE qos_options)
+target_compile_options(days PRIVATE -O2)  # it runs long, unlike other tests

@@ -1,0 +1,48 @@
+#include "tests/days/Reproducer.h"
+
+#include <filesystem>
+#include <fstream>
+
+#include "tests/days/ValueText.h"
+
+namespace days {
+namespace {
+
+// The commands that show both models, one after the other.
+std::string commands(Check check, std::uint32_t otherOrder) {
+  const std::string day = "qosoc translate native.json --changes changes.jsonl --format model";
+  const std::string start = "qosoc translate native-after.json --format model";
+  switch (check) {
+    case Check::order:
+      return day + '\n' + day + " --order-seed " + std::to_string(otherOrder) + '\n';
+    case Check::restart:
+      return day + " > model.json\n" + start + " --initial model.json\n";
+    case Check::again:
+      return day + " > model.json\n" + start + " --initial model.json > again.json\n" + start +
+             " --initial again.json\n";
+    case Check::rebuild:
+      return day + '\n' + start + '\n';
+  }
+  return "";
+}
+
+}  // namespace
+
+void writeReproducer(const std::string& directory, const Script& script,
+                     const std::vector<Finding>& findings, std::uint32_t otherOrder) {
+  std::filesystem::create_directories(directory);
+  const auto file = [&](const std::string& name) { return std::ofstream(directory + '/' + name); };
+  file("native.json") << script.document << '\n';
+  std::ofstream changes = file("changes.jsonl");
+  Device device(script.document, 0);
+  for (const std::string& line : script.lines) {
+    changes << line << '\n';
+    device.line(line);
+  }
+  file("native-after.json") << valueText(device.document()) << '\n';
+  std::ofstream told = file("told.txt");
+  for (const Finding& finding : findings) told << finding.told() << '\n';
+  if (!findings.empty()) told << '\n' << commands(findings.front().check, otherOrder);
+}
+
+}  // namespace days
