@@ -25,4 +25,6 @@ add_library(days STATIC ${sources})
 target_include_directories(days PUBLIC ${include})
 target_link_libraries(days PUBLIC translators_headers qos_host_headers qos_host_whole
   PRIVATE qos_options)
-target_compile_options(days PRIVATE -O2)  # it runs long, unlike other tests
+if(NOT QOS_SANITIZE)
+  target_compile_options(days PRIVATE -O2) # it runs long, unlike other tests
+endif()
