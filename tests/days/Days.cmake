@@ -25,6 +25,8 @@ add_library(days STATIC ${sources})
 target_include_directories(days PUBLIC ${include})
 target_link_libraries(days PUBLIC translators_headers qos_host_headers qos_host_whole
   PRIVATE qos_options)
-if(NOT QOS_SANITIZE)
+target_precompile_headers(days PRIVATE <algorithm> <map> <set> <string> <vector> <Rok/Rok.h>
+  <host/Value.h>)
+if(QOS_BUILD_TESTS)
   target_compile_options(days PRIVATE -O2) # it runs long, unlike other tests
 endif()
