@@ -59,6 +59,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   }
   const host::Native other;
   host::readNativeText(days::valueText(device.document()), other);
+  Fuzz::require(host::nativePlace(other)->value() == device.document(),
+                "a document reads back otherwise");
   const host::Model empty;
   days::Life(device.native(), empty, 0);
   return 0;

@@ -18,7 +18,7 @@ using Texts = std::vector<std::string>;
 
 // ===== The stock
 
-const Texts classifiers{"edge-in", "core", "a[b"};
+const Texts classifiers{"edge-in", "core", "a[b", "a/b~c", "\u00fc \"q\""};
 const Texts oddClassNames{"__yang_[]_[]",      "__yang_[a]b]_[c]",
                           "plain-class",       "__yang_[edge-in]",
                           "__yang_[e\nf]_[v]", "__YANG_[edge-in]_[voice]",
@@ -39,7 +39,8 @@ const Texts shortNames{"Et1", "Et2", "p7", "Et1"};
 const Texts txQueues{"uc-1", "uc-3", "mc-3", "uc-0", "mc-0", "uc-16", "mc-255"};
 const Texts profiles{"__YANG_QMP_[gold]", "__YANG_SP_[sp-a]", "__YANG_QMP_[a]b]",
                      "__YANG_SP_[sp-b]",  "__YANG_QMP_[]",    "__YANG_SP_[x\ny]",
-                     "plain-profile",     "__YANG_SP_[a]b]"};
+                     "plain-profile",     "__YANG_SP_[a]b]",  "__YANG_QMP_[gold",
+                     "__YANG_SP_[sp-a] ", "__yang_sp_[sp-a]", "__YANG_SP_[]"};
 const Texts groups{"fg-a", "fg-b", "fg-c", ""};
 const Texts queueNames{"q1", "q3", "q-voice", "q0", "Ethernet1-unicast-1"};
 
@@ -53,6 +54,7 @@ const Texts foreignComments{
     R"({"MetaData-OpenConfig":{"scheduler-policy":{"name":"sp-a"},"queue-management-profile":{}}})",
     "{\"MetaData-OpenConfig\":{\"scheduler-policy\":{\"name\":\"sp-a\"}}}\nnote",
     std::string("{}\0", 3),
+    R"({"MetaData-OpenConfig":{"scheduler-policy":{},"queue-management-profile":{"name":"gold"}}})",
 };
 const Texts attachments{
     R"({"MetaData-OpenConfig":{"queue-management-profile":{"name":"gold"}}})",
@@ -68,6 +70,8 @@ const Texts profileComments{
     R"({"MetaData-OpenConfig":{"1":{"inputs":{"in-a":{"weight":7}}},"2":{"one-rate-two-color":{"cir":1},"inputs":{"in-c":{}}}}})",
     R"({"MetaData-OpenConfig":{"2":{"priority":"NONE","one-rate-two-color":{"cir-pct":100},"inputs":{}},"x":{}}})",
     R"({"MetaData-OpenConfig":{"1":{"one-rate-two-color":{"cir-pct":300},"inputs":{"":{"queue":""}}}}})",
+    R"({"MetaData-OpenConfig":{"1":{"one-rate-two-color":{"cir":18446744073709551615,"cir-pct":4294967295},"inputs":{"in-a":{"weight":18446744073709551615}}}}})",
+    R"({"MetaData-OpenConfig":{"1":{"one-rate-two-color":{"cir-pct":101}},"4294967296":{"inputs":{}}}})",
     R"({"MetaData-OpenConfig":{"3":{"inputs":{"in-a":{}}},"4":{"one-rate-two-color":{"cir-pct":101},"inputs":{"in-a":{}}}}})",
 };
 
@@ -344,7 +348,8 @@ class ChangeWriter {
 
   std::string bandwidth() {
     static const Texts all{"40", "0", "100", "101"};
-    return choose_.oneIn(40) ? "102" : choose_.of(all);
+    static const Texts beyond{"102", "255"};
+    return choose_.oneIn(40) ? choose_.of(beyond) : choose_.of(all);
   }
   std::string priority() {
     static const Texts all{R"("strict")", R"("unset")", "1"};
@@ -352,16 +357,17 @@ class ChangeWriter {
   }
   std::string dropPercent() {
     static const Texts all{"30", "100", "0"};
-    return choose_.oneIn(40) ? "101" : choose_.of(all);
+    static const Texts beyond{"101", "255"};
+    return choose_.oneIn(40) ? choose_.of(beyond) : choose_.of(all);
   }
   std::string threshold() {
     static const Texts all{"10", "4294967294", "0"};
     return choose_.oneIn(40) ? "4294967295" : choose_.of(all);
   }
   std::string congestion() {
-    const Texts parts{threshold(), dropPercent()};
-    return R"({"min-threshold":1,"max-threshold":)" + parts[0] +
-           R"(,"threshold-unit":2,"max-drop-percent":)" + parts[1] + R"(,"weight":3})";
+    const Texts parts{threshold(), threshold(), dropPercent()};
+    return R"({"min-threshold":)" + parts[0] + R"(,"max-threshold":)" + parts[1] +
+           R"(,"threshold-unit":2,"max-drop-percent":)" + parts[2] + R"(,"weight":3})";
   }
   std::string txQueue() {
     std::string members;
@@ -413,22 +419,33 @@ class ChangeWriter {
     static const Texts all{"8", "0", "255"};
     return R"({"priorities":)" + choose_.of(all) + "}";
   }
+  // With one queue or two, which may be of one id.
+  std::string wholeInterface() {
+    const Texts parts{text(queueOf()), txQueue()};
+    std::string queues = parts[0] + ":" + parts[1];
+    if (choose_.oneIn(3)) {
+      const Texts others{text(queueOf()), txQueue()};
+      if (others[0] != parts[0]) queues += "," + others[0] + ":" + others[1];
+    }
+    const std::string port = choose_.oneIn(4) ? R"(,"pfc":)" + pfc() : "";
+    return R"({"tx-queues":{)" + queues + "}" + port + "}";
+  }
   void interface() {
     const Tokens all{"interfaces"};
     const Tokens interface = below(all, interfaceName());
-    if (!has(interface)) {
-      const Texts parts{text(queueOf()), txQueue()};
-      const std::string port = choose_.oneIn(4) ? R"(,"pfc":)" + pfc() : "";
-      return put(interface, R"({"tx-queues":{)" + parts[0] + ":" + parts[1] + "}" + port + "}");
-    }
+    if (!has(interface)) return put(interface, wholeInterface());
     const Tokens port = below(interface, "pfc");
-    switch (choose_.below(12)) {
+    switch (choose_.below(14)) {
       case 0:
         return remove(interface);
       case 1:
         return has(port) ? remove(port) : put(port, pfc());
       case 2:
         return has(port) ? put(below(port, "priorities"), "3") : put(port, pfc());
+      case 3:
+        return put(port, pfc());
+      case 4:
+        return put(interface, wholeInterface());
       default:
         return changeTxQueue(below(interface, "tx-queues"), queueOf());
     }
@@ -509,7 +526,8 @@ class ChangeWriter {
       case 1:
         return put(below(all, "priorities"), std::to_string(choose_.below(256)));
       default:
-        return put(below(all, "time-a"), "0.5");
+        static const Texts times{"time-a", "time-b", "time-c"};
+        return put(below(all, choose_.of(times)), "0.5");
     }
   }
 
@@ -533,18 +551,16 @@ class ChangeWriter {
 
 }  // namespace
 
-std::vector<std::string> closingLines(std::uint8_t choice) {
+std::vector<std::string> closingLines(const Step& step) {
   std::vector<std::string> lines;
   for (const host::Schema::Member& section : host::nativeSchema().members()) {
     lines.push_back(R"([{"op":"remove","path":"/)" + section.name + R"("}])");
   }
-  // Any section may be the first one, and any step between two of them coprime to their number.
-  std::vector<std::string> order;
-  const std::size_t stride = 1 + choice / lines.size() % (lines.size() - 1);
-  for (std::size_t i = 0; i < lines.size(); ++i) {
-    order.push_back(lines[(choice + i * stride) % lines.size()]);
+  Choices choose(step);
+  for (std::size_t left = lines.size(); left > 1; --left) {
+    std::swap(lines[left - 1], lines[choose.below(left)]);
   }
-  return order;
+  return lines;
 }
 
 std::string changeLine(const Step& step, Focus focus, const host::Native& native) {

@@ -18,7 +18,7 @@ namespace days {
 // One line: a patch of one to three operations. A few lines are refused, as in life.
 std::string changeLine(const Step& step, Focus focus, const host::Native& native);
 
-// The lines that remove everything, a section at a time, in an order of the sections' places.
-std::vector<std::string> closingLines(std::uint8_t choice);
+// The lines that remove everything, a section at a time, in an order that the step chooses.
+std::vector<std::string> closingLines(const Step& step);
 
 }  // namespace days

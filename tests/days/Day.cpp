@@ -6,7 +6,9 @@
 
 namespace days {
 
-std::string Finding::told() const { return std::string(nameOf(check)) + ": " + difference.told(); }
+std::string Finding::told() const {
+  return (check ? std::string(nameOf(*check)) + ": " : "") + what;
+}
 
 Day::Day(std::string_view document, std::uint32_t otherOrder, Tally& tally)
     : device_(document, 0),
@@ -26,11 +28,20 @@ std::vector<Finding> Day::of(const Script& script, std::uint32_t otherOrder, Tal
 }
 
 void Day::line(std::string_view text) {
-  const bool isApplied = device_.line(text) == host::Changes::Outcome::applied;
-  other_.line(text);
-  if (!isApplied) return;
+  ++lines_;
+  const Snapshot before = device_.output();
+  const auto outcome = device_.line(text);
+  if (other_.line(text) != outcome) {
+    findings_.push_back({lines_, std::nullopt, "a line is refused in one walk order only"});
+  }
+  if (outcome != host::Changes::Outcome::applied) return checkRefused(before);
   facts_.stepIs(text, device_.document(), device_.reports());
   check();
+}
+
+void Day::checkRefused(const Snapshot& before) {
+  if (device_.output() == before && device_.document() == *facts_.find({})) return;
+  findings_.push_back({lines_, std::nullopt, "a refused line changed something"});
 }
 
 void Day::check() {
@@ -38,27 +49,27 @@ void Day::check() {
   compare(Check::order, now, other_.output());
 
   const host::Model model = now.model();
-  facts_.freshReportsIs(Life(device_.native(), model, 0).reports);
+  const Reports restart = Life(device_.native(), model, 0).reports;
   const Snapshot restarted(model);
-  compare(Check::restart, now, restarted);
-  Life(device_.native(), model, 0);
-  compare(Check::again, restarted, Snapshot(model));
+  compare(Check::restart, now, restarted, restart);
+  const Reports again = Life(device_.native(), model, 0).reports;
+  compare(Check::again, restarted, Snapshot(model), again);
 
   const host::Model empty;
-  Life(device_.native(), empty, 0);
-  compare(Check::rebuild, now, Snapshot(empty));
+  const Reports rebuild = Life(device_.native(), empty, 0).reports;
+  compare(Check::rebuild, now, Snapshot(empty), rebuild);
 }
 
-void Day::compare(Check check, const Snapshot& left, const Snapshot& right) {
+void Day::compare(Check check, const Snapshot& left, const Snapshot& right, const Reports& fresh) {
   const Excused before = std::exchange(excused_[check], {});
   if (left == right) return;
   for (const Difference& difference : left.differences(right)) {
-    const std::size_t row = exclusionOf({check, difference, facts_}, before);
+    const std::size_t row = exclusionOf({check, difference, facts_, fresh}, before);
     if (row == exclusions().size()) {
-      findings_.push_back({check, difference});
+      findings_.push_back({lines_, check, difference.told()});
     } else {
       ++tally_.used[row];
-      excused_[check].emplace(difference.place, row);
+      excused_[check].emplace(difference.place, Excuse{difference.left, row});
     }
   }
 }
@@ -69,9 +80,11 @@ std::size_t Day::exclusionOf(const Seen& seen, const Excused& before) const {
     const bool isMeant = (table[row].checks & static_cast<unsigned>(seen.check)) != 0;
     if (isMeant && row != tally_.without && table[row].holds(seen)) return row;
   }
-  // What went apart for a reason stays apart until both sides agree again.
+  // What went apart for a reason stays apart, for as long as the device says the same there.
   const auto found = before.find(seen.difference.place);
-  return found != before.end() ? found->second : table.size();
+  const bool stands = seen.check != Check::again && found != before.end() &&
+                      found->second.left == seen.difference.left;
+  return stands ? found->second.row : table.size();
 }
 
 // The document without what it would hold anyway.
@@ -99,8 +112,9 @@ Script scriptOf(const Plan& plan) {
     script.lines.push_back(changeLine(step, plan.focus, device.native()));
     device.line(script.lines.back());
   }
-  if (plan.closing == 0) return script;
-  for (std::string& line : closingLines(plan.closing)) script.lines.push_back(std::move(line));
+  for (const Step& step : plan.closing) {
+    for (std::string& line : closingLines(step)) script.lines.push_back(std::move(line));
+  }
   return script;
 }
 

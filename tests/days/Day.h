@@ -2,6 +2,7 @@
 #pragma once
 
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -13,10 +14,11 @@
 
 namespace days {
 
-// A difference that no exclusion explains.
+// What no exclusion explains.
 struct Finding {
-  Check check;
-  Difference difference;
+  std::size_t lines;           // of the day, up to the one behind which it was found
+  std::optional<Check> check;  // nothing: a line did what no line may do
+  std::string what;
 
   std::string told() const;
 };
@@ -40,14 +42,22 @@ class Day {
   static std::vector<Finding> of(const Script& script, std::uint32_t otherOrder, Tally& tally);
 
  private:
-  using Excused = std::map<host::Tokens, std::size_t>;  // place to exclusion
+  // What was different at a place, and the exclusion that explained it.
+  struct Excuse {
+    std::string left;
+    std::size_t row;
+  };
+  using Excused = std::map<host::Tokens, Excuse>;
 
   Day(std::string_view document, std::uint32_t otherOrder, Tally& tally);
 
   // Applies a line to both devices and checks them.
   void line(std::string_view text);
+  // A refused line changes nothing.
+  void checkRefused(const Snapshot& before);
   void check();
-  void compare(Check check, const Snapshot& left, const Snapshot& right);
+  // `fresh` is what the fresh roots of the right side raised.
+  void compare(Check check, const Snapshot& left, const Snapshot& right, const Reports& fresh = {});
   // The exclusion that explains the difference; their count when there is none.
   std::size_t exclusionOf(const Seen& seen, const Excused& before) const;
 
@@ -55,6 +65,7 @@ class Day {
   Device other_;
   Tally& tally_;
   Facts facts_;
+  std::size_t lines_ = 0;
   std::map<Check, Excused> excused_;
   std::vector<Finding> findings_;
 };

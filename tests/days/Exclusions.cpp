@@ -1,6 +1,9 @@
 #include "tests/days/Exclusions.h"
 
-#include "tests/days/exclusions/Parts.h"
+#include <algorithm>
+#include <string>
+
+#include "tests/days/exclusions/Table.h"
 
 namespace days {
 
@@ -27,6 +30,14 @@ bool Seen::isAt(std::initializer_list<std::string_view> form) const {
     ++token;
   }
   return token == place.end();
+}
+
+bool Seen::hasRaised(std::string_view root) const {
+  const std::string start = "root " + std::string(root) + ':';
+  const auto isOfRoot = [&](const std::string& report) { return report.starts_with(start); };
+  const Reports& first = facts.startReports();
+  return std::any_of(fresh.begin(), fresh.end(), isOfRoot) ||
+         (check != Check::again && std::any_of(first.begin(), first.end(), isOfRoot));
 }
 
 const std::vector<Exclusion>& exclusions() {

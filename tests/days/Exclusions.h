@@ -34,9 +34,13 @@ struct Seen {
   // The n-th token of the place.
   const std::string& key(std::size_t n) const { return difference.place[n]; }
 
+  // Whether the factory of a root raised in one of the two lives.
+  bool hasRaised(std::string_view root) const;
+
   Check check;
   const Difference& difference;
   const Facts& facts;
+  const Reports& fresh;  // what the fresh roots of the right side raised
 };
 
 struct Exclusion {

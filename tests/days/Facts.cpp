@@ -76,22 +76,13 @@ std::vector<std::string> Facts::everKeys(const Tokens& place) const {
   return {all.begin(), all.end()};
 }
 
-std::size_t Facts::lastGone(const Tokens& place) const {
+std::size_t Facts::lastGone(const Tokens& place, std::size_t depth) const {
   std::size_t last = 0;
   for (const Event& event : events_) {
-    if (!isAtOrAbove(event.place, place)) continue;
+    if (event.place.size() < depth || !isAtOrAbove(event.place, place)) continue;
     if (find(event.step - 1, place) != nullptr) last = event.step;
   }
   return last;
-}
-
-bool Facts::anyGone(const Tokens& place) const {
-  const auto all = everKeys(place);
-  return std::any_of(all.begin(), all.end(), [&](const std::string& key) {
-    Tokens entry = place;
-    entry.push_back(key);
-    return lastGone(entry) > 0;
-  });
 }
 
 std::size_t Facts::lastTold(const Tokens& place) const {
@@ -131,15 +122,19 @@ std::size_t Facts::lastSet(const Tokens& place) const {
 
 bool Facts::raisedAbout(const Tokens& place) const {
   return std::any_of(events_.begin(), events_.end(), [&](const Event& event) {
-    return !reports_[event.step].empty() &&
-           (isAtOrAbove(event.place, place) || isAtOrAbove(place, event.place));
+    const Tokens& touched = event.place.size() < place.size() ? event.place : place;
+    return hasRaised(event, place) && lastGone(touched) <= event.step;
   });
 }
 
-bool Facts::isRaised(const Reports& reports, std::string_view root) {
-  const std::string start = "root " + std::string(root) + ':';
-  return std::any_of(reports.begin(), reports.end(),
-                     [&](const std::string& report) { return report.starts_with(start); });
+bool Facts::everRaisedAbout(const Tokens& place) const {
+  return std::any_of(events_.begin(), events_.end(),
+                     [&](const Event& event) { return hasRaised(event, place); });
+}
+
+bool Facts::hasRaised(const Event& event, const Tokens& place) const {
+  return !reports_[event.step].empty() &&
+         (isAtOrAbove(event.place, place) || isAtOrAbove(place, event.place));
 }
 
 }  // namespace days

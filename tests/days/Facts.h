@@ -21,12 +21,10 @@ struct Event {
 // Step 0 is the document; each line is a step. All places are of the native document.
 class Facts {
  public:
-  // What the roots raised at the start.
+  // `reports` are what the roots raised at the start.
   explicit Facts(host::Value document, Reports reports);
   // A line that was applied, and what was raised then.
   void stepIs(std::string_view line, host::Value document, Reports reports);
-  // What fresh roots raise now.
-  void freshReportsIs(Reports reports) { freshReports_ = std::move(reports); }
 
   std::size_t now() const { return documents_.size() - 1; }
   // What stands at a place now, or after a step; null when nothing does.
@@ -42,9 +40,8 @@ class Facts {
   std::vector<std::string> everKeys(const host::Tokens& place) const;
 
   // The last step at which what stood at the place went, or was put in anew; 0 when it never did.
-  std::size_t lastGone(const host::Tokens& place) const;
-  // Whether anything below the place ever went.
-  bool anyGone(const host::Tokens& place) const;
+  // Operations on places of fewer tokens than `depth` don't count.
+  std::size_t lastGone(const host::Tokens& place, std::size_t depth = 0) const;
   // The last step at which anything happened at, above or below the place but its going; 0 when
   // nothing did.
   std::size_t lastTold(const host::Tokens& place) const;
@@ -53,20 +50,20 @@ class Facts {
   std::size_t lastPut(const host::Tokens& place) const;
   // The last step with an operation at exactly this place; 0 when there was none.
   std::size_t lastSet(const host::Tokens& place) const;
-  // Whether a handler raised at a step that touched the place.
+  // Whether a handler raised at a step that touched the place, and what was touched stands since.
   bool raisedAbout(const host::Tokens& place) const;
-  // Whether the root's factory raised, at the start or of the fresh roots.
-  bool startRaised(std::string_view root) const { return isRaised(reports_[0], root); }
-  bool freshRaised(std::string_view root) const { return isRaised(freshReports_, root); }
+  // The same at any step, also when what was touched has gone since.
+  bool everRaisedAbout(const host::Tokens& place) const;
+  // What the roots raised at the start.
+  const Reports& startReports() const { return reports_[0]; }
 
  private:
   bool isHeard(const Event& event) const;
-  static bool isRaised(const Reports& reports, std::string_view root);
+  bool hasRaised(const Event& event, const host::Tokens& place) const;
 
   std::vector<host::Value> documents_;
   std::vector<Reports> reports_;
   std::vector<Event> events_;
-  Reports freshReports_;
 };
 
 }  // namespace days

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <span>
 
 #include "tests/days/ValueText.h"
 
@@ -35,14 +36,16 @@ void writeReproducer(const std::string& directory, const Script& script,
   file("native.json") << script.document << '\n';
   std::ofstream changes = file("changes.jsonl");
   Device device(script.document, 0);
-  for (const std::string& line : script.lines) {
+  const std::size_t lines = findings.empty() ? script.lines.size() : findings.front().lines;
+  for (const std::string& line : std::span(script.lines).first(lines)) {
     changes << line << '\n';
     device.line(line);
   }
   file("native-after.json") << valueText(device.document()) << '\n';
   std::ofstream told = file("told.txt");
   for (const Finding& finding : findings) told << finding.told() << '\n';
-  if (!findings.empty()) told << '\n' << commands(findings.front().check, otherOrder);
+  if (findings.empty()) return;
+  told << '\n' << commands(findings.front().check.value_or(Check::order), otherOrder);
 }
 
 }  // namespace days

@@ -20,7 +20,9 @@ struct Plan {
   Focus focus = Focus::everything;
   std::vector<Step> before;  // these make the document that the day begins with
   std::vector<Step> changes;
-  std::uint8_t closing = 0;  // in which order everything is removed at the end; 0: nothing is
+  std::uint8_t order = 0;  // in which the other device walks its hash collections
+  // In which order everything is removed at the end; nothing is without a step.
+  std::vector<Step> closing;
 };
 
 // Takes choices off a step, one number each.

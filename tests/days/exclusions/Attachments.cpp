@@ -3,7 +3,7 @@
 #include <map>
 
 #include "tests/days/exclusions/Native.h"
-#include "tests/days/exclusions/Parts.h"
+#include "tests/days/exclusions/Table.h"
 
 namespace days {
 namespace {
@@ -17,31 +17,53 @@ bool isQueue(const Seen& seen) {
 bool isAttached(const Facts& facts, const std::string& interface, const std::string& name) {
   const auto queues = TxQueue::of(facts, interface, facts.now());
   return std::any_of(queues.begin(), queues.end(), [&](const TxQueue& queue) {
-    return queue.isAttached() && queueName(facts, queue.id()) == name;
+    return queue.isAttached() && queueName(facts, queue.id(), facts.now()) == name;
   });
 }
-// Whether an id ever had two names, a name ever had two ids, or the map was replaced.
-bool namesMoved(const Facts& facts) {
-  std::map<std::string, std::set<std::string>> names;
-  std::map<std::string, std::set<std::string>> ids;
+// All names that an id had at any time, or all ids that a name had.
+std::set<std::string> everNames(const Facts& facts, const std::string& id) {
+  std::set<std::string> names;
   for (std::size_t step = 0; step <= facts.now(); ++step) {
     for (const std::string& name : facts.keys(step, {"queue-names"})) {
-      const std::string id = std::to_string(facts.find(step, {"queue-names", name})->number());
-      names[id].insert(name);
-      ids[name].insert(id);
+      if (std::to_string(facts.find(step, {"queue-names", name})->number()) == id)
+        names.insert(name);
     }
   }
-  const auto isShared = [](const auto& entry) { return entry.second.size() > 1; };
-  return facts.lastSet({"queue-names"}) > 0 || std::any_of(names.begin(), names.end(), isShared) ||
-         std::any_of(ids.begin(), ids.end(), isShared);
+  return names;
 }
-// Whether the interface ever had both queues of one id.
-bool idsShared(const Facts& facts, const std::string& interface) {
+std::set<std::string> everIds(const Facts& facts, const std::string& name) {
+  std::set<std::string> ids;
+  for (std::size_t step = 0; step <= facts.now(); ++step) {
+    const host::Value* id = facts.find(step, {"queue-names", name});
+    if (id != nullptr) ids.insert(std::to_string(id->number()));
+  }
+  return ids;
+}
+// Whether what a running life takes for the name of an id may be another one than a start's.
+bool nameMoved(const Facts& facts, const std::string& id) {
+  const std::set<std::string> names = everNames(facts, id);
+  return id == "16" || names.size() > 1 || facts.lastSet({"queue-names"}) > 0 ||
+         std::any_of(names.begin(), names.end(),
+                     [&](const std::string& name) { return everIds(facts, name).size() > 1; });
+}
+// Whether the interface ever had both queues of an id that ever had this name.
+bool isShared(const Facts& facts, const std::string& interface, const std::string& name) {
   std::set<std::string> ids;
   for (const TxQueue& queue : TxQueue::everOf(facts, interface)) {
-    if (!ids.insert(queue.id()).second) return true;
+    const bool isSecond = !ids.insert(queue.id()).second;
+    if (isSecond && everNames(facts, queue.id()).contains(name)) return true;
   }
   return false;
+}
+// Whether a queue of the interface named a profile under a name that moved; with `name`, under that
+// one.
+bool isNamedOtherwise(const Facts& facts, const std::string& interface,
+                      const std::string& name = "") {
+  const auto queues = TxQueue::everOf(facts, interface);
+  return std::any_of(queues.begin(), queues.end(), [&](const TxQueue& queue) {
+    return queue.everNamedProfile() && nameMoved(facts, queue.id()) &&
+           (name.empty() || everNames(facts, queue.id()).contains(name));
+  });
 }
 
 // ===== Scheduler policies
@@ -77,18 +99,9 @@ bool hasAttachments(const Facts& facts, const std::string& interface) {
   return std::any_of(queues.begin(), queues.end(),
                      [](const TxQueue& queue) { return queue.isAttached(); });
 }
-// Whether a queue of the interface names a profile, and the names of a running life and those of a
-// start may differ for it.
-bool isNamedOtherwise(const Facts& facts, const std::string& interface) {
-  const auto queues = TxQueue::everOf(facts, interface);
-  return std::any_of(queues.begin(), queues.end(), [&](const TxQueue& queue) {
-    return queue.everNamedProfile() && (queue.id() == "16" || namesMoved(facts));
-  });
-}
-
 constexpr Exclusion table[] = {
     {"an output that outlives what stood in it", +Check::rebuild,
-     "Only the going of an interface's PFC settings looks whether an output is empty.",
+     "Only the going of an interface looks whether its output is empty.",
      [](const Seen& seen) {
        return isOutput(seen) && seen.difference.right == "null" &&
               !hasAttachments(seen.facts, seen.key(1)) &&
@@ -97,15 +110,18 @@ constexpr Exclusion table[] = {
     {"an output on which the queues of the interface disagree",
      Check::order | Check::restart | Check::rebuild,
      "A queue that names a policy makes the output, another one clears the policy alone; the going "
-     "of PFC settings takes an output without a policy.",
+     "of the interface takes an output without queues and policy.",
      [](const Seen& seen) { return isOutput(seen) && policiesDisagree(seen.facts, seen.key(1)); }},
     {"an attachment by a name that moved", Check::order | Check::restart | Check::rebuild,
-     "Of a name that holds id 16, and of names that share an id, moved or were put in as a whole, "
-     "a "
-     "start reads what no change tells.",
+     "A name moves and its old id keeps it; an id has several names, of which a start takes the "
+     "last "
+     "in order and a running life the last that came; a name holds id 16, or all came as a new "
+     "map: "
+     "no change tells of these.",
      [](const Seen& seen) {
-       if (!seen.isAt({"interfaces", "*"}) && !isOutput(seen) && !isQueue(seen)) return false;
-       return isNamedOtherwise(seen.facts, seen.key(1));
+       if (isQueue(seen)) return isNamedOtherwise(seen.facts, seen.key(1), seen.key(4));
+       return (seen.isAt({"interfaces", "*"}) || isOutput(seen)) &&
+              isNamedOtherwise(seen.facts, seen.key(1));
      }},
     {"an attachment that outlives its comment, name or tx queue", +Check::rebuild,
      "Only the tx queue's going ends an attachment, and leaves a blank one.",
@@ -115,7 +131,9 @@ constexpr Exclusion table[] = {
      }},
     {"the attachment of two tx queues of one id", Check::order | Check::restart | Check::rebuild,
      "The unicast and the multicast queue of an id share one entry, and the last writer decides.",
-     [](const Seen& seen) { return isQueue(seen) && idsShared(seen.facts, seen.key(1)); }},
+     [](const Seen& seen) {
+       return isQueue(seen) && isShared(seen.facts, seen.key(1), seen.key(4));
+     }},
     {"a policy that nothing names any more", Check::restart | Check::rebuild,
      "A comment, a tx queue or an interface that goes leaves the attachment to the next evaluation "
      "or start.",

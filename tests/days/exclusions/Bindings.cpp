@@ -2,7 +2,7 @@
 #include <algorithm>
 
 #include "tests/days/exclusions/Native.h"
-#include "tests/days/exclusions/Parts.h"
+#include "tests/days/exclusions/Table.h"
 
 namespace days {
 namespace {

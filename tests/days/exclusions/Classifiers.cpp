@@ -5,7 +5,7 @@
 
 #include "QosOpenConfig/QosOpenConfigClassifierKivToOCSm.h"
 #include "tests/days/exclusions/Native.h"
-#include "tests/days/exclusions/Parts.h"
+#include "tests/days/exclusions/Table.h"
 
 namespace days {
 namespace {
@@ -91,13 +91,18 @@ class Classifier {
 
   // Whether the term was taken out of the model, or could have been, and wasn't told of since by
   // what `last` tells.
-  bool isDroppedSince(std::size_t last) const {
-    std::size_t gone = std::max(facts_.lastGone(placeholder()), facts_.lastGone(classMap()));
-    for (const std::string& map : policyMaps()) gone = std::max(gone, facts_.lastGone(action(map)));
-    return (gone > 0 || isSweptAtStart()) && gone >= last;
-  }
-  bool isClassifierDropped() const {
-    return facts_.lastGone(placeholder()) > 0 || isSweptAtStart();
+  bool isDroppedSince(std::size_t last) const { return gone() > 0 && gone() >= last; }
+  // Whether the term isn't there, for what this life did and what it was told.
+  bool isMissing() const { return (gone() > 0 || isSweptAtStart()) && gone() >= lastMade(); }
+  bool isClassifierMissing() const {
+    const std::size_t last = facts_.lastGone(placeholder());
+    if (last == 0 && !isSweptAtStart()) return false;
+    if (isMatched(placeholder()) && facts_.lastTold(placeholder()) > last) return false;
+    const auto maps = policyMaps();
+    const bool isMadeAnew = std::any_of(maps.begin(), maps.end(), [&](const std::string& map) {
+      return isOf(map) && facts_.lastPut({"policy-maps", "1", map}) > last;
+    });
+    return !isMadeAnew && !anyTerm([&](const Classifier& term) { return term.lastMade() > last; });
   }
   // Without its placeholder the start's own sweep takes the classifier.
   bool isSweptAtStart() const { return facts_.find(0, placeholder()) == nullptr; }
@@ -139,19 +144,51 @@ class Classifier {
   // Whether the action's value was set behind the last change of a group, when before it had lost
   // its target.
   bool hasNoMachine(const std::string& map) const {
+    const std::size_t lost = lastOfGroups();
+    const auto isAimless = [&](std::size_t step) {
+      return facts_.find(step, setTrafficClass(map)) != nullptr && targetAt(step, map).empty();
+    };
     const std::size_t last = facts_.lastSet(setTrafficClass(map));
-    if (last == 0 || last < lastOfGroups()) return false;
-    for (std::size_t step = 0; step < last; ++step) {
-      const bool isThere = facts_.find(step, setTrafficClass(map)) != nullptr;
-      if (isThere && targetAt(step, map).empty()) return true;
+    // Between two operations of one line anything may have stood.
+    return lost > 0 && (last == lost || (last > lost && (isAimless(lost) || isAimless(lost - 1))));
+  }
+  bool groupsWereReplaced() const {
+    const std::size_t last = facts_.lastSet({"forwarding-groups"});
+    return last > 0 && last >= lastOfGroups() && last >= lastOfActions();
+  }
+  // The families that wrote the classifier's type at some time, or at a step.
+  std::set<std::string> types() const {
+    std::set<std::string> all;
+    for (std::size_t step = 0; step <= facts_.now(); ++step) all.merge(types(step));
+    return all;
+  }
+  std::set<std::string> types(std::size_t step) const {
+    std::set<std::string> all = classMapTypes(step);
+    typesAt(step, all);
+    return all;
+  }
+  // Those of class maps alone.
+  std::set<std::string> classMapTypes(std::size_t step) const {
+    std::set<std::string> all;
+    const auto add = [&](const Tokens& classMap) {
+      const host::Value* found = facts_.find(step, classMap);
+      if (found == nullptr) return;
+      for (const host::Value& option : found->at("match").list()) {
+        all.insert(option.number() == 2 ? "ipv6" : "ipv4");
+      }
+    };
+    add(placeholder());
+    for (const std::string& term : termsEver()) {
+      add({"class-maps", "1", nameOf(name_, term)});
+    }
+    return all;
+  }
+  bool typesDisagree() const { return types().size() > 1; }
+  bool classMapsDisagree() const {
+    for (std::size_t step = 0; step <= facts_.now(); ++step) {
+      if (classMapTypes(step).size() > 1) return true;
     }
     return false;
-  }
-  // Whether both families wrote the classifier's type at some time.
-  bool typesDisagree() const {
-    std::set<std::string> types;
-    for (std::size_t step = 0; step <= facts_.now(); ++step) typesAt(step, types);
-    return types.size() > 1;
   }
 
   const Facts& facts() const { return facts_; }
@@ -176,6 +213,16 @@ class Classifier {
     }
     return terms;
   }
+  // The last step at which the term was taken out, by the going of its placeholder, class map or
+  // class; a policy map that goes takes no terms along.
+  std::size_t gone() const {
+    std::size_t last = std::max(facts_.lastGone(placeholder()), facts_.lastGone(classMap()));
+    for (const std::string& map : policyMaps()) {
+      last =
+          std::max(last, facts_.lastGone(action(map), Tokens{"policy-maps", "1", map}.size() + 1));
+    }
+    return last;
+  }
   std::size_t lastOfGroups() const {
     std::size_t last = 0;
     for (const std::string& name : facts_.everKeys({"forwarding-groups"})) {
@@ -184,18 +231,9 @@ class Classifier {
     return last;
   }
   void typesAt(std::size_t step, std::set<std::string>& types) const {
-    const auto options = [&](const Tokens& classMap) {
-      const host::Value* found = facts_.find(step, classMap);
-      if (found == nullptr) return;
-      for (const host::Value& option : found->at("match").list()) {
-        types.insert(option.number() == 2 ? "ipv6" : "ipv4");
-      }
-    };
-    options(placeholder());
     for (const std::string& term : termsEver()) {
       Classifier other = *this;
       other.term_ = term;
-      options(other.classMap());
       for (const std::string family : {"ipv4", "ipv6"}) {
         if (!facts_.keys(step, other.rules(family)).empty()) types.insert(family);
       }
@@ -224,6 +262,17 @@ bool isActions(const Seen& seen) {
   return seen.isAt({"classifiers", "*", "terms", "*", "actions", "**"});
 }
 
+// Whether it is a term, or a part of one that neither a rule nor a class would fill.
+bool isUnread(const Seen& seen) {
+  if (isTerm(seen)) return true;
+  const Classifier term(seen);
+  if (isConditions(seen)) return !term.hasRules("ipv4") && !term.hasRules("ipv6");
+  if (!isActions(seen)) return false;
+  const auto maps = term.policyMaps();
+  return std::none_of(maps.begin(), maps.end(), [&](const std::string& map) {
+    return seen.facts.has(term.setTrafficClass(map));
+  });
+}
 // Whether a value of the place is what reset conditions hold there.
 bool isFresh(const Seen& seen, const std::string& value) {
   const std::string& last = seen.difference.place.back();
@@ -239,7 +288,7 @@ bool rulesChanged(const Seen& seen, const std::string& family) {
   const Tokens rules = Classifier(seen).rules(family);
   const auto sequences = seen.facts.everKeys(rules);
   return std::any_of(sequences.begin(), sequences.end(), [&](const std::string& sequence) {
-    return seen.facts.lastSet(below(rules, sequence)) > seen.facts.lastSet(rules);
+    return seen.facts.lastSet(below(rules, sequence)) > seen.facts.lastPut(rules);
   });
 }
 constexpr Exclusion table[] = {
@@ -249,14 +298,16 @@ constexpr Exclusion table[] = {
      "The sweep deletes it with its terms, and only the roots built behind it make it again, from "
      "what they read.",
      [](const Seen& seen) {
-       return seen.isAt({"classifiers", "*", "**"}) &&
-              !seen.facts.has(Classifier(seen).placeholder());
+       if (!seen.isAt({"classifiers", "*", "**"})) return false;
+       const Classifier classifier(seen);
+       if (seen.facts.has(classifier.placeholder())) return false;
+       return seen.isAt({"classifiers", "*"}) || seen.isAt({"classifiers", "*", "terms"}) ||
+              seen.isAt({"classifiers", "*", "config", "type"}) || isUnread(seen);
      }},
     {"a term without its class map", Check::restart | Check::rebuild,
      "The sweep deletes it, and only the roots built behind it make it again, from what they read.",
      [](const Seen& seen) {
-       return seen.isAt({"classifiers", "*", "terms", "*", "**"}) &&
-              !seen.facts.has(Classifier(seen).classMap());
+       return isUnread(seen) && !seen.facts.has(Classifier(seen).classMap());
      }},
     {"a classifier that nothing makes any more", +Check::rebuild,
      "Only its placeholder's going removes a classifier: it outlives match statements, ACLs and "
@@ -266,8 +317,9 @@ constexpr Exclusion table[] = {
               !Classifier(seen).isMade();
      }},
     {"a term that nothing makes any more", +Check::rebuild,
-     "Only its class map's going, or its class's, removes a term: it outlives match statements and "
-     "rules.",
+     "Only its placeholder's, its class map's or its class's going removes a term: it outlives "
+     "match "
+     "statements and rules.",
      [](const Seen& seen) {
        return isTerm(seen) && seen.difference.right.empty() && !Classifier(seen).termIsMade();
      }},
@@ -276,7 +328,7 @@ constexpr Exclusion table[] = {
      "next event of one of these.",
      [](const Seen& seen) {
        return seen.isAt({"classifiers", "*"}) && seen.difference.left.empty() &&
-              Classifier(seen).isClassifierDropped();
+              Classifier(seen).isClassifierMissing();
      }},
     {"a term that went with its classifier, class map or class", Check::restart | Check::rebuild,
      "Each of the three takes the term along, whoever else keeps it; it comes back with the next "
@@ -284,7 +336,7 @@ constexpr Exclusion table[] = {
      [](const Seen& seen) {
        if (!isTerm(seen) || !seen.difference.left.empty()) return false;
        const Classifier term(seen);
-       return term.isDroppedSince(term.lastMade());
+       return term.isMissing();
      }},
 
     // ===== The type
@@ -298,7 +350,8 @@ constexpr Exclusion table[] = {
      "Class maps and their match statements are read in the order of the walk, and the last one's "
      "type stands.",
      [](const Seen& seen) {
-       return seen.isAt({"classifiers", "*", "config", "type"}) && Classifier(seen).typesDisagree();
+       return seen.isAt({"classifiers", "*", "config", "type"}) &&
+              Classifier(seen).classMapsDisagree();
      }},
 
     // ===== Conditions
@@ -309,21 +362,25 @@ constexpr Exclusion table[] = {
      [](const Seen& seen) {
        if (!isConditions(seen) || !isFresh(seen, seen.difference.right)) return false;
        const Classifier term(seen);
-       return !seen.facts.has(term.acl("ipv4")) || !seen.facts.has(term.acl("ipv6"));
+       const std::set<std::string> types = term.types();
+       return std::any_of(types.begin(), types.end(),
+                          [&](const std::string& type) { return !seen.facts.has(term.acl(type)); });
      }},
     {"the conditions that the sweep of the other family reset", Check::restart | Check::rebuild,
      "An ACL of one term may turn its classifier's type just before that family's sweep, which "
-     "wipes "
-     "the terms that have their ACLs in the other one.",
+     "wipes the terms that have their ACLs in the other one.",
      [](const Seen& seen) {
        if (!isConditions(seen) || !isFresh(seen, seen.difference.left)) return false;
        const Classifier term(seen);
-       return term.typesDisagree() && (seen.facts.find(0, term.acl("ipv4")) == nullptr ||
-                                       seen.facts.find(0, term.acl("ipv6")) == nullptr);
+       return term.types(0).size() > 1 && term.lastOfAcl() == 0 &&
+              (seen.facts.find(0, term.acl("ipv4")) == nullptr ||
+               seen.facts.find(0, term.acl("ipv6")) == nullptr);
      }},
     {"the conditions that a sweep of the other family would reset", +Check::order,
      "The type decides which family's sweep resets them.",
-     [](const Seen& seen) { return isConditions(seen) && Classifier(seen).typesDisagree(); }},
+     [](const Seen& seen) {
+       return isConditions(seen) && Classifier(seen).classMapTypes(0).size() > 1;
+     }},
     {"the conditions of a term that a class made behind the sweep",
      Check::restart | Check::again | Check::rebuild,
      "The root of classes is built behind that of ACLs, which finds such a term only when it lives "
@@ -346,12 +403,22 @@ constexpr Exclusion table[] = {
      [](const Seen& seen) {
        return isConditions(seen) && (rulesChanged(seen, "ipv4") || rulesChanged(seen, "ipv6"));
      }},
-    {"the conditions of an ACL without rules", +Check::rebuild,
+    {"the conditions of an ACL whose rules went", +Check::rebuild,
      "They stay when the rules go as a whole; an ACL that goes leaves them reset.",
      [](const Seen& seen) {
        if (!isConditions(seen) || seen.difference.right != "null") return false;
        const Classifier term(seen);
-       return !seen.facts.has(term.rules("ipv4")) && !seen.facts.has(term.rules("ipv6"));
+       if (seen.facts.has(term.rules("ipv4")) || seen.facts.has(term.rules("ipv6"))) return false;
+       return seen.facts.everHad(term.acl("ipv4")) || seen.facts.everHad(term.acl("ipv6")) ||
+              seen.difference.left == freshConditions;
+     }},
+    {"the conditions of an ACL without a rule", Check::restart | Check::rebuild,
+     "Its start resets the conditions of a term that is there; a term that comes later has none.",
+     [](const Seen& seen) {
+       if (!isConditions(seen) || !isFresh(seen, seen.difference.right)) return false;
+       const Classifier term(seen);
+       return (seen.facts.has(term.rules("ipv4")) && !term.hasRules("ipv4")) ||
+              (seen.facts.has(term.rules("ipv6")) && !term.hasRules("ipv6"));
      }},
     {"the conditions of a term with ACLs of both families", Check::restart | Check::rebuild,
      "Each writes them whole, with the other family's blank, and so does each that goes.",
@@ -415,9 +482,7 @@ constexpr Exclusion table[] = {
     {"the target of an action when the forwarding groups were replaced",
      Check::restart | Check::rebuild,
      "A new map in the place of the old one re-evaluates nothing until one of its entries changes.",
-     [](const Seen& seen) {
-       return isActions(seen) && seen.facts.lastSet({"forwarding-groups"}) > 0;
-     }},
+     [](const Seen& seen) { return isActions(seen) && Classifier(seen).groupsWereReplaced(); }},
     {"the target of an action that lost its machine", Check::restart | Check::rebuild,
      "When the map loses the traffic class the action's machine goes, and nobody hears a new value "
      "until the map changes again.",

@@ -12,10 +12,10 @@ std::string plain(const Velmo::String& text) { return std::string(std::string_vi
 
 }  // namespace
 
-std::string queueName(const Facts& facts, const std::string& id) {
+std::string queueName(const Facts& facts, const std::string& id, std::size_t step) {
   std::string last;
-  for (const std::string& name : facts.keys({"queue-names"})) {
-    const host::Value* held = facts.find({"queue-names", name});
+  for (const std::string& name : facts.keys(step, {"queue-names"})) {
+    const host::Value* held = facts.find(step, {"queue-names", name});
     if (std::to_string(held->number()) == id) last = std::max(last, name);
   }
   return last;

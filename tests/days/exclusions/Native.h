@@ -15,8 +15,9 @@ inline host::Tokens below(host::Tokens place, const std::string& key) {
   return place;
 }
 
-// The queue name of an id as a start reads it: the last of those that hold it. Empty without one.
-std::string queueName(const Facts& facts, const std::string& id);
+// The queue name of an id as a start at that step reads it: the last of those that hold it. Empty
+// without one.
+std::string queueName(const Facts& facts, const std::string& id, std::size_t step);
 
 // A tx queue of an interface: "uc-3".
 class TxQueue {
@@ -46,7 +47,9 @@ class TxQueue {
   std::string policy() const { return policy(facts_->now()); }
   std::string profile() const { return profile(facts_->now()); }
   // Whether a start would attach its profile.
-  bool isAttached() const { return !profile().empty() && !queueName(*facts_, id()).empty(); }
+  bool isAttached() const {
+    return !profile().empty() && !queueName(*facts_, id(), facts_->now()).empty();
+  }
   bool everNamedPolicy() const;
   bool everNamedProfile() const;
 

@@ -1,14 +1,9 @@
 // What a root leaves when its factory raises: what it wrote until then stands, and nobody keeps it.
-#include <algorithm>
-
-#include "tests/days/exclusions/Parts.h"
+#include "tests/days/exclusions/Native.h"
+#include "tests/days/exclusions/Table.h"
 
 namespace days {
 namespace {
-
-bool raised(const Seen& seen, std::string_view root) {
-  return seen.facts.startRaised(root) || seen.facts.freshRaised(root);
-}
 
 // An interface as a whole, or that it has an output, may be due to any root that writes there.
 bool isInterface(const Seen& seen) {
@@ -23,31 +18,28 @@ constexpr std::string_view reason =
 constexpr Exclusion table[] = {
     {"bindings, when the root of interface classifiers raised", always, reason,
      [](const Seen& seen) {
-       return raised(seen, "interface-classifier") &&
+       return seen.hasRaised("interface-classifier") &&
               (isInterface(seen) || seen.isAt({"interfaces", "*", "config", "**"}) ||
                seen.isAt({"interfaces", "*", "input", "**"}));
      }},
-    {"forwarding groups and named queues, when their root raised", always, reason,
+    {"forwarding groups, when their root raised", Check::restart | Check::rebuild, reason,
      [](const Seen& seen) {
-       if (!raised(seen, "forwarding-group")) return false;
-       const auto names = seen.facts.everKeys({"queue-names"});
-       return seen.isAt({"forwarding-groups", "**"}) ||
-              (seen.isAt({"queues", "*", "**"}) &&
-               std::find(names.begin(), names.end(), seen.key(1)) != names.end());
+       return seen.hasRaised("forwarding-group") && seen.isAt({"forwarding-groups", "**"});
      }},
     {"queues, when their root raised", always, reason,
      [](const Seen& seen) {
-       return raised(seen, "queue") && seen.isAt({"queues", "**"});
+       return seen.hasRaised("queue") && seen.isAt({"queues", "*", "**"}) &&
+              (seen.key(1).empty() || TxQueue::named(seen.facts, seen.key(1)));
      }},
     {"queue management, when its root raised", always, reason,
      [](const Seen& seen) {
-       return raised(seen, "queue-management") &&
+       return seen.hasRaised("queue-management") &&
               (isInterface(seen) || seen.isAt({"queue-management-profiles", "**"}) ||
                seen.isAt({"interfaces", "*", "output", "queues", "**"}));
      }},
     {"scheduler policies, when their root raised", always, reason,
      [](const Seen& seen) {
-       return raised(seen, "scheduler-policy") &&
+       return seen.hasRaised("scheduler-policy") &&
               (isInterface(seen) || seen.isAt({"scheduler-policies", "**"}) ||
                seen.isAt({"interfaces", "*", "output", "scheduler-policy", "**"}));
      }},
