@@ -383,8 +383,8 @@ constexpr Exclusion table[] = {
      }},
     {"the conditions of a term that a class made behind the sweep",
      Check::restart | Check::again | Check::rebuild,
-     "The root of classes is built behind that of ACLs, which finds such a term only when it lives "
-     "or at the next start.",
+     "The root of classes is built behind that of ACLs, which finds such a term, or the type that "
+     "it gives the classifier, only when it lives or at the next start.",
      [](const Seen& seen) {
        if (!seen.isAt({"classifiers", "*", "terms", "*", "conditions"})) return false;
        const auto& [place, left, right] = seen.difference;
@@ -393,6 +393,7 @@ constexpr Exclusion table[] = {
          return false;
        }
        const Classifier term(seen);
+       if (seen.check == Check::again && term.typesDisagree()) return true;
        const auto maps = term.policyMaps();
        return std::any_of(maps.begin(), maps.end(),
                           [&](const std::string& map) { return seen.facts.has(term.action(map)); });
