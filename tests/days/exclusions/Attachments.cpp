@@ -99,6 +99,7 @@ bool hasAttachments(const Facts& facts, const std::string& interface) {
   return std::any_of(queues.begin(), queues.end(),
                      [](const TxQueue& queue) { return queue.isAttached(); });
 }
+
 constexpr Exclusion table[] = {
     {"an output that outlives what stood in it", +Check::rebuild,
      "Only the going of an interface looks whether its output is empty.",
@@ -113,11 +114,8 @@ constexpr Exclusion table[] = {
      "of the interface takes an output without queues and policy.",
      [](const Seen& seen) { return isOutput(seen) && policiesDisagree(seen.facts, seen.key(1)); }},
     {"an attachment by a name that moved", Check::order | Check::restart | Check::rebuild,
-     "A name moves and its old id keeps it; an id has several names, of which a start takes the "
-     "last "
-     "in order and a running life the last that came; a name holds id 16, or all came as a new "
-     "map: "
-     "no change tells of these.",
+     "A name moves and its old id keeps it; of several names a start takes the last in order and a "
+     "running life the last that came; no change tells of a name with id 16, or of a new map.",
      [](const Seen& seen) {
        if (isQueue(seen)) return isNamedOtherwise(seen.facts, seen.key(1), seen.key(4));
        return (seen.isAt({"interfaces", "*"}) || isOutput(seen)) &&

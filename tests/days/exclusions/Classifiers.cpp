@@ -56,6 +56,11 @@ class Classifier {
     }
     return derived;
   }
+  template <class Test>
+  bool anyPolicyMap(const Test& test) const {
+    const auto maps = policyMaps();
+    return std::any_of(maps.begin(), maps.end(), test);
+  }
   bool isMatched(const Tokens& classMap) const {
     const host::Value* found = facts_.find(classMap);
     return found != nullptr && !found->at("match").list().empty();
@@ -64,16 +69,12 @@ class Classifier {
   // Whether anything native would make this term, or a term of this classifier, or it itself.
   bool termIsMade() const {
     if (isMatched(classMap()) || hasRules("ipv4") || hasRules("ipv6")) return true;
-    const auto maps = policyMaps();
-    return std::any_of(maps.begin(), maps.end(),
-                       [&](const std::string& map) { return facts_.has(action(map)); });
+    return anyPolicyMap([&](const std::string& map) { return facts_.has(action(map)); });
   }
   bool isMade() const {
-    const auto maps = policyMaps();
-    return std::any_of(maps.begin(), maps.end(),
-                       [&](const std::string& map) {
-                         return isOf(map) && facts_.has({"policy-maps", "1", map});
-                       }) ||
+    return anyPolicyMap([&](const std::string& map) {
+             return isOf(map) && facts_.has({"policy-maps", "1", map});
+           }) ||
            isMatched(placeholder()) ||
            anyTerm([](const Classifier& term) { return term.termIsMade(); });
   }
@@ -98,8 +99,7 @@ class Classifier {
     const std::size_t last = facts_.lastGone(placeholder());
     if (last == 0 && !isSweptAtStart()) return false;
     if (isMatched(placeholder()) && facts_.lastTold(placeholder()) > last) return false;
-    const auto maps = policyMaps();
-    const bool isMadeAnew = std::any_of(maps.begin(), maps.end(), [&](const std::string& map) {
+    const bool isMadeAnew = anyPolicyMap([&](const std::string& map) {
       return isOf(map) && facts_.lastPut({"policy-maps", "1", map}) > last;
     });
     return !isMadeAnew && !anyTerm([&](const Classifier& term) { return term.lastMade() > last; });
@@ -191,13 +191,9 @@ class Classifier {
     return false;
   }
 
-  const Facts& facts() const { return facts_; }
-  const std::string& name() const { return name_; }
-
  private:
   std::set<std::string> termsEver() const {
     std::set<std::string> terms;
-    const std::string start = "__yang_[" + name_ + "]_[";
     const auto add = [&](const std::string& name) {
       const auto [classifier, term] = QosOc::classifierKeyFromConfigObjName(name);
       if (classifier == name_.c_str()) terms.insert(std::string(std::string_view(term)));
@@ -268,10 +264,8 @@ bool isUnread(const Seen& seen) {
   const Classifier term(seen);
   if (isConditions(seen)) return !term.hasRules("ipv4") && !term.hasRules("ipv6");
   if (!isActions(seen)) return false;
-  const auto maps = term.policyMaps();
-  return std::none_of(maps.begin(), maps.end(), [&](const std::string& map) {
-    return seen.facts.has(term.setTrafficClass(map));
-  });
+  return !term.anyPolicyMap(
+      [&](const std::string& map) { return seen.facts.has(term.setTrafficClass(map)); });
 }
 // Whether a value of the place is what reset conditions hold there.
 bool isFresh(const Seen& seen, const std::string& value) {
@@ -291,6 +285,7 @@ bool rulesChanged(const Seen& seen, const std::string& family) {
     return seen.facts.lastSet(below(rules, sequence)) > seen.facts.lastPut(rules);
   });
 }
+
 constexpr Exclusion table[] = {
     // ===== Existence
 
@@ -318,8 +313,7 @@ constexpr Exclusion table[] = {
      }},
     {"a term that nothing makes any more", +Check::rebuild,
      "Only its placeholder's, its class map's or its class's going removes a term: it outlives "
-     "match "
-     "statements and rules.",
+     "match statements and rules.",
      [](const Seen& seen) {
        return isTerm(seen) && seen.difference.right.empty() && !Classifier(seen).termIsMade();
      }},
@@ -394,9 +388,8 @@ constexpr Exclusion table[] = {
        }
        const Classifier term(seen);
        if (seen.check == Check::again && term.typesDisagree()) return true;
-       const auto maps = term.policyMaps();
-       return std::any_of(maps.begin(), maps.end(),
-                          [&](const std::string& map) { return seen.facts.has(term.action(map)); });
+       return term.anyPolicyMap(
+           [&](const std::string& map) { return seen.facts.has(term.action(map)); });
      }},
     {"the values of an ACL whose rules changed", Check::restart | Check::rebuild,
      "They only grow, in the order of arrival, until its rules are put in anew as a whole or a "
@@ -445,8 +438,7 @@ constexpr Exclusion table[] = {
      [](const Seen& seen) {
        if (!isActions(seen) || !isBlank(seen)) return false;
        const Classifier term(seen);
-       const auto maps = term.policyMaps();
-       return std::any_of(maps.begin(), maps.end(), [&](const std::string& map) {
+       return term.anyPolicyMap([&](const std::string& map) {
          return seen.facts.has({"policy-maps", "1", map}) && term.isOf(map) &&
                 term.target(map).empty();
        });
@@ -466,8 +458,7 @@ constexpr Exclusion table[] = {
      [](const Seen& seen) {
        if (!isActions(seen) || seen.difference.right != "null") return false;
        const Classifier term(seen);
-       const auto maps = term.policyMaps();
-       return std::none_of(maps.begin(), maps.end(), [&](const std::string& map) {
+       return !term.anyPolicyMap([&](const std::string& map) {
          return seen.facts.has(term.action(map)) ||
                 (term.isOf(map) && seen.facts.has({"policy-maps", "1", map}));
        });
@@ -490,9 +481,7 @@ constexpr Exclusion table[] = {
      [](const Seen& seen) {
        if (!isActions(seen)) return false;
        const Classifier term(seen);
-       const auto maps = term.policyMaps();
-       return std::any_of(maps.begin(), maps.end(),
-                          [&](const std::string& map) { return term.hasNoMachine(map); });
+       return term.anyPolicyMap([&](const std::string& map) { return term.hasNoMachine(map); });
      }},
     {"a class whose machine outlived it", Check::restart | Check::rebuild,
      "A class that goes while its classifier has no terms leaves its machine behind, which refuses "
@@ -500,10 +489,8 @@ constexpr Exclusion table[] = {
      [](const Seen& seen) {
        if (!isTerm(seen) && !isActions(seen)) return false;
        const Classifier term(seen);
-       const auto maps = term.policyMaps();
-       return std::any_of(maps.begin(), maps.end(), [&](const std::string& map) {
-         return seen.facts.raisedAbout(term.action(map));
-       });
+       return term.anyPolicyMap(
+           [&](const std::string& map) { return seen.facts.raisedAbout(term.action(map)); });
      }},
 };
 

@@ -70,8 +70,7 @@ constexpr Exclusion table[] = {
      }},
     {"the queue of a forwarding group whose names changed", Check::restart | Check::rebuild,
      "Group names and queue names are read once; the array alone is followed, for the last group "
-     "of "
-     "a class.",
+     "of a class.",
      [](const Seen& seen) {
        if (!seen.isAt({"forwarding-groups", "*", "output-queue"})) return false;
        return !isKnown(seen.facts, seen.key(1)) || isHidden(seen.facts, seen.key(1)) ||

@@ -31,16 +31,12 @@ class TxQueue {
                                  std::size_t step);
   static std::vector<TxQueue> everOf(const Facts& facts, const std::string& interface);
 
-  const std::string& interface() const { return interface_; }
-  const std::string& key() const { return key_; }
   std::string id() const { return key_.substr(3); }
   host::Tokens place() const { return {"interfaces", interface_, "tx-queues", key_}; }
   host::Tokens commentPlace() const;
 
-  bool has(std::size_t step) const { return facts_->find(step, place()) != nullptr; }
   // Whether a priority or a bandwidth is set. Requires: it is there.
   bool isConfigured() const;
-  bool hasEcn() const { return facts_->has(below(place(), "ecn")); }
   // What its comment names after a step; empty when it names none.
   std::string policy(std::size_t step) const;
   std::string profile(std::size_t step) const;
