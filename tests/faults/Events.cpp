@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <ostream>
 
+#include "House.h"
+
 namespace faults {
 namespace {
 
@@ -21,15 +23,6 @@ const Rok::String policyProfileName("__YANG_SP_[late]");
 
 // ===== Where things are, and what comes
 
-Qos::Input::ClassMapTypeConfig& classMaps(const Native& native) {
-  return **native.aclConfig->cmapType().find(Qos::mapQos);
-}
-Qos::Input::PolicyMapTypeConfig& policyMaps(const Native& native) {
-  return **native.aclConfig->pmapType().find(Qos::mapQos);
-}
-Acl::Input::AclTypeConfig& acls(const Native& native) {
-  return **native.acls->config().find(Acl::aclTypeIpv4);
-}
 Qos::IntfConfig& interface(const Native& native, const Nerit::IntfId& intfId) {
   return **native.qosConfig->intfConfig().find(intfId);
 }
@@ -45,11 +38,6 @@ Qos::QosProfileConfig& profile(const Native& native) {
 Rok::Ptr<Qos::ClassMapConfig> newClassMap(const Rok::String& name) {
   auto made = Rok::make<Qos::ClassMapConfig>(name, Qos::mapQos);
   made->matchIs(Qos::matchIpAccessGroup, Rok::make<Qos::ClassMapMatch>());
-  return made;
-}
-Rok::Ptr<Qos::ClassAction> newClassAction(const Rok::String& name) {
-  auto made = Rok::make<Qos::ClassAction>(name);
-  made->policyActionIs(Qos::actionSetTc, Rok::make<Qos::Action>(Qos::actionSetTc, 5u));
   return made;
 }
 Rok::Ptr<Qos::PolicyMapConfig> newPolicyMap(const Rok::String& name) {

@@ -2,6 +2,8 @@
 
 #include <ostream>
 
+#include "House.h"
+
 namespace faults {
 namespace {
 
@@ -31,20 +33,11 @@ const Qos::TxQueue newProfileTxQueue{Qos::TxQueueId{0}, Qos::multicast};
 
 // ===== Where things are
 
-Qos::Input::ClassMapTypeConfig& classMaps(const Native& native) {
-  return **native.aclConfig->cmapType().find(Qos::mapQos);
-}
-Qos::Input::PolicyMapTypeConfig& policyMaps(const Native& native) {
-  return **native.aclConfig->pmapType().find(Qos::mapQos);
-}
 Qos::PolicyMapConfig& policyMap(const Native& native) {
   return **policyMaps(native).pmap().find(policyMapName);
 }
 Qos::ClassAction& classWithoutAction(const Native& native) {
   return **policyMap(native).classAction().find("__yang_[c6]_[t]");
-}
-Acl::Input::AclTypeConfig& acls(const Native& native) {
-  return **native.acls->config().find(Acl::aclTypeIpv4);
 }
 Qos::IntfConfig& interface(const Native& native) {
   return **native.qosConfig->intfConfig().find(ethernet3);
@@ -59,11 +52,6 @@ Qos::TxQueueConfig& txQueueOfProfile(const Native& native) {
   return **profile(native).txQueueConfig().find(profileTxQueue);
 }
 
-Rok::Ptr<Qos::ClassAction> newClassAction(const Rok::String& name) {
-  auto made = Rok::make<Qos::ClassAction>(name);
-  made->policyActionIs(Qos::actionSetTc, Rok::make<Qos::Action>(Qos::actionSetTc, 5u));
-  return made;
-}
 Qos::TxQueueConfig::EcnWred thresholds(unsigned char percent, std::uint32_t minimum) {
   Qos::EcnWredConfig::Settings settings;
   settings.minThreshold = minimum;

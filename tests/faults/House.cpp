@@ -45,6 +45,22 @@ void House::build(std::string_view root) {
   roots.push_back(host::rootNamed(root)->factory(native, model));
 }
 
+Qos::Input::ClassMapTypeConfig& classMaps(const host::Native& native) {
+  return **native.aclConfig->cmapType().find(Qos::mapQos);
+}
+Qos::Input::PolicyMapTypeConfig& policyMaps(const host::Native& native) {
+  return **native.aclConfig->pmapType().find(Qos::mapQos);
+}
+Acl::Input::AclTypeConfig& acls(const host::Native& native) {
+  return **native.acls->config().find(Acl::aclTypeIpv4);
+}
+
+Rok::Ptr<Qos::ClassAction> newClassAction(const Rok::String& name) {
+  auto made = Rok::make<Qos::ClassAction>(name);
+  made->policyActionIs(Qos::actionSetTc, Rok::make<Qos::Action>(Qos::actionSetTc, 5u));
+  return made;
+}
+
 std::string text(const host::Model& model) { return host::modelJson(model, host::Layout::compact); }
 
 std::string freshModel(const host::Native& native) {

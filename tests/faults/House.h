@@ -31,6 +31,14 @@ struct House {
   Roots roots;
 };
 
+// Its class maps and policy maps of the type `qos`, and its IPv4 ACLs.
+Qos::Input::ClassMapTypeConfig& classMaps(const host::Native& native);
+Qos::Input::PolicyMapTypeConfig& policyMaps(const host::Native& native);
+Acl::Input::AclTypeConfig& acls(const host::Native& native);
+
+// A class of a policy map, with an action that sets traffic class 5.
+Rok::Ptr<Qos::ClassAction> newClassAction(const Rok::String& name);
+
 // The model as a text.
 std::string text(const host::Model& model);
 
