@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <cstring>
 #include <iterator>
 #include <new>
 
@@ -101,6 +102,12 @@ void slabFree(void* block, std::size_t size) noexcept {
 
 void* slabAllocOrStdMalloc(std::size_t size) {
   return size <= slabMaxSize ? slabAlloc(size) : stdMalloc(size);
+}
+
+void* slabAllocOrStdCalloc(std::size_t size) {
+  if (size <= slabMaxSize) return std::memset(slabAlloc(size), 0, size);
+  if (void* block = std::calloc(1, size)) return block;
+  throw std::bad_alloc();
 }
 
 void slabFreeOrStdFree(void* block, std::size_t size) noexcept {

@@ -28,6 +28,8 @@ QOS_EXPORT void slabFree(void* block, std::size_t size) noexcept;
 
 // As above for any size: what is too large for a slab comes from malloc.
 QOS_EXPORT void* slabAllocOrStdMalloc(std::size_t size);
+// With all bytes zero. A large block costs its pages only as they are written.
+QOS_EXPORT void* slabAllocOrStdCalloc(std::size_t size);
 QOS_EXPORT void slabFreeOrStdFree(void* block, std::size_t size) noexcept;
 
 // What the slabs hold at the moment, for tests and for memory figures.

@@ -20,8 +20,12 @@ struct QOS_EXPORT HashHelper {
   static std::uint32_t orderSeed() { return orderSeed_; }
   static void orderSeedIs(std::uint32_t seed) { orderSeed_ = seed; }
 
+  // A version that no map has had yet.
+  static std::uint64_t nextVersion() { return ++version_; }
+
  private:
   static std::uint32_t orderSeed_;
+  static std::uint64_t version_;
 };
 
 // The hash of one attribute, on top of what `seed` already holds. A value class with several chains

@@ -1,25 +1,22 @@
 #include "Rok/HashMap2018.h"
 
-#include <algorithm>
-
 namespace Rok::Impl {
 namespace {
 
-HashSlot* newSlots(std::uint32_t size) {
-  auto* slots = static_cast<HashSlot*>(Dorpel::slabAllocOrStdMalloc(size * sizeof(HashSlot)));
-  std::fill_n(slots, size, HashSlot{0, noNode});
-  return slots;
-}
+constexpr std::uint32_t firstSize = 8;
 
 // Fuller, and how many slots an insert moves would depend on where between two sizes the map is.
-constexpr std::uint64_t capacityOf(std::uint64_t size) { return size / 8 * 5; }
+constexpr std::uint32_t capacityOf(std::uint32_t size) { return size / 8 * 5; }
+
+HashSlot* newSlots(std::size_t size) {
+  return static_cast<HashSlot*>(Dorpel::slabAllocOrStdCalloc(size * sizeof(HashSlot)));
+}
 
 }  // namespace
 
-void shiftSlot(HashSlot* slots, std::uint32_t mask, std::uint32_t slot,
-               std::uint32_t slotsToShift) {
-  if (slotsToShift != 1) SassertHelper("slotsToShift == 1") << "slotsToShift is " << slotsToShift;
-  slots[(slot + 1) & mask] = slots[slot & mask];
+void shiftSlotFailed(std::uint32_t slotsToShift) {
+  SassertHelper("slotsToShift == 1") << "slotsToShift is " << slotsToShift;
+  std::abort();  // not reached: the assertion ends the process
 }
 
 void HashIndex::clear() noexcept {
@@ -30,45 +27,64 @@ void HashIndex::clear() noexcept {
   capacity_ = 0;
 }
 
-void HashIndex::grow(std::uint32_t entries) {
-  std::uint64_t size = std::max<std::uint64_t>(std::uint64_t{mask_} + 1, 16);
-  while (capacityOf(size) < entries) size *= 2;
+void HashIndex::grow() {
+  const std::uint32_t size = empty() ? firstSize : 2 * (mask_ + 1);
   HashIndex grown;
-  grown.slots_ = newSlots(static_cast<std::uint32_t>(size));
-  grown.mask_ = static_cast<std::uint32_t>(size - 1);
-  for (std::uint32_t i = 0; slots_ != nullptr && i <= mask_; ++i) {
-    if (slots_[i].node != noNode) grown.insert(slots_[i].hash, slots_[i].node);
-  }
+  grown.slots_ = newSlots(size);
+  grown.mask_ = size - 1;
+  grown.capacity_ = capacityOf(size);
+  if (!empty()) grown.fillFrom(*this);
   std::swap(slots_, grown.slots_);
   std::swap(mask_, grown.mask_);
-  capacity_ = static_cast<std::uint32_t>(capacityOf(size));
+  std::swap(capacity_, grown.capacity_);
+}
+
+// Takes over what stands in an index of half the size. Its entries stand in the order of their
+// homes, seen from behind a hole on. Their homes here are either the same or half a turn further,
+// and in each of these halves the order stays: so there are two places to write at, and nothing is
+// searched or moved.
+void HashIndex::fillFrom(const HashIndex& half) noexcept {
+  const std::uint32_t size = half.mask_ + 1;
+  std::uint32_t hole = 0;
+  while (half.slots_[hole].place != 0) ++hole;
+  std::uint32_t near = hole + 1;        // the first half turn behind the hole
+  std::uint32_t far = hole + 1 + size;  // the second, which goes round the end
+  for (std::uint32_t i = 1; i <= half.mask_; ++i) {
+    const HashSlot& slot = half.slots_[(hole + i) & half.mask_];
+    if (slot.place == 0) continue;
+    const std::uint32_t home = slot.hash & mask_;
+    const bool isNear = home - (hole + 1) < size;
+    std::uint32_t& next = isNear ? near : far;
+    next = std::max(next, isNear || home > hole ? home : home + 2 * size);
+    slots_[next++ & mask_] = slot;
+  }
 }
 
 void HashIndex::insert(std::uint32_t hash, std::uint32_t node) noexcept {
   const auto distanceAt = [&](std::uint32_t at) { return (at - slots_[at].hash) & mask_; };
   std::uint32_t at = hash & mask_;
-  for (std::uint32_t distance = 0; slots_[at].node != noNode && distanceAt(at) >= distance;
+  for (std::uint32_t distance = 0; slots_[at].place != 0 && distanceAt(at) >= distance;
        ++distance) {
     at = (at + 1) & mask_;
   }
   // Whoever stands here and behind, up to the next hole, is nearer its home: they all move on.
   std::uint32_t hole = at;
-  while (slots_[hole].node != noNode) hole = (hole + 1) & mask_;
+  while (slots_[hole].place != 0) hole = (hole + 1) & mask_;
   for (; hole != at; hole = (hole - 1) & mask_) shiftSlot(slots_, mask_, hole - 1, 1);
-  slots_[at] = {hash, node};
+  slots_[at] = {hash, node + 1};
 }
 
 void HashIndex::erase(std::uint32_t hash, std::uint32_t node) noexcept {
   std::uint32_t at = hash & mask_;
-  while (slots_[at].node != node) at = (at + 1) & mask_;
+  while (slots_[at].place != node + 1) at = (at + 1) & mask_;
   // Those behind move one back, until a hole or one that is at home.
   for (;;) {
     const std::uint32_t next = (at + 1) & mask_;
-    if (slots_[next].node == noNode || (slots_[next].hash & mask_) == next) break;
+    if (slots_[next].place == 0 || (slots_[next].hash & mask_) == next) break;
     slots_[at] = slots_[next];
     at = next;
   }
-  slots_[at] = {0, noNode};
+  slots_[at] = {0, 0};
 }
 
 }  // namespace Rok::Impl

@@ -23,6 +23,7 @@
 
 #include "Rok/Ptr.h"
 #include "Rok/Sassert.h"
+#include "Velmo/Vector.h"
 
 namespace Rok {
 
@@ -49,7 +50,7 @@ class OrderedMap {
   }
 
   std::uint32_t members() const { return static_cast<std::uint32_t>(tree_.size()); }
-  std::uint32_t version() const { return version_; }
+  std::uint64_t version() const { return version_; }
 
   // The value under a key, or null. Finding it is a binary search.
   const Value* find(const Key& key) const {
@@ -92,10 +93,10 @@ class OrderedMap {
   friend bool operator==(const OrderedMap& a, const OrderedMap& b) { return a.tree_ == b.tree_; }
 
  private:
-  using Tree = std::map<Key, Value>;
+  using Tree = std::map<Key, Value, std::less<Key>, Velmo::Allocator<std::pair<const Key, Value>>>;
 
   Tree tree_;
-  std::uint32_t version_ = 0;
+  std::uint64_t version_ = 0;
 };
 
 template <class KeyType, class ValueType>
@@ -138,7 +139,7 @@ class OrderedMap<KeyType, ValueType>::Iterator {
   }
 
   const OrderedMap* map_;
-  std::uint32_t version_;
+  std::uint64_t version_;
   typename Tree::const_iterator at_;
   std::optional<Key> key_;
 };

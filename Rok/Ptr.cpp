@@ -7,6 +7,7 @@ namespace Rok {
 
 bool VFPtrInterface::threadSafePointers_ = false;
 std::uint32_t HashHelper::orderSeed_ = 0;
+std::uint64_t HashHelper::version_ = 0;
 
 PtrInterface::~PtrInterface() = default;
 

@@ -18,7 +18,7 @@ class HashMap2018IteratorGeneric {
 
   explicit HashMap2018IteratorGeneric(const Map& map) : table_(map.table_) {
     if (table_ == nullptr) return;
-    walker_.node = table_->nextLive(table_->firstPosition());
+    walker_.node = table_->firstLive();
     if (walker_.node == Impl::noNode) {
       table_ = nullptr;
       return;
@@ -48,9 +48,9 @@ class HashMap2018IteratorGeneric {
   // Moves to the next live entry.
   void advance() {
     typename Map::Table* table = iter();
-    const auto behind = Map::Table::positionBehind(walker_.node);
+    const std::uint32_t left = walker_.node;
     table->leave(walker_);
-    walker_.node = table->nextLive(behind);
+    walker_.node = table->liveBehind(left);
     if (walker_.node != Impl::noNode) return;
     table_ = nullptr;
     table->walkerDel(walker_);
@@ -78,7 +78,7 @@ class HashMap2018UnsafeIteratorConstGeneric {
 
   explicit HashMap2018UnsafeIteratorConstGeneric(const Map& map)
       : hashMap_(&map), version_(map.version()) {
-    if (map.table_ != nullptr) node_ = map.table_->nextLive(map.table_->firstPosition());
+    if (map.table_ != nullptr) node_ = map.table_->firstLive();
   }
 
   explicit operator bool() const { return node_ != Impl::noNode; }
@@ -89,7 +89,7 @@ class HashMap2018UnsafeIteratorConstGeneric {
   const Node* operator->() const { return &**this; }
   HashMap2018UnsafeIteratorConstGeneric& operator++() {
     check();
-    node_ = hashMap_->table_->nextLive(Map::Table::positionBehind(node_));
+    node_ = hashMap_->table_->liveBehind(node_);
     return *this;
   }
 
@@ -102,7 +102,7 @@ class HashMap2018UnsafeIteratorConstGeneric {
   }
 
   const Map* hashMap_;
-  std::uint32_t version_;
+  std::uint64_t version_;
   std::uint32_t node_ = Impl::noNode;
 };
 

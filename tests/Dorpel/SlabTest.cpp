@@ -1,5 +1,6 @@
 #include "Dorpel/Slab.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <new>
@@ -124,6 +125,17 @@ TEST(Slab, TheLargestSlabBlockIsCountedAndALargerOneComesFromMalloc) {
   EXPECT_EQ(Dorpel::slabUse().blocks, before.blocks + 1);
   Dorpel::slabFreeOrStdFree(largest, Dorpel::slabMaxSize);
   EXPECT_EQ(Dorpel::slabUse().blocks, before.blocks);
+}
+
+TEST(Slab, ABlockOfZerosIsZeroAlsoWhenItWasUsedBefore) {
+  for (const std::size_t size : {std::size_t{8}, Dorpel::slabMaxSize, Dorpel::slabMaxSize + 1}) {
+    void* used = Dorpel::slabAllocOrStdMalloc(size);
+    std::memset(used, 0xff, size);
+    Dorpel::slabFreeOrStdFree(used, size);
+    auto* block = static_cast<unsigned char*>(Dorpel::slabAllocOrStdCalloc(size));
+    EXPECT_TRUE(std::all_of(block, block + size, [](unsigned char byte) { return byte == 0; }));
+    Dorpel::slabFreeOrStdFree(block, size);
+  }
 }
 
 TEST(Slab, FreeingNullDoesNothing) {

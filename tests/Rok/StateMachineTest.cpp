@@ -401,7 +401,7 @@ TEST_F(DeviceTree, AChangeThatNoWatchNamesCallsNobody) {
 
 TEST_F(DeviceTree, IsTwiceWithTheSameArgumentsReturnsTheSameChild) {
   const auto blocks = AllocTrackTypeInfo::of<PortSm>().blocks();
-  const std::uint32_t version = root_->portSm().map().version();
+  const std::uint64_t version = root_->portSm().map().version();
   const auto again = root_->portSmIs(port_, sheet_, "east", root_.get());
   EXPECT_EQ(again, portSm_);
   EXPECT_EQ(AllocTrackTypeInfo::of<PortSm>().blocks(), blocks);
@@ -414,7 +414,7 @@ class Reinstantiation : public DeviceTree {
   void expectThrow(const Ptr<Port>& port, const Ptr<Sheet>& sheet, const Rok::String& area,
                    DeviceSm* parent, Rok::AttributeId id, const std::string& attribute,
                    const std::string& values) {
-    const std::uint32_t version = root_->portSm().map().version();
+    const std::uint64_t version = root_->portSm().map().version();
     const auto blocks = AllocTrackTypeInfo::of<PortSm>().blocks();
     try {
       root_->portSmIs(port, sheet, area, parent);

@@ -57,6 +57,7 @@ bool AllocationFault::struck() const noexcept { return hasStruck; }
 extern "C" {
 void* __real__ZN6Dorpel9slabAllocEm(std::size_t size);
 void* __real__ZN6Dorpel20slabAllocOrStdMallocEm(std::size_t size);
+void* __real__ZN6Dorpel20slabAllocOrStdCallocEm(std::size_t size);
 void __real__ZN6Dorpel8slabFreeEPvm(void* block, std::size_t size) noexcept;
 void __real__ZN6Dorpel17slabFreeOrStdFreeEPvm(void* block, std::size_t size) noexcept;
 
@@ -67,6 +68,10 @@ void* __wrap__ZN6Dorpel9slabAllocEm(std::size_t size) {
 void* __wrap__ZN6Dorpel20slabAllocOrStdMallocEm(std::size_t size) {
   faults::allocationIs();
   return __real__ZN6Dorpel20slabAllocOrStdMallocEm(size);
+}
+void* __wrap__ZN6Dorpel20slabAllocOrStdCallocEm(std::size_t size) {
+  faults::allocationIs();
+  return __real__ZN6Dorpel20slabAllocOrStdCallocEm(size);
 }
 void __wrap__ZN6Dorpel8slabFreeEPvm(void* block, std::size_t size) noexcept {
   if (block != nullptr) --faults::live;

@@ -47,7 +47,7 @@ TEST(HashMapWithoutMemory, IsAsBeforeWhenAnInsertFails) {
     const Velmo::ByteVector value = bytes(static_cast<unsigned char>(members));
     eachFault([&](std::uint64_t n, AllocationFault::Kind kind) {
       Map map = mapOf(members);
-      const std::uint32_t version = map.version();
+      const std::uint64_t version = map.version();
       if (!strikes(n, kind, [&] { map.newMember(last, value); })) return false;
       expectWhole(map, members);
       EXPECT_EQ(map.version(), version);
@@ -126,7 +126,7 @@ TEST(OrderedMapWithoutMemory, IsAsBeforeWhenAWriteFails) {
     map.memberIs("a", "1");
     map.memberIs("c", "3");
     const Ordered before = map;
-    const std::uint32_t version = map.version();
+    const std::uint64_t version = map.version();
     if (!strikes(n, kind, [&] { map.memberIs(name, value); })) return false;
     EXPECT_TRUE(map == before);
     EXPECT_EQ(map.version(), version);

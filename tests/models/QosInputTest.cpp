@@ -114,7 +114,7 @@ TEST(QueueNameToTxQueueIdMap, WalksInNameOrderAndTellsEachNameThatChanges) {
 TEST(QueueNameToTxQueueIdMap, AWalkSurvivesTheChangesMadeMeanwhile) {
   const auto map = Rok::make<QueueNameToTxQueueIdMap>();
   for (const char* name : {"b", "d", "f"}) map->queueNameToTxQueueIdIs(name, 1);
-  const std::uint32_t version = map->queueNameToTxQueueId().version();
+  const std::uint64_t version = map->queueNameToTxQueueId().version();
   std::string order;
   for (auto i = map->queueNameToTxQueueId().iterator(); i; ++i) {
     order += std::string_view(i.key().name);

@@ -325,7 +325,7 @@ TEST(RecordMap, ReplacingARecordIsNoStructuralChangeAndKeepsItsPlace) {
   Lamps lamps;
   lamps.records.is(lamp("hall", 40));
   lamps.records.is(lamp("yard", 40));
-  const std::uint32_t version = lamps.records.map().version();
+  const std::uint64_t version = lamps.records.map().version();
   const Lamp* place = lamps.records.map().find("hall");
   lamps.records.is(lamp("hall", 60));
   EXPECT_EQ(lamps.records.map().version(), version);
