@@ -77,20 +77,31 @@ struct NotifieeList::Many {
 struct NotifieeList::Errors {
   std::exception_ptr first;
 
+  void keep() {
+    if (!first) first = std::current_exception();
+  }
   void tell(const Notifiee& notifiee, AttributeId id, const void* key) {
-    if (!notifiee.hasNotificationActive()) return;
     try {
-      const_cast<Notifiee&>(notifiee).onAttribute(id, key);
+      call(notifiee, id, key);
     } catch (...) {
-      if (!first) first = std::current_exception();
+      keep();
     }
+  }
+  static void call(const Notifiee& notifiee, AttributeId id, const void* key) {
+    if (notifiee.hasNotificationActive()) const_cast<Notifiee&>(notifiee).onAttribute(id, key);
   }
 };
 
 void NotifieeList::Many::tell(std::size_t end, AttributeId id, const void* key,
                               Errors& errors) const {
   for (std::size_t i = 0; i < end; ++i) {
-    if (const Notifiee* notifiee = places[i]) errors.tell(*notifiee, id, key);
+    try {
+      for (; i < end; ++i) {
+        if (const Notifiee* notifiee = places[i]) Errors::call(*notifiee, id, key);
+      }
+    } catch (...) {
+      errors.keep();
+    }
   }
 }
 
@@ -110,14 +121,16 @@ struct NotifieeList::Turn {
   Turn(const Turn&) = delete;
   Turn& operator=(const Turn&) = delete;
 
-  // Turns are taken in the opposite order of their construction.
-  void take(AttributeId id, const void* key, Errors& errors) {
+  // Turns are taken in the opposite order of their construction. Returns whether the turn has kept
+  // a list of which nobody is left.
+  bool take(AttributeId id, const void* key, Errors& errors) {
     all_.turns = next_;
     if (single_ != nullptr) errors.tell(*single_, id, key);
-    if (several_ == nullptr) return;
+    if (several_ == nullptr) return false;
     several_->tell(end_, id, key, errors);
     --several_->walks;
     list_->compact();
+    return list_->empty();
   }
   // A notifiee that has left is not called, also if another one stands at its address by then.
   static void forget(Turn* first, const Notifiee& notifiee) {
@@ -147,10 +160,7 @@ std::size_t NotifieeList::notifiees() const {
   return sum;
 }
 
-bool NotifieeList::hasKeys() const {
-  const Many* many = this->many();
-  return many != nullptr && many->keys != 0;
-}
+bool NotifieeList::manyHaveKeys() const { return many()->keys != 0; }
 
 bool NotifieeList::goesByInterest(std::uint64_t interest) const {
   if (interest == 0) return false;
@@ -231,10 +241,9 @@ void NotifieeList::notifieeDel(const Notifiee& notifiee) noexcept {
 
 // An interest that nobody has any more leaves the index, unless its list is being walked.
 void NotifieeList::dropIfEmpty(std::uint64_t interest) noexcept {
-  Many* many = this->many();
-  const NotifieeList* list = many != nullptr ? many->at(interest) : nullptr;
+  const NotifieeList* list = many()->at(interest);
   if (list == nullptr || !list->empty()) return;
-  many->index->deleteMember(interest);
+  many()->index->deleteMember(interest);
   dropEmptyIndex();
 }
 
@@ -282,23 +291,25 @@ void NotifieeList::notifyIndexed(AttributeId id, const void* key, std::uint64_t 
                                  Errors& errors) {
   Many& all = *many();
   ++all.walks;
+  bool isEmpty = false;
   {
     Turn ofKey(all, all.at(interest));
     Turn ofAttribute(all, all.at(interestIn(id)));
     walk(id, key, errors);
-    ofAttribute.take(id, key, errors);
-    ofKey.take(id, key, errors);
+    isEmpty = ofAttribute.take(id, key, errors);
+    isEmpty = ofKey.take(id, key, errors) || isEmpty;
   }
   --all.walks;
-  dropIfEmpty(interestIn(id));
-  dropIfEmpty(interest);
-  compact();
+  if (isEmpty) {
+    dropIfEmpty(interestIn(id));
+    if (many() != nullptr) dropIfEmpty(interest);
+  }
+  if (many() != nullptr) compact();
 }
 
-void NotifieeList::notify(AttributeId id, const void* key, std::uint64_t interest) const {
+void NotifieeList::notifySeveral(AttributeId id, const void* key, std::uint64_t interest) const {
   Errors errors;
-  const Many* many = this->many();
-  if (many != nullptr && many->index) {
+  if (many()->index) {
     const_cast<NotifieeList*>(this)->notifyIndexed(id, key, interest, errors);
   } else {
     walk(id, key, errors);

@@ -141,7 +141,8 @@ class QOS_EXPORT NotifieeList {
   const Notifiee* single() const {
     return (word_ & 1) != 0 ? nullptr : reinterpret_cast<const Notifiee*>(word_);
   }
-  bool hasKeys() const;
+  bool hasKeys() const { return (word_ & 1) != 0 && manyHaveKeys(); }
+  bool manyHaveKeys() const;
   bool goesByInterest(std::uint64_t interest) const;
   Many& manyIs();
   void append(const Notifiee& notifiee);
@@ -149,7 +150,14 @@ class QOS_EXPORT NotifieeList {
   void dropIfEmpty(std::uint64_t interest) noexcept;
   void dropEmptyIndex() noexcept;
   void compact() noexcept;
-  void notify(AttributeId id, const void* key, std::uint64_t interest) const;
+  // To a single notifiee, who is most often the only one, a notification is a mere call.
+  void notify(AttributeId id, const void* key, std::uint64_t interest) const {
+    if ((word_ & 1) != 0) return notifySeveral(id, key, interest);
+    const Notifiee* notifiee = single();
+    if (notifiee == nullptr || !notifiee->hasNotificationActive()) return;
+    const_cast<Notifiee*>(notifiee)->onAttribute(id, key);
+  }
+  void notifySeveral(AttributeId id, const void* key, std::uint64_t interest) const;
   void notifyIndexed(AttributeId id, const void* key, std::uint64_t interest, Errors& errors);
   void walk(AttributeId id, const void* key, Errors& errors) const;
 

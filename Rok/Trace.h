@@ -121,11 +121,17 @@ concept Printable = requires(std::ostream& out, const T& value) {
 
 // Opens one trace line; its destructor ends the line and hands it to the sink. When the level is
 // off the helper is false and takes nothing: `if (Rok::TraceHelper line{handle, 8}) line << ...`.
+//
+// The compiler takes a handler's many helpers for too much to inline, and then a line that is off
+// costs a call and five arguments instead of one test: so it is told to.
 class QOS_EXPORT TraceHelper {
  public:
-  TraceHelper(TraceHandle& handle, TraceFacility::FacilityLevel level,
-              std::source_location place = std::source_location::current())
-      : TraceHelper(handle, level, place.file_name(), place.line(), place.function_name()) {}
+  [[gnu::always_inline]] TraceHelper(TraceHandle& handle, TraceFacility::FacilityLevel level,
+                                     std::source_location place = std::source_location::current()) {
+    if (handle.isOn(level)) [[unlikely]] {
+      open(handle, level, place.file_name(), place.line(), place.function_name());
+    }
+  }
   TraceHelper(TraceHandle& handle, TraceFacility::FacilityLevel level, const char* sourceFile,
               unsigned sourceLine, const char* functionName) {
     if (handle.isOn(level)) [[unlikely]] {
@@ -134,7 +140,7 @@ class QOS_EXPORT TraceHelper {
   }
   TraceHelper(const TraceHelper&) = delete;
   TraceHelper& operator=(const TraceHelper&) = delete;
-  ~TraceHelper() {
+  [[gnu::always_inline]] ~TraceHelper() {
     if (line_) [[unlikely]]
       close();
   }
@@ -165,9 +171,9 @@ class QOS_EXPORT TraceHelper {
 
  private:
   struct Open;
-  void open(TraceHandle& handle, TraceFacility::FacilityLevel level, const char* sourceFile,
-            unsigned sourceLine, const char* functionName);
-  void close() noexcept;
+  [[gnu::cold]] void open(TraceHandle& handle, TraceFacility::FacilityLevel level,
+                          const char* sourceFile, unsigned sourceLine, const char* functionName);
+  [[gnu::cold]] void close() noexcept;
   TraceStream& stream();
   const char* functionName() const;
 
@@ -177,14 +183,22 @@ class QOS_EXPORT TraceHelper {
 // The line with which a handler opens: the object, the function's signature, the arguments.
 template <class Object, class... Args>
 struct EntryTrace {
-  EntryTrace(TraceHandle& handle, TraceFacility::FacilityLevel level, const Object& object,
-             const Args&... args, std::source_location place = std::source_location::current()) {
-    if (TraceHelper line{handle, level, place}) {
-      line.in(object) << " ( ";
-      [[maybe_unused]] const char* comma = "";
-      ((line << comma << args, comma = ", "), ...);
-      line << " ) ";
-    }
+  [[gnu::always_inline]] EntryTrace(TraceHandle& handle, TraceFacility::FacilityLevel level,
+                                    const Object& object, const Args&... args,
+                                    std::source_location place = std::source_location::current()) {
+    if (handle.isOn(level)) [[unlikely]]
+      write(handle, level, object, args..., place);
+  }
+
+ private:
+  [[gnu::cold]] static void write(TraceHandle& handle, TraceFacility::FacilityLevel level,
+                                  const Object& object, const Args&... args,
+                                  const std::source_location& place) {
+    TraceHelper line{handle, level, place};
+    line.in(object) << " ( ";
+    [[maybe_unused]] const char* comma = "";
+    ((line << comma << args, comma = ", "), ...);
+    line << " ) ";
   }
 };
 template <class Object, class... Args>
@@ -194,8 +208,9 @@ EntryTrace(TraceHandle&, TraceFacility::FacilityLevel, const Object&, const Args
 // The same for a free function: the signature and its argument.
 template <class Arg>
 struct CallTrace {
-  CallTrace(TraceHandle& handle, TraceFacility::FacilityLevel level, const Arg& arg,
-            std::source_location place = std::source_location::current()) {
+  [[gnu::always_inline]] CallTrace(TraceHandle& handle, TraceFacility::FacilityLevel level,
+                                   const Arg& arg,
+                                   std::source_location place = std::source_location::current()) {
     if (TraceHelper line{handle, level, place}) line.in() << " ( " << arg;
   }
 };

@@ -12,18 +12,37 @@
 
 namespace Velmo {
 
+namespace {
+
+template <class Word>
+std::uint64_t wordAt(const char* at) {
+  Word word = 0;
+  std::memcpy(&word, at, sizeof(word));
+  return word;
+}
+
+// All bytes of a text that is shorter than a word, some of them twice.
+std::uint64_t shortWord(const char* at, std::size_t size) {
+  if (size >= 4) return wordAt<std::uint32_t>(at) << 32 | wordAt<std::uint32_t>(at + size - 4);
+  if (size == 0) return 0;
+  return wordAt<std::uint8_t>(at) << 16 | wordAt<std::uint8_t>(at + size / 2) << 8 |
+         wordAt<std::uint8_t>(at + size - 1);
+}
+
+}  // namespace
+
+// Reads whole words only: the last one overlaps the one before.
 std::uint32_t hashBytes(std::string_view bytes) noexcept {
   const char* at = bytes.data();
-  std::size_t left = bytes.size();
-  std::uint64_t hash = bytes.size();
-  for (; left >= 8; at += 8, left -= 8) {
-    std::uint64_t word = 0;
-    std::memcpy(&word, at, 8);
-    hash = hashMix(hash, word);
+  const std::size_t size = bytes.size();
+  std::uint64_t hash = size;
+  if (size < 8) {
+    hash = hashMix(hash, shortWord(at, size));
+  } else {
+    const char* last = at + size - 8;
+    for (; at < last; at += 8) hash = hashMix(hash, wordAt<std::uint64_t>(at));
+    hash = hashMix(hash, wordAt<std::uint64_t>(last));
   }
-  std::uint64_t tail = 0;
-  if (left > 0) std::memcpy(&tail, at, left);
-  hash = hashMix(hash, tail);
   const auto folded = static_cast<std::uint32_t>(hash ^ (hash >> 32));
   return folded != 0 ? folded : 1;
 }
