@@ -49,7 +49,9 @@ Velmo::String configObjName(std::string_view classifier, std::string_view term) 
   return name.append(classifier).append(middle).append(term).append(suffix);
 }
 
-TermName termName(std::string_view name) {
+// The way that the name of a class map or an ACL leads. A native object never changes its name, so
+// its machine decodes it once.
+TermPath pathOf(std::string_view name) {
   const InBrackets found = inBrackets(name);
   return {found.classifier, found.term};
 }
@@ -86,19 +88,13 @@ Rok::Optional<unsigned char> dscpOf(const Acl::Ip6RuleConfig& rule) {
 // classifier that isn't there stays away.
 void resetConditions(Config::ClassifiersDir& dir, const Velmo::String& classifierName,
                      const Velmo::String& termId) {
-  const auto classifier = dir.classifier(classifierName);
-  if (!classifier || !classifier->terms()) return;
-  Config::Term term = classifier->terms()->term(termId);
-  if (!term) return;
-  term.conditions = Config::TermConditions();
-  classifier->terms()->termIs(term);
+  if (Config::Term* term = TermPath(classifierName, termId).term(dir)) {
+    term->conditions = Config::TermConditions();
+  }
 }
 
 // Blanks a term's action: the block stays, with an empty target group.
-void blankAction(Config::Terms& terms, Config::Term term) {
-  term.actions = Config::TermActions();
-  terms.termIs(term);
-}
+void blankAction(Config::Term& term) { term.actions = Config::TermActions(); }
 
 }  // namespace
 
@@ -127,6 +123,50 @@ Velmo::String targetGroupFromTc(std::uint32_t tc,
   if (Rok::TraceHelper line{traceHandle, handler}) line.in() << ", tc = " << tc;
   const Qos::ForwardingGroupName* name = firstGroupName(tc, *map);
   return name != nullptr ? name->name : Velmo::String();
+}
+
+// ===== TermPath
+
+Config::Classifier& TermPath::classifierIs(Config::ClassifiersDir& dir) {
+  if (!classifier_ || classifier_->rokMarkedForDeletion()) {
+    classifier_ = dir.classifierIs(classifierName_);
+    // From here on the name is the same text in the same place, which is compared at a glance.
+    classifierName_ = classifier_->name();
+  }
+  return *classifier_;
+}
+
+Config::Classifier* TermPath::classifier(Config::ClassifiersDir& dir) {
+  if (!classifier_ || classifier_->rokMarkedForDeletion()) {
+    classifier_ = dir.classifier(classifierName_);
+  }
+  return classifier_.get();
+}
+
+Config::Term& TermPath::termIs(Config::Classifier& classifier) {
+  Config::Terms& terms = *classifier.termsIs();
+  return isRemembered(terms) ? *term_ : *remember(terms, &terms.termIs(termId_));
+}
+
+Config::Term* TermPath::term(Config::ClassifiersDir& dir) {
+  const Config::Classifier* found = classifier(dir);
+  if (found == nullptr || !found->terms()) return nullptr;
+  Config::Terms& terms = *found->terms();
+  return isRemembered(terms) ? term_ : remember(terms, terms.termRef(termId_));
+}
+
+bool TermPath::termDel(Config::ClassifiersDir& dir) {
+  Config::Classifier* found = classifier(dir);
+  if (found == nullptr || !found->terms()) return false;
+  Config::Terms& terms = *found->terms();
+  terms.termDel(termId_);
+  if (terms.term().members() == 0) found->termsDel();
+  return true;
+}
+
+Config::Term* TermPath::remember(const Config::Terms& terms, Config::Term* term) {
+  termsVersion_ = terms.term().version();
+  return term_ = term;
 }
 
 // ===== ClassMapKivToOcSm
@@ -225,7 +265,7 @@ Rok::Ptr<ClassMapSm> ClassMapSm::ClassMapSmIs(
 
 ClassMapSm::ClassMapSm(const Rok::Ptr<Qos::ClassMapConfig const>& cmapConfig,
                        const Rok::Ptr<Config::ClassifiersDir>& classifierDir)
-    : cmapConfig_(*this, cmapConfig), classifierDir_(classifierDir), name_(termName(cmapName())) {
+    : cmapConfig_(*this, cmapConfig), classifierDir_(classifierDir), path_(pathOf(cmapName())) {
   handleInitialized();
 }
 
@@ -244,23 +284,17 @@ std::ostream& operator<<(std::ostream& out, const ClassMapSm& sm) {
 void ClassMapSm::handleClassMapMatch(Qos::ClassMapMatchOption option) {
   Rok::EntryTrace(traceHandle, handler, *this, option);
   traceDecoders();
-  if (name_.classifier.empty()) return;
-  const auto classifier = classifierDir_->classifierIs(name_.classifier);
+  if (path_.classifierName().empty()) return;
+  Config::Classifier& classifier = path_.classifierIs(*classifierDir_);
   const Classifier::Type type = classifierTypeFromMatchOption(option);
   if (Rok::TraceHelper line{traceHandle, handler}) {
-    line.of(*this) << "Creating classifier named: " << name_.classifier << " of type: " << type;
-    if (name_.isTerm()) line << " and termId named: " << name_.term;
+    line.of(*this) << "Creating classifier named: " << path_.classifierName()
+                   << " of type: " << type;
+    if (path_.isTerm()) line << " and termId named: " << path_.termId();
   }
-  classifier->configIs({name_.classifier, type});
-  if (name_.isTerm()) makeTerm(*classifier->termsIs());
-}
-
-// A term that is there stays as it is: its conditions and actions have writers of their own.
-void ClassMapSm::makeTerm(Config::Terms& terms) const {
-  if (terms.term().find(name_.term) != nullptr) return;
-  Config::Term term(name_.term);
-  term.configId = name_.term;
-  terms.termIs(term);
+  classifier.configIs(path_.classifierName(), type);
+  // A term that is there stays as it is: its conditions and actions have writers of their own.
+  if (path_.isTerm()) path_.termIs(classifier);
 }
 
 // The names are decoded once, and a trace shows the decoders at work at each event all the same.
@@ -282,17 +316,13 @@ Classifier::Type ClassMapSm::classifierTypeFromMatchOption(Qos::ClassMapMatchOpt
 
 void ClassMapSm::doPrepareToDie() {
   traceDecoders();
-  if (name_.classifier.empty()) return;
-  if (!name_.isTerm()) return classifierDir_->classifierDel(name_.classifier);
+  if (path_.classifierName().empty()) return;
+  if (!path_.isTerm()) return classifierDir_->classifierDel(path_.classifierName());
   if (Rok::TraceHelper line{traceHandle, handler}) {
-    line.of(*this) << "Deleting termId named: " << name_.term
-                   << " for classifier named: " << name_.classifier;
+    line.of(*this) << "Deleting termId named: " << path_.termId()
+                   << " for classifier named: " << path_.classifierName();
   }
-  const auto classifier = classifierDir_->classifier(name_.classifier);
-  if (!classifier || !classifier->terms()) return;
-  const auto terms = classifier->terms();
-  terms->termDel(name_.term);
-  if (terms->term().members() == 0) classifier->termsDel();
+  path_.termDel(*classifierDir_);
 }
 
 void ClassMapSm::handleInitialized() {
@@ -379,9 +409,7 @@ void AclTypeSm::sweepStaleConditions(const Config::Classifier& classifier) {
   for (auto i = terms->term().iterator(); i; ++i) {
     const auto name = configObjName(classifier.name(), i.key());
     if (aclTypeConfig_->acl().find(name) != nullptr) continue;
-    Config::Term term = i.currNodeNonStale()->value();
-    term.conditions = Config::TermConditions();
-    terms->termIs(term);
+    terms->termRef(i.key())->conditions = Config::TermConditions();
   }
 }
 
@@ -451,7 +479,7 @@ AclSubConfigSm::AclSubConfigSm(const Rok::Ptr<Acl::AclSubConfig const>& aclSubCo
     : aclSubConfig_(*this, aclSubConfig),
       classifierDir_(classifierDir),
       aclNameAndType_(aclNameAndType),
-      name_(termName(aclNameAndType->aclName())) {
+      path_(pathOf(aclNameAndType->aclName())) {
   handleInitialized();
 }
 
@@ -460,16 +488,17 @@ AclSubConfigSm::AclSubConfigSm(const Rok::Ptr<Acl::AclSubConfig const>& aclSubCo
 void AclSubConfigSm::handleRuleBySequence(std::uint32_t sequence) {
   Rok::EntryTrace(traceHandle, handler, *this, sequence);
   traceDecoder();
-  if (!name_.isTerm()) return;
-  const auto classifier = classifierDir_->classifierIs(name_.classifier);
+  if (!path_.isTerm()) return;
+  Config::Classifier& classifier = path_.classifierIs(*classifierDir_);
   const Classifier::Type type = classifierTypeFromAclType(aclNameAndType_->aclType());
   if (Rok::TraceHelper line{traceHandle, handler}) {
-    line.of(*this) << " Creating classifier named: " << name_.classifier
-                   << " and termId named: " << name_.term << " of type: " << type;
+    line.of(*this) << " Creating classifier named: " << path_.classifierName()
+                   << " and termId named: " << path_.termId() << " of type: " << type;
   }
-  classifier->configIs({name_.classifier, type});
+  classifier.configIs(path_.classifierName(), type);
   if (const auto dscp = dscpOf(sequence)) dscpValueSetPush(*dscp);
-  writeConditions(*classifier->termsIs());
+  // The term's actions have a writer of their own, and stay.
+  path_.termIs(classifier).conditions = conditions();
 }
 
 // The DSCP that a rule matches, if it matches one.
@@ -514,15 +543,6 @@ Config::TermConditions AclSubConfigSm::conditions() const {
   return result;
 }
 
-// The term's actions have a writer of their own, and stay.
-void AclSubConfigSm::writeConditions(Config::Terms& terms) const {
-  const Config::Term* found = terms.term().find(name_.term);
-  Config::Term term = found != nullptr ? *found : Config::Term(name_.term);
-  if (found == nullptr) term.configId = name_.term;
-  term.conditions = conditions();
-  terms.termIs(term);
-}
-
 void AclSubConfigSm::traceDecoder() const {
   if (traceHandle.isOn(handler)) classifierKeyFromConfigObjName(aclNameAndType_->aclName());
 }
@@ -535,7 +555,8 @@ void AclSubConfigSm::handleInitialized() {
   }
   if (aclSubConfig_->ruleBySequence().members() != 0) return;
   traceDecoder();
-  if (name_.isTerm()) resetConditions(*classifierDir_, name_.classifier, name_.term);
+  if (!path_.isTerm()) return;
+  resetConditions(*classifierDir_, path_.classifierName(), path_.termId());
 }
 
 // ===== ClassActionKivToOcSm
@@ -666,12 +687,7 @@ void PmapConfigSm::deleteTermOf(const Velmo::String& cmapName, const Velmo::Stri
     line.in(*this) << ", deleting the termId: " << termId
                    << " from the classifier: " << classifierName;
   }
-  const auto classifier = classifierDir_->classifier(classifierName);
-  if (!classifier || !classifier->terms()) return;
-  const auto terms = classifier->terms();
-  terms->termDel(termId);
-  if (terms->term().members() == 0) classifier->termsDel();
-  classActionSmDel(cmapName);
+  if (TermPath(classifierName, termId).termDel(*classifierDir_)) classActionSmDel(cmapName);
 }
 
 void PmapConfigSm::doPrepareToDie() {
@@ -687,7 +703,7 @@ void PmapConfigSm::handleInitialized() {
 }
 
 void PmapConfigSm::makeClassifier(const Velmo::String& name, Classifier::Type type) {
-  if (!name.empty()) classifierDir_->classifierIs(name)->configIs({name, type});
+  if (!name.empty()) classifierDir_->classifierIs(name)->configIs(name, type);
 }
 
 PmapConfigSm::Desired PmapConfigSm::mirrorClasses() {
@@ -739,7 +755,7 @@ void PmapConfigSm::sweepStaleActions(const Desired& desired, const Velmo::String
       const auto group = wanted->second.find(termId);
       if (group != wanted->second.end() && !group->second.empty()) continue;
     }
-    blankAction(*terms, terms->term(termId));
+    blankAction(*terms->termRef(termId));
     if (Rok::TraceHelper line{traceHandle, handler}) {
       line.in(*this) << ", removed the stale action for classifier = " << classifierName
                      << ", termId = " << termId;
@@ -833,19 +849,15 @@ void ClassActionSm::handleForwardingGroupNameToTcMap() {
 void ClassActionSm::handleInitialized() {
   Rok::EntryTrace(traceHandle, handler, *this);
   const auto classifier = classifierDir_->classifierIs(classifierName_);
-  classifier->configIs({classifierName_, classifierType_});
+  classifier->configIs(classifierName_, classifierType_);
   const auto terms = classifier->termsIs();
-  if (!terms->term(termId_)) {
-    Config::Term term(termId_);
-    term.configId = termId_;
-    terms->termIs(term);
-  }
+  terms->termIs(termId_);
   for (auto i = classAction_->policyAction().iterator(); i; ++i) handlePolicyAction(i.key());
   if (Rok::TraceHelper line{traceHandle, handler}) line.in(*this) << ", removing the stale config";
   if (setTcAction() != nullptr) return;
-  const Config::Term term = terms->term(termId_);
-  if (!term) return;
-  blankAction(*terms, term);
+  Config::Term* term = terms->termRef(termId_);
+  if (term == nullptr) return;
+  blankAction(*term);
   if (Rok::TraceHelper line{traceHandle, handler}) {
     line.in(*this) << ", removed the stale policyAction for classAction = " << cmapName();
   }
@@ -869,9 +881,8 @@ PolicyActionSm::PolicyActionSm(const Rok::Ptr<Qos::Action const>& policyAction,
                                const Rok::Ptr<Config::ClassifiersDir>& classifierDir,
                                ClassActionSm* classActionSm)
     : policyAction_(*this, policyAction),
-      classifierName_(classifierName),
+      path_(classifierName, termId),
       classifierType_(classifierType),
-      termId_(termId),
       cliConfig_(cliConfig),
       classifierDir_(classifierDir),
       classActionSm_(classActionSm) {
@@ -895,26 +906,16 @@ void PolicyActionSm::addClassifierTermAction(const Velmo::String& targetGroup) {
   if (Rok::TraceHelper line{traceHandle, handler}) {
     line.in(*this) << ", targetGroup = " << targetGroup;
   }
-  const auto classifier = classifierDir_->classifierIs(classifierName_);
-  classifier->configIs({classifierName_, classifierType_});
-  const auto terms = classifier->termsIs();
-  const Config::Term* found = terms->term().find(termId_);
-  Config::Term term = found != nullptr ? *found : Config::Term(termId_);
-  if (found == nullptr) term.configId = termId_;
-  term.actions = Config::TermActions{{targetGroup}};
-  terms->termIs(term);
+  Config::Classifier& classifier = path_.classifierIs(*classifierDir_);
+  classifier.configIs(path_.classifierName(), classifierType_);
+  path_.termIs(classifier).actions = Config::TermActions{{targetGroup}};
 }
 
 void PolicyActionSm::delClassifierTermAction() {
-  const auto classifier = classifierDir_->classifier(classifierName_);
-  if (!classifier || !classifier->terms()) return;
-  const auto terms = classifier->terms();
-  const Config::Term term = terms->term(termId_);
-  if (!term) return;
-  blankAction(*terms, term);
-  if (Rok::TraceHelper line{traceHandle, handler}) {
-    line.in(*this) << ", term = " << terms->term(termId_);
-  }
+  Config::Term* term = path_.term(*classifierDir_);
+  if (term == nullptr) return;
+  blankAction(*term);
+  if (Rok::TraceHelper line{traceHandle, handler}) line.in(*this) << ", term = " << *term;
 }
 
 void PolicyActionSm::doPrepareToDie() {

@@ -53,18 +53,48 @@ QOS_EXPORT std::pair<Velmo::String, Velmo::String> classifiersFromPmapName(
 QOS_EXPORT Velmo::String targetGroupFromTc(
     std::uint32_t tc, const Rok::Ptr<Qos::ForwardingGroupNameToTcMap const>& map);
 
-// ===== Class maps
+// ===== Terms
 
-// What the name of a class map or an ACL decodes to. A native object never changes its name, so its
-// machine decodes it once: both names empty for an object that is not one of ours, the term alone
-// for a placeholder.
-struct TermName {
-  Velmo::String classifier;
-  Velmo::String term;
+// The way of a state machine to the term that it writes, by the names of the classifier and of the
+// term: both empty for a machine that writes nothing, the term alone for one that writes the
+// classifier alone. What was found is remembered while it stands, so an event that changes one term
+// looks up nothing.
+class TermPath {
+ public:
+  TermPath() = default;
+  TermPath(const Velmo::String& classifierName, const Velmo::String& termId)
+      : classifierName_(classifierName), termId_(termId) {}
 
-  // Names a classifier and a term.
-  bool isTerm() const { return !term.empty(); }
+  const Velmo::String& classifierName() const { return classifierName_; }
+  const Velmo::String& termId() const { return termId_; }
+  // Whether it leads to a term.
+  bool isTerm() const { return !termId_.empty(); }
+
+  // The classifier, a new one if there is none.
+  Config::Classifier& classifierIs(Config::ClassifiersDir& dir);
+  // The term of a classifier that was just got here: as it stands, or a new one.
+  Config::Term& termIs(Config::Classifier& classifier);
+  // The term, or null where it or its classifier is missing.
+  Config::Term* term(Config::ClassifiersDir& dir);
+  // Removes the term, and with the last one all that the classifier has of terms. Returns false
+  // where the classifier has none to begin with.
+  bool termDel(Config::ClassifiersDir& dir);
+
+ private:
+  Config::Classifier* classifier(Config::ClassifiersDir& dir);
+  bool isRemembered(const Config::Terms& terms) const {
+    return term_ != nullptr && terms.term().version() == termsVersion_;
+  }
+  Config::Term* remember(const Config::Terms& terms, Config::Term* term);
+
+  Velmo::String classifierName_;
+  Velmo::String termId_;
+  Rok::Ptr<Config::Classifier> classifier_;  // what was found last; it may have gone since
+  std::uint64_t termsVersion_ = 0;           // where `term_` was found
+  Config::Term* term_ = nullptr;
 };
+
+// ===== Class maps
 
 // One class map. Makes the classifier, its config and the term exist; never touches a term's
 // conditions or actions.
@@ -101,12 +131,11 @@ class ClassMapSm final : public Rok::StateMachine<ClassMapSm> {
   ClassMapSm(const Rok::Ptr<Qos::ClassMapConfig const>& cmapConfig,
              const Rok::Ptr<Config::ClassifiersDir>& classifierDir);
   auto parts() { return std::tie(cmapConfig_); }
-  void makeTerm(Config::Terms& terms) const;
   void traceDecoders() const;
 
   RokCmapConfig cmapConfig_;
   Rok::Ptr<Config::ClassifiersDir> classifierDir_;
-  TermName name_;
+  TermPath path_;
 };
 QOS_EXPORT std::ostream& operator<<(std::ostream& out, const ClassMapSm& sm);
 
@@ -273,14 +302,13 @@ class AclSubConfigSm final : public Rok::StateMachine<AclSubConfigSm> {
   auto parts() { return std::tie(aclSubConfig_); }
   Rok::Optional<unsigned char> dscpOf(std::uint32_t sequence) const;
   Config::TermConditions conditions() const;
-  void writeConditions(Config::Terms& terms) const;
   void traceDecoder() const;
 
   RokAclSubConfig aclSubConfig_;
   Rok::Ptr<Config::ClassifiersDir> classifierDir_;
   Rok::Ptr<AclNameAndType const> aclNameAndType_;
   Velmo::ByteVector dscpValueSet_;
-  TermName name_;
+  TermPath path_;
 };
 
 // One ACL. Follows its current sub-configuration.
@@ -455,9 +483,9 @@ class PolicyActionSm final : public Rok::StateMachine<PolicyActionSm> {
       const Rok::Ptr<Config::ClassifiersDir>& classifierDir, ClassActionSm* classActionSm);
 
   Rok::Ptr<Qos::Action const> policyAction() const { return policyAction_.ptr(); }
-  const Velmo::String& classifierName() const { return classifierName_; }
+  const Velmo::String& classifierName() const { return path_.classifierName(); }
   Classifier::Type classifierType() const { return classifierType_; }
-  const Velmo::String& termId() const { return termId_; }
+  const Velmo::String& termId() const { return path_.termId(); }
   const Rok::Ptr<Qos::Input::Config const>& cliConfig() const { return cliConfig_; }
   const Rok::Ptr<Config::ClassifiersDir>& classifierDir() const { return classifierDir_; }
   ClassActionSm* classActionSm() const { return classActionSm_; }
@@ -485,9 +513,8 @@ class PolicyActionSm final : public Rok::StateMachine<PolicyActionSm> {
   auto parts() { return std::tie(policyAction_); }
 
   RokPolicyAction policyAction_;
-  Velmo::String classifierName_;
+  TermPath path_;
   Classifier::Type classifierType_;
-  Velmo::String termId_;
   Rok::Ptr<Qos::Input::Config const> cliConfig_;
   Rok::Ptr<Config::ClassifiersDir> classifierDir_;
   ClassActionSm* classActionSm_;

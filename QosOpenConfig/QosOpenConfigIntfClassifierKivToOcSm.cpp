@@ -12,9 +12,6 @@ constinit Rok::TraceHandle traceHandle("OpenConfigQos", false);
 constexpr Rok::TraceFacility::FacilityLevel handler = 2;
 constexpr Rok::TraceFacility::FacilityLevel detail = 8;
 
-constexpr Classifier::Type families[] = {Classifier::classifierTypeIpv4,
-                                         Classifier::classifierTypeIpv6};
-
 }  // namespace
 
 std::pair<Velmo::String, Velmo::String> classifierGroupFromPmapName(const Velmo::String& pmapName) {
@@ -77,7 +74,7 @@ void InterfaceClassifierKivToOcSm::addIntfClassifiers(const Velmo::String& inter
   if (!ipv6.empty()) {
     classifiers->classifierIs(getIntfClassifier(ipv6, Classifier::classifierTypeIpv6));
   }
-  indexInterface(interfaceId);
+  indexInterface(interfaceId, *classifiers);
 }
 
 void InterfaceClassifierKivToOcSm::delIntfClassifiers(const Velmo::String& interfaceId,
@@ -89,10 +86,11 @@ void InterfaceClassifierKivToOcSm::delIntfClassifiers(const Velmo::String& inter
   if (!classifiers) return;
   const auto [ipv4, ipv6] = classifierGroupFromPmapName(pmapName);
   Bound wanted;
-  if (!ipv4.empty()) wanted[Classifier::classifierTypeIpv4] = ipv4;
-  if (!ipv6.empty()) wanted[Classifier::classifierTypeIpv6] = ipv6;
+  if (!ipv4.empty()) wanted.ipv4 = ipv4;
+  if (!ipv6.empty()) wanted.ipv6 = ipv6;
   if (wanted == boundClassifiers(*classifiers)) {
-    for (const auto& [type, name] : wanted) {
+    for (const auto type : {Classifier::classifierTypeIpv4, Classifier::classifierTypeIpv6}) {
+      if (!(type == Classifier::classifierTypeIpv4 ? wanted.ipv4 : wanted.ipv6)) continue;
       classifiers->classifierDel(type);
       if (Rok::TraceHelper line{traceHandle, detail}) {
         line.in(*this) << ", deleting the classifier of type: " << type
@@ -100,15 +98,16 @@ void InterfaceClassifierKivToOcSm::delIntfClassifiers(const Velmo::String& inter
       }
     }
   }
-  if (classifiers->classifier().members() == 0) {
-    interfacesDir_->interface(interfaceId)->inputDel();
-  }
-  indexInterface(interfaceId);
+  if (classifiers->classifier().members() != 0) return indexInterface(interfaceId, *classifiers);
+  interfacesDir_->interface(interfaceId)->inputDel();
+  unindexInterface(interfaceId);
 }
 
 void InterfaceClassifierKivToOcSm::handleInitialized() {
   Rok::EntryTrace(traceHandle, handler, *this);
-  for (auto i = interfacesDir_->interface().iterator(); i; ++i) indexInterface(i.key());
+  for (auto i = interfacesDir_->interface().iterator(); i; ++i) {
+    if (const auto classifiers = classifiersOf(i.key())) indexInterface(i.key(), *classifiers);
+  }
 
   std::set<std::pair<Velmo::String, Velmo::String>> known;
   for (auto i = cliConfig_->servicePolicyConfig().iterator(); i; ++i) {
@@ -132,21 +131,21 @@ void InterfaceClassifierKivToOcSm::handleInitialized() {
   }
 }
 
-// The names by type. An entry that equals the default record counts as none.
+// An entry that equals the default record counts as none.
 InterfaceClassifierKivToOcSm::Bound InterfaceClassifierKivToOcSm::boundClassifiers(
     const Config::InterfaceInputClassifiers& classifiers) {
-  Bound bound;
-  for (const auto type : families) {
-    const Config::InterfaceInputClassifier classifier = classifiers.classifier(type);
-    if (classifier) bound[type] = classifier.config.name;
-  }
-  return bound;
+  const auto name = [&](Classifier::Type type) {
+    const auto* found = classifiers.classifier().find(type);
+    const bool counts = found != nullptr && *found;
+    return counts ? Rok::Optional<Velmo::String>(found->config.name) : std::nullopt;
+  };
+  return {name(Classifier::classifierTypeIpv4), name(Classifier::classifierTypeIpv6)};
 }
 
 InterfaceClassifierKivToOcSm::Names InterfaceClassifierKivToOcSm::boundNames(
     const Config::InterfaceInputClassifiers& classifiers) {
-  Bound bound = boundClassifiers(classifiers);
-  return {bound[Classifier::classifierTypeIpv4], bound[Classifier::classifierTypeIpv6]};
+  const Bound bound = boundClassifiers(classifiers);
+  return {bound.ipv4.value_or(Velmo::String()), bound.ipv6.value_or(Velmo::String())};
 }
 
 Rok::Ptr<Config::InterfaceInputClassifiers> InterfaceClassifierKivToOcSm::classifiersOf(
@@ -180,13 +179,12 @@ struct InterfaceClassifierKivToOcSm::Entry {
 
 // Brings the index in line with what the interface holds now. An interface that holds what it held
 // keeps its place, since a walk over the interfaces of these very names may be under way.
-void InterfaceClassifierKivToOcSm::indexInterface(const Velmo::String& interfaceId) {
-  const auto classifiers = classifiersOf(interfaceId);
-  if (!classifiers) return unindexInterface(interfaceId);
-  const Names names = boundNames(*classifiers);
+void InterfaceClassifierKivToOcSm::indexInterface(
+    const Velmo::String& interfaceId, const Config::InterfaceInputClassifiers& classifiers) {
+  const Names names = boundNames(classifiers);
   const Names* old = namesByInterface_.find(interfaceId);
   if (old != nullptr && *old == names) return;
-  unindexInterface(interfaceId);
+  if (old != nullptr) unindexInterface(interfaceId);
   Entry(*this, interfaceId, names).make();
 }
 

@@ -10,7 +10,6 @@
 #pragma once
 
 #include <cstdint>
-#include <map>
 #include <utility>
 
 #include "Rok/Rok.h"
@@ -131,11 +130,17 @@ class InterfaceClassifierKivToOcSm final : public Rok::StateMachine<InterfaceCla
     }
     friend auto operator<=>(const Names&, const Names&) = default;
   };
+  // The name that an interface's classifier of each family has, if it has one.
+  struct Bound {
+    Rok::Optional<Velmo::String> ipv4;
+    Rok::Optional<Velmo::String> ipv6;
+
+    bool operator==(const Bound&) const = default;
+  };
   struct Entry;
   using InterfaceSet = Rok::HashMap2018<Rok::Hm2018NEI<0xae5f9156u, Velmo::String, bool>>;
   using NamesToInterfaces = Rok::HashMap2018<Rok::Hm2018NEI<0xcf6c85d3u, Names, InterfaceSet>>;
   using InterfaceToNames = Rok::HashMap2018<Rok::Hm2018NEI<0x2f73477du, Velmo::String, Names>>;
-  using Bound = std::map<Classifier::Type, Velmo::String>;
 
   InterfaceClassifierKivToOcSm(const Rok::Ptr<Qos::Input::Config const>& cliConfig,
                                const Rok::Ptr<Config::InterfacesDir>& interfacesDir);
@@ -144,7 +149,8 @@ class InterfaceClassifierKivToOcSm final : public Rok::StateMachine<InterfaceCla
   static Bound boundClassifiers(const Config::InterfaceInputClassifiers& classifiers);
   static Names boundNames(const Config::InterfaceInputClassifiers& classifiers);
   Rok::Ptr<Config::InterfaceInputClassifiers> classifiersOf(const Velmo::String& interfaceId) const;
-  void indexInterface(const Velmo::String& interfaceId);
+  void indexInterface(const Velmo::String& interfaceId,
+                      const Config::InterfaceInputClassifiers& classifiers);
   void unindexInterface(const Velmo::String& interfaceId);
   void removeFromSet(const Velmo::String& interfaceId, const Names& names);
   template <class Visit>

@@ -106,6 +106,15 @@ class Terms final : public Rok::PtrInterface {
     const auto [node, isNew] = term_.newMember(term.id, term);
     if (!isNew) node->value() = term;
   }
+  // The term of that id to be written in place: as it stands, or a new one of which the id and the
+  // config's id are set.
+  Term& termIs(const Rok::String& id) {
+    const auto [node, isNew] = term_.newMember(id, id);
+    if (isNew) node->value().configId = id;
+    return node->value();
+  }
+  // The same for a term that is there; null when there is none.
+  Term* termRef(const Rok::String& id) { return term_.find(id); }
   // Removes a term and gives it back; a default Term when there was none.
   Term termDel(const Rok::String& id) {
     Term removed;
@@ -125,6 +134,11 @@ class Classifier final : public Rok::PtrInterface {
 
   const ClassifierConfig& config() const { return config_; }
   void configIs(const ClassifierConfig& config) { config_ = config; }
+  // The same for a writer that mostly says what stands there already.
+  void configIs(const Rok::String& name, QosOc::Classifier::Type type) {
+    if (config_.name == name && config_.type == type) return;
+    config_ = {name, type};
+  }
 
   // Null when there are none.
   const Rok::Ptr<Terms>& terms() const { return terms_; }
@@ -148,7 +162,7 @@ class ClassifiersDir final : public Rok::PtrInterface {
   const Classifiers::Map& classifier() const { return classifiers_.map(); }
   Rok::Ptr<Classifier> classifier(const Rok::String& name) const { return classifiers_.get(name); }
   Rok::Ptr<Classifier> classifierIs(const Rok::String& name) { return classifiers_.is(name); }
-  // Removes the classifier with its terms.
+  // Removes the classifier with its terms. Whoever still holds it sees it marked for deletion.
   void classifierDel(const Rok::String& name) { classifiers_.del(name); }
 
  private:
