@@ -1,8 +1,9 @@
 // The events that are measured: for each its device, what comes before it, the event itself, and
 // what puts the device back afterwards. One table, for times and for instructions.
 //
-// A device is built for a number of class maps or of tx queues, starts, makes the change that an
-// event is about from the number of a term or of a tx queue, and checks its own output at the end.
+// A device is built for a number of class maps, tx queues or interfaces, starts, makes the change
+// that an event is about from the number of a term, tx queue or interface, and checks its own
+// output at the end.
 #pragma once
 
 #include <cstddef>
@@ -10,6 +11,7 @@
 #include "support/ClassMapDevice.h"
 #include "support/ClassificationDevice.h"
 #include "support/Floor.h"
+#include "support/PfcDevice.h"
 #include "support/QueueDevice.h"
 #include "support/QueueManagementDevice.h"
 #include "support/SchedulerDevice.h"
@@ -39,6 +41,11 @@ constexpr auto addComment = call<&QueueDevice::addComment>;
 constexpr auto removeComment = call<&QueueDevice::removeComment>;
 constexpr auto restoreComment = call<&QueueDevice::restoreComment>;
 constexpr auto changeBandwidth = call<&QueueDevice::changeBandwidth>;
+constexpr auto changeEcn = call<&QueueDevice::changeEcn>;
+constexpr auto addTxQueue = call<&QueueDevice::add>;
+constexpr auto removeTxQueue = call<&QueueDevice::remove>;
+constexpr auto changeWatchdog = call<&PfcDevice::changeWatchdog>;
+constexpr auto changePort = call<&PfcDevice::changePort>;
 constexpr auto comment = call<&QueueManagementDevice::comment>;
 constexpr auto otherComment = call<&QueueManagementDevice::otherComment>;
 constexpr auto changeThreshold = call<&QueueManagementDevice::changeThreshold>;
@@ -52,6 +59,12 @@ constexpr auto changeSchedulerBandwidth = call<&SchedulerDevice::changeBandwidth
 }  // namespace Steps
 
 inline constexpr const char* floorEvent = "floor";
+
+// The events that change one record of the output and nothing else.
+inline constexpr const char* oneRecordEvents[] = {
+    "class-map-match", "acl-rule-add",      "action-change",      "traffic-class-remap",
+    "queue-bandwidth", "queue-ecn",         "pfc-watchdog",       "pfc-port",
+    "comment-profile", "profile-threshold", "scheduler-bandwidth"};
 
 // Calls kind<Device, before, event, after>(name) for each.
 template <class Visitor>
@@ -69,6 +82,10 @@ void eachEventKind(Visitor& visitor) {
   visitor.template kind<QueueDevice, removeComment, addComment, restoreComment>("comment-add");
   visitor.template kind<QueueDevice, addComment, removeComment, restoreComment>("comment-remove");
   visitor.template kind<QueueDevice, nothing, changeBandwidth, nothing>("queue-bandwidth");
+  visitor.template kind<QueueDevice, nothing, changeEcn, nothing>("queue-ecn");
+  visitor.template kind<QueueDevice, removeTxQueue, addTxQueue, nothing>("queue-add");
+  visitor.template kind<PfcDevice, nothing, changeWatchdog, nothing>("pfc-watchdog");
+  visitor.template kind<PfcDevice, nothing, changePort, nothing>("pfc-port");
   visitor.template kind<QueueManagementDevice, otherComment, comment, nothing>("comment-profile");
   visitor.template kind<QueueManagementDevice, nothing, changeThreshold, nothing>(
       "profile-threshold");

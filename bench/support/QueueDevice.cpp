@@ -6,42 +6,41 @@
 #include "QosOpenConfig/QosOpenConfigHelper.h"
 #include "support/Check.h"
 #include "support/Order.h"
+#include "support/TxQueues.h"
 
 namespace Bench {
 namespace {
 
-constexpr std::size_t txQueuesOfInterface = 10;
-constexpr unsigned char bandwidths[] = {40, 41};
 constexpr std::string_view comment =
     R"({"MetaData-OpenConfig":{"queue-management-profile":{"name":"qmp-wred"}}})";
 
-Nerit::IntfId interfaceOf(std::size_t number) {
-  return Nerit::IntfId("Ethernet" + std::to_string(number / txQueuesOfInterface));
-}
-Qos::TxQueue txQueueOf(std::size_t number) {
-  return {static_cast<unsigned char>(number % txQueuesOfInterface), Qos::unicast};
-}
 std::string queueName(std::size_t number) {
-  return "Ethernet" + std::to_string(number / txQueuesOfInterface) + "-unicast-" +
+  return "Ethernet" + std::to_string(interfaceOf(number)) + "-unicast-" +
          std::to_string(number % txQueuesOfInterface);
+}
+// Never twice the same thresholds.
+Rok::Ptr<Qos::EcnWredConfig const> freshEcn() {
+  static std::uint32_t made = 0;
+  return Rok::make<Qos::EcnWredConfig>(Qos::EcnWredConfig::Settings{++made, made + 100, 1, 50, 7});
 }
 bool hasComment(std::size_t number) { return number % 2 == 0; }
 
 }  // namespace
 
-QueueDevice::QueueDevice(std::size_t txQueues) : txQueues_(txQueues) {
+QueueDevice::QueueDevice(std::size_t txQueues)
+    : interfaces_(txQueues / txQueuesOfInterface), txQueues_(txQueues) {
   Random random(1);
   for (const std::size_t number : shuffledNumbers(txQueues, random)) {
     const Qos::TxQueue txQueue = txQueueOf(number);
     txQueues_[number] = Rok::make<Qos::TxQueueConfig>(txQueue);
     txQueues_[number]->bandwidthIs(bandwidths[0]);
-    txQueues_[number]->ecnConfigIs(
-        Rok::make<Qos::EcnWredConfig>(Qos::EcnWredConfig::Settings{100, 200, 1, 50, 7}));
-    const Nerit::IntfId intfId = interfaceOf(number);
-    if (input_->intfConfig().find(intfId) == nullptr) {
-      input_->intfConfigIs(intfId, Rok::make<Qos::IntfConfig>(intfId));
+    txQueues_[number]->ecnConfigIs(freshEcn());
+    auto& interface = interfaces_[interfaceOf(number)];
+    if (!interface) {
+      interface = Rok::make<Qos::IntfConfig>(interfaceId(interfaceOf(number)));
+      input_->intfConfigIs(interface->intfId(), interface);
     }
-    (*input_->intfConfig().find(intfId))->txQueueConfigIs(txQueue, txQueues_[number]);
+    interface->txQueueConfigIs(txQueue, txQueues_[number]);
     restoreComment(change(number));
   }
 }
@@ -52,13 +51,27 @@ void QueueDevice::start() {
 }
 
 QueueDevice::Change QueueDevice::change(std::size_t number) {
-  return {number, QosOc::CommentHelper::commentKey(interfaceOf(number), txQueueOf(number)),
-          Velmo::String(comment)};
+  return {number,
+          QosOc::CommentHelper::commentKey(interfaceId(interfaceOf(number)), txQueueOf(number)),
+          Velmo::String(comment), freshEcn()};
 }
 
 void QueueDevice::changeBandwidth(const Change& change) {
-  Qos::TxQueueConfig& txQueue = *txQueues_[change.number];
-  txQueue.bandwidthIs(bandwidths[txQueue.bandwidth() == bandwidths[0] ? 1 : 0]);
+  Bench::changeBandwidth(*txQueues_[change.number]);
+}
+
+void QueueDevice::changeEcn(const Change& change) {
+  // The one without a comment, or nothing would be written.
+  txQueues_[change.number | 1u]->ecnConfigIs(change.ecn);
+}
+
+void QueueDevice::add(const Change& change) {
+  interfaces_[interfaceOf(change.number)]->txQueueConfigIs(txQueueOf(change.number),
+                                                           txQueues_[change.number]);
+}
+
+void QueueDevice::remove(const Change& change) {
+  interfaces_[interfaceOf(change.number)]->txQueueConfigDel(txQueueOf(change.number));
 }
 
 void QueueDevice::restoreComment(const Change& change) {
@@ -78,6 +91,9 @@ void QueueDevice::checkQueue(std::size_t number) const {
           "bandwidth of " + queueName(number));
   require(queue.ecnConfig.has_value() != hasComment(number),
           "ECN settings of " + queueName(number));
+  require(hasComment(number) || queue.ecnConfig->minThreshold.value() ==
+                                    txQueues_[number]->ecnConfig()->minThreshold(),
+          "threshold of " + queueName(number));
 }
 
 }  // namespace Bench

@@ -20,6 +20,7 @@ class QueueDevice {
     std::size_t number;
     Velmo::String commentKey;
     Velmo::String comment;
+    Rok::Ptr<Qos::EcnWredConfig const> ecn;
   };
 
   // The native side only.
@@ -34,6 +35,11 @@ class QueueDevice {
   void removeComment(const Change& change) { comments_->commentDel(change.commentKey); }
   // The tx queue gets the other one of two bandwidths.
   void changeBandwidth(const Change& change);
+  // The tx queue, or its neighbour that has no comment, gets other ECN settings.
+  void changeEcn(const Change& change);
+  // The tx queue comes to its interface, and goes.
+  void add(const Change& change);
+  void remove(const Change& change);
   // Puts the comment back that the tx queue had at first, or none.
   void restoreComment(const Change& change);
 
@@ -45,6 +51,7 @@ class QueueDevice {
 
   Rok::Ptr<Qos::Input::Config> input_ = Rok::make<Qos::Input::Config>();
   Rok::Ptr<Cli::Config> comments_ = Rok::make<Cli::Config>();
+  std::vector<Rok::Ptr<Qos::IntfConfig>> interfaces_;   // by number
   std::vector<Rok::Ptr<Qos::TxQueueConfig>> txQueues_;  // by number
   Rok::Ptr<QosOc::Config::QueuesDir> output_;
   Rok::Ptr<QosOc::QueueKivToOcSm> root_;

@@ -3,21 +3,17 @@
 #include "QosOpenConfig/QosOpenConfigHelper.h"
 #include "support/Check.h"
 #include "support/Order.h"
+#include "support/TxQueues.h"
 
 namespace Bench {
 namespace {
 
-constexpr std::size_t txQueuesOfInterface = 10;
 constexpr std::size_t sharingInterfaces = 4;
 constexpr unsigned char firstSharedId = 200;
 constexpr unsigned char sharedNames = 8;
 constexpr unsigned char sharedIds = 2 * sharedNames;
 
-std::size_t interfaceOf(std::size_t number) { return number / txQueuesOfInterface; }
 Qos::TxQueueId idOf(std::size_t number) { return number % txQueuesOfInterface; }
-Nerit::IntfId interfaceId(std::size_t number) {
-  return Nerit::IntfId("Ethernet" + std::to_string(number));
-}
 std::string queueName(Qos::TxQueueId id) { return "queue-" + Qos::valueToStrep(id); }
 std::string sharedName(std::size_t number) {
   return "shared-" + std::to_string(number % sharedNames);

@@ -6,25 +6,16 @@
 #include "QosOpenConfig/QosOpenConfigHelper.h"
 #include "support/Check.h"
 #include "support/Order.h"
+#include "support/TxQueues.h"
 
 namespace Bench {
 namespace {
 
-constexpr std::size_t txQueuesOfInterface = 10;
 constexpr std::uint32_t schedulers = 8;
 constexpr std::uint32_t inputs = 8;
-constexpr unsigned char bandwidths[] = {40, 41};
 
 // All by the number of a tx queue.
-Nerit::IntfId interfaceOf(std::size_t number) {
-  return Nerit::IntfId("Ethernet" + std::to_string(number / txQueuesOfInterface));
-}
-Qos::TxQueue txQueueOf(std::size_t number) {
-  return {static_cast<unsigned char>(number % txQueuesOfInterface), Qos::unicast};
-}
-std::string policyName(std::size_t number) {
-  return "sp-" + std::to_string(number / txQueuesOfInterface);
-}
+std::string policyName(std::size_t number) { return "sp-" + std::to_string(interfaceOf(number)); }
 Velmo::String profileName(std::size_t number) { return "__YANG_SP_[" + policyName(number) + "]"; }
 
 // The comment of every profile. It differs by white space from one tx queue of an interface to the
@@ -67,7 +58,7 @@ SchedulerDevice::SchedulerDevice(std::size_t txQueues) : txQueues_(txQueues) {
 }
 
 void SchedulerDevice::addInterface(std::size_t number) {
-  const auto interface = Rok::make<Qos::IntfConfig>(interfaceOf(number));
+  const auto interface = Rok::make<Qos::IntfConfig>(interfaceId(interfaceOf(number)));
   for (std::size_t each = number; each < number + txQueuesOfInterface; ++each) {
     txQueues_[each] = Rok::make<Qos::TxQueueConfig>(txQueueOf(each));
     txQueues_[each]->bandwidthIs(bandwidths[0]);
@@ -87,16 +78,15 @@ void SchedulerDevice::start() {
 }
 
 SchedulerDevice::Change SchedulerDevice::change(std::size_t number) {
-  return {number, QosOc::CommentHelper::commentKey(interfaceOf(number), txQueueOf(number)),
-          QosOc::CommentHelper::createSchedulerPolicyComment(
-              QosOc::SchedulerPolicyCommentInfo(policyName(number)), ""),
-          QosOc::CommentHelper::profileCommentKey(profileName(number)),
-          sharedPolicyComment(number)};
+  return {
+      number, QosOc::CommentHelper::commentKey(interfaceId(interfaceOf(number)), txQueueOf(number)),
+      QosOc::CommentHelper::createSchedulerPolicyComment(
+          QosOc::SchedulerPolicyCommentInfo(policyName(number)), ""),
+      QosOc::CommentHelper::profileCommentKey(profileName(number)), sharedPolicyComment(number)};
 }
 
 void SchedulerDevice::changeBandwidth(const Change& change) {
-  Qos::TxQueueConfig& txQueue = *txQueues_[change.number];
-  txQueue.bandwidthIs(bandwidths[txQueue.bandwidth() == bandwidths[0] ? 1 : 0]);
+  Bench::changeBandwidth(*txQueues_[change.number]);
 }
 
 void SchedulerDevice::check() const {
@@ -107,7 +97,7 @@ void SchedulerDevice::check() const {
 
 void SchedulerDevice::checkInterface(std::size_t number) const {
   const std::string name = policyName(number);
-  const auto interface = interfaces_->interface(interfaceOf(number).stringValue());
+  const auto interface = interfaces_->interface(interfaceId(interfaceOf(number)).stringValue());
   require(interface && interface->output() && interface->output()->schedulerPolicy() &&
               interface->output()->schedulerPolicy()->config.name == name,
           "attachment of " + name);

@@ -5,11 +5,9 @@
 
 #include <cstddef>
 
-namespace Bench {
+#include "support/Seconds.h"
 
-// The processor time of this thread, in seconds: unlike the time on the wall it doesn't grow when
-// the machine has something else to do.
-double threadSeconds();
+namespace Bench {
 
 // Runs the batch and reports its time, divided by the number of its events, as the time of this
 // iteration. For a benchmark with UseManualTime and a fixed number of iterations.

@@ -1,4 +1,4 @@
-#include "support/Timed.h"
+#include "support/Seconds.h"
 
 #include <ctime>
 
