@@ -187,7 +187,7 @@ void subject(Comparisons& comparisons, const std::string& what, const Velmo::Str
   add(", own", decoding<own, Expected>);
   add(", default document", decoding<byDefaultDocument, Expected>);
   add(", floor", decoding<byFloor, Expected>);
-  comparisons.add(what + ", default document", what + ", own");
+  comparisons.add(what + ", own", what + ", default document");
   comparisons.add(what + ", own", what + ", floor");
   for (const char* how : {", default document", ", own", ", floor"}) {
     comparisons.add(what + how + " allocations");
@@ -208,6 +208,7 @@ void key(benchmark::State& state) {
 }  // namespace
 
 void comments(Comparisons& comparisons) {
+  comparisons.subject("Comments");
   subject<&deserializeJsonComment, &attachmentByDefaultDocument, &attachmentByFloor>(
       comparisons, "decode attachment", serializeJsonComment(attachment()), attachment());
   subject<&deserializeJsonProfileComment, &profileByDefaultDocument, &profileByFloor>(

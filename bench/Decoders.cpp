@@ -94,6 +94,7 @@ void subject(Comparisons& comparisons, const std::string& what) {
 }  // namespace
 
 void decoders(Comparisons& comparisons) {
+  comparisons.subject("Decoders");
   subject<&QosOc::classifierKeyFromConfigObjName, &keyByNewRegex, &keyByStaticRegex>(comparisons,
                                                                                      "decode key");
   subject<&QosOc::classifierNameFromClassName, &classifierByNewRegex, &classifierByStaticRegex>(

@@ -1,178 +1,47 @@
-// documents: a long native document, and what reading it costs beside RapidJSON.
-//
-//   documents write FILE MEGABYTES
-//   documents dom|events|read FILE      prints seconds and the peak of memory in bytes
-//   documents report FILE QOSOC         all of them five times in turn, and `QOSOC translate`;
-//   medians
-//
-// dom: a rapidjson::Document with the parser's default flags, which is RapidJSON's own parse.
-// events: the parser alone, with a handler that does nothing.
-// read: host::readNative, the whole way into native objects.
-// All three read the file by blocks of 64 KB.
-#include <fcntl.h>
-#include <rapidjson/document.h>
-#include <rapidjson/filereadstream.h>
-#include <sys/resource.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
-#include <algorithm>
+// Reading a long native document, beside RapidJSON. The program `documents` tells what is done.
+#include <cstdint>
 #include <cstdio>
-#include <cstdlib>
 #include <filesystem>
-#include <iostream>
-#include <map>
-#include <memory>
 #include <string>
-#include <vector>
 
-#include "host/Fault.h"
-#include "host/Sections.h"
-#include "support/Check.h"
+#include "support/Comparisons.h"
+#include "support/DocumentCosts.h"
 #include "support/NativeDocument.h"
-#include "support/Seconds.h"
+#include "support/Sizes.h"
 
 namespace Bench {
 namespace {
 
-// ===== One way of reading
+std::string titleOf(const std::string& way) { return "document, " + way; }
 
-class InputFile {
- public:
-  explicit InputFile(const std::string& path) : file_(std::fopen(path.c_str(), "rb")) {
-    require(file_ != nullptr, "cannot read " + path);
+Measured measure(std::size_t megabytes) {
+  const std::string file = QOS_BENCH_BINARY_DIR "/native.json";
+  const std::uint64_t bytes = writeNativeDocument(file, megabytes * 1'000'000);
+  Measured measured;
+  for (auto& [way, series] : documentCosts(QOS_BENCH_BINARY_DIR "/documents", QOS_BENCH_QOSOC, file,
+                                           isQuick() ? repetitions : 1)) {
+    series.counters["file bytes"] = static_cast<double>(bytes);
+    measured[at(titleOf(way), megabytes)] = series;
   }
-  rapidjson::FileReadStream& stream() { return stream_; }
-
- private:
-  struct Close {
-    void operator()(std::FILE* file) const { std::fclose(file); }
-  };
-  std::unique_ptr<std::FILE, Close> file_;
-  char block_[std::size_t{64} * 1024];
-  rapidjson::FileReadStream stream_{file_.get(), block_, sizeof(block_)};
-};
-
-void dom(const std::string& path) {
-  InputFile file(path);
-  // Left behind at the end: what it takes to free it is not asked for.
-  auto* document = new rapidjson::Document;
-  document->ParseStream(file.stream());
-  require(!document->HasParseError() && document->HasMember("class-maps"), "a document by dom");
-}
-
-void events(const std::string& path) {
-  InputFile file(path);
-  rapidjson::BaseReaderHandler<> nothing;
-  rapidjson::Reader reader;
-  require(!reader.Parse(file.stream(), nothing).IsError(), "a document by events");
-}
-
-void read(const std::string& path) {
-  const auto* native = new host::Native;
-  host::readNative(path, *native);
-  require((*native->aclConfig->cmapType().find(Qos::mapQos))->cmap().members() != 0,
-          "a document by read");
-}
-
-using Way = void (*)(const std::string& path);
-const std::map<std::string, Way> ways = {{"dom", dom}, {"events", events}, {"read", read}};
-
-int measure(Way way, const std::string& path) {
-  const double start = threadSeconds();
-  way(path);
-  const double seconds = threadSeconds() - start;
-  rusage usage{};
-  getrusage(RUSAGE_SELF, &usage);
-  std::printf("%.6f %ld\n", seconds, usage.ru_maxrss * 1024);
-  std::fflush(stdout);
-  _exit(0);  // nothing of it has to be taken down
-}
-
-// ===== All of them
-
-struct Cost {
-  double seconds;
-  double bytes;
-};
-
-// A program that prints its cost by itself.
-Cost costToldBy(const std::string& command) {
-  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> pipe(popen(command.c_str(), "r"), &pclose);
-  Cost cost{};
-  require(pipe != nullptr && std::fscanf(pipe.get(), "%lf %lf", &cost.seconds, &cost.bytes) == 2,
-          command);
-  return cost;
-}
-
-// A program, from its start to its end.
-Cost costOf(const std::vector<std::string>& words) {
-  const pid_t child = fork();
-  require(child >= 0, "fork");
-  if (child == 0) {
-    dup2(open("/dev/null", O_WRONLY), 1);
-    std::vector<char*> arguments;
-    for (const std::string& word : words) arguments.push_back(const_cast<char*>(word.c_str()));
-    arguments.push_back(nullptr);
-    execv(arguments[0], arguments.data());
-    _exit(127);
-  }
-  int status = 0;
-  rusage usage{};
-  require(wait4(child, &status, 0, &usage) == child && status == 0, words[0]);
-  const auto seconds = [](const timeval& time) {
-    return static_cast<double>(time.tv_sec) + 1e-6 * static_cast<double>(time.tv_usec);
-  };
-  return {seconds(usage.ru_utime) + seconds(usage.ru_stime),
-          static_cast<double>(usage.ru_maxrss) * 1024};
-}
-
-double median(std::vector<double> values) {
-  std::sort(values.begin(), values.end());
-  return values[values.size() / 2];
-}
-
-int report(const std::string& self, const std::string& path, const std::string& qosoc) {
-  const double fileBytes = static_cast<double>(std::filesystem::file_size(path));
-  std::map<std::string, std::vector<double>> seconds;
-  std::map<std::string, double> peak;
-  const auto add = [&](const std::string& what, Cost cost) {
-    seconds[what].push_back(cost.seconds);
-    peak[what] = std::max(peak[what], cost.bytes);
-  };
-  for (int i = 0; i < 5; ++i) {
-    for (const auto& [name, way] : ways) {
-      add(name, costToldBy("'" + self + "' " + name + " '" + path + "'"));
-    }
-    add("qosoc check", costOf({qosoc, "check", path}));
-    add("qosoc translate", costOf({qosoc, "translate", path}));
-  }
-  std::printf("%-18s %10s %12s %12s %12s\n", "", "seconds", "of dom's", "peak, MB", "of the file");
-  for (const auto& [what, times] : seconds) {
-    std::printf("%-18s %10.3f %12.2f %12.1f %12.2f\n", what.c_str(), median(times),
-                median(times) / median(seconds["dom"]), peak[what] / 1e6, peak[what] / fileBytes);
-  }
-  return 0;
-}
-
-int main(const std::vector<std::string>& arguments) {
-  if (arguments.size() == 3) {
-    if (const auto way = ways.find(arguments[1]); way != ways.end()) {
-      return measure(way->second, arguments[2]);
-    }
-  }
-  if (arguments.size() == 4 && arguments[1] == "write") {
-    std::cout << writeNativeDocument(arguments[2], std::stoull(arguments[3]) * 1'000'000) << '\n';
-    return 0;
-  }
-  if (arguments.size() == 4 && arguments[1] == "report") {
-    return report(arguments[0], arguments[2], arguments[3]);
-  }
-  std::cerr << "usage: documents write FILE MEGABYTES | dom|events|read FILE | report FILE QOSOC\n";
-  return 1;
+  std::filesystem::remove(file);
+  return measured;
 }
 
 }  // namespace
-}  // namespace Bench
 
-int main(int argc, char** argv) { return Bench::main({argv, argv + argc}); }
+std::size_t documentMegabytes() { return isQuick() ? 10 : 100; }
+
+void documents(Comparisons& comparisons) {
+  comparisons.subject("Native document");
+  const std::size_t size = documentMegabytes();
+  std::vector<std::string> names;
+  for (const char* way : {"dom", "events", "read", "qosoc check", "qosoc translate"}) {
+    names.push_back(titleOf(way));
+    const std::string figure = at(names.back(), size);
+    if (names.size() > 1) comparisons.add(figure, at(titleOf("dom"), size));
+    comparisons.add(figure + " peak bytes", figure + " file bytes");
+  }
+  registerTogether(names, size, [=] { return measure(size); });
+}
+
+}  // namespace Bench

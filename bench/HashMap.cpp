@@ -2,16 +2,11 @@
 //
 // Keys come in a random order, another one for each operation. Strings are copies of those in the
 // map and share their text, as names in this system mostly do; all three maps hash them by the same
-// cached hash. Integers are hashed by each map in its own way.
-#include <benchmark/benchmark.h>
-#include <malloc.h>
-
+// cached hash. Integers are hashed by each map in its own way. Each repetition has a process of its
+// own, so that no map finds the memory that another one left.
+#include <algorithm>
 #include <boost/unordered/unordered_flat_map.hpp>
 #include <cstdint>
-#include <cstdlib>
-#include <map>
-#include <new>
-#include <optional>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -19,40 +14,18 @@
 #include "Rok/HashMap2018.h"
 #include "Rok/StdIterator.h"
 #include "support/Check.h"
+#include "support/Child.h"
 #include "support/Comparisons.h"
+#include "support/Heap.h"
 #include "support/Order.h"
-#include "support/Timed.h"
+#include "support/Seconds.h"
+#include "support/Series.h"
+#include "support/Sizes.h"
 
 namespace Bench {
 namespace {
 
 using Value = std::uint64_t;
-
-// ===== Bytes: what malloc gave, with its own word, for the maps that can't tell by themselves
-
-std::size_t bytesAllocated = 0;
-
-template <class T>
-struct CountingAllocator {
-  using value_type = T;
-
-  CountingAllocator() = default;
-  template <class U>
-  explicit CountingAllocator(const CountingAllocator<U>& /*other*/) {}
-
-  T* allocate(std::size_t count) {
-    // NOLINTNEXTLINE(bugprone-sizeof-expression): a map allocates arrays of pointers too
-    void* block = std::malloc(count * sizeof(T));
-    if (block == nullptr) throw std::bad_alloc();
-    bytesAllocated += malloc_usable_size(block) + sizeof(std::size_t);
-    return static_cast<T*>(block);
-  }
-  void deallocate(T* block, std::size_t /*count*/) noexcept {
-    bytesAllocated -= malloc_usable_size(block) + sizeof(std::size_t);
-    std::free(block);
-  }
-  friend bool operator==(const CountingAllocator&, const CountingAllocator&) { return true; }
-};
 
 // ===== The maps, under one interface
 
@@ -68,7 +41,6 @@ struct OwnMap {
   void insert(const Key& key, Value value) { map.newMember(key, value); }
   bool erase(const Key& key) { return map.deleteMember(key); }
   std::size_t members() const { return map.members(); }
-  std::size_t bytes() const { return map.bytes(); }
   Value sum() const {
     Value result = 0;
     for (auto i = map.iterator(); i; ++i) result += i.currNodeMaybeStale()->value();
@@ -87,7 +59,6 @@ struct OtherMap {
   void insert(const Key& key, Value value) { map.emplace(key, value); }
   bool erase(const Key& key) { return map.erase(key) != 0; }
   std::size_t members() const { return map.size(); }
-  std::size_t bytes() const { return bytesAllocated; }
   Value sum() const {
     Value result = 0;
     for (const auto& [key, value] : map) result += value;
@@ -102,14 +73,9 @@ template <class Key>
 using BoostHashOf =
     std::conditional_t<std::is_same_v<Key, Velmo::String>, StringHash, boost::hash<Key>>;
 template <class Key>
-using Allocator = CountingAllocator<std::pair<const Key, Value>>;
+using StdMap = OtherMap<Key, std::unordered_map<Key, Value, StdHashOf<Key>>>;
 template <class Key>
-using StdMap =
-    OtherMap<Key,
-             std::unordered_map<Key, Value, StdHashOf<Key>, std::equal_to<Key>, Allocator<Key>>>;
-template <class Key>
-using FlatMap = OtherMap<Key, boost::unordered_flat_map<Key, Value, BoostHashOf<Key>,
-                                                        std::equal_to<Key>, Allocator<Key>>>;
+using FlatMap = OtherMap<Key, boost::unordered_flat_map<Key, Value, BoostHashOf<Key>>>;
 
 // ===== Keys
 
@@ -125,13 +91,9 @@ void makeKey(std::size_t n, Velmo::String& key) {
   key = Velmo::String("edge-in-" + std::to_string(n));
 }
 
-// A million texts take longer to make than to measure, so they are made once.
 template <class Key>
-const std::vector<Key>& keys(std::size_t count) {
-  static std::map<std::size_t, std::vector<Key>> made;
-  std::vector<Key>& result = made[count];
-  if (!result.empty()) return result;
-  result.resize(count);
+std::vector<Key> keys(std::size_t count) {
+  std::vector<Key> result(count);
   for (std::size_t n = 0; n < count; ++n) makeKey(n, result[n]);
   Random random(5);
   shuffle(result, random);
@@ -145,107 +107,143 @@ void fill(Map& map, const std::vector<Key>& keys) {
   for (std::size_t n = 0; n < keys.size(); ++n) map.insert(keys[n], n);
 }
 
+constexpr std::size_t operationsWanted = 200'000;
+
 Value sumOfValues(std::size_t count) { return Value{count} * (count - 1) / 2; }
 
+// Seconds of a repetition of `work`, divided by the number of keys.
+template <class Work>
+double each(std::size_t keys, const Work& work) {
+  const double start = threadSeconds();
+  work();
+  return (threadSeconds() - start) / static_cast<double>(keys);
+}
+
+struct Operations {
+  double insert = 0;
+  double walk = 0;
+  double find = 0;
+  double erase = 0;
+  double bytes = 0;  // an entry
+};
+
+// The life of one map. Each operation takes the keys in another random order.
 template <class Map, class Key>
-void find(benchmark::State& state) {
-  auto all = keys<Key>(static_cast<std::size_t>(state.range(0)));
+Operations life(std::vector<Key>& all, Random& random) {
+  Operations taken;
+  const std::uint64_t before = bytesInUse();
   Map map;
-  fill(map, all);
-  Random random(6);
-  for (auto _ : state) {
-    shuffle(all, random);
-    Value sum = 0;
-    timed(state, all.size(), [&] {
+  taken.insert = each(all.size(), [&] { fill(map, all); });
+  require(map.members() == all.size(), "number of entries inserted");
+  taken.bytes = static_cast<double>(bytesInUse() - before) / static_cast<double>(all.size());
+  // One time of a small map would be that of looking at the clock.
+  const std::size_t rounds = all.size() < 10'000 ? 20 : 1;
+  Value sum = 0;
+  taken.walk = each(all.size() * rounds, [&] {
+    for (std::size_t i = 0; i < rounds; ++i) sum += map.sum();
+  });
+  require(sum == rounds * sumOfValues(all.size()), "sum of the values walked");
+  shuffle(all, random);
+  sum = 0;
+  taken.find = each(all.size() * rounds, [&] {
+    for (std::size_t i = 0; i < rounds; ++i) {
       for (const Key& key : all) sum += *map.find(key);
-    });
-    require(sum == sumOfValues(all.size()), "sum of the values found");
-  }
-}
-
-template <class Map, class Key>
-void insert(benchmark::State& state) {
-  const auto& all = keys<Key>(static_cast<std::size_t>(state.range(0)));
-  double bytes = 0;
-  for (auto _ : state) {
-    std::optional<Map> map(std::in_place);
-    timed(state, all.size(), [&] { fill(*map, all); });
-    require(map->members() == all.size(), "number of entries inserted");
-    bytes = static_cast<double>(map->bytes()) / static_cast<double>(all.size());
-  }
-  state.counters["bytes"] = bytes;
-}
-
-template <class Map, class Key>
-void erase(benchmark::State& state) {
-  auto all = keys<Key>(static_cast<std::size_t>(state.range(0)));
-  Random random(7);
-  for (auto _ : state) {
-    Map map;
-    fill(map, all);
-    shuffle(all, random);
-    std::size_t erased = 0;
-    timed(state, all.size(), [&] {
-      for (const Key& key : all) erased += map.erase(key) ? 1 : 0;
-    });
-    require(erased == all.size() && map.members() == 0, "number of entries erased");
-  }
-}
-
-template <class Map, class Key>
-void walk(benchmark::State& state) {
-  const auto& all = keys<Key>(static_cast<std::size_t>(state.range(0)));
-  Map map;
-  fill(map, all);
-  for (auto _ : state) {
-    Value sum = 0;
-    timed(state, all.size(), [&] { sum = map.sum(); });
-    require(sum == sumOfValues(all.size()), "sum of the values walked");
-  }
-}
-
-// The longest of all inserts on the way to a full map.
-template <class Map, class Key>
-void worstInsert(benchmark::State& state) {
-  const auto& all = keys<Key>(static_cast<std::size_t>(state.range(0)));
-  for (auto _ : state) {
-    Map map;
-    double worst = 0;
-    for (std::size_t n = 0; n < all.size(); ++n) {
-      const double start = threadSeconds();
-      map.insert(all[n], n);
-      worst = std::max(worst, threadSeconds() - start);
     }
-    require(map.members() == all.size(), "number of entries inserted");
-    state.SetIterationTime(worst);
+  });
+  require(sum == rounds * sumOfValues(all.size()), "sum of the values found");
+  shuffle(all, random);
+  std::size_t erased = 0;
+  taken.erase = each(all.size(), [&] {
+    for (const Key& key : all) erased += map.erase(key) ? 1 : 0;
+  });
+  require(erased == all.size() && map.members() == 0, "number of entries erased");
+  return taken;
+}
+
+// The means of so many lives that about `operationsWanted` happen.
+template <class Map, class Key>
+Operations lives(std::size_t size) {
+  Random random(6);
+  std::vector<Key> all = keys<Key>(size);
+  const std::size_t count = size < operationsWanted ? operationsWanted / size : 1;
+  Operations sum;
+  for (std::size_t i = 0; i < count; ++i) {
+    const Operations one = life<Map>(all, random);
+    sum.insert += one.insert / static_cast<double>(count);
+    sum.walk += one.walk / static_cast<double>(count);
+    sum.find += one.find / static_cast<double>(count);
+    sum.erase += one.erase / static_cast<double>(count);
+    sum.bytes += one.bytes / static_cast<double>(count);
   }
+  return sum;
+}
+
+// Seconds of the longest of all inserts on the way to a full map, and of the one that one in ten
+// thousand exceeds.
+struct Worst {
+  double worst;
+  double almost;
+};
+template <class Map, class Key>
+Worst worstInsert(std::size_t size) {
+  const std::vector<Key> all = keys<Key>(size);
+  std::vector<double> seconds;
+  seconds.reserve(size);
+  Map map;
+  for (std::size_t n = 0; n < size; ++n) {
+    const double start = threadSeconds();
+    map.insert(all[n], n);
+    seconds.push_back(threadSeconds() - start);
+  }
+  require(map.members() == size, "number of entries inserted");
+  const auto almost = seconds.end() - static_cast<std::ptrdiff_t>(size / 10'000) - 1;
+  std::nth_element(seconds.begin(), almost, seconds.end());
+  return {*std::max_element(almost, seconds.end()), *almost};
 }
 
 // ===== Registration
 
-constexpr std::size_t sizes[] = {1000, 100'000, 1'000'000};
-constexpr std::size_t operationsWanted = 500'000;
-
-void addSizes(const std::string& name, void (*function)(benchmark::State&)) {
-  for (const std::size_t size : sizes) {
-    auto* added = benchmark::RegisterBenchmark(name.c_str(), function)
-                      ->Arg(static_cast<std::int64_t>(size))
-                      ->Iterations(batches(size, operationsWanted))
-                      ->UseManualTime();
-    if (size == sizes[2]) added->Repetitions(3);  // or these alone take longer than all the others
-  }
+// One of the maps, by the name that its figures end in.
+struct Rival {
+  std::string suffix;
+  Operations (*lives)(std::size_t size);
+  Worst (*worstInsert)(std::size_t size);
+};
+template <class Map, class Key>
+Rival rival(const std::string& suffix) {
+  return {suffix, &inChild<lives<Map, Key>>, &inChild<worstInsert<Map, Key>>};
 }
 
-template <template <class> class Map, class Key>
-void addMap(const std::string& suffix) {
-  addSizes("map find" + suffix, find<Map<Key>, Key>);
-  addSizes("map insert" + suffix, insert<Map<Key>, Key>);
-  addSizes("map erase" + suffix, erase<Map<Key>, Key>);
-  addSizes("map walk" + suffix, walk<Map<Key>, Key>);
-  benchmark::RegisterBenchmark(("map worst insert" + suffix).c_str(), worstInsert<Map<Key>, Key>)
-      ->Arg(1'000'000)
-      ->Iterations(1)
-      ->UseManualTime();
+void addLife(Measured& measured, const Rival& one, std::size_t size) {
+  const Operations taken = one.lives(size);
+  Series& insert = measured[at("map insert" + one.suffix, size)];
+  insert.seconds.push_back(taken.insert);
+  insert.counters["bytes"] = taken.bytes;
+  measured[at("map walk" + one.suffix, size)].seconds.push_back(taken.walk);
+  measured[at("map find" + one.suffix, size)].seconds.push_back(taken.find);
+  measured[at("map erase" + one.suffix, size)].seconds.push_back(taken.erase);
+}
+
+void addWorst(Measured& measured, const Rival& one, std::size_t size) {
+  const Worst worst = one.worstInsert(size);
+  measured[at("map worst insert" + one.suffix, size)].seconds.push_back(worst.worst);
+  measured[at("map insert 99.99 %" + one.suffix, size)].seconds.push_back(worst.almost);
+}
+
+// The maps take turns, so that a machine that slows down slows down all.
+void addTogether(const std::vector<std::string>& titles, const std::vector<Rival>& rivals,
+                 std::size_t size, void (*add)(Measured&, const Rival&, std::size_t)) {
+  std::vector<std::string> names;
+  for (const std::string& title : titles) {
+    for (const Rival& one : rivals) names.push_back(title + one.suffix);
+  }
+  registerTogether(names, size, [=] {
+    Measured measured;
+    for (std::size_t i = 0; i < repetitions; ++i) {
+      for (const Rival& one : rivals) add(measured, one, size);
+    }
+    return measured;
+  });
 }
 
 // Lines for the own map beside each other one. `counter` names a counter, with a space in front.
@@ -260,19 +258,26 @@ void compare(Comparisons& comparisons, const std::string& figure, std::size_t si
 template <class Key>
 void addKey(Comparisons& comparisons, const std::string& key) {
   const std::string with = std::string(", ").append(key);
-  addMap<OwnMap, Key>(with + ", own");
-  addMap<StdMap, Key>(with + ", std");
-  addMap<FlatMap, Key>(with + ", flat");
-  for (const char* operation : {"map find, ", "map insert, ", "map erase, ", "map walk, "}) {
-    for (const std::size_t size : sizes) compare(comparisons, operation + key, size);
+  const std::vector<Rival> rivals = {rival<OwnMap<Key>, Key>(with + ", own"),
+                                     rival<StdMap<Key>, Key>(with + ", std"),
+                                     rival<FlatMap<Key>, Key>(with + ", flat")};
+  for (const std::size_t size : sizes()) {
+    addTogether({"map find", "map insert", "map erase", "map walk"}, rivals, size, &addLife);
   }
-  compare(comparisons, "map worst insert, " + key, 1'000'000);
-  for (const std::size_t size : sizes) compare(comparisons, "map insert, " + key, size, " bytes");
+  addTogether({"map worst insert", "map insert 99.99 %"}, rivals, sizes().back(), &addWorst);
+  for (const char* operation : {"map find, ", "map insert, ", "map erase, ", "map walk, "}) {
+    for (const std::size_t size : sizes()) compare(comparisons, operation + key, size);
+  }
+  for (const char* worst : {"map worst insert, ", "map insert 99.99 %, "}) {
+    compare(comparisons, worst + key, sizes().back());
+  }
+  for (const std::size_t size : sizes()) compare(comparisons, "map insert, " + key, size, " bytes");
 }
 
 }  // namespace
 
 void hashMap(Comparisons& comparisons) {
+  comparisons.subject("Hash map");
   addKey<Velmo::String>(comparisons, "String");
   addKey<std::uint32_t>(comparisons, "uint32");
 }

@@ -1,33 +1,106 @@
 // qosbench: times of everything that claims to be fast, beside what it replaces and beside a floor.
-// Takes the arguments of the benchmark library (--benchmark_filter=...).
+//
+//   qosbench [--quick] [--counts FILE] [--report FOLDER] [ARGUMENTS OF THE BENCHMARK LIBRARY]
+//
+// --quick: devices of 1,000 and of 100,000 objects alone, and a document of 10 MB.
+// --counts: instructions as instructions.sh writes them, "event size count" a line, for the goals.
+// --report: writes results.md and the data of the plots into a folder.
 #include <benchmark/benchmark.h>
 
+#include <fstream>
 #include <iostream>
+#include <sstream>
 #include <string>
+#include <string_view>
 #include <vector>
 
+#include "support/Check.h"
 #include "support/Comparisons.h"
+#include "support/Report.h"
+#include "support/Series.h"
+#include "support/Sizes.h"
+
+namespace Bench {
+namespace {
+
+struct Options {
+  std::string counts;
+  std::string report;
+  std::vector<char*> others;  // the library's
+};
+
+// Medians of five unless the user says otherwise: what comes later on the line wins.
+Options optionsOf(int argc, char** argv) {
+  static std::string given[] = {"--benchmark_repetitions=" + std::to_string(repetitions),
+                                "--benchmark_min_time=0.05"};
+  Options options;
+  options.others = {argv[0], given[0].data(), given[1].data()};
+  for (int i = 1; i < argc; ++i) {
+    const std::string_view word = argv[i];
+    if (word == "--quick") {
+      quickIs();
+    } else if (word == "--counts" && i + 1 < argc) {
+      options.counts = argv[++i];
+    } else if (word == "--report" && i + 1 < argc) {
+      options.report = argv[++i];
+    } else {
+      options.others.push_back(argv[i]);
+    }
+  }
+  return options;
+}
+
+void readCounts(const std::string& path, Figures& figures) {
+  std::ifstream file(path);
+  require(file.is_open(), "cannot read " + path);
+  for (std::string line; std::getline(file, line);) {
+    std::istringstream words(line);
+    std::string event;
+    std::size_t size = 0;
+    double count = 0;
+    if (words >> event >> size >> count) figures[at("instructions " + event, size)] = count;
+  }
+}
+
+// What needs two other figures.
+void derive(Figures& figures) {
+  const auto each = figures.find("start-up of a class map/1000000");
+  if (each != figures.end()) figures["start-up of a million class maps"] = each->second * 1e6;
+}
+
+void registerAll(Comparisons& comparisons) {
+  eventTimes(comparisons);
+#ifdef QOS_BENCH_LIBYANG
+  libyang(comparisons);
+#endif
+  startUp(comparisons);
+  documents(comparisons);
+  notification(comparisons);
+  hashMap(comparisons);
+  decoders(comparisons);
+  comments(comparisons);
+}
 
 int main(int argc, char** argv) {
-  // Five repetitions unless the user says otherwise: what comes later on the line wins.
-  std::string repetitions = "--benchmark_repetitions=5";
-  std::string minTime = "--benchmark_min_time=0.05";
-  std::vector<char*> arguments = {argv[0], repetitions.data(), minTime.data()};
-  arguments.insert(arguments.end(), argv + 1, argv + argc);
-  int count = static_cast<int>(arguments.size());
-  arguments.push_back(nullptr);
-  benchmark::Initialize(&count, arguments.data());
-  if (benchmark::ReportUnrecognizedArguments(count, arguments.data())) return 1;
+  Options options = optionsOf(argc, argv);
+  int count = static_cast<int>(options.others.size());
+  options.others.push_back(nullptr);
+  benchmark::Initialize(&count, options.others.data());
+  if (benchmark::ReportUnrecognizedArguments(count, options.others.data())) return 1;
 
-  Bench::Comparisons comparisons;
-  Bench::startUp(comparisons);
-  Bench::eventTimes(comparisons);
-  Bench::decoders(comparisons);
-  Bench::comments(comparisons);
-  Bench::notification(comparisons);
-  Bench::hashMap(comparisons);
-
-  Bench::MedianReporter reporter;
+  Comparisons comparisons;
+  registerAll(comparisons);
+  MedianReporter reporter;
   benchmark::RunSpecifiedBenchmarks(&reporter);
-  comparisons.print(std::cout, reporter.figures());
+  Figures figures = reporter.figures();
+  if (!options.counts.empty()) readCounts(options.counts, figures);
+  derive(figures);
+  printVerdicts(std::cout, figures);
+  if (!options.report.empty()) writeReport(options.report, comparisons, figures);
+  return 0;
 }
+
+}  // namespace
+}  // namespace Bench
+
+int main(int argc, char** argv) { return Bench::main(argc, argv); }

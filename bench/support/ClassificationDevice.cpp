@@ -107,6 +107,13 @@ void ClassificationDevice::start() {
             QosOc::forwardingGroupKivToOcSmFactory(input_, groups_, queues_)};
 }
 
+void ClassificationDevice::outputDel() {
+  classifiers_ = nullptr;
+  interfaces_ = nullptr;
+  groups_ = nullptr;
+  queues_ = nullptr;
+}
+
 ClassificationDevice::Change ClassificationDevice::change(std::size_t number) {
   return {number, Umb::UniqueId(static_cast<std::uint32_t>(number), 1, 0), dscpRule(number + 1),
           Nerit::IntfId("Port-Channel" + std::to_string(number))};

@@ -28,8 +28,10 @@ class ClassificationDevice {
 
   // The native side only.
   explicit ClassificationDevice(std::size_t classMaps);
-  // The translators and their output come.
+  // The translators and their output come, and go.
   void start();
+  void machinesDel() { roots_.clear(); }
+  void outputDel();
 
   static Change change(std::size_t number);
 

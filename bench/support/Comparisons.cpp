@@ -1,8 +1,6 @@
 #include "support/Comparisons.h"
 
-#include <algorithm>
 #include <cstdio>
-#include <ostream>
 
 namespace Bench {
 namespace {
@@ -31,25 +29,24 @@ std::string formatted(const char* format, double value) {
   return text;
 }
 
+}  // namespace
+
 std::string measure(const std::string& name, double value) {
+  if (name.starts_with("instructions ")) return formatted("%.0f", value);
+  if (name.ends_with(" peak bytes") || name.ends_with(" file bytes")) {
+    return formatted("%.1f MB", value / 1e6);
+  }
   if (name.ends_with(" bytes")) return formatted("%.0f B", value);
-  if (name.ends_with(" allocations")) return formatted("%.0f", value);
+  if (name.ends_with(" allocations")) return formatted(value < 0.1 ? "%.2g" : "%.2f", value);
   if (value < 10) return formatted("%.2f ns", value);
   if (value < 10e3) return formatted("%.0f ns", value);
   if (value < 10e6) return formatted("%.0f us", value / 1e3);
   return formatted("%.0f ms", value / 1e6);
 }
 
-std::string padded(std::string text, std::size_t width) {
-  text.resize(std::max(width, text.size()), ' ');
-  return text;
+std::string ratio(double value) {
+  return formatted(value < 10 ? "%.2f" : value < 100 ? "%.1f" : "%.0f", value);
 }
-
-std::string rightAligned(const std::string& text, std::size_t width) {
-  return std::string(width - std::min(width, text.size()), ' ') + text;
-}
-
-}  // namespace
 
 void MedianReporter::ReportRuns(const std::vector<Run>& runs) {
   for (const Run& run : runs) {
@@ -61,21 +58,6 @@ void MedianReporter::ReportRuns(const std::vector<Run>& runs) {
     figures_[name] = line.GetAdjustedCPUTime() * toNanoseconds;
     for (const auto& [counter, value] : line.counters)
       figures_[std::string(name).append(" ").append(counter)] = value.value;
-  }
-}
-
-void Comparisons::print(std::ostream& out, const MedianReporter::Figures& figures) const {
-  out << "\nRatios of the medians of this run: the first figure is so many times the second.\n";
-  for (const Line& line : lines_) {
-    const auto own = figures.find(line.figure);
-    if (own == figures.end()) continue;
-    out << padded(line.figure, 44) << rightAligned(measure(line.figure, own->second), 10);
-    const auto other = figures.find(line.against);
-    if (other != figures.end()) {
-      out << rightAligned(formatted("%.2f", own->second / other->second), 9) << " x  "
-          << padded(line.against, 44) << rightAligned(measure(line.against, other->second), 10);
-    }
-    out << '\n';
   }
 }
 

@@ -1,22 +1,21 @@
-// The table of ratios with which the program ends, and the reporter that gathers its figures.
+// The figures of a run, and which of them belong side by side.
 #pragma once
 
 #include <benchmark/benchmark.h>
 
-#include <iosfwd>
 #include <map>
 #include <string>
 #include <vector>
 
 namespace Bench {
 
+// By the name of a benchmark, "event class-map-add/1000": nanoseconds; by that name and a
+// counter's, "memory of a class map/1000 output bytes": the counter.
+using Figures = std::map<std::string, double>;
+
 // Prints one line a benchmark, the median of its repetitions, and keeps it.
 class MedianReporter final : public benchmark::ConsoleReporter {
  public:
-  // By the name of a benchmark, "class map added/1000": nanoseconds; by that name and a counter's,
-  // "map insert, String, own/1000 bytes": the counter.
-  using Figures = std::map<std::string, double>;
-
   MedianReporter() : ConsoleReporter(OO_None) {}
   void ReportRuns(const std::vector<Run>& runs) override;
   const Figures& figures() const { return figures_; }
@@ -31,33 +30,49 @@ std::string at(const std::string& name, Size size) {
   return std::string(name).append("/").append(std::to_string(size));
 }
 
-// Which figures belong side by side.
+// A figure as people read it; its name tells the unit.
+std::string measure(const std::string& name, double value);
+// A ratio or a limit, with three digits at least.
+std::string ratio(double value);
+
+// Which figures belong side by side, by subject.
 class Comparisons {
  public:
-  // A line of the table: a figure and what it is measured against.
-  void add(const std::string& figure, const std::string& against) {
-    lines_.push_back({figure, against});
-  }
-  // A line for a figure that has no rival.
-  void add(const std::string& figure) { lines_.push_back({figure, ""}); }
-
-  // Lines whose figures were not measured in this run are left out.
-  void print(std::ostream& out, const MedianReporter::Figures& figures) const;
-
- private:
+  // A figure and what it is measured against; empty when it has no rival.
   struct Line {
     std::string figure;
     std::string against;
   };
-  std::vector<Line> lines_;
+  struct Subject {
+    std::string title;
+    std::vector<Line> lines;
+  };
+
+  // What is added from now on is about this.
+  void subject(const std::string& title) { subjects_.push_back({title, {}}); }
+  void add(const std::string& figure, const std::string& against = "") {
+    subjects_.back().lines.push_back({figure, against});
+  }
+  const std::vector<Subject>& subjects() const { return subjects_; }
+
+ private:
+  std::vector<Subject> subjects_;
 };
 
 // Every subject registers its benchmarks and what they are compared with.
 void startUp(Comparisons& comparisons);
 void eventTimes(Comparisons& comparisons);
+void libyang(Comparisons& comparisons);
+// Seconds of building a tree of so many class maps, divided by their number, in a process of its
+// own: what class maps alone stand for, and terms with all that the whole road gives them.
+double libyangTypedBuild(std::size_t classMaps);
+double libyangWholeBuild(std::size_t classMaps);
 void decoders(Comparisons& comparisons);
 void comments(Comparisons& comparisons);
 void notification(Comparisons& comparisons);
 void hashMap(Comparisons& comparisons);
+void documents(Comparisons& comparisons);
+// The size of the document.
+std::size_t documentMegabytes();
 
 }  // namespace Bench

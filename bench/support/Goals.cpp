@@ -1,0 +1,254 @@
+#include "support/Goals.h"
+
+#include <algorithm>
+#include <optional>
+
+#include "support/EventKinds.h"
+#include "support/Sizes.h"
+
+namespace Bench {
+namespace {
+
+enum class Goal {
+  ratioAtMost,     // own figure to the rival's
+  timesFaster,     // rival's figure to the own, at least
+  valueAtMost,     // own figure
+  withinEitherWay  // own to the rival's or the other way round
+};
+
+struct Pair {
+  std::string own;
+  std::string rival;
+};
+
+struct Claim {
+  std::string what;
+  std::vector<Pair> pairs;
+  Goal goal;
+  double limit;
+};
+
+// ===== The figures that a claim is about
+
+// The same figures at every size: "/*" is the size.
+std::string sized(const std::string& name, std::size_t size) {
+  const std::size_t star = name.find('*');
+  if (star == std::string::npos) return name;
+  return name.substr(0, star) + std::to_string(size) + name.substr(star + 1);
+}
+
+std::vector<Pair> everySize(const std::string& own, const std::string& rival = "") {
+  std::vector<Pair> pairs;
+  for (const std::size_t size : sizes()) pairs.push_back({sized(own, size), sized(rival, size)});
+  return pairs;
+}
+
+template <class Pairs>
+void append(std::vector<Pair>& all, const Pairs& more) {
+  all.insert(all.end(), more.begin(), more.end());
+}
+
+struct KindNames {
+  std::vector<std::string> names;
+  template <class Device, auto before, auto event, auto after>
+  void kind(const std::string& name) {
+    if (name != floorEvent) names.push_back(name);
+  }
+};
+std::vector<std::string> kindNames() {
+  KindNames kinds;
+  eachEventKind(kinds);
+  return kinds.names;
+}
+
+// ===== The table
+
+void eventClaims(std::vector<Claim>& claims) {
+  for (const std::string name : oneRecordEvents) {
+    claims.push_back({name + " beside the floor",
+                      everySize("event " + name + "/*", "event " + name + "/* floor"),
+                      Goal::ratioAtMost, 2.5});
+  }
+  for (const std::string name : oneRecordEvents) {
+    claims.push_back({"instructions of " + name, everySize("instructions " + name + "/*"),
+                      Goal::valueAtMost, 500});
+  }
+  std::vector<Pair> flat;
+  std::vector<Pair> allocations;
+  for (const std::string& name : kindNames()) {
+    const std::string instructions = "instructions " + name + "/";
+    for (const std::size_t size : {10'000, 100'000, 1'000'000}) {
+      flat.push_back({instructions + std::to_string(size), instructions + "1000"});
+    }
+    append(allocations, everySize("event " + name + "/* allocations"));
+  }
+  claims.push_back(
+      {"instructions at every size, of all events", flat, Goal::withinEitherWay, 1.02});
+  claims.push_back({"allocations of an event, of all", allocations, Goal::valueAtMost, 0});
+}
+
+void libyangClaims(std::vector<Claim>& claims) {
+  for (const std::string name : {"class-map-match", "action-change"}) {
+    const std::string event = "event " + name + "/";
+    for (const auto& [size, limit] : {std::pair{"10000", 100.0}, std::pair{"100000", 40.0}}) {
+      claims.push_back({name + " beside libyang's edit by path, at " + size,
+                        {{event + size, std::string("libyang edit by path/") + size}},
+                        Goal::timesFaster,
+                        limit});
+    }
+    claims.push_back({name + " beside libyang's edit of a held leaf",
+                      everySize(event + "*", "libyang edit of a held leaf/*"), Goal::ratioAtMost,
+                      1});
+  }
+}
+
+void startUpClaims(std::vector<Claim>& claims) {
+  for (const std::string what : {"a class map", "a tx queue", "a policy map's term"}) {
+    claims.push_back({"start-up of " + what + " beside the floor's build",
+                      everySize("start-up of " + what + "/*", "start-up floor/*"),
+                      Goal::ratioAtMost, 2.5});
+  }
+  claims.push_back({"start-up of a million class maps",
+                    {{"start-up of a million class maps", ""}},
+                    Goal::valueAtMost,
+                    1e9});
+  claims.push_back({"start-up of a class map beside libyang's typed build",
+                    everySize("start-up of a class map/*", "libyang build, typed/*"),
+                    Goal::timesFaster, 5});
+  claims.push_back(
+      {"start-up of a term's whole road beside libyang's typed build",
+       everySize("start-up of a term's whole road/*", "libyang build of whole terms, typed/*"),
+       Goal::timesFaster, 5});
+  claims.push_back({"bytes of a term: native, machines, output",
+                    everySize("memory of a class map/* whole bytes"), Goal::valueAtMost, 400});
+  claims.push_back({"bytes of a term's output", everySize("memory of a class map/* output bytes"),
+                    Goal::valueAtMost, 200});
+}
+
+void frameworkClaims(std::vector<Claim>& claims) {
+  std::vector<Pair> notify;
+  for (const int size : {1, 100, 10'000, 1'000'000}) {
+    notify.push_back({at("notify", size), at("virtual calls", size)});
+  }
+  claims.push_back(
+      {"notification beside a vector of virtual calls", notify, Goal::ratioAtMost, 1.5});
+  claims.push_back({"unsubscribe and subscribe among 1,000,000, beside among 10",
+                    {{"unsubscribe and subscribe/1000000", "unsubscribe and subscribe/10"},
+                     {"unsubscribe and subscribe/10000", "unsubscribe and subscribe/10"}},
+                    Goal::ratioAtMost,
+                    2});
+  for (const std::string key : {"String", "uint32"}) {
+    claims.push_back({"map find by " + key + " beside std::unordered_map",
+                      everySize("map find, " + key + ", own/*", "map find, " + key + ", std/*"),
+                      Goal::ratioAtMost, 1.3});
+    claims.push_back({"map walk, an entry, by " + key, everySize("map walk, " + key + ", own/*"),
+                      Goal::valueAtMost, 5});
+    claims.push_back({"worst insert on the way to a million, by " + key,
+                      {{"map worst insert, " + key + ", own/1000000", ""}},
+                      Goal::valueAtMost,
+                      10e6});
+  }
+}
+
+void textClaims(std::vector<Claim>& claims) {
+  for (const char* decoder : {"decode key, by hand", "decode placeholder, by hand"}) {
+    claims.push_back({decoder, {{decoder, ""}}, Goal::valueAtMost, 15});
+  }
+  claims.push_back({"attachment comment beside RapidJSON's default document",
+                    {{"decode attachment, own", "decode attachment, default document"}},
+                    Goal::ratioAtMost,
+                    0.6});
+  claims.push_back({"allocations of an attachment comment",
+                    {{"decode attachment, own allocations", ""}},
+                    Goal::valueAtMost,
+                    0});
+  const std::size_t size = documentMegabytes();
+  const std::string translate = at("document, qosoc translate", size);
+  claims.push_back({"reading a native document beside RapidJSON's own parse",
+                    {{at("document, read", size), at("document, dom", size)}},
+                    Goal::ratioAtMost,
+                    2});
+  claims.push_back({"memory of qosoc translate beside the file",
+                    {{translate + " peak bytes", translate + " file bytes"}},
+                    Goal::ratioAtMost,
+                    4});
+}
+
+std::vector<Claim> claims() {
+  std::vector<Claim> all;
+  eventClaims(all);
+  libyangClaims(all);
+  startUpClaims(all);
+  frameworkClaims(all);
+  textClaims(all);
+  return all;
+}
+
+// ===== Judgement
+
+struct Judged {
+  Pair pair;
+  double own;
+  double rival;
+  double excess;  // so many times the limit, in the bad direction
+};
+
+// Nothing when a figure wasn't measured.
+std::optional<Judged> judged(const Claim& claim, const Pair& pair, const Figures& figures) {
+  const auto own = figures.find(pair.own);
+  if (own == figures.end()) return std::nullopt;
+  Judged result{pair, own->second, 0, 0};
+  if (claim.goal == Goal::valueAtMost) {
+    // A limit of zero can't be divided by.
+    result.excess = (result.own + 1) / (claim.limit + 1);
+    return result;
+  }
+  const auto rival = figures.find(pair.rival);
+  if (rival == figures.end()) return std::nullopt;
+  result.rival = rival->second;
+  const double ratio = result.own / result.rival;
+  if (claim.goal == Goal::ratioAtMost) result.excess = ratio / claim.limit;
+  if (claim.goal == Goal::timesFaster) result.excess = ratio * claim.limit;
+  if (claim.goal == Goal::withinEitherWay) {
+    result.excess = std::max(ratio, 1 / ratio) / claim.limit;
+  }
+  return result;
+}
+
+std::string told(const std::string& name, double value) {
+  return name + ": " + measure(name, value);
+}
+
+Verdict verdict(const Claim& claim, const Judged& worst) {
+  Verdict result{claim.what, told(worst.pair.own, worst.own), "", "", "", worst.excess <= 1};
+  if (claim.goal == Goal::valueAtMost) {
+    result.goal = "<= " + measure(worst.pair.own, claim.limit);
+    return result;
+  }
+  result.rival = told(worst.pair.rival, worst.rival);
+  if (claim.goal == Goal::timesFaster) {
+    result.ratio = "1/" + ratio(worst.rival / worst.own);
+    result.goal = "<= 1/" + ratio(claim.limit);
+  } else {
+    result.ratio = ratio(worst.own / worst.rival);
+    result.goal = (claim.goal == Goal::withinEitherWay ? "within " : "<= ") + ratio(claim.limit);
+  }
+  return result;
+}
+
+}  // namespace
+
+std::vector<Verdict> verdicts(const Figures& figures) {
+  std::vector<Verdict> result;
+  for (const Claim& claim : claims()) {
+    std::optional<Judged> worst;
+    for (const Pair& pair : claim.pairs) {
+      const auto one = judged(claim, pair, figures);
+      if (one && (!worst || one->excess > worst->excess)) worst = one;
+    }
+    if (worst) result.push_back(verdict(claim, *worst));
+  }
+  return result;
+}
+
+}  // namespace Bench

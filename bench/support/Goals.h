@@ -1,0 +1,24 @@
+// What this system means to reach, in one table, and whether a run did.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "support/Comparisons.h"
+
+namespace Bench {
+
+// A claim as it came out: of all figures that it is about, the worst.
+struct Verdict {
+  std::string what;
+  std::string own;    // "event class-map-match/1000: 270 ns"
+  std::string rival;  // the same, or empty
+  std::string ratio;
+  std::string goal;
+  bool isMet;
+};
+
+// In the order of the table. Claims without a figure in this run are left out.
+std::vector<Verdict> verdicts(const Figures& figures);
+
+}  // namespace Bench
