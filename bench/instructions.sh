@@ -1,19 +1,21 @@
 #!/usr/bin/env bash
 #
-# Counts the instructions of one event, on a device of 1,000 and on one of 100,000, with callgrind:
-# unlike times, they are the same on a busy machine.
+# Counts the instructions of one event, on devices of several sizes, with callgrind: unlike times,
+# they are the same on a busy machine.
 #
-#   instructions.sh BUILD_DIR [--gate] [--update]
+#   instructions.sh BUILD_DIR [--sizes N,N...] [--gate] [--update] [--out FILE]
 #
-# Always: fails if the two sizes of an event differ by more than a tenth, either way.
+# --sizes: the devices, smallest first; 1000,100000 unless told. Each is a multiple of 10. For each
+#          event it is told how far apart the sizes are: the largest count to the smallest.
+# Always: fails if the sizes of an event differ by more than a tenth.
 # --gate: fails too if an event takes 3 % more than instructions.txt says. The figures belong to a
 #         compiler; under another one only the sizes are compared.
 # --update: writes instructions.txt.
+# --out: writes the counts into a file, in the form of instructions.txt.
 
 set -euo pipefail
 
-small=1000
-large=100000
+sizes=1000,100000
 repeat=1000
 figures=$(dirname -- "${BASH_SOURCE[0]}")/instructions.txt
 
@@ -23,17 +25,23 @@ die() {
 }
 
 build=${1-}
-[[ -n $build && $build != --* ]] || die 'usage: instructions.sh BUILD_DIR [--gate] [--update]'
+[[ -n $build && $build != --* ]] ||
+  die 'usage: instructions.sh BUILD_DIR [--sizes N,N...] [--gate] [--update] [--out FILE]'
 shift
 gate=false
 update=false
-for option in "$@"; do
-  case $option in
+out=
+while (($# > 0)); do
+  case $1 in
     --gate) gate=true ;;
     --update) update=true ;;
-    *) die "what is '$option'?" ;;
+    --sizes) sizes=${2-} && shift ;;
+    --out) out=${2-} && shift ;;
+    *) die "what is '$1'?" ;;
   esac
+  shift
 done
+[[ $sizes =~ ^[1-9][0-9]*0(,[1-9][0-9]*0)*$ ]] || die "--sizes: '$sizes' are no multiples of 10"
 
 command -v valgrind >/dev/null || die 'there is no valgrind'
 events=$build/bench/events
@@ -56,7 +64,8 @@ export -f count die
 export events repeat
 
 compiler=$("$events" --compiler)
-counted=$(for size in "$large" "$small"; do
+# The large ones first: the small ones then fill up what is left of the time.
+counted=$(for size in $(tr ',' '\n' <<<"$sizes" | sort -rn); do
   "$events" --list | sed "s/\$/ $size/"
 done | xargs -n 2 -P "$(nproc)" bash -c 'count "$1" "$2"' count) || die 'not all events were counted'
 
@@ -72,15 +81,15 @@ if $gate; then
   fi
 fi
 
-if $update; then
-  {
-    printf '# Instructions of one event: name, class maps, count. Written by instructions.sh --update.\n'
-    printf 'compiler %s\n' "$compiler"
-    sort -k 1,1 -k 2,2n <<<"$counted"
-  } >"$figures"
-fi
+written() {
+  printf '# Instructions of one event: name, objects, count. Written by instructions.sh.\n'
+  printf 'compiler %s\n' "$compiler"
+  sort -k 1,1 -k 2,2n <<<"$counted"
+}
+if $update; then written >"$figures"; fi
+if [[ -n $out ]]; then written >"$out"; fi
 
-"$events" --list | awk -v small="$small" -v large="$large" -v counted="$counted" -v old="$old" '
+"$events" --list | awk -v sizes="$sizes" -v counted="$counted" -v old="$old" '
   function read_into(figures, text,   lines, fields, i, n) {
     n = split(text, lines, "\n")
     for (i = 1; i <= n; ++i) if (split(lines[i], fields) == 3) figures[fields[1], fields[2]] = fields[3]
@@ -99,17 +108,29 @@ fi
   BEGIN {
     read_into(now, counted)
     read_into(before, old)
-    printf "%-28s %10d %10d %8s\n", "instructions of one event", small, large, "ratio"
+    n = split(sizes, size, ",")
+    printf "%-28s", "instructions of one event"
+    for (i = 1; i <= n; ++i) printf " %10d", size[i]
+    printf " %8s\n", "apart"
   }
   {
-    a = now[$1, small]; b = now[$1, large]
-    printf "%-28s %10.1f %10.1f %8.3f\n", $1, a, b, b / a
-    if (b > a * 1.1 || a > b * 1.1)
-      faults = faults sprintf("instructions: %s depends on the size: %.1f at %d, %.1f at %d\n", \
-        $1, a, small, b, large)
-    against($1, small); against($1, large)
+    printf "%-28s", $1
+    least = most = now[$1, size[1]]
+    for (i = 1; i <= n; ++i) {
+      count = now[$1, size[i]]
+      printf " %10.1f", count
+      if (count < least) least = count
+      if (count > most) most = count
+      against($1, size[i])
+    }
+    apart = most / least
+    printf " %8.3f\n", apart
+    if (apart > widest) { widest = apart; widest_name = $1 }
+    if (apart > 1.1)
+      faults = faults sprintf("instructions: %s depends on the size: %.1f to %.1f\n", $1, least, most)
   }
   END {
+    printf "%-28s furthest apart: %.3f, %s\n", "", widest, widest_name
     printf "%s", faults > "/dev/stderr"
     exit faults != ""
   }'
