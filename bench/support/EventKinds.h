@@ -60,11 +60,11 @@ constexpr auto changeSchedulerBandwidth = call<&SchedulerDevice::changeBandwidth
 
 inline constexpr const char* floorEvent = "floor";
 
-// The events that change one record of the output and nothing else.
+// The events that change one record of the output and nothing else, and bring no text to be read.
 inline constexpr const char* oneRecordEvents[] = {
-    "class-map-match", "acl-rule-add",      "action-change",      "traffic-class-remap",
-    "queue-bandwidth", "queue-ecn",         "pfc-watchdog",       "pfc-port",
-    "comment-profile", "profile-threshold", "scheduler-bandwidth"};
+    "class-map-match",   "acl-rule-add",       "action-change", "traffic-class-remap",
+    "queue-bandwidth",   "queue-ecn",          "pfc-watchdog",  "pfc-port",
+    "profile-threshold", "scheduler-bandwidth"};
 
 // Calls kind<Device, before, event, after>(name) for each.
 template <class Visitor>

@@ -227,8 +227,8 @@ Verdict verdict(const Claim& claim, const Judged& worst) {
   }
   result.rival = told(worst.pair.rival, worst.rival);
   if (claim.goal == Goal::timesFaster) {
-    result.ratio = "1/" + ratio(worst.rival / worst.own);
-    result.goal = "<= 1/" + ratio(claim.limit);
+    result.ratio = ratio(worst.rival / worst.own) + " x faster";
+    result.goal = ">= " + ratio(claim.limit);
   } else {
     result.ratio = ratio(worst.own / worst.rival);
     result.goal = (claim.goal == Goal::withinEitherWay ? "within " : "<= ") + ratio(claim.limit);

@@ -1,12 +1,12 @@
 #include "support/Report.h"
 
-#include <unistd.h>
+#include <benchmark/benchmark.h>
+#include <sys/utsname.h>
 
 #include <algorithm>
 #include <ctime>
 #include <fstream>
 #include <iostream>
-#include <thread>
 #include <vector>
 
 #include "support/Check.h"
@@ -26,28 +26,17 @@ std::string today() {
   return text;
 }
 
-// "2 x 2.5 GHz x86_64, L2 0.5 MB, L3 32 MB".
+// "2 x 2.25 GHz x86_64, L2 0.50 MB, L3 32.0 MB".
 std::string machine() {
-  std::string result = std::to_string(std::thread::hardware_concurrency()) + " x ";
-  std::ifstream cpuinfo("/proc/cpuinfo");
-  for (std::string line; std::getline(cpuinfo, line);) {
-    if (!line.starts_with("cpu MHz")) continue;
-    result += ratio(std::stod(line.substr(line.find(':') + 1)) / 1000) + " GHz ";
-    break;
-  }
-#if defined(__x86_64__)
-  result += "x86_64";
-#elif defined(__aarch64__)
-  result += "aarch64";
-#else
-  result += "processors";
-#endif
-  for (const auto& [name, level] : {std::pair{"L2", _SC_LEVEL2_CACHE_SIZE},  //
-                                    std::pair{"L3", _SC_LEVEL3_CACHE_SIZE}}) {
-    const long bytes = sysconf(level);
-    if (bytes <= 0) continue;
-    result +=
-        std::string(", ") + name + ' ' + ratio(static_cast<double>(bytes) / (1 << 20)) + " MB";
+  const benchmark::CPUInfo& cpu = benchmark::CPUInfo::Get();
+  std::string result =
+      std::to_string(cpu.num_cpus) + " x " + ratio(cpu.cycles_per_second / 1e9) + " GHz ";
+  utsname system{};
+  if (uname(&system) == 0) result += system.machine;
+  for (const auto& cache : cpu.caches) {
+    if (cache.level < 2) continue;
+    result += ", L" + std::to_string(cache.level) + ' ';
+    result += ratio(static_cast<double>(cache.size) / (1 << 20)) + " MB";
   }
   return result;
 }
@@ -200,7 +189,7 @@ void writeData(const std::string& folder, const Figures& figures) {
 void printVerdicts(std::ostream& out, const Figures& figures) {
   out << "\nGoals, each with its worst figure of this run (medians)\n";
   for (const Verdict& one : verdicts(figures)) {
-    out << padded(one.isMet ? "met" : "NOT MET", 9) << padded(one.what, 62) << padded(one.ratio, 9)
+    out << padded(one.isMet ? "met" : "NOT MET", 9) << padded(one.what, 62) << padded(one.ratio, 14)
         << padded(one.goal, 14) << one.own;
     if (!one.rival.empty()) out << ", " << one.rival;
     out << '\n';
