@@ -50,11 +50,11 @@ std::string attachment(std::size_t customer) {
 std::string schedulers() {
   std::string result = R"({"MetaData-OpenConfig":{)";
   for (std::size_t queue = 0; queue < txQueuesOfInterface; ++queue) {
-    const std::string number = std::to_string(queue);
-    result += queue == 0 ? "\"" : ",\"";
-    result += std::to_string(queue + 1) + R"(":{"inputs":{"in-)" + number +
-              R"(":{"queue":"queue-)" + number + R"(","weight":)" + std::to_string(10 + queue) +
-              "}}}";
+    char scheduler[96];
+    std::snprintf(scheduler, sizeof(scheduler),
+                  R"(%s"%zu":{"inputs":{"in-%zu":{"queue":"queue-%zu","weight":%zu}}})",
+                  queue == 0 ? "" : ",", queue + 1, queue, queue, 10 + queue);
+    result += scheduler;
   }
   return result + "}}";
 }
