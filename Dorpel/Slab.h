@@ -7,6 +7,7 @@
 //   - A block is freed with the size that it was allocated with.
 //   - Blocks are aligned to eight bytes. Types that need more do not belong here.
 //   - One thread. Chunks are kept for the life of the process.
+//   - Blocks and chunks of two megabytes and more are mapped by themselves, on huge pages.
 //   - Under a sanitizer every block comes from malloc, so that the sanitizer sees each of them.
 #pragma once
 
@@ -26,7 +27,7 @@ QOS_EXPORT void* slabAlloc(std::size_t size);
 // Gives back a block. Requires: `block` came from slabAlloc(size), or is null.
 QOS_EXPORT void slabFree(void* block, std::size_t size) noexcept;
 
-// As above for any size: what is too large for a slab comes from malloc.
+// As above for any size: what is too large for a slab comes from malloc, or is mapped.
 QOS_EXPORT void* slabAllocOrStdMalloc(std::size_t size);
 // With all bytes zero. A large block costs its pages only as they are written.
 QOS_EXPORT void* slabAllocOrStdCalloc(std::size_t size);
@@ -37,6 +38,7 @@ struct SlabUse {
   std::uint64_t blocks = 0;  // blocks handed out and not yet given back
   std::uint64_t bytes = 0;   // their sizes, rounded up to the granule
   std::uint64_t chunks = 0;  // bytes of all chunks
+  std::uint64_t mapped = 0;  // bytes that are no part of malloc's: large chunks and large blocks
 };
 QOS_EXPORT SlabUse slabUse() noexcept;
 

@@ -40,7 +40,7 @@ std::uint64_t heapAllocations() { return allocations; }
 std::uint64_t bytesInUse() {
   const Dorpel::SlabUse slabs = Dorpel::slabUse();
   const struct mallinfo2 heap = mallinfo2();
-  return slabs.bytes + heap.uordblks + heap.hblkhd - slabs.chunks;
+  return slabs.bytes + slabs.mapped + heap.uordblks + heap.hblkhd - slabs.chunks;
 }
 
 }  // namespace Bench

@@ -127,8 +127,21 @@ TEST(Slab, TheLargestSlabBlockIsCountedAndALargerOneComesFromMalloc) {
   EXPECT_EQ(Dorpel::slabUse().blocks, before.blocks);
 }
 
+TEST(Slab, ALargeBlockIsMappedInWholeHugePagesAndGoesBack) {
+  if (everyBlockFromMalloc) GTEST_SKIP() << "under a sanitizer every block comes from malloc";
+  constexpr std::size_t hugePage = std::size_t{2} << 20;
+  const std::uint64_t before = Dorpel::slabUse().mapped;
+  auto* block = static_cast<unsigned char*>(Dorpel::slabAllocOrStdMalloc(hugePage + 1));
+  EXPECT_EQ(reinterpret_cast<std::uintptr_t>(block) % hugePage, 0u);
+  EXPECT_EQ(Dorpel::slabUse().mapped, before + 2 * hugePage);
+  std::memset(block, 0xff, hugePage + 1);
+  Dorpel::slabFreeOrStdFree(block, hugePage + 1);
+  EXPECT_EQ(Dorpel::slabUse().mapped, before);
+}
+
 TEST(Slab, ABlockOfZerosIsZeroAlsoWhenItWasUsedBefore) {
-  for (const std::size_t size : {std::size_t{8}, Dorpel::slabMaxSize, Dorpel::slabMaxSize + 1}) {
+  for (const std::size_t size :
+       {std::size_t{8}, Dorpel::slabMaxSize, Dorpel::slabMaxSize + 1, std::size_t{3} << 20}) {
     void* used = Dorpel::slabAllocOrStdMalloc(size);
     std::memset(used, 0xff, size);
     Dorpel::slabFreeOrStdFree(used, size);
