@@ -2,8 +2,8 @@
 //
 // A device is built once for all kinds of events that it has, in a process of its own. Each batch
 // is a random half of the terms, or 45,000 of them. Each step of an event, what comes before it,
-// itself and what comes after, takes all of them in another random order, so that an event finds in
-// the caches only what fits in there anyway. One batch that isn't counted comes first; what its
+// itself and what comes after, takes all of them in another random order, so that an event finds
+// in the caches only what fits in there anyway. One batch that isn't counted comes first; what its
 // events took from the heap is there for the next ones. Before each repetition one of the floor is
 // measured, so that a machine that slows down slows down both.
 #include <algorithm>

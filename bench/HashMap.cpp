@@ -1,9 +1,9 @@
 // The hash map beside two others: find, insert, erase, walk, the worst single insert, bytes.
 //
 // Keys come in a random order, another one for each operation. Strings are copies of those in the
-// map and share their text, as names in this system mostly do; all three maps hash them by the same
-// cached hash. Integers are hashed by each map in its own way. Each repetition has a process of its
-// own, so that no map finds the memory that another one left.
+// map and share their text, as names in this system mostly do; all three maps hash them by the
+// same cached hash. Integers are hashed by each map in its own way. Each repetition has a process
+// of its own, so that no map finds the memory that another one left.
 #include <algorithm>
 #include <boost/unordered/unordered_flat_map.hpp>
 #include <cstdint>

@@ -1,4 +1,5 @@
-// qosbench: times of everything that claims to be fast, beside what it replaces and beside a floor.
+// qosbench: times of everything that claims to be fast, beside what it replaces and beside a
+// floor.
 //
 //   qosbench [--quick] [--counts FILE] [--report FOLDER] [ARGUMENTS OF THE BENCHMARK LIBRARY]
 //

@@ -49,8 +49,8 @@ double queueStart(std::size_t txQueues) {
   return startOf(device, txQueues);
 }
 
-// Policy maps of ten classes each over as many classifiers, half of them bound to an interface: the
-// policy-map and the service-policy translator.
+// Policy maps of ten classes each over as many classifiers, half of them bound to an interface:
+// the policy-map and the service-policy translator.
 double policyStart(std::size_t terms) {
   const std::size_t policyMaps = terms / classesOfPolicyMap;
   PolicyDevice device(policyMaps, classesOfPolicyMap, policyMaps / 2);

@@ -1,8 +1,8 @@
 // A native document of any length, as `qosoc` reads it: an edge router with many customers.
 //
 // A customer has a classifier of ten class maps with an ACL for each term, a policy map that is
-// bound to the customer's interface, and eight tx queues there, two of them with ECN settings, each
-// with a comment that names a scheduler policy and a queue-management profile. Every hundred
+// bound to the customer's interface, and eight tx queues there, two of them with ECN settings,
+// each with a comment that names a scheduler policy and a queue-management profile. Every hundred
 // customers share one of each.
 #pragma once
 

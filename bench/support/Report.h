@@ -1,5 +1,5 @@
-// What a run found, for people: the goals on the terminal, all tables as a page, and what the plots
-// are drawn from.
+// What a run found, for people: the goals on the terminal, all tables as a page, and what the
+// plots are drawn from.
 #pragma once
 
 #include <iosfwd>

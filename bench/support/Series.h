@@ -19,8 +19,8 @@ struct Series {
 };
 using Measured = std::map<std::string, Series>;  // by name and size, as at() puts them
 
-// Registers a benchmark of each name. `measure` runs once, when the first of them is asked for, and
-// measures all; each then tells its own values, one a repetition.
+// Registers a benchmark of each name. `measure` runs once, when the first of them is asked for,
+// and measures all; each then tells its own values, one a repetition.
 void registerTogether(const std::vector<std::string>& names, std::size_t size,
                       const std::function<Measured()>& measure);
 
