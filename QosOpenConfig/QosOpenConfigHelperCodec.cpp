@@ -6,7 +6,9 @@
 #include <cstdlib>
 #include <cstring>
 #include <new>
+#include <string>
 #include <string_view>
+#include <utility>
 
 #include "QosOpenConfig/QosOpenConfigHelper.h"
 #include "QosOpenConfig/QosOpenConfigHelperJson.h"
@@ -129,37 +131,116 @@ void writeScheduler(Writer& writer, const SchedulerCommentInfo& scheduler) {
   });
 }
 
-// ===== Reading
+// ===== Parsing
 
-using Pool = json::MemoryPoolAllocator<Heap>;
-using Value = json::GenericValue<json::UTF8<>, Pool>;
+// Where a value stands that a reader asks for; any other is foreign.
+enum class Place : unsigned char {
+  foreign,
+  root,
+  metaData,
+  // in an attachment document
+  part,
+  name,
+  // in a profile document
+  scheduler,
+  priority,
+  rate,
+  cir,
+  cirPct,
+  inputs,
+  input,
+  queue,
+  weight
+};
 
-// A comment, parsed. What it needs comes from buffers on the stack, and only a document that
-// outgrows them reaches the heap: twice the profile of eight schedulers with eight inputs each
-// fits.
-class Document {
+// A value, as far as anybody asks for it.
+struct Found {
+  enum Kind : unsigned char { object, string, number, other };
+
+  Kind kind = other;
+  const char* text = nullptr;  // of a string
+  std::uint64_t value = 0;     // of a number, which is whole and not negative
+};
+
+// Leads RapidJSON's parser through a document, and tells the reader what stands at its places, from
+// the member of the root that is ours on:
+//   Place memberOf(Place object, std::string_view key)   where the member of an object stands
+//   void found(Place, const Found&)                      what stands there
+//   void ends(Place object)                              that was all of it
+// What is below a foreign value or in an array is passed over.
+template <class Reader>
+class Guide : public json::BaseReaderHandler<json::UTF8<>, Guide<Reader>> {
  public:
-  explicit Document(const Velmo::String& comment) : isWhole_(parse(comment)) {}
-  Document(const Document&) = delete;
-  Document& operator=(const Document&) = delete;
+  explicit Guide(Reader& reader) : reader_(reader) {}
 
-  // The member of the root that is ours. Null, with a trace, when there is none.
-  const Value* metaData(const Velmo::String& comment) const;
+  bool isObject() const { return isObject_; }        // the root
+  bool hasMetaData() const { return hasMetaData_; }  // the root has the member
+
+  // ---- what the parser calls; Default stands for all other values
+  bool Default() { return tell({}); }
+  bool Int(int value) { return value == 0 ? Uint64(0) : Default(); }  // -0 is not negative
+  bool Uint(unsigned value) { return Uint64(value); }
+  bool Uint64(std::uint64_t value) { return tell({Found::number, nullptr, value}); }
+  bool String(const char* text, json::SizeType /*size*/, bool /*copy*/) {
+    return tell({Found::string, text});
+  }
+  bool StartObject() {
+    tell({Found::object});
+    if (next_ != Place::foreign) {
+      objects_[depth_++] = next_;
+    } else {
+      ++foreign_;
+    }
+    return true;
+  }
+  bool Key(const char* text, json::SizeType size, bool /*copy*/) {
+    if (foreign_ == 0) next_ = memberOf(objects_[depth_ - 1], std::string_view(text, size));
+    return true;
+  }
+  bool EndObject(json::SizeType /*members*/) {
+    if (foreign_ == 0) {
+      reader_.ends(objects_[--depth_]);
+    } else {
+      --foreign_;
+    }
+    return true;
+  }
+  bool StartArray() {
+    tell({});
+    next_ = Place::foreign;
+    ++foreign_;
+    return true;
+  }
+  bool EndArray(json::SizeType /*elements*/) {
+    --foreign_;
+    return true;
+  }
 
  private:
-  static constexpr std::size_t valueBytes = 16384;
-  static constexpr std::size_t pendingValueBytes = 2048;
-  static constexpr std::size_t parserBytes = 6144;
+  bool tell(const Found& found) {
+    if (next_ == Place::root) {
+      isObject_ = found.kind == Found::object;
+    } else if (next_ != Place::foreign) {
+      reader_.found(next_, found);
+    }
+    return true;
+  }
+  Place memberOf(Place object, std::string_view key) {
+    if (object != Place::root) return reader_.memberOf(object, key);
+    if (key != metaDataKey || hasMetaData_) return Place::foreign;
+    hasMetaData_ = true;
+    return Place::metaData;
+  }
 
-  bool parse(const Velmo::String& comment);
-
-  alignas(8) std::array<char, valueBytes> values_;
-  alignas(8) std::array<char, parserBytes> parser_;
-  Pool valuePool_{values_.data(), values_.size()};
-  Pool parserPool_{parser_.data(), parser_.size()};
-  json::GenericDocument<json::UTF8<>, Pool, Pool> document_{&valuePool_, pendingValueBytes,
-                                                            &parserPool_};
-  bool isWhole_;
+  Reader& reader_;
+  Place next_ = Place::root;  // of the next value
+  bool isObject_ = false;
+  bool hasMetaData_ = false;
+  // The objects that the parser is in: those at places, and the number of foreign ones, and of
+  // arrays, below them.
+  std::array<Place, 8> objects_;
+  unsigned depth_ = 0;
+  unsigned foreign_ = 0;
 };
 
 // Whether a text may nest so deeply that a parser by recursion is at the end of its stack. It
@@ -176,90 +257,199 @@ bool mayNestDeeply(std::string_view text) {
   return brackets > deep;
 }
 
-// Returns whether the parser came to the end of the comment, and not only to a NUL in it.
-bool Document::parse(const Velmo::String& comment) {
-  json::StringStream stream(comment.data());
-  if (mayNestDeeply(comment)) {
-    document_.ParseStream<json::kParseDefaultFlags | json::kParseIterativeFlag>(stream);
-  } else {
-    document_.ParseStream(stream);
+// A text for the parser to write in: it unescapes strings where they stand. Twice the profile of
+// eight schedulers with eight inputs each fits on the stack; what is longer takes the heap.
+class Scratch {
+ public:
+  explicit Scratch(std::string_view text) {
+    if (text.size() >= onStack_.size()) onHeap_.resize(text.size() + 1);
+    *std::ranges::copy(text, this->text()).out = '\0';
   }
-  return stream.Tell() == comment.size();
-}
+  char* text() { return onHeap_.empty() ? onStack_.data() : onHeap_.data(); }
 
-// Nobody asks whether parsing went well: when it didn't, the root is null and no object.
-const Value* Document::metaData(const Velmo::String& comment) const {
-  if (!document_.IsObject() || !isWhole_) {
-    if (Rok::TraceHelper line{traceHandle, handler}) line << "Comment not json: " << comment;
-    return nullptr;
+ private:
+  std::array<char, 12288> onStack_;
+  std::string onHeap_;
+};
+
+// Shows a comment to the reader. Returns whether it has something of ours; a trace says why not.
+// Nobody asks what went wrong with the parsing: a text that isn't one document from end to end, and
+// not only up to a NUL in it, is none.
+template <class Reader>
+bool read(const Velmo::String& comment, Reader& reader) {
+  constexpr unsigned flags = json::kParseDefaultFlags | json::kParseInsituFlag;
+  Scratch scratch(comment);
+  json::InsituStringStream stream(scratch.text());
+  json::GenericReader<json::UTF8<>, json::UTF8<>, Heap> parser;
+  Guide<Reader> guide(reader);
+  if (mayNestDeeply(comment)) {
+    parser.template Parse<flags | json::kParseIterativeFlag>(stream, guide);
+  } else {
+    parser.template Parse<flags>(stream, guide);
   }
-  const auto found = document_.FindMember(metaDataKey);
-  if (found == document_.MemberEnd()) {
+  if (parser.HasParseError() || stream.Tell() != comment.size() || !guide.isObject()) {
+    if (Rok::TraceHelper line{traceHandle, handler}) line << "Comment not json: " << comment;
+    return false;
+  }
+  if (!guide.hasMetaData()) {
     if (Rok::TraceHelper line{traceHandle, handler}) {
       line << "Comment has no MetaData-OpenConfig: " << comment;
     }
-    return nullptr;
   }
-  return &found->value;
+  return guide.hasMetaData();
 }
 
-// Takes the "name" in a member of `metaData`; without such a member, `name` stays as it is. Returns
-// false when the member has no name.
-bool takeName(const Value& metaData, const char* key, Velmo::String& name) {
-  const auto part = metaData.FindMember(key);
-  if (part == metaData.MemberEnd()) return true;
-  const auto found = part->value.FindMember(nameKey);
-  if (found == part->value.MemberEnd()) return false;
-  name = found->value.GetString();
-  return true;
-}
+// ===== Reading
 
-void traceNoName(const char* message) {
-  if (Rok::TraceHelper line{traceHandle, handler}) line << "deserializeJsonComment " << message;
-}
-
-// Calls `act` with the key and the value of each member, in document order.
-template <class Act>
-void eachMember(const Value& object, const Act& act) {
-  for (auto i = object.MemberBegin(); i != object.MemberEnd(); ++i) {
-    act(std::string_view(i->name.GetString(), i->name.GetStringLength()), i->value);
+// What is required of values. It is judged at the end: a text that turns out to be no document may
+// hold anything. Of several values of the wrong type the first counts.
+class Requirements {
+ public:
+  void object(const Found& found) { need(found.kind == Found::object, "IsObject()"); }
+  void string(const Found& found) { need(found.kind == Found::string, "IsString()"); }
+  void number64(const Found& found) { need(found.kind == Found::number, "IsUint64()"); }
+  void number32(const Found& found) {
+    need(found.kind == Found::number && found.value <= 0xffffffffu, "IsUint()");
   }
-}
 
-OneRateTwoColorCommentInfo rateFrom(const Value& object) {
-  OneRateTwoColorCommentInfo rate;
-  eachMember(object, [&](std::string_view key, const Value& value) {
-    if (key == cirKey) rate.cirIs(value.GetUint64());
-    // Only the low eight bits count, deliberately: whether the percentage makes sense is for the
-    // one to say who uses it.
-    if (key == cirPctKey) rate.cirPctIs(static_cast<std::uint8_t>(value.GetUint()));
-  });
-  return rate;
-}
+  // Ends the process unless all were met.
+  void enforce() const {
+    if (broken_ != nullptr) QosOc::Helper::jsonAssertionFailed(broken_);
+  }
 
-SchedulerInputCommentInfo inputFrom(const char* inputId, const Value& object) {
-  SchedulerInputCommentInfo input{Velmo::String(inputId)};
-  eachMember(object, [&](std::string_view key, const Value& value) {
-    if (key == queueKey) input.qIs(value.GetString());
-    if (key == weightKey) input.weightIs(value.GetUint64());
-  });
-  return input;
-}
+ private:
+  void need(bool met, const char* requirement) {
+    if (!met && broken_ == nullptr) broken_ = requirement;
+  }
 
-// The key isn't checked, deliberately: what doesn't begin with a number is scheduler 0.
-SchedulerCommentInfo schedulerFrom(const char* sequence, const Value& object) {
-  SchedulerCommentInfo scheduler(static_cast<std::uint32_t>(std::strtol(sequence, nullptr, 10)));
-  eachMember(object, [&](std::string_view key, const Value& value) {
-    // That the member is there is all that counts, deliberately: only STRICT is ever written.
-    if (key == priorityKey) scheduler.priorityIs(QosOc::STRICT);
-    if (key == rateKey) scheduler.oneRateTwoColorIs(rateFrom(value));
-    if (key != inputsKey) return;
-    eachMember(value, [&](std::string_view inputId, const Value& input) {
-      scheduler.inputsIs(inputFrom(inputId.data(), input));
-    });
-  });
-  return scheduler;
-}
+  const char* broken_ = nullptr;
+};
+
+// Of two members of one key the first counts.
+class AttachmentReader {
+ public:
+  Place memberOf(Place object, std::string_view key) {
+    if (object == Place::metaData) return partOf(key);
+    if (object != Place::part || key != nameKey || part_->hasName) return Place::foreign;
+    part_->hasName = true;
+    return Place::name;
+  }
+  void found(Place place, const Found& found) {
+    if (place == Place::metaData) return required_.object(found);
+    if (place == Place::part) return part_->required.object(found);
+    part_->required.string(found);
+    if (found.kind == Found::string) part_->name = found.text;
+  }
+  void ends(Place /*object*/) {}
+
+  CommentInfo info() const {
+    required_.enforce();
+    if (!isGood(schedulerPolicy_, "SP name not found")) return {};
+    // This drops the scheduler policy's name too, deliberately: a document with a bad half counts
+    // as no document.
+    if (!isGood(queueManagementProfile_, "QMP name not found")) return {};
+    return {SchedulerPolicyCommentInfo(schedulerPolicy_.name),
+            QueueManagementProfileCommentInfo(queueManagementProfile_.name)};
+  }
+
+ private:
+  struct Part {
+    bool isThere = false;
+    bool hasName = false;
+    Requirements required;
+    Velmo::String name;
+  };
+
+  Place partOf(std::string_view key) {
+    part_ = key == schedulerPolicyKey          ? &schedulerPolicy_
+            : key == queueManagementProfileKey ? &queueManagementProfile_
+                                               : nullptr;
+    if (part_ == nullptr || part_->isThere) return Place::foreign;
+    part_->isThere = true;
+    return Place::part;
+  }
+  static bool isGood(const Part& part, const char* otherwise) {
+    part.required.enforce();
+    if (!part.isThere || part.hasName) return true;
+    if (Rok::TraceHelper line{traceHandle, handler}) line << "deserializeJsonComment " << otherwise;
+    return false;
+  }
+
+  Requirements required_;
+  Part schedulerPolicy_;
+  Part queueManagementProfile_;
+  Part* part_ = nullptr;  // where the parser is
+};
+
+// Of two members of one key the later counts, except that inputs add up.
+class ProfileReader {
+ public:
+  Place memberOf(Place object, std::string_view key) {
+    switch (object) {
+      case Place::metaData:
+        // The key isn't checked, deliberately: what doesn't begin with a number is scheduler 0.
+        scheduler_ =
+            SchedulerCommentInfo(static_cast<std::uint32_t>(std::strtol(key.data(), nullptr, 10)));
+        return Place::scheduler;
+      case Place::scheduler:
+        return key == priorityKey ? Place::priority
+               : key == rateKey   ? Place::rate
+               : key == inputsKey ? Place::inputs
+                                  : Place::foreign;
+      case Place::rate:
+        return key == cirKey ? Place::cir : key == cirPctKey ? Place::cirPct : Place::foreign;
+      case Place::inputs:
+        input_ = SchedulerInputCommentInfo(Velmo::String(key.data()));
+        return Place::input;
+      case Place::input:
+        return key == queueKey ? Place::queue : key == weightKey ? Place::weight : Place::foreign;
+      default:
+        return Place::foreign;
+    }
+  }
+  void found(Place place, const Found& found) {
+    switch (place) {
+      // That the member is there is all that counts, deliberately: only STRICT is ever written.
+      case Place::priority:
+        return scheduler_.priorityIs(QosOc::STRICT);
+      case Place::cir:
+        required_.number64(found);
+        return rate_.cirIs(found.value);
+      case Place::cirPct:
+        required_.number32(found);
+        // Only the low eight bits count, deliberately: whether the percentage makes sense is for
+        // the one to say who uses it.
+        return rate_.cirPctIs(static_cast<std::uint8_t>(found.value));
+      case Place::queue:
+        required_.string(found);
+        if (found.kind == Found::string) input_.qIs(found.text);
+        return;
+      case Place::weight:
+        required_.number64(found);
+        return input_.weightIs(found.value);
+      default:
+        required_.object(found);
+    }
+  }
+  void ends(Place object) {
+    if (object == Place::rate) scheduler_.oneRateTwoColorIs(std::exchange(rate_, {}));
+    if (object == Place::input) scheduler_.inputsIs(std::move(input_));
+    if (object == Place::scheduler) info_.schedulersIs(std::move(scheduler_));
+  }
+
+  SchedulerPolicyProfileCommentInfo info() {
+    required_.enforce();
+    return std::move(info_);
+  }
+
+ private:
+  Requirements required_;
+  SchedulerPolicyProfileCommentInfo info_{""};
+  // Where the parser is.
+  SchedulerCommentInfo scheduler_{0};
+  OneRateTwoColorCommentInfo rate_;
+  SchedulerInputCommentInfo input_;
+};
 
 }  // namespace
 
@@ -285,23 +475,8 @@ CommentInfo deserializeJsonComment(const Velmo::String& comment) {
     line << "deserializeJsonComment "
          << "comment: " << comment;
   }
-  Velmo::String schedulerPolicy;
-  Velmo::String queueManagementProfile;
-  const Document document(comment);
-  const Value* metaData = document.metaData(comment);
-  if (metaData == nullptr) return {};
-  if (!takeName(*metaData, schedulerPolicyKey, schedulerPolicy)) {
-    traceNoName("SP name not found");
-    return {};
-  }
-  // This drops the scheduler policy's name too, deliberately: a document with a bad half counts as
-  // no document.
-  if (!takeName(*metaData, queueManagementProfileKey, queueManagementProfile)) {
-    traceNoName("QMP name not found");
-    return {};
-  }
-  return {SchedulerPolicyCommentInfo(schedulerPolicy),
-          QueueManagementProfileCommentInfo(queueManagementProfile)};
+  AttachmentReader reader;
+  return read(comment, reader) ? reader.info() : CommentInfo();
 }
 
 Velmo::String serializeJsonProfileComment(SchedulerPolicyProfileCommentInfo info) {
@@ -320,12 +495,6 @@ SchedulerPolicyProfileCommentInfo deserializeJsonProfileComment(const Velmo::Str
     line << "deserializeJsonProfileComment "
          << "comment: " << comment;
   }
-  SchedulerPolicyProfileCommentInfo info("");
-  const Document document(comment);
-  const Value* metaData = document.metaData(comment);
-  if (metaData == nullptr) return info;
-  eachMember(*metaData, [&](std::string_view key, const Value& value) {
-    info.schedulersIs(schedulerFrom(key.data(), value));
-  });
-  return info;
+  ProfileReader reader;
+  return read(comment, reader) ? reader.info() : SchedulerPolicyProfileCommentInfo("");
 }

@@ -1,6 +1,6 @@
 // RapidJSON as the comment codec needs it: with assertions of its own, in every build. A comment
-// that holds a value of the wrong type ends the process through them; the readers rely on that and
-// check no type. Only the codec includes this, before anything else of RapidJSON.
+// that holds a value of the wrong type ends the process as a failed one does. Only the codec
+// includes this, before anything else of RapidJSON.
 //
 // The namespace keeps this copy apart. A host may link RapidJSON with other settings, or with no
 // assertions at all, and of two inline functions of one name the linker would keep either.
@@ -26,6 +26,10 @@ namespace QosOc::Helper {
 #undef RAPIDJSON_NOEXCEPT_ASSERT
 #undef RAPIDJSON_PARSE_DEFAULT_FLAGS
 #undef RAPIDJSON_WRITE_DEFAULT_FLAGS
+// The searches by vectors take some control characters in a string for ordinary ones.
+#undef RAPIDJSON_SSE2
+#undef RAPIDJSON_SSE42
+#undef RAPIDJSON_NEON
 
 #define RAPIDJSON_NAMESPACE QosOc::Helper::rapidjson
 #define RAPIDJSON_NAMESPACE_BEGIN \
@@ -37,6 +41,6 @@ namespace QosOc::Helper {
 #define RAPIDJSON_ASSERT(x) ((x) ? static_cast<void>(0) : ::QosOc::Helper::jsonAssertionFailed(#x))
 #define RAPIDJSON_NOEXCEPT_ASSERT(x) RAPIDJSON_ASSERT(x)
 
-#include <rapidjson/document.h>
+#include <rapidjson/reader.h>
 #include <rapidjson/stringbuffer.h>
 #include <rapidjson/writer.h>

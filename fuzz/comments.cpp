@@ -1,6 +1,7 @@
-// The readers of both kinds of comment. What they read, they write, and read back the same. A value
-// of the wrong type must end the process and nothing else may: which it is to be is told by the
-// host's own judgement, and the end is watched in a child.
+// The readers of both kinds of comment. They read what a document of all of the text would give,
+// and what they read, they write, and read back the same. A value of the wrong type must end the
+// process and nothing else may: which it is to be is told by the host's own judgement, and the end
+// is watched in a child.
 #include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -8,6 +9,7 @@
 #include "Fuzz.h"
 #include "QosOpenConfig/QosOpenConfigHelper.h"
 #include "host/CommentFaults.h"
+#include "tests/support/CommentByDocument.h"
 
 namespace {
 
@@ -36,6 +38,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     requireAbort([&] { deserializeJsonComment(comment); });
   } else {
     const QosOc::CommentInfo info = deserializeJsonComment(comment);
+    Fuzz::require(info == support::attachmentByDocument(comment).info,
+                  "an attachment reads differently from its document");
     Fuzz::require(deserializeJsonComment(serializeJsonComment(info)) == info,
                   "an attachment that was read and written reads differently");
   }
@@ -43,6 +47,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     requireAbort([&] { deserializeJsonProfileComment(comment); });
   } else {
     const auto info = deserializeJsonProfileComment(comment);
+    Fuzz::require(info == support::profileByDocument(comment).info,
+                  "a profile reads differently from its document");
     Fuzz::require(deserializeJsonProfileComment(serializeJsonProfileComment(info)) == info,
                   "a profile that was read and written reads differently");
   }

@@ -7,6 +7,8 @@
 #include <utility>
 
 #include "QosOpenConfig/QosOpenConfigHelper.h"
+#include "host/CommentFaults.h"
+#include "tests/support/CommentByDocument.h"
 #include "tests/support/TraceCapture.h"
 #include "tests/support/WalkOrder.h"
 
@@ -577,6 +579,126 @@ TEST(CommentCodec, ADocumentThatIsCutOffIsNone) {
       ASSERT_EQ(deserializeJsonProfileComment(whole.substr(0, size)), Profile("")) << size;
     }
   }
+}
+
+// ===== Any text, beside the plain way to read it
+
+// Mostly documents: of ours, with something foreign, with members twice and in any order.
+class AnyDocument {
+ public:
+  explicit AnyDocument(std::uint32_t seed) : random_(seed) {}
+
+  std::string text() {
+    std::string result = rarely() ? value() : root();
+    if (random_() % 4 != 0) return result;
+    for (auto n = 1 + random_() % 3; n > 0 && !result.empty(); --n) corrupt(result);
+    return result;
+  }
+
+ private:
+  bool rarely() { return random_() % 16 == 0; }
+  std::string any(std::initializer_list<const char*> texts) {
+    return texts.begin()[random_() % texts.size()];
+  }
+
+  std::string root() { return object({R"("MetaData-OpenConfig")"}, &AnyDocument::metaData); }
+  std::string metaData() {
+    return random_() % 2 == 0
+               ? object({R"("scheduler-policy")", R"("queue-management-profile")"},
+                        &AnyDocument::part)
+               : object({R"("1")", R"("2")", R"("1x")", R"("-1")", R"(" 2")", R"("")"},
+                        &AnyDocument::scheduler);
+  }
+  std::string part() { return object({R"("name")"}, &AnyDocument::string); }
+  std::string scheduler() {
+    switch (random_() % 3) {
+      case 0:
+        return object({R"("priority")"}, &AnyDocument::value);
+      case 1:
+        return object({R"("one-rate-two-color")"}, &AnyDocument::rate);
+      default:
+        return object({R"("inputs")"}, &AnyDocument::inputs);
+    }
+  }
+  std::string rate() { return object({R"("cir")", R"("cir-pct")"}, &AnyDocument::number); }
+  std::string inputs() { return object({R"("a")", R"("b")", R"("a\u0000")"}, &AnyDocument::input); }
+  std::string input() {
+    return random_() % 2 == 0 ? object({R"("queue")"}, &AnyDocument::string)
+                              : object({R"("weight")"}, &AnyDocument::number);
+  }
+
+  std::string object(std::initializer_list<const char*> keys,
+                     std::string (AnyDocument::*member)()) {
+    if (rarely()) return value();
+    std::string result = "{" + space();
+    for (auto n = random_() % 4; n > 0; --n) {
+      result += rarely() ? string() + ":" + value() : any(keys) + space() + ":" + (this->*member)();
+      if (n > 1) result += space() + ",";
+    }
+    return result + "}" + space();
+  }
+  std::string string() {
+    return any({R"("")", R"("sp")", R"("q\u0071\n\"")", R"("a\u0000b")", R"("\ud83d\ude00")",
+                "\"gr\xc3\xbc\xc3\x9f\"", "\"\xff\"", R"("MetaData-OpenConfig")", R"("name")"});
+  }
+  std::string number() {
+    return any({"0", "-0", "7", "300", "4294967295", "18446744073709551615", "40"});
+  }
+  std::string value() {
+    return any({"null", "true", "-7", "1.5", "1e300", "1e999", "\"x\"", "\"\x1a\"", "[]",
+                "[1,{\"name\":[{}]}]", R"({"name":"a","MetaData-OpenConfig":{}})", "4294967296",
+                "-9223372036854775808", "18446744073709551616", "{}"});
+  }
+  std::string space() { return rarely() ? any({" ", "\n", "\t\r", "  "}) : ""; }
+
+  void corrupt(std::string& text) {
+    const std::size_t at = random_() % text.size();
+    switch (random_() % 4) {
+      case 0:
+        text[at] = "\"\\{}[]:,0e-n \x1f"[random_() % 15];
+        break;
+      case 1:
+        text.erase(at, 1 + random_() % 3);
+        break;
+      case 2:
+        text.insert(at, text.substr(random_() % text.size(), random_() % 30));
+        break;
+      default:
+        text.resize(at);
+    }
+  }
+
+  std::mt19937 random_;
+};
+
+// The lines of one reading behind the one that tells of the text.
+template <class Read, class Expected>
+void expectReading(const std::string& text, Read read, const Expected& expected) {
+  support::TraceCapture trace({2});
+  EXPECT_EQ(read(text), expected.info) << text;
+  ASSERT_EQ(trace.lines().size(), expected.remark.empty() ? 1u : 2u) << text;
+  EXPECT_TRUE(trace.lines().back().starts_with("2 " + expected.remark)) << text;
+}
+
+TEST(CommentCodec, AnyTextIsReadAsItsDocumentWouldBe) {
+  AnyDocument any(14);
+  unsigned attachments = 0;
+  unsigned profiles = 0;
+  for (int round = 0; round < 10000 && !HasFailure(); ++round) {
+    const std::string text = any.text();
+    if (!host::attachmentFault(text)) {
+      const auto expected = support::attachmentByDocument(text);
+      expectReading(text, deserializeJsonComment, expected);
+      attachments += expected.info ? 1 : 0;
+    }
+    if (!host::profileFault(text)) {
+      const auto expected = support::profileByDocument(text);
+      expectReading(text, deserializeJsonProfileComment, expected);
+      profiles += expected.info ? 1 : 0;
+    }
+  }
+  EXPECT_GT(attachments, 500u);
+  EXPECT_GT(profiles, 500u);
 }
 
 // ===== Trace

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include "QosOpenConfig/QosOpenConfigHelper.h"
+
 #ifndef NDEBUG
 #error "this program is built as a release is"
 #endif
@@ -19,6 +21,14 @@ TEST(ForeignRapidJson, HasNoAssertions) {
 TEST(ForeignRapidJson, WorksAsItsOwnersExpect) {
   EXPECT_EQ(foreign::numberOf("7"), 7u);
   EXPECT_TRUE(foreign::hasMember(R"({"name":1})", "name"));
+}
+
+// RapidJSON's search by vectors would let it pass.
+TEST(ForeignRapidJson, LeavesTheCodecStrictAboutControlCharacters) {
+  const std::string name = "a name of more than sixteen bytes, \x1a and then some more of them";
+  EXPECT_EQ(deserializeJsonComment(R"({"MetaData-OpenConfig":{"scheduler-policy":{"name":")" +
+                                   name + R"("}}})"),
+            QosOc::CommentInfo());
 }
 
 }  // namespace
