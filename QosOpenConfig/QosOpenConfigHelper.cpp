@@ -88,6 +88,7 @@ namespace {
 
 constinit Rok::TraceHandle traceHandle("OpenConfigQos", false);
 
+constexpr Rok::TraceFacility::FacilityLevel handler = 2;
 constexpr Rok::TraceFacility::FacilityLevel detail = 9;
 
 // The line with which an operation opens: its name and its arguments.
@@ -108,6 +109,27 @@ void Helper::traceCommentKey(const Nerit::IntfId& intfId, const Qos::TxQueue& tx
 }
 
 bool Helper::keysAreTraced() { return traceHandle.isOn(detail); }
+
+// ===== What comments name
+
+const SchedulerPolicyCommentInfo& Helper::CommentMemo::schedulerPolicyInfo(
+    const Velmo::String& comment) {
+  traceCall("schedulerPolicyInfoFromComment", comment);
+  return info(comment).sPInfo();
+}
+
+const QueueManagementProfileCommentInfo& Helper::CommentMemo::queueManagementProfileInfo(
+    const Velmo::String& comment) {
+  traceCall("queueManagementProfileInfoFromComment", comment);
+  return info(comment).qMPInfo();
+}
+
+const CommentInfo& Helper::CommentMemo::info(const Velmo::String& comment) {
+  if (comment == comment_ && !traceHandle.isOn(handler)) return info_;
+  info_ = other_ != nullptr ? other_->info(comment) : deserializeJsonComment(comment);
+  comment_ = comment;
+  return info_;
+}
 
 namespace {
 

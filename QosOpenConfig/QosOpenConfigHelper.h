@@ -33,6 +33,27 @@ Velmo::String commentKey(const Nerit::IntfId& intfId, const Qos::TxQueue& txQueu
 void traceCommentKey(const Nerit::IntfId& intfId, const Qos::TxQueue& txQueue);
 // Whether CommentHelper traces the keys that it computes.
 bool keysAreTraced();
+// What the comment of a tx queue names, for who asks again and again: a text is decoded once for as
+// long as it stays the same. Where decodings are traced, each question makes one.
+class CommentMemo {
+ public:
+  CommentMemo() = default;
+  // Asks another memo, which outlives it, before it decodes.
+  explicit CommentMemo(CommentMemo& other) : other_(&other) {}
+  CommentMemo(const CommentMemo&) = delete;
+  CommentMemo& operator=(const CommentMemo&) = delete;
+
+  // As those of CommentHelper, trace and all.
+  const SchedulerPolicyCommentInfo& schedulerPolicyInfo(const Velmo::String& comment);
+  const QueueManagementProfileCommentInfo& queueManagementProfileInfo(const Velmo::String& comment);
+
+ private:
+  const CommentInfo& info(const Velmo::String& comment);
+
+  CommentMemo* other_ = nullptr;
+  Velmo::String comment_;
+  CommentInfo info_;
+};
 // The other way round from CommentHelper::profileCommentKey: the name of the one profile whose key
 // it is, or nothing when it is no profile's. The result points into `key`.
 std::optional<std::string_view> profileNameFromCommentKey(std::string_view key);

@@ -400,5 +400,62 @@ TEST(CommentHelperTrace, DeletingAPolicyWritesNothingWithoutAProfile) {
                                    "2 deserializeJsonComment comment: " + document));
 }
 
+// ===== What is remembered of a comment
+
+TEST(CommentMemo, GivesTheNamesOfTheTextThatItIsAskedAbout) {
+  QosOc::Helper::CommentMemo memo;
+  const std::pair<std::string, CommentInfo> rows[] = {
+      {"", {}},
+      {line("sp-gold", "qmp-wred"), comment("sp-gold", "qmp-wred")},
+      {line("sp-gold", ""), comment("sp-gold", "")},
+      {"note", {}},
+      {line("", "qmp-wred"), comment("", "qmp-wred")},
+      {line("sp-gold", "qmp-wred"), comment("sp-gold", "qmp-wred")},
+      {"", {}}};
+  for (const auto& [text, info] : rows) {
+    for (int time = 0; time < 2; ++time) {
+      EXPECT_EQ(memo.schedulerPolicyInfo(text), info.sPInfo()) << text;
+      EXPECT_EQ(memo.queueManagementProfileInfo(text), info.qMPInfo()) << text;
+    }
+  }
+}
+
+TEST(CommentMemo, DecodesATextOnceForAsLongAsItStaysTheSame) {
+  const Velmo::String text(line("sp-gold", "qmp-wred"));
+  QosOc::Helper::CommentMemo memo;
+  const Velmo::String policy = memo.schedulerPolicyInfo(text).schedulerPolicy();
+  EXPECT_TRUE(memo.schedulerPolicyInfo(text).schedulerPolicy().shares(policy));
+  EXPECT_TRUE(memo.schedulerPolicyInfo(text).schedulerPolicy().shares(policy));
+  EXPECT_TRUE(memo.schedulerPolicyInfo(std::string(text)).schedulerPolicy().shares(policy));
+}
+
+// The machines that hear of one comment share its names.
+TEST(CommentMemo, TakesWhatAnotherOneHasDecoded) {
+  const Velmo::String text(line("sp-gold", "qmp-wred"));
+  QosOc::Helper::CommentMemo other;
+  QosOc::Helper::CommentMemo memo(other);
+  const Velmo::String policy = other.schedulerPolicyInfo(text).schedulerPolicy();
+  EXPECT_TRUE(memo.schedulerPolicyInfo(text).schedulerPolicy().shares(policy));
+  other.schedulerPolicyInfo("another one");
+  EXPECT_TRUE(memo.schedulerPolicyInfo(text).schedulerPolicy().shares(policy));
+}
+
+TEST(CommentMemo, TracesEachQuestionAsADecoding) {
+  QosOc::Helper::CommentMemo memo;
+  memo.schedulerPolicyInfo("note");
+  support::TraceCapture trace({2, 9});
+  for (int time = 0; time < 2; ++time) {
+    trace.clear();
+    memo.schedulerPolicyInfo("note");
+    memo.queueManagementProfileInfo("note");
+    EXPECT_THAT(
+        trace.lines(),
+        testing::ElementsAre("9 schedulerPolicyInfoFromComment ( note ) ",
+                             "2 deserializeJsonComment comment: note", "2 Comment not json: note",
+                             "9 queueManagementProfileInfoFromComment ( note ) ",
+                             "2 deserializeJsonComment comment: note", "2 Comment not json: note"));
+  }
+}
+
 }  // namespace
 }  // namespace QosOc
