@@ -1,8 +1,7 @@
 #include "QosOpenConfig/QosOpenConfigQueueKivToOcSm.h"
 
 #include <source_location>
-
-#include "QosOpenConfig/QosOpenConfigHelper.h"
+#include <utility>
 
 namespace QosOc {
 namespace {
@@ -28,15 +27,6 @@ Velmo::String queueNameOf(const Nerit::IntfId& intfId, const Qos::TxQueue& txQue
   name.append("-");
   name.append(Qos::valueToStrep(txQueue.id));
   return name;
-}
-
-bool namesProfile(const Velmo::String& comment) {
-  return CommentHelper::queueManagementProfileInfoFromComment(comment) !=
-         QueueManagementProfileCommentInfo("");
-}
-
-bool namesPolicy(const Velmo::String& comment) {
-  return CommentHelper::schedulerPolicyInfoFromComment(comment) != SchedulerPolicyCommentInfo("");
 }
 
 // Thresholds stay in the native unit. A probability that is not configured natively is out of range
@@ -167,6 +157,14 @@ Qos::TxQueue TxQueueSm::txQueue() const {
 
 Velmo::String TxQueueSm::comment() const { return cliConfig_->comment(cliConfig_.key()); }
 
+bool TxQueueSm::namesProfile(const Velmo::String& comment) {
+  return bool(commentMemo_.queueManagementProfileInfo(comment));
+}
+
+bool TxQueueSm::namesPolicy(const Velmo::String& comment) {
+  return bool(commentMemo_.schedulerPolicyInfo(comment));
+}
+
 // A comment that goes from a profile to a policy alone clears `config` and doesn't bring the ECN
 // settings back, and the other way round: only a comment that names neither does. What was cleared
 // returns with its next change. Deliberate.
@@ -184,23 +182,20 @@ void TxQueueSm::handleComment(const Velmo::String& key) {
     handleQueueConfig();
     return;
   }
-  Config::Queue q = queuesDir_->q(queueName_);
-  const bool isThere = q != Config::Queue("");
+  Config::Queue* const q = queuesDir_->qRef(queueName_);
   const bool profile = namesProfile(text);
-  if (profile && isThere) {
+  if (profile && q != nullptr) {
     if (Rok::TraceHelper line{traceHandle, handler}) {
       line.of(*this) << "Deleting the queue: " << queueName_ << "'s ecn config";
     }
-    q.ecnConfig.reset();
-    queuesDir_->qIs(q);
+    q->ecnConfig.reset();
   }
   const bool policy = namesPolicy(text);
-  if (policy && isThere) {
+  if (policy && q != nullptr) {
     if (Rok::TraceHelper line{traceHandle, handler}) {
       line.of(*this) << "Deleting the queue: " << queueName_ << " config";
     }
-    q.config = Config::QueueConfig("");
-    queuesDir_->qIs(q);
+    q->config = Config::QueueConfig();
   }
   if (profile || policy) return;
   if (Rok::TraceHelper line{traceHandle, handler}) {
@@ -219,15 +214,13 @@ void TxQueueSm::handleTxQueueEcnConfig() {
     }
     return;
   }
+  Rok::Optional<Config::QueueEcnConfig> ecnConfig;
+  if (const auto& ecn = txQueueConfig_->ecnConfig()) ecnConfig = ecnOf(*ecn);
   // The queue is written also when nothing is configured: this is what makes it, with a config of
   // no name.
-  Config::Queue next(queueName_);
-  next.config = queuesDir_->q(queueName_).config;
-  if (const auto& ecn = txQueueConfig_->ecnConfig()) {
-    next.ecnConfig = ecnOf(*ecn);
-    next.config.name = queueName_;
-  }
-  queuesDir_->qIs(next);
+  Config::Queue& q = queuesDir_->qIs(queueName_);
+  q.ecnConfig = ecnConfig;
+  if (ecnConfig) q.config.name = queueName_;
 }
 
 void TxQueueSm::handleQueueConfig() {
@@ -244,17 +237,17 @@ void TxQueueSm::handleQueueConfig() {
   if (Rok::TraceHelper line{traceHandle, handler}) {
     line.of(*this) << "priority: " << priority << " bandwidth: " << bandwidth;
   }
-  Config::Queue current = queuesDir_->q(queueName_);
   if (isConfigured(priority, bandwidth)) {
-    if (current == Config::Queue("")) current = Config::Queue(queueName_);
-    current.config = configOf(queueName_, priority, bandwidth);
+    Config::QueueConfig config = configOf(queueName_, priority, bandwidth);
+    queuesDir_->qIs(queueName_).config = std::move(config);
+  } else if (Config::Queue* q = queuesDir_->qRef(queueName_)) {
+    q->config = Config::QueueConfig(q->ecnConfig ? queueName_ : Velmo::String());
   } else {
     // A queue that is missing is not made here, as it is above: the record of the empty name is
     // written in its stead. Deliberate. It happens when nothing is configured and the comment names
     // a profile alone, which kept the queue from being made.
-    current.config = Config::QueueConfig(current.ecnConfig ? queueName_ : Velmo::String());
+    queuesDir_->qIs(Config::Queue());
   }
-  queuesDir_->qIs(current);
 }
 
 void TxQueueSm::doPrepareToDie() {

@@ -14,6 +14,7 @@
 //   comment of Cli::Config at the queue's key    TxQueueSm::handleComment(key)
 #pragma once
 
+#include "QosOpenConfig/QosOpenConfigHelper.h"
 #include "Rok/Rok.h"
 #include "models/native/Cli.h"
 #include "models/native/QosInput.h"
@@ -24,7 +25,7 @@ namespace QosOc {
 // ===== Tx queues
 
 // One tx queue of an interface. Writes one queue, and removes it. It remembers neither comment nor
-// settings.
+// settings, only what the comment decoded to.
 class TxQueueSm final : public Rok::StateMachine<TxQueueSm> {
  public:
   static constexpr std::string_view rokTypeName = "TxQueueSm";
@@ -79,12 +80,15 @@ class TxQueueSm final : public Rok::StateMachine<TxQueueSm> {
             const Rok::Ptr<Cli::Config const>& cliConfig);
   auto parts() { return std::tie(txQueueConfig_, cliConfig_); }
   Velmo::String comment() const;
+  bool namesProfile(const Velmo::String& comment);
+  bool namesPolicy(const Velmo::String& comment);
 
   Nerit::IntfId intfId_;
   Rok::Ptr<Config::QueuesDir> queuesDir_;
   RokTxQueueConfig txQueueConfig_;
   RokCliConfig cliConfig_;
   Velmo::String queueName_;
+  Helper::CommentMemo commentMemo_;
 };
 
 // ===== Interfaces

@@ -92,6 +92,10 @@ class InterfaceOutputQueues final : public Rok::PtrInterface {
   // The default record when there is none.
   InterfaceOutputQueue q(const Rok::String& name) const { return queues_.get(name); }
   void qIs(const InterfaceOutputQueue& queue) { queues_.is(queue); }
+  // The entry of that name to be written in place: as it stands, or a new one of that name alone.
+  InterfaceOutputQueue& qIs(const Rok::String& name) { return queues_.is(name); }
+  // The same for an entry that is there; null when there is none.
+  InterfaceOutputQueue* qRef(const Rok::String& name) { return queues_.ref(name); }
 
  private:
   Rok::String name_;

@@ -58,6 +58,10 @@ class QueuesDir final : public Rok::PtrInterface {
   // The default record when there is none.
   Queue q(const Rok::String& name) const { return queues_.get(name); }
   void qIs(const Queue& queue) { queues_.is(queue); }
+  // The queue of that name to be written in place: as it stands, or a new one of that name alone.
+  Queue& qIs(const Rok::String& name) { return queues_.is(name); }
+  // The same for a queue that is there; null when there is none.
+  Queue* qRef(const Rok::String& name) { return queues_.ref(name); }
   void qDel(const Rok::String& name) { queues_.del(name); }
 
  private:
@@ -106,6 +110,10 @@ class QueueManagementProfilesDir final : public Rok::PtrInterface {
     return profiles_.get(name);
   }
   void queueManagementProfileIs(const QueueManagementProfile& profile) { profiles_.is(profile); }
+  // The profile of that name to be written in place: as it stands, or a new one of that name alone.
+  QueueManagementProfile& queueManagementProfileIs(const Rok::String& name) {
+    return profiles_.is(name);
+  }
   void queueManagementProfileDel(const Rok::String& name) { profiles_.del(name); }
 
  private:

@@ -26,6 +26,10 @@ class RecordMap {
     const auto [node, isNew] = map_.newMember(record.*key, record);
     if (!isNew) node->value() = record;
   }
+  // The record to be written in place, all but its key: as it stands, or a new one.
+  Record& is(const Key& k) { return map_.newMember(k, k).first->value(); }
+  // The same for a record that is there; null when there is none.
+  Record* ref(const Key& k) { return map_.find(k); }
   void del(const Key& k) { map_.deleteMember(k); }
 
  private:
