@@ -1,17 +1,46 @@
-// The tx queues of a device's interfaces, found by comment key and by id: what the translators of
-// comments share.
+// The tx queues of a device's interfaces, found by comment key and by id, and what is kept of each:
+// what the translators of comments share.
 #pragma once
+
+#include <cstdint>
 
 #include "QosOpenConfig/QosOpenConfigHelper.h"
 #include "Rok/Rok.h"
 #include "models/native/Values.h"
+#include "models/openconfig/Interface.h"
 
 namespace QosOc::Helper {
+
+// What is attached to one tx queue: what its comment names, and the interface that it goes to. Both
+// are remembered.
+class Attachment {
+ public:
+  // The root's memo is asked first: of a comment that changes, the root hears before the tx queue.
+  explicit Attachment(CommentMemo& ofRoot) : comment_(ofRoot) {}
+
+  CommentMemo& comment() { return comment_; }
+  // The interface in the output; null when there is none yet. Once made, it stays.
+  const Rok::Ptr<Config::Interface>& interface(const Config::InterfacesDir& dir,
+                                               const Nerit::IntfId& intfId) {
+    if (!interface_) interface_ = dir.interface(intfId.stringValue());
+    return interface_;
+  }
+  // The same, made if need be.
+  const Rok::Ptr<Config::Interface>& interfaceIs(Config::InterfacesDir& dir,
+                                                 const Nerit::IntfId& intfId) {
+    if (!interface_) interface_ = dir.interfaceIs(intfId.stringValue());
+    return interface_;
+  }
+
+ private:
+  CommentMemo comment_;
+  Rok::Ptr<Config::Interface> interface_;
+};
 
 // All machines of tx queues below one root. It finds what a walk over all interfaces and their tx
 // queues would find, at a cost that doesn't depend on the others.
 //
-// TxQueueSm: the machine of a tx queue, with intfId() and txQueue().
+// TxQueueSm: the machine of a tx queue, with intfId(), txQueue() and entry().
 template <class TxQueueSm, std::uint32_t keySeed, std::uint32_t idSeed>
 class TxQueues {
  public:
@@ -30,6 +59,16 @@ class TxQueues {
     const Velmo::String& commentKey() const { return commentKey_; }
 
    private:
+    friend TxQueues;
+    // The machine was seen in its tree. While no interface comes or goes, nor a tx queue of this
+    // one, it still is.
+    struct Seen {
+      const Rok::PtrInterface* intfSm = nullptr;
+      std::uint64_t intfSms = 0;  // the versions of the collections
+      std::uint64_t txQueueSms = 0;
+    };
+
+    Seen seen_;
     Velmo::String commentKey_;
     typename ByCommentKey::Entry byCommentKey_;
     typename ByTxQueueId::Entry byTxQueueId_;
@@ -55,16 +94,27 @@ class TxQueues {
  private:
   template <class Index, class IntfSms, class Key, class Act>
   static void eachIn(const Index& index, const IntfSms& intfSms, const Key& key, const Act& act) {
-    index.each(key, [&](const TxQueueSm& sm) {
+    index.each(key, [&](TxQueueSm& sm) {
       if (isInTree(intfSms, sm)) act(sm);
     });
   }
   // A machine outside the tree, made by a factory of its own or still held by somebody, is in the
   // index but not the root's affair.
   template <class IntfSms>
-  static bool isInTree(const IntfSms& intfSms, const TxQueueSm& sm) {
-    const auto intf = intfSms.child(sm.intfId());
-    return intf && intf->txQueueSm().child(sm.txQueue()).get() == &sm;
+  static bool isInTree(const IntfSms& intfSms, TxQueueSm& sm) {
+    using IntfSm = typename IntfSms::Map::Value::element_type;
+    typename Entry::Seen& seen = sm.entry().seen_;
+    if (seen.intfSm != nullptr && seen.intfSms == intfSms.map().version() &&
+        seen.txQueueSms == static_cast<const IntfSm*>(seen.intfSm)->txQueueSm().map().version()) {
+      return true;
+    }
+    const auto* intf = intfSms.map().find(sm.intfId());
+    if (intf == nullptr) return false;
+    const auto& txQueueSms = (*intf)->txQueueSm().map();
+    const auto* found = txQueueSms.find(sm.txQueue());
+    if (found == nullptr || found->get() != &sm) return false;
+    seen = {intf->get(), intfSms.map().version(), txQueueSms.version()};
+    return true;
   }
   template <class IntfSms, class Act>
   static void walk(const IntfSms& intfSms, const Velmo::String& key, const Act& act) {

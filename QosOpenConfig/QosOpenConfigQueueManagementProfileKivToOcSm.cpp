@@ -1,5 +1,7 @@
 #include "QosOpenConfig/QosOpenConfigQueueManagementProfileKivToOcSm.h"
 
+#include <string_view>
+
 #include "QosOpenConfig/QosOpenConfigHelper.h"
 
 namespace {
@@ -8,6 +10,10 @@ namespace {
 constinit Rok::TraceHandle traceHandle("OpenConfigQosQueueManagementProfileKivToOcSm", false);
 
 constexpr Rok::TraceFacility::FacilityLevel handler = 2;
+
+std::string_view nameInQMPProfileName(const Velmo::String& profileName) {
+  return QosOc::Helper::nameInProfileName(profileName, "__YANG_QMP_[");
+}
 
 }  // namespace
 
@@ -18,7 +24,7 @@ Velmo::String encodeQMPProfileName(Velmo::String qmpName) {
 
 Velmo::String decodeQMPProfileName(Velmo::String profileName) {
   if (Rok::TraceHelper line{traceHandle, handler}) line.in() << ": profileName: " << profileName;
-  return QosOc::Helper::nameInProfileName(profileName, "__YANG_QMP_[");
+  return nameInQMPProfileName(profileName);
 }
 
 namespace QosOc {
@@ -46,22 +52,20 @@ Config::WredUniform wredUniform(const Qos::TxQueueConfig& tx) {
 }
 
 // The settings of a tx queue of a profile; null when there are none, for whatever reason.
-Rok::Ptr<Qos::TxQueueConfig const> txQueueOf(const Qos::QosProfileConfigDir& dir,
-                                             const Velmo::String& profile,
-                                             const Qos::TxQueue& txQueue) {
+const Qos::TxQueueConfig* txQueueOf(const Qos::QosProfileConfigDir& dir,
+                                    const Velmo::String& profile, const Qos::TxQueue& txQueue) {
   const auto* config = dir.config().find(profile);
   if (config == nullptr || !(*config)->qosProfile()) return nullptr;
   const auto* tx = (*config)->qosProfile()->txQueueConfig().find(txQueue);
-  return tx != nullptr ? *tx : nullptr;
+  return tx != nullptr ? tx->get() : nullptr;
 }
 
-// ===== Attachments
-
-Config::InterfaceOutputQueue attachment(const Velmo::String& name,
-                                        const Config::InterfaceOutputQueueConfig& config) {
-  Config::InterfaceOutputQueue record(name);
-  record.config = config;
-  return record;
+void traceUpdate(const QueueManagementProfileKivToOcSm& sm, const Velmo::String& profile,
+                 const Qos::TxQueue& txQueue) {
+  if (Rok::TraceHelper line{traceHandle, handler}) {
+    line.of(sm) << "updateQueueManagementProfile"
+                << " profile: " << profile << " txQueue: " << txQueue;
+  }
 }
 
 }  // namespace
@@ -116,15 +120,14 @@ void QueueManagementProfileKivToOcSm::handleComment(const Velmo::String& key) {
          << " key: " << key;
   }
   const Velmo::String text = cli_->comment(key);
-  if (!CommentHelper::queueManagementProfileInfoFromComment(text)) {
+  if (!commentMemo_.queueManagementProfileInfo(text)) {
     if (Rok::TraceHelper line{traceHandle, handler}) {
       line.of(*this) << "comment not related to QueueManagementProfile";
     }
     return;
   }
-  txQueues_.eachOfComment(intfSm_, key, [&](const QueueManagementProfileTxQueueSm& queue) {
-    updateIntfQueueManagementProfile(queue.intfId(), queue.txQueue(), text);
-  });
+  txQueues_.eachOfComment(intfSm_, key,
+                          [&](QueueManagementProfileTxQueueSm& queue) { update(queue, text); });
 }
 
 // A name that moves stays with its old id as well. Deliberate: until the old id gets a name of its
@@ -138,8 +141,8 @@ void QueueManagementProfileKivToOcSm::handleQueueNameToTxQueue(const Velmo::Stri
   if (found == nullptr || *found == Qos::noTxQueue) return forgetQueueName(name);
   const Qos::TxQueueId id = *found;
   txQueueIdToQueueNameMapIs(id, name);
-  txQueues_.eachOfId(intfSm_, id, [this](const QueueManagementProfileTxQueueSm& queue) {
-    updateIntfQueueManagementProfile(queue.intfId(), queue.txQueue(), queue.comment());
+  txQueues_.eachOfId(intfSm_, id, [this](QueueManagementProfileTxQueueSm& queue) {
+    update(queue, queue.comment());
   });
 }
 
@@ -158,15 +161,29 @@ void QueueManagementProfileKivToOcSm::forgetQueueName(const Velmo::String& name)
   }
 }
 
-// The name is all that a tx queue's entry goes by: the unicast and the multicast queue of one id
-// share it, and the last writer decides.
 void QueueManagementProfileKivToOcSm::updateIntfQueueManagementProfile(
     const Nerit::IntfId& intfId, const Qos::TxQueue& txQueue, const Velmo::String& comment) {
+  Helper::Attachment attachment(commentMemo_);
+  updateAttachment(intfId, txQueue, comment, attachment);
+}
+
+// The same, with what the tx queue's machine remembers.
+void QueueManagementProfileKivToOcSm::update(QueueManagementProfileTxQueueSm& queue,
+                                             const Velmo::String& comment) {
+  updateAttachment(queue.intfId(), queue.txQueue(), comment, queue.attachment());
+}
+
+// The name is all that a tx queue's entry goes by: the unicast and the multicast queue of one id
+// share it, and the last writer decides.
+void QueueManagementProfileKivToOcSm::updateAttachment(const Nerit::IntfId& intfId,
+                                                       const Qos::TxQueue& txQueue,
+                                                       const Velmo::String& comment,
+                                                       Helper::Attachment& attachment) {
   if (Rok::TraceHelper line{traceHandle, handler}) {
     line << "QueueManagementProfileKivToOcSm "
          << "updateIntfQueueManagementProfile";
   }
-  const auto info = CommentHelper::queueManagementProfileInfoFromComment(comment);
+  const auto& info = attachment.comment().queueManagementProfileInfo(comment);
   if (!info) {
     if (Rok::TraceHelper line{traceHandle, handler}) {
       line.of(*this) << "queueManagementProfile not found in comment for intfId: " << intfId
@@ -174,31 +191,44 @@ void QueueManagementProfileKivToOcSm::updateIntfQueueManagementProfile(
     }
     return;
   }
-  const Velmo::String name = txQueueIdToQueueNameMap(txQueue.id).name;
-  if (name.empty()) return;
-  const auto interface = interfacesDir_->interfaceIs(intfId.stringValue());
-  interface->outputIs()->queuesIs("")->qIs(attachment(name, {name, info.queueManagementProfile()}));
+  const Qos::QueueName* name = queueNames_.map().find(txQueue.id);
+  if (name == nullptr || name->empty()) return;
+  const auto& interface = attachment.interfaceIs(*interfacesDir_, intfId);
+  interface->outputIs()->queuesIs("")->qIs(name->name).config = {name->name,
+                                                                 info.queueManagementProfile()};
 }
 
 void QueueManagementProfileKivToOcSm::updateQueueManagementProfile(const Velmo::String& profile,
                                                                    const Qos::TxQueue& txQueue) {
-  if (Rok::TraceHelper line{traceHandle, handler}) {
-    line.of(*this) << "updateQueueManagementProfile"
-                   << " profile: " << profile << " txQueue: " << txQueue;
-  }
-  const Velmo::String decoded = decodeQMPProfileName(profile);
-  const auto tx = txQueueOf(*qosProfileConfigDir_, profile, txQueue);
-  if (!tx) {
+  traceUpdate(*this, profile, txQueue);
+  updateRecord(profile, decodeQMPProfileName(profile), txQueue);
+}
+
+// The same, with the name that the tx queue's machine keeps. Where decodings are to be seen, it is
+// decoded anew.
+void QueueManagementProfileKivToOcSm::update(
+    const QueueManagementProfileQosProfileTxQueueSm& queue) {
+  const Velmo::String& profile = queue.profileName();
+  traceUpdate(*this, profile, queue.txQueue());
+  if (traceHandle.isOn(handler)) decodeQMPProfileName(profile);
+  updateRecord(profile, queue.decodedName(), queue.txQueue());
+}
+
+void QueueManagementProfileKivToOcSm::updateRecord(const Velmo::String& profile,
+                                                   const Velmo::String& decoded,
+                                                   const Qos::TxQueue& txQueue) {
+  const Qos::TxQueueConfig* const tx = txQueueOf(*qosProfileConfigDir_, profile, txQueue);
+  if (tx == nullptr) {
     if (Rok::TraceHelper line{traceHandle, handler}) {
       line.of(*this) << "updateQueueManagementProfile"
                      << " ERROR: txQueue config not present";
     }
     return;
   }
-  Config::QueueManagementProfile record(decoded);
+  const Config::WredUniform wred = wredUniform(*tx);
+  auto& record = queueManagementProfilesDir_->queueManagementProfileIs(decoded);
   record.config.name = decoded;
-  record.wredUniform = wredUniform(*tx);
-  queueManagementProfilesDir_->queueManagementProfileIs(record);
+  record.wredUniform = wred;
 }
 
 void QueueManagementProfileKivToOcSm::handleProfileConfig(const Velmo::String& name) {
@@ -371,6 +401,7 @@ QueueManagementProfileQosProfileTxQueueSm::QueueManagementProfileQosProfileTxQue
     const Rok::Ptr<Qos::TxQueueConfig const>& txQueueConfig)
     : profileSm_(profileSm),
       profileName_(profileName),
+      decodedName_(nameInQMPProfileName(profileName)),
       queueManagementProfilesDir_(queueManagementProfilesDir),
       txQueueConfig_(*this, txQueueConfig) {
   handleInitialized();
@@ -384,8 +415,7 @@ void QueueManagementProfileQosProfileTxQueueSm::handleEcnWredConfig() {
   if (Rok::TraceHelper line{traceHandle, handler}) {
     line.in(*this) << " profileName: " << profileName_ << " txQueue: " << txQueue();
   }
-  profileSm_->queueManagementProfileKivToOcSm()->updateQueueManagementProfile(profileName_,
-                                                                              txQueue());
+  profileSm_->queueManagementProfileKivToOcSm()->update(*this);
 }
 
 void QueueManagementProfileQosProfileTxQueueSm::handleInitialized() {
@@ -458,7 +488,8 @@ QueueManagementProfileTxQueueSm::QueueManagementProfileTxQueueSm(
       intfId_(intfId),
       interfacesDir_(interfacesDir),
       txQueueConfig_(*this, txQueueConfig),
-      entry_(root().txQueues(), intfId, txQueue(), *this) {
+      entry_(root().txQueues(), intfId, txQueue(), *this),
+      attachment_(root().commentMemo()) {
   handleInitialized();
 }
 
@@ -477,7 +508,7 @@ Velmo::String QueueManagementProfileTxQueueSm::comment() const {
 
 void QueueManagementProfileTxQueueSm::handleEcnWredConfig() {
   if (Rok::TraceHelper line{traceHandle, handler}) line.in(*this) << " intf: " << intfId_;
-  root().updateIntfQueueManagementProfile(intfId_, txQueue(), comment());
+  root().update(*this, comment());
 }
 
 // A blank record takes the place of the attachment, without even a name in its config. Deliberate:
@@ -491,14 +522,15 @@ void QueueManagementProfileTxQueueSm::doPrepareToDie() {
   if (name.empty()) return;
   const auto interface = interfacesDir_->interface(intfId_.stringValue());
   if (!interface || !interface->output() || !interface->output()->queues()) return;
-  const auto queues = interface->output()->queues();
-  if (queues->q(name).config.queueManagementProfile.empty()) return;
+  const auto& queues = interface->output()->queues();
+  Config::InterfaceOutputQueue* const entry = queues->qRef(name);
+  if (entry == nullptr || entry->config.queueManagementProfile.empty()) return;
   if (Rok::TraceHelper line{traceHandle, handler}) {
     line.of(*this) << "doPrepareToDie"
                    << " deleting QMP intf attachment, intf: " << intfId_
                    << " txQueue: " << txQueue();
   }
-  queues->qIs(attachment(name, {}));
+  entry->config = {};
 }
 
 void QueueManagementProfileTxQueueSm::handleInitialized() {

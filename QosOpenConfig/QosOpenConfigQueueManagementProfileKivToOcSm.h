@@ -76,6 +76,8 @@ class QueueManagementProfileQosProfileTxQueueSm final
 
   QueueManagementProfileQosProfileSm* profileSm() const { return profileSm_; }
   const Velmo::String& profileName() const { return profileName_; }
+  // What decodeQMPProfileName makes of it.
+  const Velmo::String& decodedName() const { return decodedName_; }
   const Rok::Ptr<Config::QueueManagementProfilesDir>& queueManagementProfilesDir() const {
     return queueManagementProfilesDir_;
   }
@@ -103,6 +105,7 @@ class QueueManagementProfileQosProfileTxQueueSm final
 
   QueueManagementProfileQosProfileSm* profileSm_;
   Velmo::String profileName_;
+  Velmo::String decodedName_;
   Rok::Ptr<Config::QueueManagementProfilesDir> queueManagementProfilesDir_;
   RokTxQueueConfig txQueueConfig_;
 };
@@ -229,8 +232,10 @@ class QueueManagementProfileTxQueueSm final
   // No tx queue without a config.
   Qos::TxQueue txQueue() const;
   const Velmo::String& commentKey() const { return entry_.commentKey(); }
+  TxQueues::Entry& entry() { return entry_; }
   // The comment's text; empty without a comment.
   Velmo::String comment() const;
+  Helper::Attachment& attachment() { return attachment_; }
 
   // Looks at the comment again.
   void handleEcnWredConfig();
@@ -256,6 +261,7 @@ class QueueManagementProfileTxQueueSm final
   Rok::Ptr<Config::InterfacesDir> interfacesDir_;
   RokTxQueueConfig txQueueConfig_;
   TxQueues::Entry entry_;
+  Helper::Attachment attachment_;
 };
 
 // One interface: mirrors its tx queues.
@@ -411,6 +417,8 @@ class QueueManagementProfileKivToOcSm final
 
   // The tx queues of all interfaces, where they enter themselves.
   const TxQueues& txQueues() const { return txQueues_; }
+  // The comment that was told of last.
+  Helper::CommentMemo& commentMemo() { return commentMemo_; }
 
   // An interface came or went.
   void handleIntfConfig(const Nerit::IntfId& intfId);
@@ -434,6 +442,8 @@ class QueueManagementProfileKivToOcSm final
 
  private:
   friend Rok::StateMachine<QueueManagementProfileKivToOcSm>;
+  friend QueueManagementProfileQosProfileTxQueueSm;
+  friend QueueManagementProfileTxQueueSm;
   void followQueueNameToTxQueueIdMap();
   using RokCliConfig =
       Rok::Watch<Self, Qos::Input::Config,
@@ -464,6 +474,12 @@ class QueueManagementProfileKivToOcSm final
   void mirrorProfiles();
   void sweepStaleProfiles();
   void forgetQueueName(const Velmo::String& name);
+  void update(QueueManagementProfileTxQueueSm& queue, const Velmo::String& comment);
+  void updateAttachment(const Nerit::IntfId& intfId, const Qos::TxQueue& txQueue,
+                        const Velmo::String& comment, Helper::Attachment& attachment);
+  void update(const QueueManagementProfileQosProfileTxQueueSm& queue);
+  void updateRecord(const Velmo::String& profile, const Velmo::String& decoded,
+                    const Qos::TxQueue& txQueue);
 
   RokCliConfig cliConfig_;
   RokCli cli_;
@@ -473,6 +489,7 @@ class QueueManagementProfileKivToOcSm final
   QueueNames queueNames_;
   // So that a comment and a queue name find their tx queues without a walk over all of the device.
   TxQueues txQueues_;
+  Helper::CommentMemo commentMemo_;
   IntfSms intfSm_;
   QosProfileSms qosProfileSm_;
   RokRok_CliConfig_QueueNameToTxQueueIdMapIn rok_CliConfig_QueueNameToTxQueueIdMapIn_;

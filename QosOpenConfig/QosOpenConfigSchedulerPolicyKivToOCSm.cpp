@@ -123,9 +123,7 @@ void SchedulerPolicyKivToOCSm::udpateSchedulerPolicies(const Velmo::String& prof
            << "Bad comment for profile: " << profileName;
     }
   }
-  for (auto i = info.schedulers().iterator(); i; ++i) {
-    addScheduler(*policy, i.currNodeNonStale()->value());
-  }
+  for (auto i = info.schedulers().unsafeIterator(); i; ++i) addScheduler(*policy, i->value());
 }
 
 void SchedulerPolicyKivToOCSm::deletePolicy(const Velmo::String& policyName) {
@@ -169,9 +167,7 @@ void SchedulerPolicyKivToOCSm::addScheduler(Config::SchedulerPolicy& policy,
     scheduler->configIs(schedulerConfig(comment));
   }
   addRate(*scheduler, comment.oneRateTwoColor());
-  for (auto i = comment.inputs().iterator(); i; ++i) {
-    addInput(*scheduler, i.currNodeNonStale()->value());
-  }
+  for (auto i = comment.inputs().unsafeIterator(); i; ++i) addInput(*scheduler, i->value());
 }
 
 void SchedulerPolicyKivToOCSm::addRate(Config::Scheduler& scheduler,
@@ -191,7 +187,8 @@ void SchedulerPolicyKivToOCSm::addInput(Config::Scheduler& scheduler,
     }
   }
   const auto& inputs = scheduler.inputsIs();
-  if (inputs->input(comment.inputId())) return;
+  const Config::SchedulerInput* found = inputs->input().find(comment.inputId());
+  if (found != nullptr && *found) return;  // the default record stands for none
   if (Rok::TraceHelper line{traceHandle, handler}) {
     line.of(*this) << "creating scheduler input: " << comment.inputId();
   }
@@ -204,38 +201,41 @@ void SchedulerPolicyKivToOCSm::addInput(Config::Scheduler& scheduler,
 // a tx queue decides for the whole interface, and the last one stands.
 void SchedulerPolicyKivToOCSm::udpateIntfSchedulerPolicies(const Nerit::IntfId& intfId,
                                                            const Qos::TxQueue& txQueue) {
-  attachAsCommentSays(intfId, txQueue, CommentHelper::commentKey(intfId, txQueue));
+  Helper::Attachment attachment(commentMemo_);
+  const Velmo::String key = CommentHelper::commentKey(intfId, txQueue);
+  attachAsCommentSays(intfId, txQueue, cliConfig_->comment(key), attachment);
 }
 
-// The same, with the key that the tx queue's machine keeps.
-void SchedulerPolicyKivToOCSm::evaluate(const SchedulerPolicyTxQueueSm& queue) {
+// The same, with the key that the tx queue's machine keeps, and what it remembers.
+void SchedulerPolicyKivToOCSm::evaluate(SchedulerPolicyTxQueueSm& queue) {
   Helper::traceCommentKey(queue.intfId(), queue.txQueue());
-  attachAsCommentSays(queue.intfId(), queue.txQueue(), queue.commentKey());
+  attachAsCommentSays(queue.intfId(), queue.txQueue(), cliConfig_->comment(queue.commentKey()),
+                      queue.attachment());
 }
 
 void SchedulerPolicyKivToOCSm::attachAsCommentSays(const Nerit::IntfId& intfId,
                                                    const Qos::TxQueue& txQueue,
-                                                   const Velmo::String& commentKey) {
-  const auto info = CommentHelper::schedulerPolicyInfoFromComment(cliConfig_->comment(commentKey));
-  if (info) return attach(intfId, info.schedulerPolicy());
+                                                   const Velmo::String& comment,
+                                                   Helper::Attachment& attachment) {
+  const auto& info = attachment.comment().schedulerPolicyInfo(comment);
+  if (info) return attach(intfId, info.schedulerPolicy(), attachment);
   if (Rok::TraceHelper line{traceHandle, handler}) {
     line << "udpateIntfSchedulerPolicies "
          << "No Scheduler Policy comment for intf: " << intfId << " "
          << "TxQueueId: " << txQueue;
   }
-  detach(intfId);
+  detach(intfId, attachment);
 }
 
 // Nobody asks whether the policy exists: its profile may come later, or have gone.
-void SchedulerPolicyKivToOCSm::attach(const Nerit::IntfId& intfId,
-                                      const Velmo::String& policyName) {
-  auto interface = interfacesDir_->interface(intfId.stringValue());
-  if (!interface) {
+void SchedulerPolicyKivToOCSm::attach(const Nerit::IntfId& intfId, const Velmo::String& policyName,
+                                      Helper::Attachment& attachment) {
+  if (!attachment.interface(*interfacesDir_, intfId)) {
     if (Rok::TraceHelper line{traceHandle, handler}) {
       line.of(*this) << "creating interface: " << intfId;
     }
-    interface = interfacesDir_->interfaceIs(intfId.stringValue());
   }
+  const auto& interface = attachment.interfaceIs(*interfacesDir_, intfId);
   if (!interface->output()) {
     if (Rok::TraceHelper line{traceHandle, handler}) {
       line.of(*this) << "creating interface output for intf: " << intfId;
@@ -247,8 +247,8 @@ void SchedulerPolicyKivToOCSm::attach(const Nerit::IntfId& intfId,
 
 // Deliberate, and unlike a queue-management profile, which a comment without a name leaves: here
 // the attachment goes, whichever tx queue made it. Creates nothing.
-void SchedulerPolicyKivToOCSm::detach(const Nerit::IntfId& intfId) {
-  const auto interface = interfacesDir_->interface(intfId.stringValue());
+void SchedulerPolicyKivToOCSm::detach(const Nerit::IntfId& intfId, Helper::Attachment& attachment) {
+  const auto& interface = attachment.interface(*interfacesDir_, intfId);
   if (!interface || !interface->output()) return;
   if (Rok::TraceHelper line{traceHandle, handler}) {
     line << "udpateIntfSchedulerPolicies "
@@ -277,9 +277,12 @@ void SchedulerPolicyKivToOCSm::handleComment(const Velmo::String& key) {
          << "handleComment";
   }
   updatePolicyOfComment(key);
-  if (CommentHelper::schedulerPolicyInfoFromComment(cliConfig_->comment(key))) {
-    txQueues_.eachOfComment(intfSm_, key,
-                            [this](const SchedulerPolicyTxQueueSm& queue) { evaluate(queue); });
+  const Velmo::String text = cliConfig_->comment(key);
+  if (commentMemo_.schedulerPolicyInfo(text)) {
+    txQueues_.eachOfComment(intfSm_, key, [&](SchedulerPolicyTxQueueSm& queue) {
+      Helper::traceCommentKey(queue.intfId(), queue.txQueue());
+      attachAsCommentSays(queue.intfId(), queue.txQueue(), text, queue.attachment());
+    });
   } else if (Rok::TraceHelper line{traceHandle, handler}) {
     line.of(*this) << "comment not related to Interface attachment of Scheduler Policy";
   }
@@ -315,7 +318,7 @@ void SchedulerPolicyKivToOCSm::handleQueueNameToTxQueue(const Velmo::String& que
   const Qos::TxQueueId id = found != nullptr ? *found : Qos::noTxQueue;
   if (id != Qos::noTxQueue) {
     return txQueues_.eachOfId(intfSm_, id,
-                              [this](const SchedulerPolicyTxQueueSm& queue) { evaluate(queue); });
+                              [this](SchedulerPolicyTxQueueSm& queue) { evaluate(queue); });
   }
   if (Rok::TraceHelper line{traceHandle, handler}) {
     line.of(*this) << "queue Name: " << queueName << " to id: " << id << " map deleted";
@@ -424,7 +427,8 @@ SchedulerPolicyTxQueueSm::SchedulerPolicyTxQueueSm(
       schedulerPoliciesDir_(schedulerPoliciesDir),
       interfacesDir_(interfacesDir),
       txQueueConfig_(*this, txQueueConfig),
-      entry_(root().txQueues(), intfId_, txQueue(), *this) {
+      entry_(root().txQueues(), intfId_, txQueue(), *this),
+      attachment_(root().commentMemo()) {
   handleInitialized();
 }
 

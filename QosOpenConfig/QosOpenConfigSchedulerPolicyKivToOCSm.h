@@ -76,6 +76,8 @@ class SchedulerPolicyTxQueueSm final : public Rok::StateMachine<SchedulerPolicyT
   Qos::TxQueue txQueue() const;
   // The key of the comment of this tx queue.
   const Velmo::String& commentKey() const { return entry_.commentKey(); }
+  TxQueues::Entry& entry() { return entry_; }
+  Helper::Attachment& attachment() { return attachment_; }
 
   // Leaves the output as it stands.
   void doPrepareToDie();
@@ -106,6 +108,7 @@ class SchedulerPolicyTxQueueSm final : public Rok::StateMachine<SchedulerPolicyT
   Rok::Ptr<Config::InterfacesDir> interfacesDir_;
   RokTxQueueConfig txQueueConfig_;
   TxQueues::Entry entry_;
+  Helper::Attachment attachment_;
 };
 
 // One interface. Mirrors its tx queues.
@@ -244,6 +247,8 @@ class SchedulerPolicyKivToOCSm final : public Rok::StateMachine<SchedulerPolicyK
 
   // The tx queues of all interfaces, where they enter themselves.
   const TxQueues& txQueues() const { return txQueues_; }
+  // The comment that was told of last.
+  Helper::CommentMemo& commentMemo() { return commentMemo_; }
 
   // The chained input: the queue names that qosCliConfig() holds at the moment. Moving it calls no
   // handler, so a replaced map re-evaluates nothing until one of its entries changes.
@@ -314,10 +319,11 @@ class SchedulerPolicyKivToOCSm final : public Rok::StateMachine<SchedulerPolicyK
   void addRate(Config::Scheduler& scheduler, const OneRateTwoColorCommentInfo& comment);
   void addInput(Config::Scheduler& scheduler, const SchedulerInputCommentInfo& comment);
   void attachAsCommentSays(const Nerit::IntfId& intfId, const Qos::TxQueue& txQueue,
-                           const Velmo::String& commentKey);
-  void attach(const Nerit::IntfId& intfId, const Velmo::String& policyName);
-  void detach(const Nerit::IntfId& intfId);
-  void evaluate(const SchedulerPolicyTxQueueSm& queue);
+                           const Velmo::String& comment, Helper::Attachment& attachment);
+  void attach(const Nerit::IntfId& intfId, const Velmo::String& policyName,
+              Helper::Attachment& attachment);
+  void detach(const Nerit::IntfId& intfId, Helper::Attachment& attachment);
+  void evaluate(SchedulerPolicyTxQueueSm& queue);
   void updatePolicyOfComment(const Velmo::String& key);
   void sweepPolicies();
   void sweepAttachments();
@@ -330,6 +336,7 @@ class SchedulerPolicyKivToOCSm final : public Rok::StateMachine<SchedulerPolicyK
   Attachments attachments_;
   // So that a comment and a queue name find their tx queues without a walk over all of the device.
   TxQueues txQueues_;
+  Helper::CommentMemo commentMemo_;
   IntfSms intfSm_;
   RokRok_QosCliConfig_QueueNameToTxQueueIdMapIn rok_QosCliConfig_QueueNameToTxQueueIdMapIn_;
 };
