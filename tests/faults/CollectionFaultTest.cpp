@@ -324,9 +324,8 @@ TEST(GroupNamesWithoutMemory, MoveOrStay) {
 
 // More than the buffers on the stack hold.
 TEST(CommentWithoutMemory, IsAnExceptionWhenItIsTooLargeForTheStack) {
-  std::string text = R"({"MetaData-OpenConfig":{"scheduler-policy":{"name":"fair"}},"rest":[0)";
-  for (int i = 0; i < 4000; ++i) text += ",1";
-  const Velmo::String comment(text + "]}");
+  const std::string text = R"({"MetaData-OpenConfig":{"scheduler-policy":{"name":"fair"}},"rest":")";
+  const Velmo::String comment(text + std::string(20'000, 'r') + "\"}");
   int faults = 0;
   eachFault([&](std::uint64_t n, AllocationFault::Kind kind) {
     const std::int64_t live = liveAllocations();
