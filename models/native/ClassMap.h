@@ -71,7 +71,10 @@ class ClassMapTypeConfig final : public Rok::Notifier {
   // The class maps by name. Notifies: cmap, with the name.
   const ClassMaps& cmap() const { return cmap_; }
   void cmapIs(const Rok::String& name, const Rok::Ptr<ClassMapConfig>& cmap) {
-    memberIs(cmap_, name, cmap, Attr::cmap);
+    // The key shares the text of the object's own name: whoever got the two apart from each other
+    // doesn't leave one text more for each class map.
+    const bool isOwnName = cmap && cmap->name() == name;
+    memberIs(cmap_, isOwnName ? cmap->name() : name, cmap, Attr::cmap);
   }
   void cmapDel(const Rok::String& name) { memberDel(cmap_, name, Attr::cmap); }
 
