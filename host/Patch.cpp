@@ -49,47 +49,53 @@ class Shallow {
 
 std::string_view textOf(const Json& json) { return {json.GetString(), json.GetStringLength()}; }
 
+// In these, `place()` tells where the operation stands, as messages show it: a line that is well
+// has no use for that text.
+
 // The member of an operation; null when there is none.
-const Json* member(const Json& operation, std::string_view name, const std::string& place) {
+template <class Place>
+const Json* member(const Json& operation, std::string_view name, const Place& place) {
   const Json* found = nullptr;
   for (auto m = operation.MemberBegin(); m != operation.MemberEnd(); ++m) {
     if (textOf(m->name) != name) continue;
-    if (found != nullptr) throw Fault(place, "the member \"" + std::string(name) + "\" twice");
+    if (found != nullptr) throw Fault(place(), "the member \"" + std::string(name) + "\" twice");
     found = &m->value;
   }
   return found;
 }
 
-std::string stringMember(const Json& operation, std::string_view name, const std::string& place) {
+template <class Place>
+std::string_view stringMember(const Json& operation, std::string_view name, const Place& place) {
   const Json* found = member(operation, name, place);
-  const std::string member = "\"" + std::string(name) + "\"";
-  if (found == nullptr) throw Fault(place, "the member " + member + " is missing");
-  if (!found->IsString()) throw Fault(place, "the member " + member + " is not a string");
-  if (!isUtf8(textOf(*found))) throw Fault(place, member + " is not valid Unicode");
-  return std::string(textOf(*found));
+  const auto shownName = [&] { return "\"" + std::string(name) + "\""; };
+  if (found == nullptr) throw Fault(place(), "the member " + shownName() + " is missing");
+  if (!found->IsString()) throw Fault(place(), "the member " + shownName() + " is not a string");
+  if (!isUtf8(textOf(*found))) throw Fault(place(), shownName() + " is not valid Unicode");
+  return textOf(*found);
 }
 
-Patch::Kind kindOf(const std::string& name, const std::string& place) {
+template <class Place>
+Patch::Kind kindOf(std::string_view name, const Place& place) {
   if (name == "add") return Patch::Kind::add;
   if (name == "replace") return Patch::Kind::replace;
   if (name == "remove") return Patch::Kind::remove;
   if (name == "test") return Patch::Kind::test;
   if (name == "move" || name == "copy") {
-    throw Fault(place, name + " is not supported: use remove and add");
+    throw Fault(place(), std::string(name) + " is not supported: use remove and add");
   }
-  throw Fault(place, "unknown operation " + quoted(name));
+  throw Fault(place(), "unknown operation " + quoted(name));
 }
 
 Patch::Operation operationOf(const Json& json, std::size_t number) {
-  const std::string inLine = "(operation " + std::to_string(number) + ")";
-  if (!json.IsObject()) throw Fault(inLine, "not an object");
-  Patch::Operation operation{Patch::Kind::test, stringMember(json, "path", inLine)};
+  const auto inLine = [&] { return "(operation " + std::to_string(number) + ")"; };
+  if (!json.IsObject()) throw Fault(inLine(), "not an object");
+  Patch::Operation operation{Patch::Kind::test, std::string(stringMember(json, "path", inLine))};
   const std::optional<Tokens> tokens = pointerTokens(operation.path);
-  const std::string place = tokens ? shownPointer(*tokens) : shown(operation.path);
+  const auto place = [&] { return tokens ? shownPointer(*tokens) : shown(operation.path); };
   operation.kind = kindOf(stringMember(json, "op", place), place);
-  if (!tokens) throw Fault(place, "not a JSON Pointer");
+  if (!tokens) throw Fault(place(), "not a JSON Pointer");
   if (operation.kind != Patch::Kind::remove && member(json, "value", place) == nullptr) {
-    throw Fault(place, "the member \"value\" is missing");
+    throw Fault(place(), "the member \"value\" is missing");
   }
   return operation;
 }

@@ -89,6 +89,20 @@ TEST(Patch, RefusesAPathThatIsNoPointer) {
             "(operation 1): \"path\" is not valid Unicode");
 }
 
+TEST(Patch, NamesAPathThatIsNoPointerInItsOtherFaultsToo) {
+  EXPECT_EQ(faultOf(R"([{"path": "a\n"}])"), "a\\u000a: the member \"op\" is missing");
+  EXPECT_EQ(faultOf(R"([{"path": "a", "op": "move"}])"),
+            "a: move is not supported: use remove and add");
+  EXPECT_EQ(faultOf(R"([{"path": "a", "op": "add", "op": "add"}])"), "a: the member \"op\" twice");
+}
+
+TEST(Patch, ShowsThePathOfAFaultUnescapedAndEscapedAgain) {
+  EXPECT_EQ(faultOf(R"([{"op": "add", "path": "/a~1b/~0\u0001"}])"),
+            "/a~1b/~0\\u0001: the member \"value\" is missing");
+  EXPECT_EQ(faultOf("[{\"op\": \"\xff\", \"path\": \"\"}]"),
+            "(document): \"op\" is not valid Unicode");
+}
+
 TEST(Patch, SurvivesAnyDepth) {
   EXPECT_EQ(faultOf(std::string(1'000'000, '[')), "(line): nested too deep");
   EXPECT_EQ(faultOf(R"([{"op": "add", "path": "/a", "value": )" + std::string(1'000'000, '[')),
