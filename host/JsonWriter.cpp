@@ -7,6 +7,7 @@ namespace host {
 namespace {
 
 constexpr unsigned indent = 2;
+constexpr std::size_t pieceSize = std::size_t{64} * 1024;
 
 bool isSpecial(char c) { return static_cast<unsigned char>(c) < 0x20 || c == '"' || c == '\\'; }
 
@@ -68,6 +69,7 @@ void JsonWriter::real(double number) {
 
 std::string JsonWriter::take() {
   if (pretty_) out_ += '\n';
+  if (sink_) handOn();
   return std::move(out_);
 }
 
@@ -83,6 +85,12 @@ void JsonWriter::end(char bracket) {
   if (!first_) newLine();
   out_ += bracket;
   first_ = false;
+  if (sink_ && out_.size() >= pieceSize) handOn();
+}
+
+void JsonWriter::handOn() {
+  sink_(out_);
+  out_.clear();
 }
 
 void JsonWriter::literal(std::string_view text) {

@@ -4,8 +4,8 @@
 
 namespace host {
 
-std::string modelJson(const Model& model, Layout layout) {
-  JsonWriter out(layout);
+std::string modelJson(const Model& model, Layout layout, const TextSink& sink) {
+  JsonWriter out(layout, sink);
   out.beginObject();
   for (const ModelPart& part : modelParts()) {
     out.key(part.name);

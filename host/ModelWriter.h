@@ -9,6 +9,7 @@
 
 namespace host {
 
-std::string modelJson(const Model& model, Layout layout);
+// With a sink, that gets the text, and the result is empty.
+std::string modelJson(const Model& model, Layout layout, const TextSink& sink = nullptr);
 
 }  // namespace host

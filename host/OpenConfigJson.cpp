@@ -4,11 +4,11 @@
 
 namespace host {
 
-std::string OpenConfigJson::json(const Model& model, Layout layout) {
+std::string OpenConfigJson::json(const Model& model, Layout layout, const TextSink& sink) {
   const Warn warnOnce = [this](const std::string& warning) {
     if (warned_.insert(warning).second) warn_(warning);
   };
-  Tree tree(layout, warnOnce);
+  Tree tree(layout, warnOnce, sink);
   return tree.whole("openconfig-qos:qos", [&] {
     classifiersJson(tree, *model.classifiers);
     forwardingGroupsJson(tree, *model.forwardingGroups);

@@ -18,7 +18,8 @@ class OpenConfigJson {
   // `warn` gets one line for each value that is left out, in a life of the renderer once.
   explicit OpenConfigJson(Warn warn) : warn_(std::move(warn)) {}
 
-  std::string json(const Model& model, Layout layout);
+  // With a sink, that gets the text, and the result is empty.
+  std::string json(const Model& model, Layout layout, const TextSink& sink = nullptr);
 
  private:
   Warn warn_;

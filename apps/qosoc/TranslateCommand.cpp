@@ -59,7 +59,11 @@ constexpr Option options[] = {
     {"--initial", true}, {"--roots", true},   {"--trace", true}, {"--order-seed", true},
 };
 
-using Render = std::function<std::string(const host::Model&, host::Layout)>;
+// Hands the text of a model on, piece by piece.
+using Render = std::function<void(const host::Model&, host::Layout, const host::TextSink&)>;
+
+// Of a text that is larger than this, no copy is held.
+constexpr std::size_t largeText = std::size_t{4} * 1024 * 1024;
 
 void tell(const std::string& line) { std::fprintf(stderr, "%s\n", line.c_str()); }
 
@@ -70,8 +74,8 @@ Render renderOf(const std::string& format) {
   }
   const auto renderer = std::make_shared<host::OpenConfigJson>(
       [](const std::string& warning) { tell("warning: " + warning); });
-  return [renderer](const host::Model& model, host::Layout layout) {
-    return renderer->json(model, layout);
+  return [renderer](const host::Model& model, host::Layout layout, const host::TextSink& sink) {
+    renderer->json(model, layout, sink);
   };
 }
 
@@ -164,12 +168,25 @@ class Translation {
     clean_ = false;
   }
 
+  // Nothing is written before all of the text is known to be good, and all warnings are told. A
+  // large text is not held until then but made again.
   void print(host::Layout layout) {
-    std::string text = request_.render(model_, layout);
-    if (layout == host::Layout::compact) text += '\n';
-    const bool written = std::fwrite(text.data(), 1, text.size(), stdout) == text.size();
-    if (written && std::fflush(stdout) == 0) return;
-    if (!outputFailed_) report(std::string("qosoc: standard output: ") + std::strerror(errno));
+    std::string text;
+    std::size_t size = 0;
+    request_.render(model_, layout, [&](std::string_view piece) {
+      size += piece.size();
+      if (size <= largeText) text += piece;
+    });
+    int error = 0;  // that of the first write that failed
+    const auto write = [&](std::string_view piece) {
+      if (error != 0) return;
+      if (std::fwrite(piece.data(), 1, piece.size(), stdout) != piece.size()) error = errno;
+    };
+    size <= largeText ? write(text) : request_.render(model_, layout, write);
+    if (layout == host::Layout::compact) write("\n");
+    if (error == 0 && std::fflush(stdout) != 0) error = errno;
+    if (error == 0) return;
+    if (!outputFailed_) report(std::string("qosoc: standard output: ") + std::strerror(error));
     outputFailed_ = true;
     clean_ = false;
   }

@@ -24,9 +24,11 @@ class Tree {
  public:
   using Warn = std::function<void(const std::string&)>;
 
-  Tree(Layout layout, const Warn& warn) : out_(layout), warn_(warn) {}
+  Tree(Layout layout, const Warn& warn, const TextSink& sink = nullptr)
+      : out_(layout, sink), warn_(warn) {}
 
-  // A whole text: one container, which is there even when it is empty.
+  // A whole text: one container, which is there even when it is empty. With a sink, that gets the
+  // text, and the result is empty.
   template <class Body>
   std::string whole(std::string_view name, const Body& body) {
     out_.beginObject();

@@ -1,6 +1,8 @@
 // `qosoc translate` and `qosoc check`: streams, messages and exit codes.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "Paths.h"
 #include "tests/support/HostProgram.h"
 
@@ -170,6 +172,48 @@ TEST_F(Translate, PrintsTheSameInAnyOrderOfTheCollections) {
 
 TEST_F(Translate, SaysSoWhenItCannotWrite) {
   const HostRun run = translate({}, {"", "/dev/full"});
+  EXPECT_EQ(run.exit, 1);
+  EXPECT_EQ(run.err, "qosoc: standard output: No space left on device\n");
+}
+
+class TranslateLarge : public Translate {
+ protected:
+  static constexpr int classifiers = 60'000;
+
+  TranslateLarge() {
+    std::string document = R"({"class-maps": {"qos": {"__yang_[a\u0001]_[]": {"match": [1]})";
+    for (int c = 0; c < classifiers; ++c) {
+      document += ",\n\"__yang_[classifier-" + std::to_string(c) + "]_[]\": {\"match\": [1]}";
+    }
+    native_ = folder_.file("large.json", document + "}}}");
+  }
+};
+
+TEST_F(TranslateLarge, PrintsAllOfItAndEachWarningOnce) {
+  const HostRun run = translate({});
+  EXPECT_EQ(run.exit, 0);
+  EXPECT_EQ(std::count(run.err.begin(), run.err.end(), '\n'), 1) << run.err;
+  EXPECT_GT(run.out.size(), 8'000'000u);
+  EXPECT_TRUE(run.out.starts_with("{\n  \"openconfig-qos:qos\": {"));
+  EXPECT_TRUE(run.out.ends_with("\n  }\n}\n"));
+  std::size_t names = 0;
+  for (std::size_t at = run.out.find("\"name\": \"classifier-"); at != std::string::npos; ++names) {
+    at = run.out.find("\"name\": \"classifier-", at + 1);
+  }
+  EXPECT_EQ(names, 2u * classifiers);
+}
+
+TEST_F(TranslateLarge, PrintsALineForEachChange) {
+  const std::string change = R"([{"op": "add", "path": "/queue-names/q", "value": 1}])";
+  const HostRun run = translate({"--each", "--format", "model", "--changes", "-"}, {change});
+  EXPECT_EQ(run.exit, 0);
+  EXPECT_GT(run.out.size(), 2u * 4'000'000);
+  EXPECT_EQ(std::count(run.out.begin(), run.out.end(), '\n'), 2);
+  EXPECT_TRUE(run.out.ends_with("}\n"));
+}
+
+TEST_F(TranslateLarge, SaysOnceWhenItCannotWrite) {
+  const HostRun run = translate({"--format", "model"}, {"", "/dev/full"});
   EXPECT_EQ(run.exit, 1);
   EXPECT_EQ(run.err, "qosoc: standard output: No space left on device\n");
 }

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 namespace host {
 namespace {
 
@@ -37,6 +39,31 @@ TEST(JsonWriter, EscapesWhatAStringCannotHold) {
   JsonWriter out(Layout::compact);
   out.text(std::string_view("\"\\/\n\r\t\b\0\x1fZ\xc3\xbc", 12));
   EXPECT_EQ(out.take(), R"("\"\\/\n\r\t\u0008\u0000\u001fZü")");
+}
+
+TEST(JsonWriter, HandsALongTextOnPieceByPiece) {
+  const auto write = [](JsonWriter& out) {
+    out.beginArray();
+    for (int i = 0; i < 100'000; ++i) {
+      out.beginArray();
+      out.number(static_cast<std::uint64_t>(i));
+      out.endArray();
+    }
+    out.endArray();
+    return out.take();
+  };
+  JsonWriter whole(Layout::pretty);
+  const std::string text = write(whole);
+  std::string pieces;
+  std::size_t largest = 0;
+  JsonWriter out(Layout::pretty, [&](std::string_view piece) {
+    pieces += piece;
+    largest = std::max(largest, piece.size());
+  });
+  EXPECT_EQ(write(out), "");
+  EXPECT_EQ(pieces, text);
+  EXPECT_GT(text.size(), 1'000'000u);
+  EXPECT_LT(largest, 100'000u);
 }
 
 std::string real(double number) {
