@@ -3,13 +3,13 @@
 #include <array>
 #include <charconv>
 
+#include "host/Text.h"
+
 namespace host {
 namespace {
 
 constexpr unsigned indent = 2;
 constexpr std::size_t pieceSize = std::size_t{64} * 1024;
-
-bool isSpecial(char c) { return static_cast<unsigned char>(c) < 0x20 || c == '"' || c == '\\'; }
 
 void appendEscaped(std::string& out, char c) {
   constexpr std::string_view digits = "0123456789abcdef";
@@ -117,8 +117,7 @@ void JsonWriter::newLine() {
 void JsonWriter::string(std::string_view text) {
   out_ += '"';
   while (!text.empty()) {
-    std::size_t plain = 0;
-    while (plain < text.size() && !isSpecial(text[plain])) ++plain;
+    const std::size_t plain = plainPrefix(text);
     out_ += text.substr(0, plain);
     text.remove_prefix(plain);
     if (text.empty()) break;

@@ -1,6 +1,7 @@
 #include "host/Text.h"
 
 #include <array>
+#include <bit>
 #include <charconv>
 #include <cstdio>
 #include <cstring>
@@ -34,6 +35,15 @@ std::size_t asciiPrefix(std::string_view text) {
   }
   while (n < text.size() && static_cast<unsigned char>(text[n]) < 0x80) ++n;
   return n;
+}
+
+bool isSpecial(char c) { return static_cast<unsigned char>(c) < 0x20 || c == '"' || c == '\\'; }
+
+// The highest bit of each byte of `word` that is less than `limit`, which is at most 0x80; above
+// the first such byte perhaps that of another one, too.
+constexpr std::uint64_t ones = 0x0101010101010101u;
+std::uint64_t lessThan(std::uint64_t word, std::uint64_t limit) {
+  return (word - ones * limit) & ~word & (ones * 0x80);
 }
 
 bool isPlain(char32_t c) {
@@ -76,6 +86,21 @@ bool isUtf8(std::string_view text) {
     if (!text.empty() && !takeCharacter(text)) return false;
   }
   return true;
+}
+
+// Eight bytes at a time: a byte equals another one where their difference is less than one.
+std::size_t plainPrefix(std::string_view text) {
+  std::size_t n = 0;
+  for (std::uint64_t word = 0; n + sizeof(word) <= text.size(); n += sizeof(word)) {
+    std::memcpy(&word, text.data() + n, sizeof(word));
+    const std::uint64_t special =
+        lessThan(word, 0x20) | lessThan(word ^ (ones * '"'), 1) | lessThan(word ^ (ones * '\\'), 1);
+    if (special == 0) continue;
+    if constexpr (std::endian::native != std::endian::little) break;
+    return n + static_cast<std::size_t>(std::countr_zero(special)) / 8;
+  }
+  while (n < text.size() && !isSpecial(text[n])) ++n;
+  return n;
 }
 
 std::optional<std::uint64_t> decimal(std::string_view text, std::uint64_t max) {

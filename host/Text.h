@@ -1,6 +1,7 @@
 // Texts from outside: whether they are legal, and how messages show them.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -16,6 +17,10 @@ bool isNoncharacter(char32_t c);
 std::optional<char32_t> takeCharacter(std::string_view& text);
 
 bool isUtf8(std::string_view text);
+
+// How many bytes stand at the front of `text` that a JSON string holds as they are: those before
+// the first quote, backslash or control character.
+std::size_t plainPrefix(std::string_view text);
 
 // The number that a canonical decimal stands for: no sign, no leading zero, at most `max`.
 std::optional<std::uint64_t> decimal(std::string_view text, std::uint64_t max);

@@ -56,6 +56,17 @@ TEST_F(BadInput, IsNotJson) {
                     ":3:1: /class-maps: not JSON: Missing a name for object member.");
 }
 
+TEST_F(BadInput, IsNotJsonFarBehindTheFirstLine) {
+  std::string text = "{\n\"comments\": {\n";
+  for (int i = 0; i < 20'000; ++i) text += "\"key " + std::to_string(i) + "\": \"\",\n";
+  expectTextRefused(text + "  \"last\" 7}}",
+                    ":20003:10: /comments/last: not JSON: Missing a colon after a name of object "
+                    "member.");
+  expectTextRefused("{\"comments\": {\"a\": \"" + std::string(200'000, 'x') + "\"}} ]",
+                    ":1:200025: (document): not JSON: The document root must not be followed by "
+                    "other values.");
+}
+
 TEST_F(BadInput, HasTextBehindTheDocument) {
   expectTextRefused("{}\n}\n",
                     ":2:1: (document): not JSON: The document root must not be followed by other "
@@ -134,6 +145,22 @@ TEST_F(BadInput, NestsDeepInAChangeLine) {
   const HostRun run = hostRun({paths::qosoc, "translate", native, "--changes", "-"}, {lines});
   EXPECT_EQ(run.exit, 1);
   EXPECT_EQ(run.err, "line 1: refused: (line): nested too deep\n");
+}
+
+TEST(LargeInput, IsReadTheSameWhereverItsBlocksEnd) {
+  constexpr std::size_t block = std::size_t{64} * 1024;
+  const HostFolder folder;
+  const std::string document =
+      R"({"class-maps": {"qos": {"__yang_[a\u20ac\"\\€]_[]": {"match": [ 2 ]}}}})";
+  const auto translated = [&](std::size_t spaces) {
+    const std::string path = folder.file("blocks.json", std::string(spaces, ' ') + document);
+    return hostRun({paths::qosoc, "translate", path}).out;
+  };
+  const std::string expected = translated(0);
+  EXPECT_NE(expected.find(R"("a€\"\\€")"), std::string::npos);
+  for (std::size_t at = 1; at < document.size(); ++at) {
+    EXPECT_EQ(translated(block - at), expected) << at;
+  }
 }
 
 TEST(LargeInput, OfOneLongNameIsTranslated) {

@@ -55,6 +55,20 @@ TEST(Text, IsShownCutWhenLong) {
   EXPECT_EQ(quoted("a"), "\"a\"");
 }
 
+TEST(Text, IsPlainUpToWhatAJsonStringEscapes) {
+  for (const char special : {'"', '\\', '\0', '\n', '\x1f'}) {
+    for (std::size_t at = 0; at < 20; ++at) {
+      std::string text(20, 'x');
+      text[at] = special;
+      EXPECT_EQ(plainPrefix(text), at) << int{special};
+    }
+  }
+  const std::string plain = " !#[]\x7f\x80\xff\xc3\xa2\xdc!\x21\x23\x5b\x5d\xa2";
+  EXPECT_EQ(plainPrefix(plain), plain.size());
+  EXPECT_EQ(plainPrefix(plain + plain + "\x01"), 2 * plain.size());
+  EXPECT_EQ(plainPrefix(""), 0u);
+}
+
 TEST(Text, IsCutBetweenCharacters) {
   std::string text;
   for (int i = 0; i < 100; ++i) text += "€";
