@@ -18,7 +18,7 @@ bool isBlank(std::string_view line) { return line.find_first_not_of(" \t\r\n") =
 
 // What stands below the draft. `tokens` are the keys as the line has them.
 // Throws: Fault when one of the keys leads nowhere.
-Draft& follow(Draft& draft, std::span<const std::string> keys, const Tokens& tokens) {
+Draft& follow(Draft& draft, std::span<const Rok::String> keys, const Tokens& tokens) {
   Draft* at = &draft;
   for (std::size_t i = 0; i < keys.size(); ++i) {
     at = at->at(keys[i]);
@@ -27,13 +27,13 @@ Draft& follow(Draft& draft, std::span<const std::string> keys, const Tokens& tok
   return *at;
 }
 
-std::unique_ptr<Place> follow(const Native& native, std::span<const std::string> keys) {
+std::unique_ptr<Place> follow(const Native& native, std::span<const Rok::String> keys) {
   std::unique_ptr<Place> place = nativePlace(native);
-  for (const std::string& key : keys) place = place->at(key);
+  for (const Rok::String& key : keys) place = place->at(key);
   return place;
 }
 
-std::span<const std::string> withoutLast(const Tokens& keys) {
+std::span<const Rok::String> withoutLast(const std::vector<Rok::String>& keys) {
   return std::span(keys).first(keys.size() - 1);
 }
 
@@ -98,19 +98,19 @@ void Changes::descendRecord(Target& target, const Schema& record, const std::str
 }
 
 void Changes::descendCollection(Target& target, const Schema& keyed, const std::string& token) {
-  const std::optional<std::string> key = keyed.key().canonical(token);
+  const std::optional<Rok::String> key = keyed.key().canonical(token);
   if (!key) refuse(quoted(token) + " is not " + keyed.key().expected);
   step(target, keyed, *key);
 }
 
-void Changes::step(Target& target, const Schema& container, const std::string& key) {
+void Changes::step(Target& target, const Schema& container, const Rok::String& key) {
   target.keys.push_back(key);
   target.schema = &container.below(key);
   target.manner = mannerOf(container, key);
   target.initial = container.initial(key);
 }
 
-Changes::Manner Changes::mannerOf(const Schema& container, const std::string& key) {
+Changes::Manner Changes::mannerOf(const Schema& container, const Rok::String& key) {
   const Schema& schema = container.below(key);
   if (!schema.isObject() || schema.isWhole()) return Manner::whole;
   if (container.initial(key) != nullptr) return Manner::collection;
@@ -185,7 +185,7 @@ std::optional<Changes::Change> Changes::check(const Patch& patch, std::size_t op
 
 void Changes::write(const Change& change, Writes& writes) const {
   const auto& [keys, manner, schema, initial, inSet] = change.target;
-  const std::string& key = keys.back();
+  const Rok::String& key = keys.back();
   const std::unique_ptr<Place> parent = follow(native_, withoutLast(keys));
   if (manner == Manner::collection) {
     return writeCollection(*parent->at(key), *schema, *change.value, writes);
@@ -206,7 +206,7 @@ void Changes::writeCollection(Place& place, const Schema& schema, const Value& v
 void Changes::eraseMissing(Place& place, const Schema& schema, const Value& value, Writes& writes) {
   std::unordered_set<std::string_view> stay;
   for (const Member& entry : value.object()) stay.insert(entry.key);
-  for (const std::string& key : place.keys()) {
+  for (const Rok::String& key : place.keys()) {
     if (!stay.contains(key)) place.erase(key, writes);
   }
   for (const auto& [key, entry] : value.object()) {

@@ -39,7 +39,7 @@ class Changes {
     collection,  // by the same operation on each of its entries
   };
   struct Target {
-    Tokens keys;  // canonical, of the place
+    std::vector<Rok::String> keys;  // canonical, of the place
     Manner manner = Manner::whole;
     const Schema* schema = nullptr;  // of the value that the operation brings
     const Value* initial = nullptr;  // what a removal leaves there; null: nothing
@@ -55,8 +55,8 @@ class Changes {
   static void descendRecord(Target& target, const Schema& record, const std::string& token);
   static void descendCollection(Target& target, const Schema& keyed, const std::string& token);
   static void descendSet(Target& target, const Schema& set, const std::string& token);
-  static void step(Target& target, const Schema& container, const std::string& key);
-  static Manner mannerOf(const Schema& container, const std::string& key);
+  static void step(Target& target, const Schema& container, const Rok::String& key);
+  static Manner mannerOf(const Schema& container, const Rok::String& key);
   static std::optional<Change> check(const Patch& patch, std::size_t operation, Draft& draft);
   static void test(const Draft& there, const Patch& patch, std::size_t operation,
                    const Schema& schema);

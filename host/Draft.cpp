@@ -10,25 +10,25 @@ Draft::Draft(const Value& value) {
   for (const Member& member : value.object()) put(member.key, member.value);
 }
 
-Draft* Draft::at(const std::string& key) {
+Draft* Draft::at(const Rok::String& key) {
   if (const auto found = touched_.find(key); found != touched_.end()) return found->second.get();
   std::unique_ptr<Place> place = native_ ? native_->at(key) : nullptr;
   if (!place) return nullptr;
   return (touched_[key] = std::make_unique<Draft>(std::move(place))).get();
 }
 
-void Draft::put(const std::string& key, const Value& value) {
+void Draft::put(const Rok::String& key, const Value& value) {
   touched_[key] = std::make_unique<Draft>(value);
 }
 
-void Draft::erase(const std::string& key) { touched_[key] = nullptr; }
+void Draft::erase(const Rok::String& key) { touched_[key] = nullptr; }
 
 Value Draft::value() const {
   if (leaf_) return *leaf_;
   if (touched_.empty() && native_) return native_->value();
   Value::Object members;
   if (native_) {
-    for (const std::string& key : native_->keys()) {
+    for (const Rok::String& key : native_->keys()) {
       if (!touched_.contains(key)) members.push_back({key, native_->at(key)->value()});
     }
   }

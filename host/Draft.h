@@ -20,15 +20,15 @@ class Draft {
   explicit Draft(const Value& value);
 
   // What stands below; null when nothing does.
-  Draft* at(const std::string& key);
-  void put(const std::string& key, const Value& value);
-  void erase(const std::string& key);
+  Draft* at(const Rok::String& key);
+  void put(const Rok::String& key, const Value& value);
+  void erase(const Rok::String& key);
   Value value() const;
 
  private:
   std::unique_ptr<Place> native_;  // null for what the line brings
   std::optional<Value> leaf_;      // of what the line brings, if nothing can stand below it
-  std::map<std::string, std::unique_ptr<Draft>> touched_;  // null for what the line removes
+  std::map<Rok::String, std::unique_ptr<Draft>> touched_;  // null for what the line removes
 };
 
 }  // namespace host

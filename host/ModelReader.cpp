@@ -29,11 +29,12 @@ const ModelPart& partNamed(std::string_view name) {
 class ModelSink final : public EntrySink {
  public:
   explicit ModelSink(const Model& model) : model_(model) {}
-  void collectionBegins(const std::string& key) override { open_ = &partNamed(key); }
+  void collectionBegins(const Rok::String& key) override { open_ = &partNamed(key); }
   void collectionEnds() override { open_ = nullptr; }
-  void entry(const std::string& key, Value value) override {
+  void entry(const Rok::String& key, const Value& value) override {
     (open_ != nullptr ? *open_ : partNamed(key)).entryIs(model_, key, value);
   }
+  bool has(const Rok::String& key) const override { return open_->has(model_, key); }
 
  private:
   const Model& model_;

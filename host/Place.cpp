@@ -18,19 +18,19 @@ std::string raised(const Rok::Exception& exception) {
 
 Value Place::value() const {
   Value::Object members;
-  for (std::string& key : keys()) {
+  for (Rok::String& key : keys()) {
     Value below = at(key)->value();
     members.push_back({std::move(key), std::move(below)});
   }
   return Value(std::move(members));
 }
 
-void Place::put(const std::string& key, const Value& /*value*/, Writes& /*writes*/) {
-  throw std::logic_error("nothing can be written at " + key);
+void Place::put(const Rok::String& key, const Value& /*value*/, Writes& /*writes*/) {
+  throw std::logic_error("nothing can be written at " + std::string(key));
 }
 
-void Place::erase(const std::string& key, Writes& /*writes*/) {
-  throw std::logic_error("nothing can be removed at " + key);
+void Place::erase(const Rok::String& key, Writes& /*writes*/) {
+  throw std::logic_error("nothing can be removed at " + std::string(key));
 }
 
 }  // namespace host

@@ -47,16 +47,16 @@ class Place {
   // What stands here. By default, the object of keys() and what stands at each.
   virtual Value value() const;
   // The keys or members that are there, in bytewise order.
-  virtual std::vector<std::string> keys() const { return {}; }
+  virtual std::vector<Rok::String> keys() const { return {}; }
   // The place below; null when nothing is there.
-  virtual std::unique_ptr<Place> at(const std::string& /*key*/) const { return nullptr; }
-  virtual bool has(const std::string& key) const { return at(key) != nullptr; }
+  virtual std::unique_ptr<Place> at(const Rok::String& /*key*/) const { return nullptr; }
+  virtual bool has(const Rok::String& key) const { return at(key) != nullptr; }
 
   // Makes `value` stand below, in as few native writes as it takes: an entry is built first and
   // inserted then. A keyed entry that is there already is removed by the caller before.
-  virtual void put(const std::string& key, const Value& value, Writes& writes);
+  virtual void put(const Rok::String& key, const Value& value, Writes& writes);
   // Requires: it is there.
-  virtual void erase(const std::string& key, Writes& writes);
+  virtual void erase(const Rok::String& key, Writes& writes);
 };
 
 // A place that has nothing below it.
@@ -71,8 +71,8 @@ class LeafPlace final : public Place {
 
 // The keys of a native hash map, each through `text`, in bytewise order.
 template <class Map, class Text>
-std::vector<std::string> sortedKeys(const Map& map, const Text& text) {
-  std::vector<std::string> keys;
+std::vector<Rok::String> sortedKeys(const Map& map, const Text& text) {
+  std::vector<Rok::String> keys;
   keys.reserve(map.members());
   for (auto i = map.unsafeIterator(); i; ++i) keys.push_back(text(i->key()));
   std::sort(keys.begin(), keys.end());
@@ -81,8 +81,8 @@ std::vector<std::string> sortedKeys(const Map& map, const Text& text) {
 
 // The same for an ordered map.
 template <class Key, class V, class Text>
-std::vector<std::string> sortedKeys(const Rok::OrderedMap<Key, V>& map, const Text& text) {
-  std::vector<std::string> keys;
+std::vector<Rok::String> sortedKeys(const Rok::OrderedMap<Key, V>& map, const Text& text) {
+  std::vector<Rok::String> keys;
   keys.reserve(map.members());
   for (auto i = map.iterator(); i; ++i) keys.push_back(text(i.key()));
   std::sort(keys.begin(), keys.end());

@@ -28,58 +28,46 @@ std::string choices(std::string_view what, std::span<const Name> names) {
   return text + " or a number from 0 to 255";
 }
 
-std::optional<Value> numberUpTo(const Value& value, std::uint64_t max) {
+bool isNumberUpTo(const Value& value, std::uint64_t max) {
   const auto* number = value.as<std::uint64_t>();
-  if (number == nullptr || *number > max) return std::nullopt;
-  return value;
+  return number != nullptr && *number <= max;
 }
 
-std::optional<Value> acceptReal(const Value& value) {
-  if (const auto* number = value.as<std::uint64_t>()) return Value(static_cast<double>(*number));
-  if (const auto* number = value.as<std::int64_t>()) return Value(static_cast<double>(*number));
-  if (value.as<double>() != nullptr) return value;
-  return std::nullopt;
+bool acceptReal(Value& value) {
+  if (const auto* number = value.as<std::uint64_t>()) value = Value(static_cast<double>(*number));
+  if (const auto* number = value.as<std::int64_t>()) value = Value(static_cast<double>(*number));
+  return value.as<double>() != nullptr;
 }
 
-std::optional<Value> acceptBoolean(const Value& value) {
-  if (value.as<bool>() == nullptr) return std::nullopt;
-  return value;
-}
-
-std::optional<Value> acceptText(const Value& value) {
-  if (value.as<std::string>() == nullptr) return std::nullopt;
-  return value;
-}
-
-std::optional<Value> acceptNamed(const Value& value, std::span<const Name> names) {
-  const auto* text = value.as<std::string>();
-  if (text == nullptr) return numberUpTo(value, largestByte);
+bool acceptNamed(Value& value, std::span<const Name> names) {
+  const auto* text = value.as<Rok::String>();
+  if (text == nullptr) return isNumberUpTo(value, largestByte);
   const std::optional<std::uint64_t> number = byteOf(*text, names);
-  return number ? std::optional(Value(*number)) : std::nullopt;
+  if (number) value = Value(*number);
+  return number.has_value();
 }
 
 }  // namespace
 
 Key Key::name() {
-  return {"a name", [](std::string_view text) { return std::optional(std::string(text)); }};
+  return {"a name", [](const Rok::String& text) { return std::optional(text); }};
 }
 
 Key Key::named(std::string_view what, std::span<const Name> names) {
-  return {choices(what, names), [names](std::string_view text) {
+  return {choices(what, names), [names](const Rok::String& text) {
             const std::optional<std::uint64_t> number = byteOf(text, names);
-            return number ? std::optional(std::to_string(*number)) : std::nullopt;
+            return number ? std::optional(Rok::String(std::to_string(*number))) : std::nullopt;
           }};
 }
 
 Key Key::number(std::string_view what, std::uint64_t max) {
   return {std::string(what) + ": a number from 0 to " + std::to_string(max),
-          [max](std::string_view text) {
-            return decimal(text, max) ? std::optional(std::string(text)) : std::nullopt;
+          [max](const Rok::String& text) {
+            return decimal(text, max) ? std::optional(text) : std::nullopt;
           }};
 }
 
-Schema Schema::scalar(std::string expected,
-                      std::function<std::optional<Value>(const Value&)> accept) {
+Schema Schema::scalar(std::string expected, std::function<bool(Value&)> accept) {
   Schema schema(Kind::scalar, std::move(expected));
   schema.accept_ = std::move(accept);
   return schema;
@@ -87,33 +75,38 @@ Schema Schema::scalar(std::string expected,
 
 Schema Schema::number(std::uint64_t max) {
   return scalar("a whole number from 0 to " + std::to_string(max),
-                [max](const Value& value) { return numberUpTo(value, max); });
+                [max](const Value& value) { return isNumberUpTo(value, max); });
 }
 
 Schema Schema::real() { return scalar("a number", acceptReal); }
 
-Schema Schema::boolean() { return scalar("true or false", acceptBoolean); }
+Schema Schema::boolean() {
+  return scalar("true or false", [](const Value& value) { return value.as<bool>() != nullptr; });
+}
 
-Schema Schema::text() { return scalar("a string", acceptText); }
+Schema Schema::text() {
+  return scalar("a string", [](const Value& value) { return value.as<Rok::String>() != nullptr; });
+}
 
 Schema Schema::named(std::string_view what, std::span<const Name> names) {
-  return scalar(choices(what, names),
-                [names](const Value& value) { return acceptNamed(value, names); });
+  return scalar(choices(what, names), [names](Value& value) { return acceptNamed(value, names); });
 }
 
 Schema Schema::nameOrNumber(std::string_view what, std::span<const Name> names) {
-  const auto accept = [names](const Value& value) {
-    const auto* text = value.as<std::string>();
+  const auto accept = [names](Value& value) {
+    const auto* text = value.as<Rok::String>();
     const bool isDecimal = text != nullptr && decimal(*text, largestByte);
-    return isDecimal ? std::nullopt : acceptNamed(value, names);
+    return !isDecimal && acceptNamed(value, names);
   };
   return scalar(choices(what, names), accept);
 }
 
 Schema Schema::exactly(const Schema& schema, Value value, std::string expected) {
-  const auto accept = [schema, value = std::move(value)](const Value& given) {
-    std::optional<Value> canonical = schema.accept(given);
-    return canonical == value ? canonical : std::nullopt;
+  const auto accept = [schema, only = std::move(value)](Value& given) {
+    Value canonical = given;
+    const bool isIt = schema.accept(canonical) && canonical == only;
+    if (isIt) given = std::move(canonical);
+    return isIt;
   };
   return scalar(std::move(expected), accept);
 }
@@ -130,17 +123,17 @@ Schema Schema::list(Schema element) {
   return schema;
 }
 
-Schema Schema::keyed(Key key, Schema element, const std::vector<std::string>& mounted) {
+Schema Schema::keyed(Key key, Schema element, const std::vector<Rok::String>& mounted) {
   const Value empty = element.empty();
   return slots(std::move(key), std::move(element), mounted, empty);
 }
 
-Schema Schema::slots(Key key, Schema element, const std::vector<std::string>& keys,
+Schema Schema::slots(Key key, Schema element, const std::vector<Rok::String>& keys,
                      const Value& initial) {
   Schema schema(Kind::keyed, "an object");
   schema.key_ = std::make_shared<const Key>(std::move(key));
   schema.element_ = std::make_shared<const Schema>(std::move(element));
-  for (const std::string& always : keys) schema.mounted_.push_back({always, initial});
+  for (const Rok::String& always : keys) schema.mounted_.push_back({always, initial});
   return schema;
 }
 

@@ -30,7 +30,7 @@ struct Name {
 struct Key {
   std::string expected;  // "a map type: qos or a number from 0 to 255"
   // The canonical form of a key, a decimal for a named one; nothing for a text that is no such key.
-  std::function<std::optional<std::string>(std::string_view)> canonical;
+  std::function<std::optional<Rok::String>(const Rok::String&)> canonical;
 
   static Key name();
   // By name, or as the decimal of any byte.
@@ -59,9 +59,9 @@ class Schema {
   static Schema set(Schema element);
   static Schema list(Schema element);
   // An object with any keys of a kind. The entries under `mounted` keys are always there.
-  static Schema keyed(Key key, Schema element, const std::vector<std::string>& mounted = {});
+  static Schema keyed(Key key, Schema element, const std::vector<Rok::String>& mounted = {});
   // An object with an entry under each of `keys`, which holds `initial` when it is left out.
-  static Schema slots(Key key, Schema element, const std::vector<std::string>& keys,
+  static Schema slots(Key key, Schema element, const std::vector<Rok::String>& keys,
                       const Value& initial);
   // Requires: at most 64 members.
   static Schema record(std::vector<Member> members);
@@ -78,8 +78,8 @@ class Schema {
   // What a message says that it expected here.
   const std::string& expected() const { return expected_; }
 
-  // The canonical form of a scalar; nothing for a value that can't stand here.
-  std::optional<Value> accept(const Value& value) const { return accept_(value); }
+  // Makes a scalar canonical. False for a value that can't stand here; it stays as it is.
+  bool accept(Value& value) const { return accept_(value); }
   // Of a set, a list or a collection.
   const Schema& element() const { return *element_; }
   const Key& key() const { return *key_; }
@@ -94,17 +94,18 @@ class Schema {
   const Value* initial(std::string_view key) const;
   // Of an object: what it is when all is left out.
   Value empty() const;
+  // Of a collection: the entries that are always there.
+  const Value::Object& mounted() const { return mounted_; }
 
  private:
   Schema(Kind kind, std::string expected) : kind_(kind), expected_(std::move(expected)) {}
-  static Schema scalar(std::string expected,
-                       std::function<std::optional<Value>(const Value&)> accept);
+  static Schema scalar(std::string expected, std::function<bool(Value&)> accept);
 
   Kind kind_;
   bool mayBeNull_ = false;
   bool isWhole_ = false;
   std::string expected_;
-  std::function<std::optional<Value>(const Value&)> accept_;
+  std::function<bool(Value&)> accept_;
   std::shared_ptr<const Schema> element_;
   std::shared_ptr<const Key> key_;
   std::shared_ptr<const std::vector<Member>> members_;
@@ -112,7 +113,7 @@ class Schema {
 };
 
 struct Schema::Member {
-  std::string name;
+  Rok::String name;
   Schema schema;
   // What it is when left out. Without it, a member that is left out is absent.
   std::optional<Value> initial = std::nullopt;

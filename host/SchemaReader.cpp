@@ -23,13 +23,15 @@ std::string described(const Value& value) {
   if (const auto* v = value.as<std::uint64_t>()) out << *v;
   if (const auto* v = value.as<std::int64_t>()) out << *v;
   if (const auto* v = value.as<double>()) out << realText(*v);
-  if (const auto* v = value.as<std::string>()) out << quoted(*v);
+  if (const auto* v = value.as<Rok::String>()) out << quoted(*v);
   return out.str();
 }
 
 bool isArray(const Schema& schema) {
   return schema.kind() == Schema::Kind::set || schema.kind() == Schema::Kind::list;
 }
+
+constexpr std::size_t many = 16;  // entries of a collection
 
 // A bit for each member of a record.
 std::uint64_t bitOf(const Schema& record, const Schema::Member& member) {
@@ -45,6 +47,13 @@ bool isRecordOfCollections(const Schema& schema) {
 }
 
 bool lessNumber(const Value& a, const Value& b) { return a.number() < b.number(); }
+
+// An object that has room for the members of its record.
+Value object(const Schema& schema) {
+  Value::Object members;
+  if (schema.kind() == Schema::Kind::record) members.reserve(schema.members().size());
+  return Value(std::move(members));
+}
 
 }  // namespace
 
@@ -62,18 +71,18 @@ bool SchemaReader::Double(double v) { return scalar(Value(v)); }
 bool SchemaReader::String(const char* text, unsigned size, bool /*copy*/) {
   const std::string_view view(text, size);
   if (!isUtf8(view)) return refuse("this string is not valid Unicode: " + quoted(view));
-  return scalar(Value(std::string(view)));
+  return scalar(Value(textOf(view)));
 }
 
 bool SchemaReader::StartObject() {
   if (!expected().isObject()) return mismatch("an object");
-  begin(Value(Value::Object()));
+  begin();
   return true;
 }
 
 bool SchemaReader::StartArray() {
   if (!isArray(expected())) return mismatch("an array");
-  begin(Value(Value::List()));
+  begin();
   return true;
 }
 
@@ -113,14 +122,13 @@ bool SchemaReader::mismatch(const std::string& actual) {
   return refuse("expected " + expected().expected() + ", not " + actual);
 }
 
-bool SchemaReader::scalar(const Value& value) {
+bool SchemaReader::scalar(Value&& value) {
   const Schema& schema = expected();
-  if (schema.kind() != Schema::Kind::scalar) return mismatch(described(value));
-  std::optional<Value> canonical = schema.accept(value);
-  return canonical ? complete(std::move(*canonical)) : mismatch(described(value));
+  const bool fits = schema.kind() == Schema::Kind::scalar && schema.accept(value);
+  return fits ? complete(std::move(value)) : mismatch(described(value));
 }
 
-void SchemaReader::begin(Value container) {
+void SchemaReader::begin() {
   const Schema& schema = expected();
   const bool first = frames_.empty();
   const bool upper = !first && frames_.back().handedOn;
@@ -128,23 +136,38 @@ void SchemaReader::begin(Value container) {
                        (frames_.size() == 1 && isRecordOfCollections(schema));
   const bool handedOn = sink_ != nullptr && (first || (upper && divided));
   if (handedOn && !first) sink_->collectionBegins(frames_.back().key);
-  frames_.push_back(Frame{&schema, handedOn, std::move(container)});
+  frames_.push_back(
+      Frame{&schema, handedOn, isArray(schema) ? Value(Value::List()) : object(schema)});
 }
 
 bool SchemaReader::keyOfCollection(std::string_view key) {
   Frame& frame = frames_.back();
   frame.next = &frame.schema->element();
-  std::optional<std::string> canonical = frame.schema->key().canonical(key);
-  frame.written = canonical == key ? std::nullopt : std::optional(std::string(key));
+  const Rok::String text = textOf(key);
+  std::optional<Rok::String> canonical = frame.schema->key().canonical(text);
+  frame.written = canonical == text ? std::nullopt : std::optional(text);
   if (!canonical) return refuse("this key is not " + frame.schema->key().expected);
   frame.key = std::move(*canonical);
-  return frame.seen.insert(frame.key).second || refuse("the same key twice");
+  return !isThere(frame, frame.key) || refuse("the same key twice");
+}
+
+// Whether a key of a collection came before. The sink knows what it was given, unless that might
+// have been there always; a few entries are compared faster than they are hashed.
+bool SchemaReader::isThere(Frame& frame, const Rok::String& key) const {
+  if (frame.handedOn && frame.schema->mounted().empty()) return sink_->has(key);
+  const Value::Object& entries = frame.value.object();
+  if (!frame.handedOn && entries.size() < many) return frame.value.find(key) != nullptr;
+  if (frame.seen == nullptr) {
+    frame.seen = std::make_unique<Keys>();
+    for (const Member& entry : entries) frame.seen->insert(entry.key);
+  }
+  return !frame.seen->insert(key).second;
 }
 
 bool SchemaReader::keyOfRecord(std::string_view key) {
   Frame& frame = frames_.back();
-  frame.key = key;
   const Schema::Member* member = frame.schema->member(key);
+  frame.key = member != nullptr ? member->name : Rok::String(key);
   if (member == nullptr) return refuse("unknown member");
   frame.next = &member->schema;
   const std::uint64_t bit = bitOf(*frame.schema, *member);
@@ -155,14 +178,16 @@ bool SchemaReader::keyOfRecord(std::string_view key) {
 
 // Takes the finished object or array off the frames and gives it to the one around it.
 void SchemaReader::end() {
-  Frame frame = std::move(frames_.back());
-  frames_.pop_back();
+  Frame& frame = frames_.back();
   if (frame.handedOn) {
+    frames_.pop_back();
     if (!frames_.empty()) sink_->collectionEnds();
     return;
   }
   fillIn(frame);
-  complete(std::move(frame.value));
+  Value value = std::move(frame.value);
+  frames_.pop_back();
+  complete(std::move(value));
 }
 
 // Puts in what was left out.
@@ -175,13 +200,11 @@ void SchemaReader::fillIn(Frame& frame) const {
         }
       }
       return;
-    case Schema::Kind::keyed: {
-      const Value empty = frame.schema->empty();
-      for (const Member& mounted : empty.object()) {
-        if (!frame.seen.contains(mounted.key)) frame.value.object().push_back(mounted);
+    case Schema::Kind::keyed:
+      for (const Member& mounted : frame.schema->mounted()) {
+        if (frame.value.find(mounted.key) == nullptr) frame.value.object().push_back(mounted);
       }
       return;
-    }
     case Schema::Kind::set:
       return std::sort(frame.value.list().begin(), frame.value.list().end(), lessNumber);
     default:
@@ -189,7 +212,7 @@ void SchemaReader::fillIn(Frame& frame) const {
   }
 }
 
-bool SchemaReader::complete(Value value) {
+bool SchemaReader::complete(Value&& value) {
   if (frames_.empty()) {
     result_ = std::move(value);
     return true;
@@ -198,17 +221,17 @@ bool SchemaReader::complete(Value value) {
   if (isArray(*frame.schema)) return element(frame, std::move(value));
   if (frame.handedOn) {
     try {
-      sink_->entry(frame.key, std::move(value));
+      sink_->entry(frame.key, value);
     } catch (const Fault& fault) {
       return refuse(fault.what());
     }
   } else {
-    frame.value.object().push_back({frame.key, std::move(value)});
+    frame.value.object().emplace_back(frame.key, std::move(value));
   }
   return true;
 }
 
-bool SchemaReader::element(Frame& frame, Value value) {
+bool SchemaReader::element(Frame& frame, Value&& value) {
   Value::List& list = frame.value.list();
   const bool twice = frame.schema->kind() == Schema::Kind::set &&
                      std::find(list.begin(), list.end(), value) != list.end();
@@ -224,10 +247,15 @@ Tokens SchemaReader::tokens() const {
     if (isArray(*frame.schema)) {
       tokens.push_back(std::to_string(frame.elements));
     } else if (frame.atMember) {
-      tokens.push_back(frame.written.value_or(frame.key));
+      tokens.emplace_back(frame.written.value_or(frame.key));
     }
   }
   return tokens;
+}
+
+// What goes to the sink shares its texts: a name is mostly there several times.
+Rok::String SchemaReader::textOf(std::string_view text) {
+  return sink_ != nullptr ? texts_.of(text) : Rok::String(text);
 }
 
 }  // namespace host

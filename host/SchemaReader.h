@@ -8,6 +8,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -17,6 +18,7 @@
 #include "host/Fault.h"
 #include "host/Pointer.h"
 #include "host/Schema.h"
+#include "host/SharedTexts.h"
 #include "host/Value.h"
 
 namespace host {
@@ -26,9 +28,11 @@ class EntrySink {
  public:
   virtual ~EntrySink() = default;
   // A collection of collections hands its entries on one by one, between these two.
-  virtual void collectionBegins(const std::string& key) = 0;
+  virtual void collectionBegins(const Rok::String& key) = 0;
   virtual void collectionEnds() = 0;
-  virtual void entry(const std::string& key, Value value) = 0;
+  virtual void entry(const Rok::String& key, const Value& value) = 0;
+  // Whether an entry of the collection that is open was handed on under the key.
+  virtual bool has(const Rok::String& key) const = 0;
 };
 
 class SchemaReader {
@@ -63,15 +67,20 @@ class SchemaReader {
   Value take() { return std::move(result_); }
 
  private:
+  struct TextHash {
+    std::size_t operator()(const Rok::String& text) const noexcept { return text.hash(); }
+  };
+  using Keys = std::unordered_set<Rok::String, TextHash>;
+
   // An object or array that has begun.
   struct Frame {
     const Schema* schema;
     bool handedOn;                                      // its entries go to the sink
     Value value;                                        // what is built, unless handed on
-    std::string key = {};                               // of the member being read, canonical
-    std::optional<std::string> written = std::nullopt;  // the same as the text has it, if different
+    Rok::String key = {};                               // of the member being read, canonical
+    std::optional<Rok::String> written = std::nullopt;  // the same in the text, if different
     const Schema* next = nullptr;                       // the schema of that member
-    std::unordered_set<std::string> seen = {};          // keys of a collection
+    std::unique_ptr<Keys> seen = nullptr;               // of a collection, when they are many
     std::uint64_t members = 0;  // those of a record that were seen, a bit each
     bool atMember = false;      // a key was read
     std::size_t elements = 0;
@@ -80,18 +89,21 @@ class SchemaReader {
   const Schema& expected() const;
   bool refuse(const std::string& reason);
   bool mismatch(const std::string& actual);
-  bool scalar(const Value& value);
-  void begin(Value container);
+  bool scalar(Value&& value);
+  void begin();
   bool keyOfCollection(std::string_view key);
+  bool isThere(Frame& frame, const Rok::String& key) const;
   bool keyOfRecord(std::string_view key);
   void end();
   void fillIn(Frame& frame) const;
-  bool complete(Value value);
-  bool element(Frame& frame, Value value);
+  bool complete(Value&& value);
+  bool element(Frame& frame, Value&& value);
   Tokens tokens() const;
+  Rok::String textOf(std::string_view text);
 
   const Schema& schema_;
   EntrySink* sink_;
+  SharedTexts texts_;  // of what goes to the sink
   std::vector<Frame> frames_;
   std::optional<Fault> fault_;
   Value result_;

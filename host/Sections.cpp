@@ -31,7 +31,7 @@ const std::vector<Section>& sections() {
   return table;
 }
 
-const Section* sectionNamed(const std::string& name) {
+const Section* sectionNamed(std::string_view name) {
   for (const Section& section : sections()) {
     if (section.name == name) return &section;
   }
@@ -51,18 +51,18 @@ class DocumentPlace final : public Place {
  public:
   explicit DocumentPlace(const Native& native) : native_(native) {}
 
-  std::vector<std::string> keys() const override {
-    std::vector<std::string> names;
+  std::vector<Rok::String> keys() const override {
+    std::vector<Rok::String> names;
     for (const Section& section : sections()) names.emplace_back(section.name);
     std::sort(names.begin(), names.end());
     return names;
   }
-  std::unique_ptr<Place> at(const std::string& key) const override {
+  std::unique_ptr<Place> at(const Rok::String& key) const override {
     const Section* section = sectionNamed(key);
     return section != nullptr ? section->place(native_) : nullptr;
   }
   // A section that is no native object of its own takes its members one by one.
-  void put(const std::string& key, const Value& value, Writes& writes) override {
+  void put(const Rok::String& key, const Value& value, Writes& writes) override {
     const Section& section = *sectionNamed(key);
     if (section.install != nullptr) return section.install(native_, value, writes);
     const std::unique_ptr<Place> place = section.place(native_);
@@ -78,14 +78,15 @@ class NativeSink final : public EntrySink {
  public:
   explicit NativeSink(const Native& native) { open_.push_back(nativePlace(native)); }
 
-  void collectionBegins(const std::string& key) override {
+  void collectionBegins(const Rok::String& key) override {
     if (!open_.back()->has(key)) open_.back()->put(key, Value(Value::Object()), writes_);
     open_.push_back(open_.back()->at(key));
   }
   void collectionEnds() override { open_.pop_back(); }
-  void entry(const std::string& key, Value value) override {
+  void entry(const Rok::String& key, const Value& value) override {
     open_.back()->put(key, value, writes_);
   }
+  bool has(const Rok::String& key) const override { return open_.back()->has(key); }
 
  private:
   std::vector<std::unique_ptr<Place>> open_;

@@ -23,7 +23,7 @@ bool sameMembers(const Value::Object& a, const Value::Object& b) {
 
 }  // namespace
 
-void Value::put(const std::string& key, Value value) {
+void Value::put(const Rok::String& key, Value value) {
   for (Member& member : object()) {
     if (member.key != key) continue;
     member.value = std::move(value);

@@ -11,6 +11,9 @@
 #include <variant>
 #include <vector>
 
+#include "Rok/String.h"
+#include "Velmo/Vector.h"
+
 namespace host {
 
 class Value;
@@ -18,7 +21,7 @@ class Value;
 // A template, so that it is complete where the members of Value need it.
 template <class V>
 struct Keyed {
-  std::string key;
+  Rok::String key;
   V value;
   friend bool operator==(const Keyed&, const Keyed&) = default;
 };
@@ -26,16 +29,18 @@ using Member = Keyed<Value>;
 
 class Value {
  public:
-  using List = std::vector<Value>;
-  using Object = std::vector<Member>;  // in the order in which the document tells them
+  using List = std::vector<Value, Velmo::Allocator<Value>>;
+  using Object = std::vector<Member, Velmo::Allocator<Member>>;  // in the order in which the
+                                                                 // document tells them
 
   Value() = default;  // null
   explicit Value(bool v) : data_(v) {}
   explicit Value(std::uint64_t v) : data_(v) {}
   explicit Value(std::int64_t v) : data_(v) {}  // negative ones only
   explicit Value(double v) : data_(v) {}
-  explicit Value(std::string v) : data_(std::move(v)) {}
-  explicit Value(const char* v) : data_(std::string(v)) {}
+  explicit Value(Rok::String v) : data_(std::move(v)) {}
+  explicit Value(const std::string& v) : data_(Rok::String(v)) {}
+  explicit Value(const char* v) : data_(Rok::String(v)) {}
   explicit Value(List v) : data_(std::move(v)) {}
   explicit Value(Object v) : data_(std::move(v)) {}
 
@@ -49,7 +54,7 @@ class Value {
   // walked.
   std::uint64_t number() const { return std::get<std::uint64_t>(data_); }
   double real() const { return std::get<double>(data_); }
-  const std::string& text() const { return std::get<std::string>(data_); }
+  const Rok::String& text() const { return std::get<Rok::String>(data_); }
   const List& list() const& { return std::get<List>(data_); }
   List& list() & { return std::get<List>(data_); }
   const Object& object() const& { return std::get<Object>(data_); }
@@ -62,13 +67,13 @@ class Value {
   // The member of an object. Requires: it is there.
   const Value& at(std::string_view key) const { return *find(key); }
   // Puts a member into an object, or another value into one that is there.
-  void put(const std::string& key, Value value);
+  void put(const Rok::String& key, Value value);
 
   // The order of an object's members doesn't count.
   friend bool operator==(const Value& a, const Value& b);
 
  private:
-  std::variant<std::monostate, bool, std::uint64_t, std::int64_t, double, std::string, List, Object>
+  std::variant<std::monostate, bool, std::uint64_t, std::int64_t, double, Rok::String, List, Object>
       data_;
 };
 

@@ -123,7 +123,7 @@ Codec<Vector> list(const Codec<typename Vector::value_type>& codec) {
 // A member of a record or of an object: the codec of its owner, as far as this member goes.
 template <class Owner>
 struct Field {
-  std::string name;
+  Rok::String name;
   Codec<Owner> codec;
 };
 
@@ -190,7 +190,8 @@ Field<Owner> child(const char* name, const Rok::Ptr<Child>& (Owner::*get)() cons
 // A collection can be read entry by entry, too.
 template <class Owner>
 struct Collection : Codec<Owner> {
-  std::function<void(Owner&, const std::string& key, const Value&)> entryIs;
+  std::function<void(Owner&, const Rok::String& key, const Value&)> entryIs;
+  std::function<bool(const Owner&, const Rok::String& key)> has;
 };
 
 // The keys of a collection: names, or the numbers of their type.
@@ -200,12 +201,12 @@ struct Keys {
   static Key schema() {
     return {"a whole number from 0 to " + std::to_string(max), Key::number("", max).canonical};
   }
-  static T key(const std::string& text) { return static_cast<T>(*decimal(text, max)); }
+  static T key(std::string_view text) { return static_cast<T>(*decimal(text, max)); }
 };
 template <>
 struct Keys<Rok::String> {
   static Key schema() { return Key::name(); }
-  static Rok::String key(const std::string& text) { return text; }
+  static const Rok::String& key(const Rok::String& text) { return text; }
 };
 
 // Of any kind. `map(owner)` gives the entries, `write(out, entry)` writes one and
@@ -225,7 +226,10 @@ Collection<Owner> collection(const Schema& element, const Map& map, const Write&
            [=](Owner& owner, const Value& value) {
              for (const Member& entry : value.object()) entryIs(owner, entry.key, entry.value);
            }},
-          entryIs};
+          entryIs,
+          [=](const Owner& owner, const Rok::String& key) {
+            return map(owner).find(Keys<KeyType>::key(key)) != nullptr;
+          }};
 }
 
 // Value records that are made from their key and put in with `is`.
@@ -234,7 +238,7 @@ Collection<Owner> records(const Map& map, void (Owner::*is)(const Record&),
                           const Codec<Record>& codec) {
   return collection<Owner, KeyType>(
       codec.schema, map, [=](JsonWriter& out, const Record& entry) { codec.write(out, entry); },
-      [=](Owner& owner, const std::string& key, const Value& value) {
+      [=](Owner& owner, const Rok::String& key, const Value& value) {
         Record entry(Keys<KeyType>::key(key));
         codec.read(entry, value);
         (owner.*is)(entry);
@@ -249,7 +253,7 @@ Collection<Owner> objects(const Map& map, Rok::Ptr<Object> (Owner::*is)(KeyType)
   return collection<Owner, Key>(
       codec.schema, map,
       [=](JsonWriter& out, const Rok::Ptr<Object>& object) { codec.write(out, *object); },
-      [=](Owner& owner, const std::string& key, const Value& value) {
+      [=](Owner& owner, const Rok::String& key, const Value& value) {
         codec.read(*(owner.*is)(Keys<Key>::key(key)), value);
       });
 }

@@ -24,7 +24,7 @@ Codec<Pfc> pfcCodec() {
 ModelPart pfcPart() {
   const Codec<Pfc> codec = pfcCodec();
   return {"pfc", codec.schema,
-          [=](const Model& model, const std::string& /*key*/, const Value& value) {
+          [=](const Model& model, const Rok::String& /*key*/, const Value& value) {
             codec.read(*model.pfc, value);
           },
           [=](JsonWriter& out, const Model& model) { codec.write(out, *model.pfc); }};

@@ -75,13 +75,13 @@ class RulesPlace final : public Place {
   RulesPlace(Rok::Ptr<AclSubConfig> config, const Family& family)
       : config_(std::move(config)), family_(family) {}
 
-  std::vector<std::string> keys() const override {
+  std::vector<Rok::String> keys() const override {
     return sortedKeys(config_->ruleBySequence(), decimalOf<std::uint32_t>);
   }
-  std::unique_ptr<Place> at(const std::string& sequence) const override;
+  std::unique_ptr<Place> at(const Rok::String& sequence) const override;
   // The rule record first, its place in the sequence second: who hears of the place finds the
   // rule. What the place held before is dropped once nothing leads to it any more.
-  void put(const std::string& sequence, const Value& rule, Writes& writes) override {
+  void put(const Rok::String& sequence, const Value& rule, Writes& writes) override {
     const auto number = numberOf<std::uint32_t>(sequence);
     const UniqueId* found = config_->ruleBySequence().find(number);
     const UniqueId old = found != nullptr ? *found : UniqueId();
@@ -90,7 +90,7 @@ class RulesPlace final : public Place {
     writes([&] { config_->ruleBySequenceIs(number, id); });
     writes([&] { family_.ruleDel(*config_, old); });
   }
-  void erase(const std::string& sequence, Writes& writes) override {
+  void erase(const Rok::String& sequence, Writes& writes) override {
     const auto number = numberOf<std::uint32_t>(sequence);
     const UniqueId old = *config_->ruleBySequence().find(number);
     writes([&] { config_->ruleBySequenceDel(number); });
@@ -105,31 +105,31 @@ class RulesPlace final : public Place {
 // A rule never changes: a change of a member is another rule.
 class RulePlace final : public Place {
  public:
-  RulePlace(RulesPlace rules, std::string sequence, Value rule)
+  RulePlace(RulesPlace rules, Rok::String sequence, Value rule)
       : rules_(std::move(rules)), sequence_(std::move(sequence)), rule_(std::move(rule)) {}
 
   Value value() const override { return rule_; }
-  std::vector<std::string> keys() const override { return keysOf(rule_); }
-  std::unique_ptr<Place> at(const std::string& member) const override {
+  std::vector<Rok::String> keys() const override { return keysOf(rule_); }
+  std::unique_ptr<Place> at(const Rok::String& member) const override {
     const Value* value = rule_.find(member);
     return value != nullptr ? std::make_unique<LeafPlace>(*value) : nullptr;
   }
-  void put(const std::string& member, const Value& value, Writes& writes) override {
+  void put(const Rok::String& member, const Value& value, Writes& writes) override {
     rule_.put(member, value);
     rules_.put(sequence_, rule_, writes);
   }
-  void erase(const std::string& member, Writes& writes) override {
+  void erase(const Rok::String& member, Writes& writes) override {
     std::erase_if(rule_.object(), [&](const Member& other) { return other.key == member; });
     rules_.put(sequence_, rule_, writes);
   }
 
  private:
   RulesPlace rules_;
-  std::string sequence_;
+  Rok::String sequence_;
   Value rule_;
 };
 
-std::unique_ptr<Place> RulesPlace::at(const std::string& sequence) const {
+std::unique_ptr<Place> RulesPlace::at(const Rok::String& sequence) const {
   const UniqueId* id = config_->ruleBySequence().find(numberOf<std::uint32_t>(sequence));
   if (id == nullptr) return nullptr;
   return std::make_unique<RulePlace>(*this, sequence, family_.rule(*config_, *id));
@@ -148,19 +148,19 @@ class AclPlace final : public Place {
  public:
   AclPlace(Rok::Ptr<AclConfig> acl, const Family& family) : acl_(std::move(acl)), family_(family) {}
 
-  std::vector<std::string> keys() const override {
+  std::vector<Rok::String> keys() const override {
     if (!acl_->aclSubConfig()) return {};
     return {rulesMember};
   }
-  std::unique_ptr<Place> at(const std::string& /*rules*/) const override {
+  std::unique_ptr<Place> at(const Rok::String& /*rules*/) const override {
     if (!acl_->aclSubConfig()) return nullptr;
     return std::make_unique<RulesPlace>(acl_->aclSubConfig(), family_);
   }
-  void put(const std::string& /*rules*/, const Value& value, Writes& writes) override {
+  void put(const Rok::String& /*rules*/, const Value& value, Writes& writes) override {
     const auto config = newRules(value, family_, writes);
     writes([&] { acl_->aclSubConfigIs(config); });
   }
-  void erase(const std::string& /*rules*/, Writes& writes) override {
+  void erase(const Rok::String& /*rules*/, Writes& writes) override {
     writes([&] { acl_->aclSubConfigIs(nullptr); });
   }
 
@@ -174,19 +174,19 @@ class AclTypePlace final : public Place {
   AclTypePlace(Rok::Ptr<AclTypeConfig> type, const Family& family)
       : type_(std::move(type)), family_(family) {}
 
-  std::vector<std::string> keys() const override { return sortedKeys(type_->acl(), textOf); }
-  std::unique_ptr<Place> at(const std::string& name) const override {
+  std::vector<Rok::String> keys() const override { return sortedKeys(type_->acl(), textOf); }
+  std::unique_ptr<Place> at(const Rok::String& name) const override {
     const auto* acl = type_->acl().find(name);
     return acl != nullptr ? std::make_unique<AclPlace>(*acl, family_) : nullptr;
   }
-  void put(const std::string& name, const Value& value, Writes& writes) override {
+  void put(const Rok::String& name, const Value& value, Writes& writes) override {
     const auto acl = Rok::make<AclConfig>(name, family_.type);
     if (const Value* rules = value.find(rulesMember)) {
       acl->aclSubConfigIs(newRules(*rules, family_, writes));
     }
     writes([&] { type_->aclIs(acl->name(), acl); });
   }
-  void erase(const std::string& name, Writes& writes) override {
+  void erase(const Rok::String& name, Writes& writes) override {
     writes([&] { type_->aclDel(name); });
   }
 
@@ -200,12 +200,12 @@ class AccessListsPlace final : public Place {
  public:
   explicit AccessListsPlace(Rok::Ptr<Acl::Input::Config> config) : config_(std::move(config)) {}
 
-  std::vector<std::string> keys() const override {
-    std::vector<std::string> keys;
+  std::vector<Rok::String> keys() const override {
+    std::vector<Rok::String> keys;
     for (const Family& family : families) keys.emplace_back(family.member);
     return keys;
   }
-  std::unique_ptr<Place> at(const std::string& member) const override {
+  std::unique_ptr<Place> at(const Rok::String& member) const override {
     const auto* family = std::find_if(std::begin(families), std::end(families),
                                       [&](const Family& f) { return f.member == member; });
     return std::make_unique<AclTypePlace>(*config_->config().find(family->type), *family);

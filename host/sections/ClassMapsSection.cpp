@@ -17,7 +17,7 @@ using Qos::Input::ClassMapTypeConfig;
 
 constexpr const char* matchMember = "match";
 
-MapType mapTypeOf(const std::string& key) { return static_cast<MapType>(*decimal(key, 255)); }
+MapType mapTypeOf(std::string_view key) { return static_cast<MapType>(*decimal(key, 255)); }
 std::string keyOf(MapType type) { return std::to_string(static_cast<unsigned>(type)); }
 ClassMapMatchOption optionOf(const Value& value) {
   return static_cast<ClassMapMatchOption>(value.number());
@@ -51,7 +51,7 @@ void matchIs(ClassMapConfig& classMap, const Value& match, Writes& writes) {
   }
 }
 
-Rok::Ptr<ClassMapConfig> newClassMap(const std::string& name, MapType type, const Value& value,
+Rok::Ptr<ClassMapConfig> newClassMap(const Rok::String& name, MapType type, const Value& value,
                                      Writes& writes) {
   auto classMap = Rok::make<ClassMapConfig>(name, type);
   matchIs(*classMap, value.at(matchMember), writes);
@@ -62,11 +62,11 @@ class ClassMapPlace final : public Place {
  public:
   explicit ClassMapPlace(Rok::Ptr<ClassMapConfig> classMap) : classMap_(std::move(classMap)) {}
 
-  std::vector<std::string> keys() const override { return {matchMember}; }
-  std::unique_ptr<Place> at(const std::string& /*member*/) const override {
+  std::vector<Rok::String> keys() const override { return {matchMember}; }
+  std::unique_ptr<Place> at(const Rok::String& /*member*/) const override {
     return std::make_unique<LeafPlace>(matchOf(*classMap_));
   }
-  void put(const std::string& /*member*/, const Value& value, Writes& writes) override {
+  void put(const Rok::String& /*member*/, const Value& value, Writes& writes) override {
     matchIs(*classMap_, value, writes);
   }
 
@@ -78,18 +78,18 @@ class ClassMapTypePlace final : public Place {
  public:
   explicit ClassMapTypePlace(Rok::Ptr<ClassMapTypeConfig> type) : type_(std::move(type)) {}
 
-  std::vector<std::string> keys() const override {
-    return sortedKeys(type_->cmap(), [](const Rok::String& name) { return std::string(name); });
+  std::vector<Rok::String> keys() const override {
+    return sortedKeys(type_->cmap(), [](const Rok::String& name) { return name; });
   }
-  std::unique_ptr<Place> at(const std::string& name) const override {
+  std::unique_ptr<Place> at(const Rok::String& name) const override {
     const auto* classMap = type_->cmap().find(name);
     return classMap != nullptr ? std::make_unique<ClassMapPlace>(*classMap) : nullptr;
   }
-  void put(const std::string& name, const Value& value, Writes& writes) override {
+  void put(const Rok::String& name, const Value& value, Writes& writes) override {
     const auto classMap = newClassMap(name, type_->type(), value, writes);
     writes([&] { type_->cmapIs(classMap->name(), classMap); });
   }
-  void erase(const std::string& name, Writes& writes) override {
+  void erase(const Rok::String& name, Writes& writes) override {
     writes([&] { type_->cmapDel(name); });
   }
 
@@ -101,18 +101,18 @@ class ClassMapsPlace final : public Place {
  public:
   explicit ClassMapsPlace(Rok::Ptr<AclConfig> config) : config_(std::move(config)) {}
 
-  std::vector<std::string> keys() const override { return sortedKeys(config_->cmapType(), keyOf); }
-  std::unique_ptr<Place> at(const std::string& key) const override {
+  std::vector<Rok::String> keys() const override { return sortedKeys(config_->cmapType(), keyOf); }
+  std::unique_ptr<Place> at(const Rok::String& key) const override {
     const auto* type = config_->cmapType().find(mapTypeOf(key));
     return type != nullptr ? std::make_unique<ClassMapTypePlace>(*type) : nullptr;
   }
-  void put(const std::string& key, const Value& value, Writes& writes) override {
+  void put(const Rok::String& key, const Value& value, Writes& writes) override {
     const auto type = Rok::make<ClassMapTypeConfig>(mapTypeOf(key));
     ClassMapTypePlace place(type);
     for (const Member& classMap : value.object()) place.put(classMap.key, classMap.value, writes);
     writes([&] { config_->cmapTypeIs(type->type(), type); });
   }
-  void erase(const std::string& key, Writes& writes) override {
+  void erase(const Rok::String& key, Writes& writes) override {
     writes([&] { config_->cmapTypeDel(mapTypeOf(key)); });
   }
 

@@ -9,15 +9,15 @@ class CommentsPlace final : public Place {
  public:
   explicit CommentsPlace(Rok::Ptr<Cli::Config> config) : config_(std::move(config)) {}
 
-  std::vector<std::string> keys() const override { return sortedKeys(config_->comment(), textOf); }
-  std::unique_ptr<Place> at(const std::string& key) const override {
+  std::vector<Rok::String> keys() const override { return sortedKeys(config_->comment(), textOf); }
+  std::unique_ptr<Place> at(const Rok::String& key) const override {
     const Rok::String* text = config_->comment().find(key);
     return text != nullptr ? std::make_unique<LeafPlace>(Value(textOf(*text))) : nullptr;
   }
-  void put(const std::string& key, const Value& value, Writes& writes) override {
+  void put(const Rok::String& key, const Value& value, Writes& writes) override {
     writes([&] { config_->commentIs(key, value.text()); });
   }
-  void erase(const std::string& key, Writes& writes) override {
+  void erase(const Rok::String& key, Writes& writes) override {
     writes([&] { config_->commentDel(key); });
   }
 

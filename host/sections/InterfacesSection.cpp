@@ -27,19 +27,19 @@ class InterfacePlace final : public Place {
  public:
   explicit InterfacePlace(Rok::Ptr<IntfConfig> intf) : intf_(std::move(intf)) {}
 
-  std::vector<std::string> keys() const override {
+  std::vector<Rok::String> keys() const override {
     if (!intf_->pfcPortConfig()) return {txQueuesMember};
     return {pfcMember, txQueuesMember};
   }
-  std::unique_ptr<Place> at(const std::string& member) const override {
+  std::unique_ptr<Place> at(const Rok::String& member) const override {
     if (member == txQueuesMember) return std::make_unique<TxQueuesPlace<IntfConfig>>(intf_);
     if (!intf_->pfcPortConfig()) return nullptr;
     return std::make_unique<SettingsPlace<PortConfig>>(intf_->pfcPortConfig(), portSettings);
   }
-  void put(const std::string& /*pfc*/, const Value& value, Writes& writes) override {
+  void put(const Rok::String& /*pfc*/, const Value& value, Writes& writes) override {
     writes([&] { intf_->pfcPortConfigIs(newPort(value)); });
   }
-  void erase(const std::string& /*pfc*/, Writes& writes) override {
+  void erase(const Rok::String& /*pfc*/, Writes& writes) override {
     writes([&] { intf_->pfcPortConfigIs(nullptr); });
   }
 
@@ -51,22 +51,22 @@ class InterfacesPlace final : public Place {
  public:
   explicit InterfacesPlace(Rok::Ptr<Config> config) : config_(std::move(config)) {}
 
-  std::vector<std::string> keys() const override {
+  std::vector<Rok::String> keys() const override {
     return sortedKeys(config_->intfConfig(),
                       [](const IntfId& intfId) { return textOf(intfId.stringValue()); });
   }
-  std::unique_ptr<Place> at(const std::string& name) const override {
+  std::unique_ptr<Place> at(const Rok::String& name) const override {
     const auto* found = config_->intfConfig().find(IntfId(name));
     return found != nullptr ? std::make_unique<InterfacePlace>(*found) : nullptr;
   }
-  void put(const std::string& name, const Value& value, Writes& writes) override {
+  void put(const Rok::String& name, const Value& value, Writes& writes) override {
     const auto intf = Rok::make<IntfConfig>(IntfId(name));
     TxQueuesPlace<IntfConfig> txQueues(intf);
     putEach(txQueues, value.at(txQueuesMember), writes);
     if (const Value* pfc = value.find(pfcMember)) intf->pfcPortConfigIs(newPort(*pfc));
     writes([&] { config_->intfConfigIs(intf->intfId(), intf); });
   }
-  void erase(const std::string& name, Writes& writes) override {
+  void erase(const Rok::String& name, Writes& writes) override {
     writes([&] { config_->intfConfigDel(IntfId(name)); });
   }
 

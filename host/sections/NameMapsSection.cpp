@@ -51,17 +51,17 @@ class NameMapPlace final : public Place {
 
   explicit NameMapPlace(Rok::Ptr<typename Names::Map> map) : map_(std::move(map)) {}
 
-  std::vector<std::string> keys() const override {
+  std::vector<Rok::String> keys() const override {
     return sortedKeys(Names::entries(*map_), [](const Name& name) { return textOf(name.name); });
   }
-  std::unique_ptr<Place> at(const std::string& name) const override {
+  std::unique_ptr<Place> at(const Rok::String& name) const override {
     const auto* found = Names::entries(*map_).find(Name(name));
     return found != nullptr ? std::make_unique<LeafPlace>(numberValue(found->value)) : nullptr;
   }
-  void put(const std::string& name, const Value& value, Writes& writes) override {
+  void put(const Rok::String& name, const Value& value, Writes& writes) override {
     writes([&] { Names::entryIs(*map_, Name(name), byteOf(value)); });
   }
-  void erase(const std::string& name, Writes& writes) override {
+  void erase(const Rok::String& name, Writes& writes) override {
     writes([&] { Names::entryDel(*map_, Name(name)); });
   }
 

@@ -30,7 +30,7 @@ inline std::uint32_t wordOf(const Value& value) {
 
 // A key that is a decimal, and back.
 template <class Number>
-Number numberOf(const std::string& key) {
+Number numberOf(std::string_view key) {
   return static_cast<Number>(*decimal(key, largestWord));
 }
 template <class Number>
@@ -38,7 +38,7 @@ std::string decimalOf(Number number) {
   return std::to_string(static_cast<std::uint64_t>(number));
 }
 
-inline std::string textOf(const Rok::String& text) { return std::string(text); }
+inline const Rok::String& textOf(const Rok::String& text) { return text; }
 
 // ===== Settings
 
@@ -65,15 +65,15 @@ class SettingsPlace final : public Place {
   SettingsPlace(Rok::Ptr<Object> object, std::span<const Setting<Object>> settings)
       : object_(std::move(object)), settings_(settings) {}
 
-  std::vector<std::string> keys() const override {
-    std::vector<std::string> keys;
+  std::vector<Rok::String> keys() const override {
+    std::vector<Rok::String> keys;
     for (const auto& setting : settings_) keys.emplace_back(setting.name);
     return keys;
   }
-  std::unique_ptr<Place> at(const std::string& name) const override {
+  std::unique_ptr<Place> at(const Rok::String& name) const override {
     return std::make_unique<LeafPlace>(settingNamed(settings_, name).value(*object_));
   }
-  void put(const std::string& name, const Value& value, Writes& writes) override {
+  void put(const Rok::String& name, const Value& value, Writes& writes) override {
     writes([&] { settingNamed(settings_, name).valueIs(*object_, value); });
   }
 
@@ -93,8 +93,8 @@ class HolderPlace final : public Place {
   HolderPlace(std::string_view member, Rok::Ptr<Object> object)
       : member_(member), object_(std::move(object)) {}
 
-  std::vector<std::string> keys() const override { return {std::string(member_)}; }
-  std::unique_ptr<Place> at(const std::string& /*member*/) const override {
+  std::vector<Rok::String> keys() const override { return {member_}; }
+  std::unique_ptr<Place> at(const Rok::String& /*member*/) const override {
     return std::make_unique<Collection>(object_);
   }
 
@@ -103,8 +103,8 @@ class HolderPlace final : public Place {
   Rok::Ptr<Object> object_;
 };
 
-inline std::vector<std::string> keysOf(const Value& object) {
-  std::vector<std::string> keys;
+inline std::vector<Rok::String> keysOf(const Value& object) {
+  std::vector<Rok::String> keys;
   for (const Member& member : object.object()) keys.push_back(member.key);
   return keys;
 }

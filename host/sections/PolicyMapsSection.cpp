@@ -22,16 +22,16 @@ class ActionsPlace final : public Place {
  public:
   explicit ActionsPlace(Rok::Ptr<ClassAction> owner) : owner_(std::move(owner)) {}
 
-  std::vector<std::string> keys() const override {
+  std::vector<Rok::String> keys() const override {
     return sortedKeys(owner_->policyAction(), decimalOf<ActionType>);
   }
-  std::unique_ptr<Place> at(const std::string& key) const override {
+  std::unique_ptr<Place> at(const Rok::String& key) const override {
     const auto* action = owner_->policyAction().find(numberOf<ActionType>(key));
     return action != nullptr ? std::make_unique<LeafPlace>(numberValue((*action)->value()))
                              : nullptr;
   }
   // An action that is there stays and gets another operand.
-  void put(const std::string& key, const Value& value, Writes& writes) override {
+  void put(const Rok::String& key, const Value& value, Writes& writes) override {
     const auto type = numberOf<ActionType>(key);
     if (const auto* found = owner_->policyAction().find(type)) {
       const Rok::Ptr<Action> action = *found;
@@ -40,7 +40,7 @@ class ActionsPlace final : public Place {
     const auto action = Rok::make<Action>(type, wordOf(value));
     writes([&] { owner_->policyActionIs(type, action); });
   }
-  void erase(const std::string& key, Writes& writes) override {
+  void erase(const Rok::String& key, Writes& writes) override {
     writes([&] { owner_->policyActionDel(numberOf<ActionType>(key)); });
   }
 
@@ -52,21 +52,21 @@ class ClassesPlace final : public Place {
  public:
   explicit ClassesPlace(Rok::Ptr<PolicyMapConfig> owner) : owner_(std::move(owner)) {}
 
-  std::vector<std::string> keys() const override {
+  std::vector<Rok::String> keys() const override {
     return sortedKeys(owner_->classAction(), textOf);
   }
-  std::unique_ptr<Place> at(const std::string& name) const override {
+  std::unique_ptr<Place> at(const Rok::String& name) const override {
     using ClassPlace = HolderPlace<ActionsPlace, ClassAction>;
     const auto* found = owner_->classAction().find(name);
     return found != nullptr ? std::make_unique<ClassPlace>(actionsMember, *found) : nullptr;
   }
-  void put(const std::string& name, const Value& value, Writes& writes) override {
+  void put(const Rok::String& name, const Value& value, Writes& writes) override {
     const auto classAction = Rok::make<ClassAction>(name);
     ActionsPlace actions(classAction);
     putEach(actions, value.at(actionsMember), writes);
     writes([&] { owner_->classActionIs(classAction->name(), classAction); });
   }
-  void erase(const std::string& name, Writes& writes) override {
+  void erase(const Rok::String& name, Writes& writes) override {
     writes([&] { owner_->classActionDel(name); });
   }
 
@@ -78,19 +78,19 @@ class PolicyMapTypePlace final : public Place {
  public:
   explicit PolicyMapTypePlace(Rok::Ptr<PolicyMapTypeConfig> type) : type_(std::move(type)) {}
 
-  std::vector<std::string> keys() const override { return sortedKeys(type_->pmap(), textOf); }
-  std::unique_ptr<Place> at(const std::string& name) const override {
+  std::vector<Rok::String> keys() const override { return sortedKeys(type_->pmap(), textOf); }
+  std::unique_ptr<Place> at(const Rok::String& name) const override {
     using PolicyMapPlace = HolderPlace<ClassesPlace, PolicyMapConfig>;
     const auto* found = type_->pmap().find(name);
     return found != nullptr ? std::make_unique<PolicyMapPlace>(classesMember, *found) : nullptr;
   }
-  void put(const std::string& name, const Value& value, Writes& writes) override {
+  void put(const Rok::String& name, const Value& value, Writes& writes) override {
     const auto policyMap = Rok::make<PolicyMapConfig>(name);
     ClassesPlace classes(policyMap);
     putEach(classes, value.at(classesMember), writes);
     writes([&] { type_->pmapIs(policyMap->name(), policyMap); });
   }
-  void erase(const std::string& name, Writes& writes) override {
+  void erase(const Rok::String& name, Writes& writes) override {
     writes([&] { type_->pmapDel(name); });
   }
 
@@ -102,20 +102,20 @@ class PolicyMapsPlace final : public Place {
  public:
   explicit PolicyMapsPlace(Rok::Ptr<AclConfig> config) : config_(std::move(config)) {}
 
-  std::vector<std::string> keys() const override {
+  std::vector<Rok::String> keys() const override {
     return sortedKeys(config_->pmapType(), decimalOf<MapType>);
   }
-  std::unique_ptr<Place> at(const std::string& key) const override {
+  std::unique_ptr<Place> at(const Rok::String& key) const override {
     const auto* type = config_->pmapType().find(numberOf<MapType>(key));
     return type != nullptr ? std::make_unique<PolicyMapTypePlace>(*type) : nullptr;
   }
-  void put(const std::string& key, const Value& value, Writes& writes) override {
+  void put(const Rok::String& key, const Value& value, Writes& writes) override {
     const auto type = Rok::make<PolicyMapTypeConfig>(numberOf<MapType>(key));
     PolicyMapTypePlace policyMaps(type);
     putEach(policyMaps, value, writes);
     writes([&] { config_->pmapTypeIs(type->type(), type); });
   }
-  void erase(const std::string& key, Writes& writes) override {
+  void erase(const Rok::String& key, Writes& writes) override {
     writes([&] { config_->pmapTypeDel(numberOf<MapType>(key)); });
   }
 

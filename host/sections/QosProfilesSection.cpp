@@ -21,19 +21,19 @@ class QosProfilePlace final : public Place {
  public:
   explicit QosProfilePlace(Rok::Ptr<QosProfileConfig> profile) : profile_(std::move(profile)) {}
 
-  std::vector<std::string> keys() const override {
+  std::vector<Rok::String> keys() const override {
     if (!profile_->qosProfile()) return {};
     return {txQueuesMember};
   }
-  std::unique_ptr<Place> at(const std::string& /*txQueues*/) const override {
+  std::unique_ptr<Place> at(const Rok::String& /*txQueues*/) const override {
     if (!profile_->qosProfile()) return nullptr;
     return std::make_unique<TxQueuesPlace<QosProfile>>(profile_->qosProfile());
   }
-  void put(const std::string& /*txQueues*/, const Value& value, Writes& writes) override {
+  void put(const Rok::String& /*txQueues*/, const Value& value, Writes& writes) override {
     const auto body = newBody(value, writes);
     writes([&] { profile_->qosProfileIs(body); });
   }
-  void erase(const std::string& /*txQueues*/, Writes& writes) override {
+  void erase(const Rok::String& /*txQueues*/, Writes& writes) override {
     writes([&] { profile_->qosProfileIs(nullptr); });
   }
 
@@ -45,19 +45,19 @@ class QosProfilesPlace final : public Place {
  public:
   explicit QosProfilesPlace(Rok::Ptr<QosProfileConfigDir> dir) : dir_(std::move(dir)) {}
 
-  std::vector<std::string> keys() const override { return sortedKeys(dir_->config(), textOf); }
-  std::unique_ptr<Place> at(const std::string& name) const override {
+  std::vector<Rok::String> keys() const override { return sortedKeys(dir_->config(), textOf); }
+  std::unique_ptr<Place> at(const Rok::String& name) const override {
     const auto* found = dir_->config().find(name);
     return found != nullptr ? std::make_unique<QosProfilePlace>(*found) : nullptr;
   }
-  void put(const std::string& name, const Value& value, Writes& writes) override {
+  void put(const Rok::String& name, const Value& value, Writes& writes) override {
     const auto profile = Rok::make<QosProfileConfig>(name);
     if (const Value* txQueues = value.find(txQueuesMember)) {
       profile->qosProfileIs(newBody(*txQueues, writes));
     }
     writes([&] { dir_->configIs(profile->name(), profile); });
   }
-  void erase(const std::string& name, Writes& writes) override {
+  void erase(const Rok::String& name, Writes& writes) override {
     writes([&] { dir_->configDel(name); });
   }
 

@@ -14,17 +14,18 @@ constexpr const char* interfacesMember = "interfaces";
 constexpr std::uint64_t largestTag = 0xffff;
 
 // The first colon ends the tag: a policy map's name may hold colons, and may be empty.
-std::optional<std::string> canonicalKey(std::string_view text) {
+std::optional<Rok::String> canonicalKey(const Rok::String& key) {
+  const std::string_view text = key;
   const std::size_t colon = text.find(':');
   if (colon == text.npos || !decimal(text.substr(0, colon), largestTag)) return std::nullopt;
-  return std::string(text);
+  return key;
 }
-ServicePolicyKey keyOf(const std::string& text) {
+ServicePolicyKey keyOf(std::string_view text) {
   const std::size_t colon = text.find(':');
   return {numberOf<std::uint16_t>(text.substr(0, colon)), text.substr(colon + 1)};
 }
-std::string textOfKey(const ServicePolicyKey& key) {
-  return decimalOf(key.keyTag) + ':' + textOf(key.pmapName);
+Rok::String textOfKey(const ServicePolicyKey& key) {
+  return key.pmapName.addLeft(decimalOf(key.keyTag) + ':');
 }
 
 class PolicyInterfacesPlace final : public Place {
@@ -32,18 +33,18 @@ class PolicyInterfacesPlace final : public Place {
   explicit PolicyInterfacesPlace(Rok::Ptr<ServicePolicyConfig> policy)
       : policy_(std::move(policy)) {}
 
-  std::vector<std::string> keys() const override {
+  std::vector<Rok::String> keys() const override {
     return sortedKeys(policy_->intfIds(),
                       [](const IntfId& intfId) { return textOf(intfId.stringValue()); });
   }
-  std::unique_ptr<Place> at(const std::string& name) const override {
+  std::unique_ptr<Place> at(const Rok::String& name) const override {
     const bool* found = policy_->intfIds().find(IntfId(name));
     return found != nullptr ? std::make_unique<LeafPlace>(Value(*found)) : nullptr;
   }
-  void put(const std::string& name, const Value& value, Writes& writes) override {
+  void put(const Rok::String& name, const Value& value, Writes& writes) override {
     writes([&] { policy_->intfIdsIs(IntfId(name), *value.as<bool>()); });
   }
-  void erase(const std::string& name, Writes& writes) override {
+  void erase(const Rok::String& name, Writes& writes) override {
     writes([&] { policy_->intfIdsDel(IntfId(name)); });
   }
 
@@ -55,22 +56,22 @@ class ServicePoliciesPlace final : public Place {
  public:
   explicit ServicePoliciesPlace(Rok::Ptr<Config> config) : config_(std::move(config)) {}
 
-  std::vector<std::string> keys() const override {
+  std::vector<Rok::String> keys() const override {
     return sortedKeys(config_->servicePolicyConfig(), textOfKey);
   }
-  std::unique_ptr<Place> at(const std::string& key) const override {
+  std::unique_ptr<Place> at(const Rok::String& key) const override {
     using ServicePolicyPlace = HolderPlace<PolicyInterfacesPlace, ServicePolicyConfig>;
     const auto* found = config_->servicePolicyConfig().find(keyOf(key));
     return found != nullptr ? std::make_unique<ServicePolicyPlace>(interfacesMember, *found)
                             : nullptr;
   }
-  void put(const std::string& key, const Value& value, Writes& writes) override {
+  void put(const Rok::String& key, const Value& value, Writes& writes) override {
     const auto policy = Rok::make<ServicePolicyConfig>(keyOf(key));
     PolicyInterfacesPlace interfaces(policy);
     putEach(interfaces, value.at(interfacesMember), writes);
     writes([&] { config_->servicePolicyConfigIs(policy->key(), policy); });
   }
-  void erase(const std::string& key, Writes& writes) override {
+  void erase(const Rok::String& key, Writes& writes) override {
     writes([&] { config_->servicePolicyConfigDel(keyOf(key)); });
   }
 

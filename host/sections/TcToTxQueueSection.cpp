@@ -8,29 +8,29 @@ namespace {
 using Qos::TrafficClass;
 using Qos::Input::Config;
 
-std::vector<std::string> allTrafficClasses() {
-  std::vector<std::string> keys;
+std::vector<Rok::String> allTrafficClasses() {
+  std::vector<Rok::String> keys;
   for (std::size_t tc = 0; tc < Config::trafficClasses; ++tc) keys.push_back(std::to_string(tc));
   return keys;
 }
 
-TrafficClass trafficClassOf(const std::string& key) { return numberOf<unsigned char>(key); }
+TrafficClass trafficClassOf(std::string_view key) { return numberOf<unsigned char>(key); }
 
 // Each traffic class is always there; one without a queue holds 16.
 class TcToTxQueuePlace final : public Place {
  public:
   explicit TcToTxQueuePlace(Rok::Ptr<Config> config) : config_(std::move(config)) {}
 
-  std::vector<std::string> keys() const override {
-    std::vector<std::string> keys = allTrafficClasses();
+  std::vector<Rok::String> keys() const override {
+    std::vector<Rok::String> keys = allTrafficClasses();
     std::sort(keys.begin(), keys.end());
     return keys;
   }
-  std::unique_ptr<Place> at(const std::string& key) const override {
+  std::unique_ptr<Place> at(const Rok::String& key) const override {
     const auto id = config_->tcToTxQueueMap(trafficClassOf(key));
     return std::make_unique<LeafPlace>(numberValue(id.value));
   }
-  void put(const std::string& key, const Value& value, Writes& writes) override {
+  void put(const Rok::String& key, const Value& value, Writes& writes) override {
     writes([&] { config_->tcToTxQueueMapIs(trafficClassOf(key), byteOf(value)); });
   }
 

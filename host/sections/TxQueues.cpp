@@ -18,10 +18,11 @@ std::string_view prefixOf(Qos::QueueType type) {
   return type == Qos::unicast ? unicastPrefix : multicastPrefix;
 }
 
-std::optional<std::string> canonicalKey(std::string_view text) {
+std::optional<Rok::String> canonicalKey(const Rok::String& key) {
+  const std::string_view text = key;
   const bool isKnown = text.starts_with(unicastPrefix) || text.starts_with(multicastPrefix);
   if (!isKnown || !decimal(text.substr(unicastPrefix.size()), largestByte)) return std::nullopt;
-  return std::string(text);
+  return key;
 }
 
 // ===== ECN and WRED
@@ -97,7 +98,7 @@ constexpr TxQueueSetting settings[] = {
     {wredMember, wred, wredIs},
 };
 
-const TxQueueSetting& settingOf(const std::string& member) {
+const TxQueueSetting& settingOf(std::string_view member) {
   return settingNamed<TxQueueConfig>(settings, member);
 }
 
@@ -108,11 +109,11 @@ class EcnWredPlace final : public Place {
       : queue_(std::move(queue)), setting_(setting) {}
 
   Value value() const override { return setting_.value(*queue_); }
-  std::vector<std::string> keys() const override { return keysOf(value()); }
-  std::unique_ptr<Place> at(const std::string& member) const override {
+  std::vector<Rok::String> keys() const override { return keysOf(value()); }
+  std::unique_ptr<Place> at(const Rok::String& member) const override {
     return std::make_unique<LeafPlace>(value().at(member));
   }
-  void put(const std::string& member, const Value& value, Writes& writes) override {
+  void put(const Rok::String& member, const Value& value, Writes& writes) override {
     Value whole = this->value();
     whole.put(member, value);
     writes([&] { setting_.valueIs(*queue_, whole); });
@@ -127,14 +128,14 @@ class TxQueuePlace final : public Place {
  public:
   explicit TxQueuePlace(Rok::Ptr<TxQueueConfig> queue) : queue_(std::move(queue)) {}
 
-  std::vector<std::string> keys() const override {
-    std::vector<std::string> keys;
+  std::vector<Rok::String> keys() const override {
+    std::vector<Rok::String> keys;
     for (const TxQueueSetting& setting : settings) {
       if (!setting.value(*queue_).isNull()) keys.emplace_back(setting.name);
     }
     return keys;
   }
-  std::unique_ptr<Place> at(const std::string& member) const override {
+  std::unique_ptr<Place> at(const Rok::String& member) const override {
     const TxQueueSetting& setting = settingOf(member);
     Value value = setting.value(*queue_);
     if (value.isNull()) return nullptr;
@@ -142,10 +143,10 @@ class TxQueuePlace final : public Place {
     if (isRecord) return std::make_unique<EcnWredPlace>(queue_, setting);
     return std::make_unique<LeafPlace>(std::move(value));
   }
-  void put(const std::string& member, const Value& value, Writes& writes) override {
+  void put(const Rok::String& member, const Value& value, Writes& writes) override {
     writes([&] { settingOf(member).valueIs(*queue_, value); });
   }
-  void erase(const std::string& member, Writes& writes) override {
+  void erase(const Rok::String& member, Writes& writes) override {
     writes([&] { settingOf(member).valueIs(*queue_, Value()); });
   }
 
@@ -155,7 +156,7 @@ class TxQueuePlace final : public Place {
 
 }  // namespace
 
-TxQueue txQueueOf(const std::string& key) {
+TxQueue txQueueOf(std::string_view key) {
   const Qos::QueueType type = key.starts_with(unicastPrefix) ? Qos::unicast : Qos::multicast;
   return {numberOf<unsigned char>(key.substr(unicastPrefix.size())), type};
 }
@@ -164,7 +165,7 @@ std::string keyOf(const TxQueue& txQueue) {
   return std::string(prefixOf(txQueue.type)) + decimalOf(txQueue.id.value);
 }
 
-Rok::Ptr<TxQueueConfig> newTxQueue(const std::string& key, const Value& value) {
+Rok::Ptr<TxQueueConfig> newTxQueue(std::string_view key, const Value& value) {
   auto queue = Rok::make<TxQueueConfig>(txQueueOf(key));
   for (const auto& [member, setting] : value.object()) settingOf(member).valueIs(*queue, setting);
   return queue;

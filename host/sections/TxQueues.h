@@ -13,10 +13,10 @@ inline constexpr const char* txQueuesMember = "tx-queues";
 Schema txQueuesSchema();
 
 // Keys: "uc-3", "mc-3".
-Qos::TxQueue txQueueOf(const std::string& key);
+Qos::TxQueue txQueueOf(std::string_view key);
 std::string keyOf(const Qos::TxQueue& txQueue);
 
-Rok::Ptr<Qos::TxQueueConfig> newTxQueue(const std::string& key, const Value& value);
+Rok::Ptr<Qos::TxQueueConfig> newTxQueue(std::string_view key, const Value& value);
 std::unique_ptr<Place> txQueuePlace(const Rok::Ptr<Qos::TxQueueConfig>& txQueue);
 
 // The tx queues of an interface or of a profile's body.
@@ -25,18 +25,18 @@ class TxQueuesPlace final : public Place {
  public:
   explicit TxQueuesPlace(Rok::Ptr<Owner> owner) : owner_(std::move(owner)) {}
 
-  std::vector<std::string> keys() const override {
+  std::vector<Rok::String> keys() const override {
     return sortedKeys(owner_->txQueueConfig(), keyOf);
   }
-  std::unique_ptr<Place> at(const std::string& key) const override {
+  std::unique_ptr<Place> at(const Rok::String& key) const override {
     const auto* found = owner_->txQueueConfig().find(txQueueOf(key));
     return found != nullptr ? txQueuePlace(*found) : nullptr;
   }
-  void put(const std::string& key, const Value& value, Writes& writes) override {
+  void put(const Rok::String& key, const Value& value, Writes& writes) override {
     const auto txQueue = newTxQueue(key, value);
     writes([&] { owner_->txQueueConfigIs(txQueue->txQueue(), txQueue); });
   }
-  void erase(const std::string& key, Writes& writes) override {
+  void erase(const Rok::String& key, Writes& writes) override {
     writes([&] { owner_->txQueueConfigDel(txQueueOf(key)); });
   }
 

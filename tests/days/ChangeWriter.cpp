@@ -140,8 +140,8 @@ class ChangeWriter {
   // One of the entries that are there, or `other` when there is none.
   std::string existing(const Tokens& place, const std::string& other) {
     const auto found = at(place);
-    const Texts keys = found != nullptr ? found->keys() : Texts();
-    return keys.empty() ? other : choose_.of(keys);
+    const auto keys = found != nullptr ? found->keys() : std::vector<Rok::String>();
+    return keys.empty() ? other : std::string(choose_.of(keys));
   }
   // Mostly an entry that is there, when there is one; else any.
   std::string entry(const Tokens& place, const std::string& any) {

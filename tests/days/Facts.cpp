@@ -64,7 +64,7 @@ std::vector<std::string> Facts::keys(std::size_t step, const Tokens& place) cons
   const host::Value* found = find(step, place);
   std::vector<std::string> result;
   if (found == nullptr || found->as<host::Value::Object>() == nullptr) return result;
-  for (const host::Member& member : found->object()) result.push_back(member.key);
+  for (const host::Member& member : found->object()) result.emplace_back(member.key);
   return result;
 }
 

@@ -13,7 +13,7 @@ inline void write(host::JsonWriter& writer, const host::Value& value) {
   if (const auto* v = value.as<bool>()) writer.boolean(*v);
   if (const auto* v = value.as<std::uint64_t>()) writer.number(*v);
   if (const auto* v = value.as<double>()) writer.real(*v);
-  if (const auto* v = value.as<std::string>()) writer.text(*v);
+  if (const auto* v = value.as<Rok::String>()) writer.text(*v);
   if (const auto* list = value.as<host::Value::List>()) {
     writer.beginArray();
     for (const host::Value& element : *list) write(writer, element);

@@ -57,6 +57,14 @@ TEST(ModelReader, ReadsAnEmptyModel) {
   EXPECT_EQ(faultOf(R"({"pfc": {}, "queues": {}})"), "");
 }
 
+TEST(ModelReader, RefusesTheSameKeyTwice) {
+  EXPECT_EQ(faultOf(R"({"queues": {"q": {}, "r": {}, "q": {}}})"), "/queues/q: the same key twice");
+  EXPECT_EQ(faultOf(R"({"interfaces": {"e": {}, "e": {}}})"), "/interfaces/e: the same key twice");
+  EXPECT_EQ(faultOf(R"({"classifiers": {"c": {"terms": {"t": {}, "t": {}}}}})"),
+            "/classifiers/c/terms/t: the same key twice");
+  EXPECT_EQ(faultOf(R"({"pfc": {}, "pfc": {}})"), "/pfc: the same member twice");
+}
+
 TEST(ModelReader, RefusesWhatIsNoModel) {
   EXPECT_EQ(faultOf(R"({"openconfig-qos:qos": {}})"), "/openconfig-qos:qos: unknown member");
   EXPECT_EQ(faultOf(R"({"classifiers": {"c": {"config": null}}})"),

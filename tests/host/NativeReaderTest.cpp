@@ -175,6 +175,47 @@ TEST(NativeDocument, RefusesTheSameKeyTwice) {
             "/class-maps/qos/V/match/1: the same value twice");
 }
 
+TEST(NativeDocument, RefusesTheSameKeyTwiceWhereverItStands) {
+  EXPECT_EQ(faultOf(R"({"access-lists": {"ipv4": {}, "ipv4": {}}})"),
+            "/access-lists/ipv4: the same member twice");
+  EXPECT_EQ(faultOf(R"({"access-lists": {"ipv6": {"V": {}, "V": {}}}})"),
+            "/access-lists/ipv6/V: the same key twice");
+  EXPECT_EQ(faultOf(R"({"policy-maps": {"7": {"V": {}}, "7": {}}})"),
+            "/policy-maps/7: the same key twice");
+  EXPECT_EQ(faultOf(R"({"tc-to-tx-queue": {"5": 1, "5": 1}})"),
+            "/tc-to-tx-queue/5: the same key twice");
+  EXPECT_EQ(faultOf(R"({"service-policies": {"1:P": {}, "1:P": {}}})"),
+            "/service-policies/1:P: the same key twice");
+  EXPECT_EQ(faultOf(R"({"interfaces": {"e": {"tx-queues": {"uc-1": {}, "uc-1": {}}}}})"),
+            "/interfaces/e/tx-queues/uc-1: the same key twice");
+  for (const char* section : {"comments", "queue-names", "forwarding-groups"}) {
+    const std::string value = section == std::string("comments") ? "\"\"" : "1";
+    EXPECT_EQ(
+        faultOf("{\"" + std::string(section) + R"(": {"": )" + value + R"(, "": )" + value + "}}"),
+        "/" + std::string(section) + "/: the same key twice");
+  }
+  for (const char* section : {"interfaces", "qos-profiles"}) {
+    EXPECT_EQ(faultOf("{\"" + std::string(section) + R"(": {"E": {}, "F": {}, "E": {}}})"),
+              "/" + std::string(section) + "/E: the same key twice");
+  }
+}
+
+TEST(NativeDocument, RefusesTheSameKeyTwiceAmongMany) {
+  for (const int twice : {0, 15, 16, 17, 99}) {
+    std::string rules;
+    for (int i = 0; i < 100; ++i) rules += "\"" + std::to_string(i) + "\": {}, ";
+    rules += "\"" + std::to_string(twice) + "\": {}";
+    EXPECT_EQ(faultOf(R"({"access-lists": {"ipv4": {"V": {"rules": {)" + rules + "}}}}}"),
+              "/access-lists/ipv4/V/rules/" + std::to_string(twice) + ": the same key twice");
+  }
+}
+
+TEST(NativeDocument, JudgesAKeyBeforeWhatStandsUnderIt) {
+  EXPECT_EQ(faultOf(R"({"class-maps": {"qos": {"V": {}, "V": {"matches": []}}}})"),
+            "/class-maps/qos/V: the same key twice");
+  EXPECT_EQ(faultOf(R"({"comments": {"V": "", "V": nope)"), "/comments/V: the same key twice");
+}
+
 TEST(NativeDocument, RefusesWhatIsNotJson) {
   EXPECT_EQ(faultOf(""), "(document): not JSON: The document is empty.");
   EXPECT_EQ(faultOf("  \n "), "(document): not JSON: The document is empty.");

@@ -149,11 +149,13 @@ TEST(SchemaReader, RefusesTextThatIsNotUnicode) {
 
 TEST(SchemaReader, HandsTheEntriesOfUpperCollectionsOnOneByOne) {
   struct Log final : EntrySink {
-    void collectionBegins(const std::string& key) override { log.push_back("begin " + key); }
-    void collectionEnds() override { log.emplace_back("end"); }
-    void entry(const std::string& key, Value value) override {
-      log.push_back(key + (value.as<Value::Object>() != nullptr ? " object" : " scalar"));
+    void collectionBegins(const Rok::String& key) override { told("begin " + std::string(key)); }
+    void collectionEnds() override { told("end"); }
+    void entry(const Rok::String& key, const Value& value) override {
+      told(std::string(key) + (value.as<Value::Object>() != nullptr ? " object" : " scalar"));
     }
+    bool has(const Rok::String& /*key*/) const override { return false; }
+    void told(const std::string& what) { log.push_back(what); }
     std::vector<std::string> log;
   } sink;
   const Schema room = Schema::record({{"size", Schema::number(9)}});
