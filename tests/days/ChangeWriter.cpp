@@ -126,7 +126,7 @@ class ChangeWriter {
     for (const std::string& token : place) {
       if (found == nullptr) return nullptr;
       const bool isKeyed = schema->kind() == host::Schema::Kind::keyed;
-      const std::string key = isKeyed ? *schema->key().canonical(token) : token;
+      const Rok::String key = isKeyed ? *schema->key().canonical(token) : Rok::String(token);
       found = found->at(key);
       schema = &schema->below(key);
     }
@@ -554,7 +554,7 @@ class ChangeWriter {
 std::vector<std::string> closingLines(const Step& step) {
   std::vector<std::string> lines;
   for (const host::Schema::Member& section : host::nativeSchema().members()) {
-    lines.push_back(R"([{"op":"remove","path":"/)" + section.name + R"("}])");
+    lines.push_back(R"([{"op":"remove","path":"/)" + std::string(section.name) + R"("}])");
   }
   Choices choose(step);
   for (std::size_t left = lines.size(); left > 1; --left) {

@@ -18,7 +18,7 @@ Tokens canonical(const Tokens& place) {
   for (const std::string& token : place) {
     if (!schema->isObject()) break;  // "-" behind a set
     const bool isKeyed = schema->kind() == host::Schema::Kind::keyed;
-    keys.push_back(isKeyed ? *schema->key().canonical(token) : token);
+    keys.emplace_back(isKeyed ? *schema->key().canonical(token) : token);
     schema = &schema->below(keys.back());
   }
   return keys;

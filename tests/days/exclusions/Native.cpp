@@ -61,7 +61,7 @@ bool TxQueue::isConfigured() const {
 
 std::string TxQueue::comment(std::size_t step) const {
   const host::Value* text = facts_->find(step, commentPlace());
-  return text != nullptr ? text->text() : "";
+  return text != nullptr ? std::string(text->text()) : "";
 }
 
 std::string TxQueue::policy(std::size_t step) const {
