@@ -159,6 +159,16 @@ TEST(ClassMapTranslation, AClassMapWithoutMatchStatementsCreatesNothing) {
   EXPECT_EQ(device.model(), Model{});
 }
 
+TEST(ClassMapTranslation, ATermIsTakenBackFromTheClassifierThatStandsNow) {
+  ClassMapDevice device;
+  device.start();
+  device.add("__yang_[edge-in]_[voice]");
+  device.classifiers->classifierDel("edge-in");
+  device.earlier("edge-in", {"voice"});
+  device.remove("__yang_[edge-in]_[voice]");
+  EXPECT_EQ(device.model(), (Model{{"edge-in/v4", {"-"}}}));
+}
+
 TEST(ClassMapTranslation, DeletingAClassMapThatCreatedNothingHasNoEffect) {
   ClassMapDevice device;
   device.start();

@@ -174,6 +174,15 @@ TEST_F(PolicyMapEvents, NameThenAction) {
   EXPECT_EQ(model(), edgeVoice("expedited"));
 }
 
+TEST_F(PolicyMapEvents, AnActionThatGoesIsTakenBackFromTheClassifierThatStandsNow) {
+  addGroup("expedited", 5);
+  addClass(edge, voice, 5);
+  classifiers->classifierDel("edge-in");
+  earlier("edge-in", {{"voice", "expedited"}});
+  removeTc(edge, voice);
+  EXPECT_EQ(model(), edgeVoice("blank"));
+}
+
 TEST_F(PolicyMapEvents, ActionThenName) {
   addClass(edge, voice, 5);
   EXPECT_EQ(model(), edgeVoice("blank"));
