@@ -324,7 +324,8 @@ TEST(GroupNamesWithoutMemory, MoveOrStay) {
 
 // More than the buffers on the stack hold.
 TEST(CommentWithoutMemory, IsAnExceptionWhenItIsTooLargeForTheStack) {
-  const std::string text = R"({"MetaData-OpenConfig":{"scheduler-policy":{"name":"fair"}},"rest":")";
+  const std::string text =
+      R"({"MetaData-OpenConfig":{"scheduler-policy":{"name":"fair"}},"rest":")";
   const Velmo::String comment(text + std::string(20'000, 'r') + "\"}");
   int faults = 0;
   eachFault([&](std::uint64_t n, AllocationFault::Kind kind) {
