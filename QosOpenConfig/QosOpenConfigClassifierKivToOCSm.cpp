@@ -285,16 +285,17 @@ void ClassMapSm::handleClassMapMatch(Qos::ClassMapMatchOption option) {
   Rok::EntryTrace(traceHandle, handler, *this, option);
   traceDecoders();
   if (path_.classifierName().empty()) return;
-  Config::Classifier& classifier = path_.classifierIs(*classifierDir_);
+  // Held: a trace line's reader may do anything.
+  const Rok::Ptr<Config::Classifier> classifier(&path_.classifierIs(*classifierDir_));
   const Classifier::Type type = classifierTypeFromMatchOption(option);
   if (Rok::TraceHelper line{traceHandle, handler}) {
     line.of(*this) << "Creating classifier named: " << path_.classifierName()
                    << " of type: " << type;
     if (path_.isTerm()) line << " and termId named: " << path_.termId();
   }
-  classifier.configIs(path_.classifierName(), type);
+  classifier->configIs(path_.classifierName(), type);
   // A term that is there stays as it is: its conditions and actions have writers of their own.
-  if (path_.isTerm()) path_.termIs(classifier);
+  if (path_.isTerm()) path_.termIs(*classifier);
 }
 
 // The names are decoded once, and a trace shows the decoders at work at each event all the same.
@@ -489,16 +490,17 @@ void AclSubConfigSm::handleRuleBySequence(std::uint32_t sequence) {
   Rok::EntryTrace(traceHandle, handler, *this, sequence);
   traceDecoder();
   if (!path_.isTerm()) return;
-  Config::Classifier& classifier = path_.classifierIs(*classifierDir_);
+  // Held: a trace line's reader may do anything.
+  const Rok::Ptr<Config::Classifier> classifier(&path_.classifierIs(*classifierDir_));
   const Classifier::Type type = classifierTypeFromAclType(aclNameAndType_->aclType());
   if (Rok::TraceHelper line{traceHandle, handler}) {
     line.of(*this) << " Creating classifier named: " << path_.classifierName()
                    << " and termId named: " << path_.termId() << " of type: " << type;
   }
-  classifier.configIs(path_.classifierName(), type);
+  classifier->configIs(path_.classifierName(), type);
   if (const auto dscp = dscpOf(sequence)) dscpValueSetPush(*dscp);
   // The term's actions have a writer of their own, and stay.
-  path_.termIs(classifier).conditions = conditions();
+  path_.termIs(*classifier).conditions = conditions();
 }
 
 // The DSCP that a rule matches, if it matches one.
@@ -856,7 +858,7 @@ void ClassActionSm::handleInitialized() {
   if (Rok::TraceHelper line{traceHandle, handler}) line.in(*this) << ", removing the stale config";
   if (setTcAction() != nullptr) return;
   Config::Term* term = terms->termRef(termId_);
-  if (term == nullptr) return;
+  if (term == nullptr || !*term) return;
   blankAction(*term);
   if (Rok::TraceHelper line{traceHandle, handler}) {
     line.in(*this) << ", removed the stale policyAction for classAction = " << cmapName();
@@ -913,7 +915,7 @@ void PolicyActionSm::addClassifierTermAction(const Velmo::String& targetGroup) {
 
 void PolicyActionSm::delClassifierTermAction() {
   Config::Term* term = path_.term(*classifierDir_);
-  if (term == nullptr) return;
+  if (term == nullptr || !*term) return;
   blankAction(*term);
   if (Rok::TraceHelper line{traceHandle, handler}) line.in(*this) << ", term = " << *term;
 }

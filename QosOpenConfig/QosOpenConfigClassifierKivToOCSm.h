@@ -89,8 +89,9 @@ class TermPath {
 
   Velmo::String classifierName_;
   Velmo::String termId_;
-  Rok::Ptr<Config::Classifier> classifier_;  // what was found last; it may have gone since
-  std::uint64_t termsVersion_ = 0;           // where `term_` was found
+  // What was found last. A classifier that has gone since lives until the next event.
+  Rok::Ptr<Config::Classifier> classifier_;
+  std::uint64_t termsVersion_ = 0;  // where `term_` was found
   Config::Term* term_ = nullptr;
 };
 

@@ -106,7 +106,8 @@ void InterfaceClassifierKivToOcSm::delIntfClassifiers(const Velmo::String& inter
 void InterfaceClassifierKivToOcSm::handleInitialized() {
   Rok::EntryTrace(traceHandle, handler, *this);
   for (auto i = interfacesDir_->interface().iterator(); i; ++i) {
-    if (const auto classifiers = classifiersOf(i.key())) indexInterface(i.key(), *classifiers);
+    const auto classifiers = classifiersOf(i.key());
+    classifiers ? indexInterface(i.key(), *classifiers) : unindexInterface(i.key());
   }
 
   std::set<std::pair<Velmo::String, Velmo::String>> known;

@@ -42,21 +42,20 @@ void HashIndex::grow() {
 // Takes over what stands in an index of half the size. Its entries stand in the order of their
 // homes, seen from behind a hole on. Their homes here are either the same or half a turn further,
 // and in each of these halves the order stays: so there are two places to write at, and nothing is
-// searched or moved.
+// searched or moved. Which of the two is anybody's guess, so it is no branch.
 void HashIndex::fillFrom(const HashIndex& half) noexcept {
   const std::uint32_t size = half.mask_ + 1;
   std::uint32_t hole = 0;
   while (half.slots_[hole].place != 0) ++hole;
-  std::uint32_t near = hole + 1;        // the first half turn behind the hole
-  std::uint32_t far = hole + 1 + size;  // the second, which goes round the end
-  for (std::uint32_t i = 1; i <= half.mask_; ++i) {
-    const HashSlot& slot = half.slots_[(hole + i) & half.mask_];
+  const std::uint32_t begin = hole + 1;
+  std::uint32_t next[2] = {begin, begin + size};
+  for (std::uint32_t i = 0; i < half.mask_; ++i) {
+    const HashSlot& slot = half.slots_[(begin + i) & half.mask_];
     if (slot.place == 0) continue;
-    const std::uint32_t home = slot.hash & mask_;
-    const bool isNear = home - (hole + 1) < size;
-    std::uint32_t& next = isNear ? near : far;
-    next = std::max(next, isNear || home > hole ? home : home + 2 * size);
-    slots_[next++ & mask_] = slot;
+    const std::uint32_t home = (slot.hash - begin) & mask_;  // as seen from `begin`
+    std::uint32_t& at = next[home >= size ? 1 : 0];
+    at = std::max(at, begin + home);
+    slots_[at++ & mask_] = slot;
   }
 }
 
