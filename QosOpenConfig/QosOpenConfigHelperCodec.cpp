@@ -307,9 +307,9 @@ class Requirements {
  public:
   void object(const Found& found) { need(found.kind == Found::object, "IsObject()"); }
   void string(const Found& found) { need(found.kind == Found::string, "IsString()"); }
-  void number64(const Found& found) { need(found.kind == Found::number, "IsUint64()"); }
+  void number64(const Found& found) { need(found.kind == Found::number, wide); }
   void number32(const Found& found) {
-    need(found.kind == Found::number && found.value <= 0xffffffffu, "IsUint()");
+    need(found.kind == Found::number && found.value <= 0xffffffffu, narrow);
   }
 
   // Ends the process unless all were met.
@@ -318,6 +318,10 @@ class Requirements {
   }
 
  private:
+  // What a RapidJSON value asserts when it is asked for a number that it doesn't hold.
+  static constexpr const char* wide = "data_.f.flags & kUint64Flag";
+  static constexpr const char* narrow = "data_.f.flags & kUintFlag";
+
   void need(bool met, const char* requirement) {
     if (!met && broken_ == nullptr) broken_ = requirement;
   }
