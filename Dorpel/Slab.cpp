@@ -44,8 +44,9 @@ struct Slab {
 
 constinit Slab slabs[slabMaxSize / slabGranule + 1];
 
+// What a block takes. No bytes take a granule, too: every block has an address of its own.
 std::size_t roundedUp(std::size_t size) {
-  return (size + slabGranule - 1) / slabGranule * slabGranule;
+  return size == 0 ? slabGranule : (size + slabGranule - 1) / slabGranule * slabGranule;
 }
 
 Slab& slabOf(std::size_t size) { return slabs[(size + slabGranule - 1) / slabGranule]; }
@@ -165,7 +166,7 @@ SlabUse slabUse() noexcept {
   use.mapped = mappedBytes;
   for (std::size_t i = 0; i < std::size(slabs); ++i) {
     use.blocks += slabs[i].blocks;
-    use.bytes += slabs[i].blocks * i * slabGranule;
+    use.bytes += slabs[i].blocks * roundedUp(i * slabGranule);
     use.chunks += slabs[i].chunkBytes;
   }
   return use;

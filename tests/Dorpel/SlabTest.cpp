@@ -49,6 +49,22 @@ TEST(Slab, EveryBlockIsAlignedToEightBytes) {
   }
 }
 
+TEST(Slab, BlocksOfNoBytesHaveAddressesOfTheirOwn) {
+  const Dorpel::SlabUse before = Dorpel::slabUse();
+  std::set<void*> blocks;
+  for (int i = 0; i < 1000; ++i) {
+    blocks.insert(Dorpel::slabAlloc(0));
+    blocks.insert(Dorpel::slabAllocOrStdMalloc(0));
+    blocks.insert(Dorpel::slabAllocOrStdCalloc(0));
+  }
+  EXPECT_EQ(blocks.size(), 3000u);
+  EXPECT_EQ(blocks.count(nullptr), 0u);
+  EXPECT_EQ(Dorpel::slabUse().blocks, before.blocks + 3000);
+  EXPECT_EQ(Dorpel::slabUse().bytes, before.bytes + 3000 * Dorpel::slabGranule);
+  for (void* block : blocks) Dorpel::slabFreeOrStdFree(block, 0);
+  EXPECT_EQ(Dorpel::slabUse().blocks, before.blocks);
+}
+
 TEST(Slab, BlocksOfAllSizesNeverOverlap) {
   struct Block {
     unsigned char* at;
