@@ -15,13 +15,15 @@
 //   it touches the output; whoever wants that calls doPrepareToDie() first.
 //
 //   Delivery. A watch passes on only the attributes it names, only while it is no zombie and has an
-//   owner. It holds its owner during the call: a handler may release the last outside reference.
-//   Several reactions to one attribute run in their order.
+//   owner and an input. It holds its owner during the call: a handler may release the last outside
+//   reference. Several reactions to one attribute run in their order, and end when one of them lets
+//   go of the input.
 //
 //   Mirroring. `children.is(arguments...)` returns the child under the key of its arguments, or
 //   makes one. Null pointer arguments throw MutatorArgNullPointerException. When the child that is
 //   there was built from other arguments, the first that differs throws
-//   MutatorReinstantiatingException, and nothing changes. Attribute ids count from 130 by the
+//   MutatorReinstantiatingException, and nothing changes. That holds too for a child that came to
+//   be there while another was constructed for its key. Attribute ids count from 130 by the
 //   argument's place.
 //
 //   Every watch and collection is constructed with *this and named by parts(); `create` asserts
@@ -92,7 +94,7 @@ struct On {
   }
 };
 
-// The same for a reaction that a zombie's watch still has, as long as it has an owner.
+// The same for a reaction that a zombie's watch still has, as long as it has an owner and an input.
 template <auto attribute, auto handler>
 struct OnEvenZombie : On<attribute, handler> {
   static constexpr bool evenZombie = true;
@@ -207,6 +209,8 @@ class Watch : public PtrInterface::NotifieeConst {
   void react(Owner& owner, AttributeId id, const void* key) {
     if constexpr (Reaction::id != 0) {
       if (id != Reaction::id || (rokMarkedForDeletion() && !Reaction::evenZombie)) return;
+      // An earlier reaction may have let go of the input, and then no mark of a zombie stands here.
+      if (notifier() == nullptr) return;
       Reaction::react(owner, key);
     }
   }
@@ -400,8 +404,13 @@ class Children {
       sameCheck(*child, std::index_sequence_for<Args...>(), args...);
       return child;
     }
-    Ptr<Child> child = Child::create(args...);
-    map_.newMember(Functor{}(child), child);
+    const Ptr<Child> made = Child::create(args...);
+    const auto [node, isNew] = map_.newMember(Functor{}(made), made);
+    if (isNew) return made;
+    // The construction itself led back here and filled the key. That child stays, as any other that
+    // is there; the one made in vain goes, and touches no output.
+    const Ptr<Child> child = node->value();
+    sameCheck(*child, std::index_sequence_for<Args...>(), args...);
     return child;
   }
   // xSmDel(key): releases the child and leaves the output alone. Returns whether there was one.

@@ -464,6 +464,78 @@ TEST_F(Reinstantiation, OfSeveralArgumentsThatDifferTheFirstIsTold) {
               addresses(sheet_.get(), other.get()));
 }
 
+// A child whose construction runs a test's code, as one that writes to what its parent watches
+// does.
+class NestSm final : public Rok::StateMachine<NestSm> {
+ public:
+  struct Step final : Rok::PtrInterface {
+    std::function<void()> act;
+  };
+  static constexpr std::string_view rokTypeName = "NestSm";
+  static constexpr auto rokArguments() {
+    return std::tuple{Rok::Argument{"lane", &NestSm::lane}, Rok::Argument{"step", &NestSm::step}};
+  }
+  Ptr<Lane const> lane() const { return lane_.ptr(); }
+  const Ptr<Step>& step() const { return step_; }
+  void handleSpeed() {}
+  void handleInitialized() {
+    if (const auto act = std::exchange(step_->act, nullptr)) act();
+  }
+
+ private:
+  friend Rok::StateMachine<NestSm>;
+  using RokLane = Rok::Watch<NestSm, Lane, Rok::On<Lane::Attr::speed, &NestSm::handleSpeed>>;
+  NestSm(const Ptr<Lane const>& lane, const Ptr<Step>& step) : lane_(*this, lane), step_(step) {
+    handleInitialized();
+  }
+  auto parts() { return std::tie(lane_); }
+
+  RokLane lane_;
+  Ptr<Step> step_;
+};
+
+// Whatever counts its parts may own children.
+struct NestOwner {
+  void rokPartNew() {}
+};
+
+class NestedConstruction : public testing::Test {
+ protected:
+  Ptr<NestSm> is(const Ptr<Lane>& lane) { return nests_.is(Ptr<Lane const>(lane), step_); }
+
+  NestOwner owner_;
+  Rok::Children<NestSm, 0x86, Rok::KeyFunktor<&NestSm::lane, &Lane::name>> nests_{owner_};
+  Ptr<NestSm::Step> step_ = Rok::make<NestSm::Step>();
+  Ptr<Lane> lane_ = Rok::make<Lane>("lane1");
+  Ptr<NestSm> stored_;
+};
+
+TEST_F(NestedConstruction, OfTheSameKeyMakesTheChildThatStaysAndIsReturned) {
+  step_->act = [&] { stored_ = is(lane_); };
+  const auto child = is(lane_);
+  EXPECT_EQ(child, stored_);
+  EXPECT_EQ(nests_.child("lane1"), stored_);
+  EXPECT_EQ(nests_.members(), 1u);
+  EXPECT_EQ(notifieesOf(lane_), 1u) << "the one made in vain has gone";
+}
+
+TEST_F(NestedConstruction, FromOtherArgumentsThrowsAndItsChildStays) {
+  const auto twin = Rok::make<Lane>("lane1");
+  step_->act = [&] { stored_ = is(twin); };
+  EXPECT_THROW(is(lane_), Rok::MutatorReinstantiatingException);
+  EXPECT_EQ(nests_.child("lane1"), stored_);
+  EXPECT_EQ(notifieesOf(lane_), 0u) << "the one made in vain has gone";
+  EXPECT_EQ(notifieesOf(twin), 1u);
+}
+
+TEST_F(NestedConstruction, OfAnotherKeyLeavesBothChildren) {
+  const auto other = Rok::make<Lane>("lane2");
+  step_->act = [&] { stored_ = is(other); };
+  const auto child = is(lane_);
+  EXPECT_EQ(nests_.child("lane1"), child);
+  EXPECT_EQ(nests_.child("lane2"), stored_);
+}
+
 TEST_F(DeviceTree, ANullArgumentThrowsWithItsNameAndCreatesNothing) {
   const auto sheet = Rok::make<Sheet>();
   const auto port = portOf("Ethernet7");
@@ -877,6 +949,28 @@ TEST(Watch, AsAZombieRunsOnlyTheReactionsThatAZombieHas) {
   sm->watch().ownerDel();
   bell->toneIs(441);
   EXPECT_EQ(script->calls, Calls{"follow"}) << "nobody is there to react";
+}
+
+TEST(Watch, WithoutAnInputRunsNoReactionNotEvenThoseOfAZombie) {
+  const auto bell = Rok::make<Bell>();
+  const auto script = Rok::make<Script>();
+  const auto sm = TwiceSm::create(bell, script);
+  sm->watch().inputDel();
+  sm->watch().onAttribute(Bell::Attr::tone.id, nullptr);
+  sm->watch().rokMarkedForDeletionIs(true);
+  sm->watch().onAttribute(Bell::Attr::tone.id, nullptr);
+  const auto deaf = TwiceSm::create(Ptr<Bell const>(), script);
+  deaf->watch().onAttribute(Bell::Attr::tone.id, nullptr);
+  EXPECT_EQ(script->calls, Calls{});
+}
+
+TEST(Watch, AReactionThatLetsGoOfTheInputKeepsTheNextFromRunning) {
+  const auto bell = Rok::make<Bell>();
+  const auto script = Rok::make<Script>();
+  const auto sm = TwiceSm::create(bell, script);
+  script->act = [&] { sm->watch().inputDel(); };
+  bell->toneIs(440);
+  EXPECT_EQ(script->calls, Calls{"tone"});
 }
 
 TEST(Watch, OfOneAttributeSaysSoToItsNotifier) {
