@@ -60,7 +60,7 @@ TermPath pathOf(std::string_view name) {
 // traffic class: what exceeds a byte has no name.
 const Qos::ForwardingGroupName* firstGroupName(std::uint32_t tc,
                                                const Qos::ForwardingGroupNameToTcMap& map) {
-  return tc <= 0xff ? map.firstName(static_cast<unsigned char>(tc)) : nullptr;
+  return tc <= 0xff ? map.firstName(tc) : nullptr;
 }
 
 // ===== Rules

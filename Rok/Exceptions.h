@@ -3,9 +3,11 @@
 #pragma once
 
 #include <concepts>
+#include <cstdint>
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <type_traits>
 
 #include "Dorpel/Export.h"
 #include "Rok/GenericIfImpl.h"
@@ -61,6 +63,16 @@ class QOS_EXPORT MutatorReinstantiatingException : public MutatorException {
 
 [[noreturn]] QOS_EXPORT void throwRangeException(const char* text);
 [[noreturn]] QOS_EXPORT void throwRangeException(const Velmo::String& text);
+
+// Whether a number, in whatever type it comes, is one of 0 to `max`. Whoever takes a number for a
+// narrower type asks this first: once it is cut, 300 is 44.
+template <std::integral Number>
+constexpr bool isUpTo(std::uint64_t max, Number number) {
+  if constexpr (std::signed_integral<Number>) {
+    if (number < 0) return false;
+  }
+  return static_cast<std::common_type_t<Number, std::uint64_t>>(number) <= max;
+}
 
 // Tests an index into a bounded array. Throws: RangeException when index >= size.
 inline void checkIndex(std::size_t index, std::size_t size) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <compare>
+#include <concepts>
 #include <cstdint>
 #include <ostream>
 
@@ -64,13 +65,17 @@ class UniqueId {
 
 namespace Qos {
 
-// A one-byte number that is not to be mistaken for another one.
-template <class Tag, unsigned char defaultValue>
+// A one-byte number that is not to be mistaken for another one. Every byte is legal.
+template <class Form>
 struct ByteValue {
-  unsigned char value = defaultValue;
+  unsigned char value = Form::initial;
 
   constexpr ByteValue() = default;
-  constexpr ByteValue(unsigned char v) : value(v) {}
+  // Throws: RangeException with the type's text for a number that is no byte.
+  template <std::integral Number>
+  constexpr ByteValue(Number number) : value(static_cast<unsigned char>(number)) {
+    if (!Rok::isUpTo(0xff, number)) Rok::throwRangeException(Form::text);
+  }
 
   constexpr std::uint32_t hash(std::uint32_t seed) const {
     return Rok::hashSingleAttr(seed, value);
@@ -81,9 +86,25 @@ struct ByteValue {
   }
 };
 
-using TxQueueId = ByteValue<struct TxQueueIdTag, 16>;  // a transmit queue; 16 means none
-using Percent = ByteValue<struct PercentTag, 101>;     // 0 to 100; 101 means not configured
-using TrafficClass = ByteValue<struct TrafficClassTag, 0>;
+struct TxQueueIdForm {
+  static constexpr unsigned char initial = 16;
+  static constexpr const char* text =
+      "Qos::TxQueueId::value < Qos::TxQueueId::min or > Qos::TxQueueId::max not allowed";
+};
+struct PercentForm {
+  static constexpr unsigned char initial = 101;
+  static constexpr const char* text =
+      "Qos::Percent::value < Qos::Percent::min or > Qos::Percent::max not allowed";
+};
+struct TrafficClassForm {
+  static constexpr unsigned char initial = 0;
+  static constexpr const char* text =
+      "Qos::TrafficClass::value < Qos::TrafficClass::min or > Qos::TrafficClass::max not allowed";
+};
+
+using TxQueueId = ByteValue<TxQueueIdForm>;  // a transmit queue; 16 means none
+using Percent = ByteValue<PercentForm>;      // 0 to 100; 101 means not configured
+using TrafficClass = ByteValue<TrafficClassForm>;
 inline constexpr TxQueueId noTxQueue{16};
 inline constexpr Percent percentNotConfigured{101};
 inline constexpr unsigned percentMax = 100;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <compare>
+#include <concepts>
 #include <cstdint>
 #include <ostream>
 
@@ -16,9 +17,10 @@ class RangeChecked {
   using Value = typename Range::Value;
 
   constexpr RangeChecked() = default;
-  // Throws: RangeException with the type's text for a value outside the range.
-  RangeChecked(Value value) : value_(value) {
-    if (value > Range::max) Rok::throwRangeException(Range::text);
+  // Throws: RangeException with the type's text for a number outside the range, of whatever type.
+  template <std::integral Number>
+  constexpr RangeChecked(Number number) : value_(static_cast<Value>(number)) {
+    if (!Rok::isUpTo(Range::max, number)) Rok::throwRangeException(Range::text);
   }
 
   constexpr Value value() const { return value_; }

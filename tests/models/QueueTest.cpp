@@ -35,13 +35,20 @@ std::string refusal(Value value) {
 
 // ===== Numbers
 
+constexpr const char* percentText =
+    "QosOc::PercentType::value < QosOc::PercentType::min or > QosOc::PercentType::max not allowed";
+constexpr const char* percent100Text =
+    "QosOc::PercentType100::value < QosOc::PercentType100::min or > QosOc::PercentType100::max "
+    "not allowed";
+constexpr const char* thresholdText =
+    "QosOc::ThresholdType::value < QosOc::ThresholdType::min or > QosOc::ThresholdType::max not "
+    "allowed";
+
 TEST(PercentType, TakesZeroToAHundredAndRefusesTheRestByItsText) {
   for (unsigned value = 0; value < 256; ++value) {
     const auto byte = static_cast<std::uint8_t>(value);
     EXPECT_EQ(refusal<PercentType>(byte),
-              value <= 100 ? "accepted " + std::to_string(value)
-                           : "QosOc::PercentType::value < QosOc::PercentType::min or > "
-                             "QosOc::PercentType::max not allowed");
+              value <= 100 ? "accepted " + std::to_string(value) : percentText);
   }
 }
 
@@ -49,18 +56,38 @@ TEST(PercentType100, TakesZeroToAHundredAndRefusesTheRestByItsText) {
   for (unsigned value = 0; value < 256; ++value) {
     const auto byte = static_cast<std::uint8_t>(value);
     EXPECT_EQ(refusal<PercentType100>(byte),
-              value <= 100 ? "accepted " + std::to_string(value)
-                           : "QosOc::PercentType100::value < QosOc::PercentType100::min or > "
-                             "QosOc::PercentType100::max not allowed");
+              value <= 100 ? "accepted " + std::to_string(value) : percent100Text);
   }
 }
 
 TEST(ThresholdType, TakesAllButAllOnes) {
   EXPECT_EQ(refusal<ThresholdType>(0u), "accepted 0");
   EXPECT_EQ(refusal<ThresholdType>(4294967294u), "accepted 4294967294");
-  EXPECT_EQ(refusal<ThresholdType>(4294967295u),
-            "QosOc::ThresholdType::value < QosOc::ThresholdType::min or > "
-            "QosOc::ThresholdType::max not allowed");
+  EXPECT_EQ(refusal<ThresholdType>(4294967295u), thresholdText);
+}
+
+// What a byte or a word would make of these numbers is in range.
+TEST(RangeCheckedNumbers, RefuseWhatTheirWidthWouldCutIntoTheRange) {
+  EXPECT_EQ(refusal<PercentType>(100ull), "accepted 100");
+  for (const auto tooLarge : {101ull, 256ull, 300ull, 0x100000000ull, ~0ull}) {
+    EXPECT_EQ(refusal<PercentType>(tooLarge), percentText);
+    EXPECT_EQ(refusal<PercentType100>(tooLarge), percent100Text);
+  }
+  EXPECT_EQ(refusal<ThresholdType>(4294967294ull), "accepted 4294967294");
+  for (const auto tooLarge : {0xffffffffull, 0x100000000ull, 0x100000001ull, ~0ull}) {
+    EXPECT_EQ(refusal<ThresholdType>(tooLarge), thresholdText);
+  }
+}
+
+TEST(RangeCheckedNumbers, RefuseWhatIsNegativeInItsOwnType) {
+  EXPECT_EQ(refusal<PercentType>(100), "accepted 100");
+  for (const auto negative : {-1ll, -156ll, -256ll, -0x100000000ll}) {  // -156 is 100 as a byte
+    EXPECT_EQ(refusal<PercentType>(negative), percentText);
+    EXPECT_EQ(refusal<PercentType100>(negative), percent100Text);
+    EXPECT_EQ(refusal<ThresholdType>(negative), thresholdText);
+  }
+  EXPECT_EQ(refusal<PercentType>(static_cast<signed char>(-1)), percentText);
+  EXPECT_EQ(refusal<ThresholdType>(-2), thresholdText);  // 4294967294 as a word
 }
 
 TEST(RangeCheckedNumbers, BeginWithTheirOwnDefault) {

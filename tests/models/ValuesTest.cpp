@@ -5,11 +5,14 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <set>
 #include <sstream>
 #include <string>
 #include <type_traits>
 #include <vector>
+
+#include "tests/support/Refusals.h"
 
 namespace {
 
@@ -94,6 +97,41 @@ TEST(ByteValue, PrintsAsANumberAndComparesByIt) {
   EXPECT_LT(Qos::TrafficClass(2), Qos::TrafficClass(200));
   EXPECT_EQ(Qos::TxQueueId(3).hash(1), Qos::TxQueueId(3).hash(1));
   EXPECT_NE(Qos::TxQueueId(3).hash(1), Qos::TxQueueId(4).hash(1));
+}
+
+template <class Number>
+class ByteNumber : public testing::Test {};
+struct TxQueueIds {
+  using Number = Qos::TxQueueId;
+  static constexpr const char* text =
+      "Qos::TxQueueId::value < Qos::TxQueueId::min or > Qos::TxQueueId::max not allowed";
+};
+struct Percents {
+  using Number = Qos::Percent;
+  static constexpr const char* text =
+      "Qos::Percent::value < Qos::Percent::min or > Qos::Percent::max not allowed";
+};
+struct TrafficClasses {
+  using Number = Qos::TrafficClass;
+  static constexpr const char* text =
+      "Qos::TrafficClass::value < Qos::TrafficClass::min or > Qos::TrafficClass::max not allowed";
+};
+using ByteNumbers = testing::Types<TxQueueIds, Percents, TrafficClasses>;
+TYPED_TEST_SUITE(ByteNumber, ByteNumbers);
+
+TYPED_TEST(ByteNumber, TakesEveryByteInWhateverTypeItComes) {
+  for (int byte = 0; byte < 256; ++byte) {
+    EXPECT_EQ(typename TypeParam::Number(byte).value, byte);
+    EXPECT_EQ(typename TypeParam::Number(static_cast<unsigned char>(byte)).value, byte);
+    EXPECT_EQ(typename TypeParam::Number(static_cast<std::uint64_t>(byte)).value, byte);
+  }
+}
+
+TYPED_TEST(ByteNumber, RefusesWhatIsNoByteByItsText) {
+  for (const auto number : {256ll, 272ll, 0x100000000ll, -1ll, -240ll}) {
+    EXPECT_EQ(support::outOfRange([&] { typename TypeParam::Number{number}; }), TypeParam::text);
+  }
+  EXPECT_EQ(support::outOfRange([] { typename TypeParam::Number{~0ull}; }), TypeParam::text);
 }
 
 // One kind of number is not to pass for another, nor one kind of name.
