@@ -212,6 +212,12 @@ class HashMap2018 {
     return node != nullptr ? &node->value() : nullptr;
   }
 
+  // The value under a key, or the default value (null, for a pointer) where there is none.
+  Value get(const Key& key) const {
+    const Value* found = find(key);
+    return found != nullptr ? *found : Value();
+  }
+
   // Inserts. Returns the node under the key and whether it is new; a node that is there already
   // stays as it is.
   template <class V>

@@ -62,6 +62,12 @@ class OrderedMap {
     return found != tree_.end() ? &found->second : nullptr;
   }
 
+  // The value under a key, or the default value (null, for a pointer) where there is none.
+  Value get(const Key& key) const {
+    const Value* found = find(key);
+    return found != nullptr ? *found : Value();
+  }
+
   // The least key that is not less than `key`, or null.
   const Key* firstKeyFrom(const Key& key) const {
     const auto found = tree_.lower_bound(key);

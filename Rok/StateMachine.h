@@ -418,10 +418,7 @@ class Children {
   void delAll() { map_._memberDelAll(); }
 
   // The child under a key, or null.
-  Ptr<Child> child(const Key& key) const {
-    const Ptr<Child>* found = map_.find(key);
-    return found != nullptr ? *found : nullptr;
-  }
+  Ptr<Child> child(const Key& key) const { return map_.get(key); }
   const Map& map() const { return map_; }
   std::uint32_t members() const { return map_.members(); }
   typename Map::Iterator iterator() const { return map_.iterator(); }

@@ -14,10 +14,7 @@ class ValueMap {
 
   const Map& map() const { return map_; }
   // A missing key reads as the default value.
-  Value get(const Key& key) const {
-    const Value* found = map_.find(key);
-    return found != nullptr ? *found : Value();
-  }
+  Value get(const Key& key) const { return map_.get(key); }
   // Replaces the value, or inserts it.
   void is(const Key& key, const Value& value) {
     const auto [node, isNew] = map_.newMember(key, value);

@@ -122,6 +122,9 @@ class AclSubConfig final : public Rok::Notifier {
 
   // Sequence number to the rule's identity, ascending. Notifies: ruleBySequence, with the number.
   const Sequence& ruleBySequence() const { return ruleBySequence_; }
+  Umb::UniqueId ruleBySequence(std::uint32_t sequence) const {
+    return ruleBySequence_.get(sequence);
+  }
   void ruleBySequenceIs(std::uint32_t sequence, const Umb::UniqueId& id) {
     memberIs(ruleBySequence_, sequence, id, Attr::ruleBySequence);
   }
@@ -131,11 +134,13 @@ class AclSubConfig final : public Rok::Notifier {
 
   // Rules by identity. Notifies: the attribute, with the identity.
   const IpRules& ipRuleById() const { return ipRuleById_; }
+  IpRuleConfig ipRuleById(const Umb::UniqueId& id) const { return ipRuleById_.get(id); }
   void ipRuleByIdIs(const Umb::UniqueId& id, const IpRuleConfig& rule) {
     memberIs(ipRuleById_, id, rule, Attr::ipRuleById);
   }
   void ipRuleByIdDel(const Umb::UniqueId& id) { memberDel(ipRuleById_, id, Attr::ipRuleById); }
   const Ip6Rules& ip6RuleById() const { return ip6RuleById_; }
+  Ip6RuleConfig ip6RuleById(const Umb::UniqueId& id) const { return ip6RuleById_.get(id); }
   void ip6RuleByIdIs(const Umb::UniqueId& id, const Ip6RuleConfig& rule) {
     memberIs(ip6RuleById_, id, rule, Attr::ip6RuleById);
   }
@@ -190,6 +195,7 @@ class AclTypeConfig final : public Rok::Notifier {
 
   // ACLs by name, ascending. Notifies: acl, with the name.
   const Acls& acl() const { return acl_; }
+  Rok::Ptr<AclConfig> acl(const Rok::String& name) const { return acl_.get(name); }
   void aclIs(const Rok::String& name, const Rok::Ptr<AclConfig>& acl) {
     memberIs(acl_, name, acl, Attr::acl);
   }
@@ -210,6 +216,7 @@ class Config final : public Rok::Notifier {
 
   // ACLs by type. Notifies: config, with the type.
   const Types& config() const { return config_; }
+  Rok::Ptr<AclTypeConfig> config(AclType type) const { return config_.get(type); }
   void configIs(AclType type, const Rok::Ptr<AclTypeConfig>& config) {
     memberIs(config_, type, config, Attr::config);
   }

@@ -21,6 +21,7 @@ class AclConfig final : public Rok::Notifier {
 
   // The class maps by map type. Notifies: cmapType, with the map type.
   const ClassMapTypes& cmapType() const { return cmapType_; }
+  Rok::Ptr<ClassMapTypeConfig> cmapType(MapType type) const { return cmapType_.get(type); }
   void cmapTypeIs(MapType type, const Rok::Ptr<ClassMapTypeConfig>& config) {
     memberIs(cmapType_, type, config, Attr::cmapType);
   }
@@ -28,6 +29,7 @@ class AclConfig final : public Rok::Notifier {
 
   // The policy maps by map type. Notifies: pmapType, with the map type.
   const PolicyMapTypes& pmapType() const { return pmapType_; }
+  Rok::Ptr<PolicyMapTypeConfig> pmapType(MapType type) const { return pmapType_.get(type); }
   void pmapTypeIs(MapType type, const Rok::Ptr<PolicyMapTypeConfig>& config) {
     memberIs(pmapType_, type, config, Attr::pmapType);
   }

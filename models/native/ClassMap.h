@@ -41,6 +41,7 @@ class ClassMapConfig final : public Rok::Notifier {
 
   // The match statements, one an option. Notifies: match, with the option.
   const Matches& match() const { return match_; }
+  Rok::Ptr<ClassMapMatch> match(ClassMapMatchOption option) const { return match_.get(option); }
   void matchIs(ClassMapMatchOption option, const Rok::Ptr<ClassMapMatch>& match) {
     memberIs(match_, option, match, Attr::match);
   }
@@ -70,6 +71,7 @@ class ClassMapTypeConfig final : public Rok::Notifier {
 
   // The class maps by name. Notifies: cmap, with the name.
   const ClassMaps& cmap() const { return cmap_; }
+  Rok::Ptr<ClassMapConfig> cmap(const Rok::String& name) const { return cmap_.get(name); }
   void cmapIs(const Rok::String& name, const Rok::Ptr<ClassMapConfig>& cmap) {
     // The key shares the text of the object's own name: whoever got the two apart from each other
     // doesn't leave one text more for each class map.

@@ -14,10 +14,7 @@ class Config final : public Rok::Notifier {
 
   // Texts by comment key; a missing one reads as empty. Notifies: comment, with the key.
   const Comments& comment() const { return comment_; }
-  Rok::String comment(const Rok::String& key) const {
-    const Rok::String* found = comment_.find(key);
-    return found != nullptr ? *found : Rok::String();
-  }
+  Rok::String comment(const Rok::String& key) const { return comment_.get(key); }
   void commentIs(const Rok::String& key, const Rok::String& text) {
     memberIs(comment_, key, text, Attr::comment);
   }

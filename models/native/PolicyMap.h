@@ -51,6 +51,7 @@ class ClassAction final : public Rok::Notifier {
 
   // The actions of the class, by type. Notifies: policyAction, with the type.
   const Actions& policyAction() const { return policyAction_; }
+  Rok::Ptr<Action> policyAction(ActionType type) const { return policyAction_.get(type); }
   void policyActionIs(ActionType type, const Rok::Ptr<Action>& action) {
     memberIs(policyAction_, type, action, Attr::policyAction);
   }
@@ -78,6 +79,9 @@ class PolicyMapConfig final : public Rok::Notifier {
   // One entry for each class map that the policy map uses. Notifies: classAction, with the class
   // map's name.
   const ClassActions& classAction() const { return classAction_; }
+  Rok::Ptr<ClassAction> classAction(const Rok::String& name) const {
+    return classAction_.get(name);
+  }
   void classActionIs(const Rok::String& name, const Rok::Ptr<ClassAction>& action) {
     memberIs(classAction_, name, action, Attr::classAction);
   }
@@ -105,6 +109,7 @@ class PolicyMapTypeConfig final : public Rok::Notifier {
 
   // Policy maps by name, ascending. Notifies: pmap, with the name.
   const PolicyMaps& pmap() const { return pmap_; }
+  Rok::Ptr<PolicyMapConfig> pmap(const Rok::String& name) const { return pmap_.get(name); }
   void pmapIs(const Rok::String& name, const Rok::Ptr<PolicyMapConfig>& pmap) {
     memberIs(pmap_, name, pmap, Attr::pmap);
   }

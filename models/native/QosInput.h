@@ -27,6 +27,9 @@ class IntfConfig final : public Rok::Notifier {
 
   // Notifies: txQueueConfig, with the tx queue.
   const TxQueueConfigs& txQueueConfig() const { return txQueueConfig_; }
+  Rok::Ptr<TxQueueConfig> txQueueConfig(const TxQueue& txQueue) const {
+    return txQueueConfig_.get(txQueue);
+  }
   void txQueueConfigIs(const TxQueue& txQueue, const Rok::Ptr<TxQueueConfig>& config) {
     memberIs(txQueueConfig_, txQueue, config, Attr::txQueueConfig);
   }
@@ -56,6 +59,7 @@ class QueueNameToTxQueueIdMap final : public Rok::Notifier {
 
   // In name order. Notifies: queueNameToTxQueueId, with the name.
   const Map& queueNameToTxQueueId() const { return map_; }
+  TxQueueId queueNameToTxQueueId(const QueueName& name) const { return map_.get(name); }
   void queueNameToTxQueueIdIs(const QueueName& name, TxQueueId id) {
     memberIs(map_, name, id, Attr::queueNameToTxQueueId);
   }
@@ -77,6 +81,9 @@ class ForwardingGroupNameToTcMap final : public Rok::Notifier {
 
   // In name order. Notifies: forwardingGroupNameToTc, with the name.
   const Map& forwardingGroupNameToTc() const { return map_; }
+  TrafficClass forwardingGroupNameToTc(const ForwardingGroupName& name) const {
+    return map_.get(name);
+  }
   void forwardingGroupNameToTcIs(const ForwardingGroupName& name, TrafficClass tc) {
     const ForwardingGroupName kept(name);  // `name` may be what firstName gave
     const TrafficClass* old = map_.find(kept);
@@ -153,6 +160,9 @@ class Config final : public Rok::Notifier {
 
   // Notifies: intfConfig, with the interface.
   const Interfaces& intfConfig() const { return intfConfig_; }
+  Rok::Ptr<IntfConfig> intfConfig(const Nerit::IntfId& intfId) const {
+    return intfConfig_.get(intfId);
+  }
   void intfConfigIs(const Nerit::IntfId& intfId, const Rok::Ptr<IntfConfig>& config) {
     memberIs(intfConfig_, intfId, config, Attr::intfConfig);
   }
@@ -162,6 +172,9 @@ class Config final : public Rok::Notifier {
 
   // Notifies: servicePolicyConfig, with the key.
   const ServicePolicies& servicePolicyConfig() const { return servicePolicyConfig_; }
+  Rok::Ptr<ServicePolicyConfig> servicePolicyConfig(const ServicePolicyKey& key) const {
+    return servicePolicyConfig_.get(key);
+  }
   void servicePolicyConfigIs(const ServicePolicyKey& key,
                              const Rok::Ptr<ServicePolicyConfig>& config) {
     memberIs(servicePolicyConfig_, key, config, Attr::servicePolicyConfig);

@@ -37,6 +37,7 @@ class ServicePolicyConfig final : public Rok::Notifier {
 
   // The interfaces of the service policy. Notifies: intfIds, with the interface.
   const Interfaces& intfIds() const { return intfIds_; }
+  bool intfIds(const Nerit::IntfId& intfId) const { return intfIds_.get(intfId); }
   void intfIdsIs(const Nerit::IntfId& intfId, bool v) {
     memberIs(intfIds_, intfId, v, Attr::intfIds);
   }

@@ -89,6 +89,9 @@ class QosProfile final : public Rok::Notifier {
 
   // Notifies: txQueueConfig, with the tx queue.
   const TxQueueConfigs& txQueueConfig() const { return txQueueConfig_; }
+  Rok::Ptr<TxQueueConfig> txQueueConfig(const TxQueue& txQueue) const {
+    return txQueueConfig_.get(txQueue);
+  }
   void txQueueConfigIs(const TxQueue& txQueue, const Rok::Ptr<TxQueueConfig>& config) {
     memberIs(txQueueConfig_, txQueue, config, Attr::txQueueConfig);
   }
@@ -134,6 +137,7 @@ class QosProfileConfigDir final : public Rok::Notifier {
 
   // Notifies: config, with the profile's name.
   const Profiles& config() const { return config_; }
+  Rok::Ptr<QosProfileConfig> config(const Rok::String& name) const { return config_.get(name); }
   void configIs(const Rok::String& name, const Rok::Ptr<QosProfileConfig>& config) {
     memberIs(config_, name, config, Attr::config);
   }
