@@ -16,21 +16,27 @@
 //       delete another entry           not visited if it was still to come
 //       add an entry                   visited or not, never twice
 //       _memberDelAll, map destroyed   the walk ends at its next step
+//   - A range-based for walks by the safe iterator. It binds references to the key and the value in
+//     the node, so both stay readable to the end of the loop body, whatever that does, and a value
+//     that is replaced reads as the new one. A key inside a value that is a pointer (Hm2018NII)
+//     stands in the object pointed to: whoever puts another object into the node copies it before.
+//     The map must be there when the walk begins, not longer.
 //   - version() moves with every structural change: insert, delete, clear, assignment. No two
-//   states
-//     of any two maps have the same version, but that of a map which never had an entry is 0. So
-//     who remembers a node and the version at which it was found needs no second lookup while the
-//     version stands.
+//     states of any two maps have the same version, but that of a map which never had an entry is
+//     0. So who remembers a node and the version at which it was found needs no second lookup while
+//     the version stands.
 //   - Values are destroyed after the map is whole again, so a value's destructor may use the map.
 //
 // EXAMPLE
 //   Rok::HashMap2018<Rok::Hm2018NEI<0x51, Velmo::String, int>> ports;
 //   ports.newMember("Ethernet1", 7);
 //   assert(*ports.find("Ethernet1") == 7);
-//   for (auto i = ports.iterator(); i; i.advance()) {
-//     ports.deleteMember(i.currNodeMaybeStale()->key());
+//   int sum = 0;
+//   for (const auto& [name, number] : ports) {
+//     ports.deleteMember(name);
+//     sum += number;
 //   }
-//   assert(ports.members() == 0);
+//   assert(ports.members() == 0 && sum == 7);
 #pragma once
 
 #include <algorithm>
@@ -38,6 +44,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <iterator>
 #include <new>
 #include <type_traits>
 #include <utility>
@@ -257,6 +264,9 @@ class HashMap2018 {
 
   // A walk that survives every change.
   Iterator iterator() const { return Iterator(*this); }
+  // The same for a range-based for: `for (const auto& [key, value] : map)`.
+  Iterator begin() const { return Iterator(*this); }
+  std::default_sentinel_t end() const { return std::default_sentinel; }
   // A walk that asserts that nothing changes.
   UnsafeIterator unsafeIterator() const { return UnsafeIterator(*this); }
 

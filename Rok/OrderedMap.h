@@ -5,6 +5,10 @@
 //   - An iterator remembers the collection's version. When the loop body changed the collection,
 //     the iterator finds its place again by its key and goes on at the next greater one. So
 //     deleting any entry is safe, and an entry added behind the current key is visited.
+//   - A range-based for walks by the same iterator. It binds the iterator's copy of the key and a
+//     copy of the value, so both stay readable to the end of the loop body, whatever that does, and
+//     a value that is replaced reads as the one at which the walk came by.
+//   - The collection must outlive its walks.
 //   - version() moves with every structural change; replacing a value is none.
 //
 // EXAMPLE
@@ -12,11 +16,15 @@
 //   rules.memberIs(20, "deny");
 //   rules.memberIs(10, "permit");
 //   std::string order;
-//   for (auto i = rules.iterator(); i; ++i) order += std::to_string(i.key()) + " ";
-//   assert(order == "10 20 ");
+//   for (const auto& [number, text] : rules) {
+//     rules.deleteMember(number);
+//     order += std::to_string(number) + " " + text.data() + ", ";
+//   }
+//   assert(rules.members() == 0 && order == "10 permit, 20 deny, ");
 #pragma once
 
 #include <cstdint>
+#include <iterator>
 #include <map>
 #include <optional>
 #include <utility>
@@ -95,6 +103,9 @@ class OrderedMap {
 
   // A walk in ascending order that survives every change, but not the end of the collection.
   Iterator iterator() const { return Iterator(*this); }
+  // The same for a range-based for: `for (const auto& [key, value] : map)`.
+  Iterator begin() const { return Iterator(*this); }
+  std::default_sentinel_t end() const { return std::default_sentinel; }
 
   friend bool operator==(const OrderedMap& a, const OrderedMap& b) { return a.tree_ == b.tree_; }
 
@@ -108,6 +119,12 @@ class OrderedMap {
 template <class KeyType, class ValueType>
 class OrderedMap<KeyType, ValueType>::Iterator {
  public:
+  // What a range-based for binds.
+  struct Entry {
+    const Key& key;
+    Value value;
+  };
+
   explicit Iterator(const OrderedMap& map)
       : map_(&map), version_(map.version_), at_(map.tree_.begin()) {
     if (at_ != map.tree_.end()) key_ = at_->first;
@@ -124,6 +141,11 @@ class OrderedMap<KeyType, ValueType>::Iterator {
     check();
     return version_ == map_->version_ ? &at_->second : map_->find(*key_);
   }
+  // Key and value; a value that has gone meanwhile reads as the default one.
+  Entry operator*() const {
+    const Value* found = value();
+    return {*key_, found != nullptr ? *found : Value()};
+  }
   void advance() {
     check();
     at_ = version_ == map_->version_ ? std::next(at_) : map_->tree_.upper_bound(*key_);
@@ -138,6 +160,7 @@ class OrderedMap<KeyType, ValueType>::Iterator {
     advance();
     return *this;
   }
+  bool operator==(std::default_sentinel_t /*end*/) const { return !key_; }
 
  private:
   void check() const {

@@ -3,7 +3,9 @@
 #pragma once
 
 #include <cstdint>
+#include <iterator>
 #include <memory>
+#include <utility>
 
 #include "Rok/HashMap2018.h"
 
@@ -15,6 +17,11 @@ class HashMap2018IteratorGeneric {
  public:
   using Node = typename Map::Node;
   using Value = typename Map::Value;
+  // What a range-based for binds: the key, which a functor may give by value, and the value.
+  struct Entry {
+    decltype(std::declval<const Node&>().key()) key;
+    const Value& value;
+  };
 
   explicit HashMap2018IteratorGeneric(const Map& map) : table_(map.table_) {
     if (table_ == nullptr) return;
@@ -45,6 +52,12 @@ class HashMap2018IteratorGeneric {
   // The key under the iterator, stale or not; by value, since the loop body may delete the entry.
   typename Map::Key key() const { return currNodeMaybeStale()->key(); }
 
+  // Both parts of the node, stale or not, until the iterator moves on.
+  Entry operator*() const {
+    const Node* node = currNodeMaybeStale();
+    return {node->key(), node->value()};
+  }
+
   // Moves to the next live entry.
   void advance() {
     typename Map::Table* table = iter();
@@ -59,6 +72,7 @@ class HashMap2018IteratorGeneric {
     advance();
     return *this;
   }
+  bool operator==(std::default_sentinel_t /*end*/) const { return table_ == nullptr; }
 
  private:
   typename Map::Table* iter() const {

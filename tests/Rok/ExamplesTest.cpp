@@ -24,10 +24,12 @@ TEST(Examples, HashMap) {
   Rok::HashMap2018<Rok::Hm2018NEI<0x51, Velmo::String, int>> ports;
   ports.newMember("Ethernet1", 7);
   assert(*ports.find("Ethernet1") == 7);
-  for (auto i = ports.iterator(); i; i.advance()) {
-    ports.deleteMember(i.currNodeMaybeStale()->key());
+  int sum = 0;
+  for (const auto& [name, number] : ports) {
+    ports.deleteMember(name);
+    sum += number;
   }
-  assert(ports.members() == 0);
+  assert(ports.members() == 0 && sum == 7);
 }
 
 TEST(Examples, OrderedMap) {
@@ -35,8 +37,11 @@ TEST(Examples, OrderedMap) {
   rules.memberIs(20, "deny");
   rules.memberIs(10, "permit");
   std::string order;
-  for (auto i = rules.iterator(); i; ++i) order += std::to_string(i.key()) + " ";
-  assert(order == "10 20 ");
+  for (const auto& [number, text] : rules) {
+    rules.deleteMember(number);
+    order += std::to_string(number) + " " + text.data() + ", ";
+  }
+  assert(rules.members() == 0 && order == "10 permit, 20 deny, ");
 }
 
 TEST(Examples, String) {

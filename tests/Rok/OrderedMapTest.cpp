@@ -198,6 +198,123 @@ TEST(OrderedMap, ADyingValueFindsTheMapInOrder) {
   EXPECT_EQ(ends, 5);
 }
 
+// ===== The same rules, row by row, for a range-based for
+
+// Walks, and runs a body at each entry, which must still read the same afterwards.
+template <class Body>
+Keys ranged(const Map& map, const Body& body) {
+  Keys keys;
+  for (const auto& [key, value] : map) {
+    const std::uint32_t keyBefore = key;
+    const Rok::String valueBefore = value;
+    body(key);
+    EXPECT_EQ(key, keyBefore);
+    EXPECT_EQ(value, valueBefore);
+    keys.push_back(key);
+  }
+  return keys;
+}
+
+TEST(OrderedRangeFor, VisitsKeysAndValuesInAscendingOrder) {
+  std::string order;
+  const Map map = mapOf({30, 10, 20});
+  for (const auto& [key, value] : map) order += std::to_string(key) + ": " + value.data() + ", ";
+  EXPECT_EQ(order, "10: rule 10, 20: rule 20, 30: rule 30, ");
+  EXPECT_EQ(ranged(Map(), [](std::uint32_t) {}), Keys{});
+}
+
+TEST(OrderedRangeFor, DeletingTheCurrentEntryLeavesItReadableToTheEndOfTheBody) {
+  Map map = mapOf({10, 20, 30});
+  EXPECT_EQ(ranged(map, [&](std::uint32_t key) { map.deleteMember(key); }), (Keys{10, 20, 30}));
+  EXPECT_EQ(map.members(), 0u);
+}
+
+TEST(OrderedRangeFor, DeletingByTheKeyThatTheLoopBindsIsSafe) {
+  Map map = mapOf({10, 20});
+  for (const auto& [key, value] : map) {
+    map.deleteMember(key);
+    EXPECT_EQ(value, Rok::_fmt("rule %u", key));
+  }
+  EXPECT_EQ(map.members(), 0u);
+}
+
+TEST(OrderedRangeFor, AnotherEntryThatIsDeletedIsNotVisited) {
+  Map map = mapOf({10, 20, 30, 40});
+  EXPECT_EQ(ranged(map, [&](std::uint32_t key) { map.deleteMember(key + 10); }), (Keys{10, 30}));
+  map = mapOf({10, 20, 30});
+  EXPECT_EQ(ranged(map, [&](std::uint32_t key) { map.deleteMember(key - 10); }),
+            (Keys{10, 20, 30}));
+}
+
+TEST(OrderedRangeFor, AnEntryIsVisitedIfItIsAddedBehindTheCurrentKey) {
+  Map map = mapOf({10, 20});
+  const Keys keys = ranged(map, [&](std::uint32_t key) {
+    map.memberIs(key - 5, "before");
+    if (key == 10) map.memberIs(15, "behind");
+  });
+  EXPECT_EQ(keys, (Keys{10, 15, 20}));
+}
+
+TEST(OrderedRangeFor, AnEntryDeletedAndAddedAgainIsNotVisitedAgain) {
+  Map map = mapOf({10, 20});
+  const Keys keys = ranged(map, [&](std::uint32_t key) {
+    map.deleteMember(key);
+    map.memberIs(key, "again");
+  });
+  EXPECT_EQ(keys, (Keys{10, 20}));
+}
+
+TEST(OrderedRangeFor, DeletingAllEndsTheWalkAndAKeyAddedBehindGoesOnWithIt) {
+  Map map = mapOf({10, 20});
+  EXPECT_EQ(ranged(map, [&](std::uint32_t) { map._memberDelAll(); }), Keys{10});
+  map = mapOf({10, 20});
+  const Keys keys = ranged(map, [&](std::uint32_t key) {
+    map._memberDelAll();
+    if (key == 10) map.memberIs(25, "new");
+  });
+  EXPECT_EQ(keys, (Keys{10, 25}));
+}
+
+TEST(OrderedRangeFor, AnAssignmentGoesOnInTheNewEntriesAndAMoveEndsTheWalk) {
+  Map map = mapOf({10, 20});
+  const Keys assigned = ranged(map, [&](std::uint32_t key) {
+    if (key == 10) map = mapOf({15, 25});
+  });
+  EXPECT_EQ(assigned, (Keys{10, 15, 25}));
+  Map other;
+  EXPECT_EQ(ranged(map, [&](std::uint32_t) { other = std::move(map); }), Keys{15});
+}
+
+TEST(OrderedRangeFor, AValueThatIsReplacedReadsAsTheOneAtWhichTheWalkCameBy) {
+  Map map = mapOf({10, 20});
+  EXPECT_EQ(ranged(map, [&](std::uint32_t key) { map.memberIs(key, "replaced"); }), (Keys{10, 20}));
+  EXPECT_EQ(*map.find(10), "replaced");
+}
+
+TEST(OrderedRangeFor, NestedWalksMayDeleteUnderEachOther) {
+  Map map = mapOf({10, 20, 30});
+  const Keys keys = ranged(map, [&](std::uint32_t outer) {
+    const Keys inner = ranged(map, [&](std::uint32_t key) {
+      if (key == outer || key == 20) map.deleteMember(key);
+    });
+    EXPECT_EQ(inner, outer == 10 ? (Keys{10, 20, 30}) : Keys{30});
+  });
+  EXPECT_EQ(keys, (Keys{10, 30}));
+}
+
+TEST(OrderedRangeFor, AValueOfADeletedEntryEndsAfterTheBody) {
+  using RokTest::Hook;
+  Rok::OrderedMap<std::uint32_t, Rok::Ptr<Hook>> map;
+  bool ended = false;
+  map.memberIs(1, Rok::make<Hook>([&] { ended = true; }));
+  for (const auto& [key, hook] : map) {
+    map.deleteMember(key);
+    EXPECT_FALSE(ended);
+    EXPECT_TRUE(hook);
+  }
+  EXPECT_TRUE(ended);
+}
+
 TEST(OrderedMapDeathTest, AnExhaustedIteratorAssertsIterOnEveryUse) {
   constexpr const char* text = "^assertion failed: iter_: use of an exhausted iterator\n";
   const Map map = mapOf({10});
@@ -208,6 +325,7 @@ TEST(OrderedMapDeathTest, AnExhaustedIteratorAssertsIterOnEveryUse) {
   EXPECT_DEATH(i.advance(), text);
   EXPECT_DEATH((void)i.key(), text);
   EXPECT_DEATH((void)i.value(), text);
+  EXPECT_DEATH((void)*i, text);
 }
 
 TEST(OrderedMap, RandomOperationsUnderWalksAgreeWithAStandardMap) {

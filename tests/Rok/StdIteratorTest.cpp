@@ -12,6 +12,9 @@ template <class Keys>
 class SafeIterator : public testing::Test {};
 TYPED_TEST_SUITE(SafeIterator, AllKeys);
 template <class Keys>
+class RangeFor : public testing::Test {};
+TYPED_TEST_SUITE(RangeFor, AllKeys);
+template <class Keys>
 class UnsafeIterator : public testing::Test {};
 TYPED_TEST_SUITE(UnsafeIterator, AllKeys);
 template <class Keys>
@@ -323,6 +326,220 @@ TYPED_TEST(SafeIterator, AWalkThatIsLeftEarlyFreesItsStaleNode) {
   });
 }
 
+// ===== The same rules, row by row, for a range-based for
+
+TYPED_TEST(RangeFor, VisitsEveryEntryOnceWithItsKeyAndItsValue) {
+  forEachMap<TypeParam>([](auto& map, int size) {
+    std::multiset<int> visited;
+    for (const auto& [key, value] : map) {
+      const int number = TypeParam::number(value);
+      EXPECT_EQ(key, TypeParam::key(number));
+      EXPECT_EQ(&value, map.find(key)) << "no copy";
+      visited.insert(number);
+    }
+    EXPECT_EQ(visited.size(), static_cast<std::size_t>(size));
+    EXPECT_EQ(std::set<int>(visited.begin(), visited.end()), numbersTo(size));
+  });
+}
+
+TYPED_TEST(RangeFor, OverAnEmptyMapDoesNothing) {
+  typename TypeParam::Map map;
+  for (const auto& [key, value] : map) ADD_FAILURE() << TypeParam::number(value);
+  fill<TypeParam>(map, 3);
+  map._memberDelAll();
+  for (const auto& [key, value] : map) ADD_FAILURE() << TypeParam::number(value);
+}
+
+TYPED_TEST(RangeFor, DeletingTheCurrentEntryLeavesItReadableToTheEndOfTheBody) {
+  forEachMap<TypeParam>([](auto& map, int size) {
+    std::set<int> visited;
+    for (const auto& [key, value] : map) {
+      const int number = TypeParam::number(value);
+      EXPECT_TRUE(map.deleteMember(key));
+      // Others come and go meanwhile: the node is not used again.
+      for (int n = 0; n < 30; ++n) {
+        map.newMember(TypeParam::key(1000 + n), TypeParam::value(1000 + n, -1));
+      }
+      for (int n = 0; n < 30; ++n) map.deleteMember(TypeParam::key(1000 + n));
+      EXPECT_EQ(key, TypeParam::key(number));
+      EXPECT_EQ(TypeParam::number(value), number);
+      EXPECT_TRUE(visited.insert(number).second);
+    }
+    EXPECT_EQ(visited, numbersTo(size));
+    EXPECT_EQ(map.members(), 0u);
+  });
+}
+
+TYPED_TEST(RangeFor, AnotherEntryThatIsDeletedIsNotVisited) {
+  forEachMap<TypeParam>([](auto& map, int size) {
+    const std::vector<int> order = walked<TypeParam>(map);
+    std::vector<int> visited;
+    for (const auto& [key, value] : map) {
+      visited.push_back(TypeParam::number(value));
+      const std::size_t next = 2 * visited.size() - 1;
+      if (next < order.size()) map.deleteMember(TypeParam::key(order[next]));
+    }
+    std::vector<int> expected;
+    for (std::size_t n = 0; n < order.size(); n += 2) expected.push_back(order[n]);
+    EXPECT_EQ(visited, expected);
+    EXPECT_EQ(map.members(), static_cast<std::uint32_t>(size + 1) / 2);
+  });
+}
+
+TYPED_TEST(RangeFor, AnEntryBehindTheWalkMayBeDeleted) {
+  forEachMap<TypeParam>([](auto& map, int size) {
+    std::vector<int> visited;
+    for (const auto& [key, value] : map) {
+      if (!visited.empty()) {
+        EXPECT_TRUE(map.deleteMember(TypeParam::key(visited.back())));
+      }
+      visited.push_back(TypeParam::number(value));
+    }
+    EXPECT_EQ(visited.size(), static_cast<std::size_t>(size));
+    EXPECT_EQ(map.members(), 1u);
+  });
+}
+
+TYPED_TEST(RangeFor, WhatIsAddedWhileTheMapGrowsIsVisitedAtMostOnceAndTheRestExactlyOnce) {
+  forEachMap<TypeParam>([](auto& map, int size) {
+    std::multiset<int> visited;
+    int added = 0;
+    for (const auto& [key, value] : map) {
+      const int number = TypeParam::number(value);
+      visited.insert(number);
+      for (int n = 0; n < 40 && added < 1000; ++n, ++added) {
+        map.newMember(TypeParam::key(size + added), TypeParam::value(size + added, size + added));
+      }
+      EXPECT_EQ(key, TypeParam::key(number)) << "nodes stay where they are";
+      EXPECT_EQ(TypeParam::number(value), number);
+    }
+    for (int n = 0; n < size; ++n) EXPECT_EQ(visited.count(n), 1u) << n;
+    for (int n = size; n < size + added; ++n) EXPECT_LE(visited.count(n), 1u) << n;
+  });
+}
+
+TYPED_TEST(RangeFor, AnEntryDeletedAndAddedAgainIsAnotherEntryAndTheBodyReadsTheOldOne) {
+  forEachMap<TypeParam>([](auto& map, int size) {
+    std::multiset<int> visited;
+    for (const auto& [key, value] : map) {
+      const int number = TypeParam::number(value);
+      visited.insert(number);
+      if (number >= size) continue;
+      map.deleteMember(key);
+      map.newMember(TypeParam::key(number), TypeParam::value(number, size + number));
+      EXPECT_EQ(TypeParam::number(value), number);
+    }
+    for (int n = 0; n < size; ++n) EXPECT_EQ(visited.count(n), 1u) << n;
+    for (int n = size; n < 2 * size; ++n) EXPECT_LE(visited.count(n), 1u) << n;
+  });
+}
+
+TYPED_TEST(RangeFor, DeletingAllEndsTheWalkAtItsNextStep) {
+  forEachMap<TypeParam>([](auto& map, int /*size*/) {
+    int visits = 0;
+    for (const auto& [key, value] : map) {
+      const int number = TypeParam::number(value);
+      map._memberDelAll();
+      EXPECT_EQ(key, TypeParam::key(number));
+      EXPECT_EQ(TypeParam::number(value), number);
+      ++visits;
+    }
+    EXPECT_EQ(visits, 1);
+    EXPECT_EQ(map.members(), 0u);
+  });
+}
+
+TYPED_TEST(RangeFor, TheEndOfTheMapEndsTheWalkAtItsNextStep) {
+  forEachMap<TypeParam>([](auto& /*map*/, int size) {
+    auto map = std::make_unique<typename TypeParam::Map>();
+    fill<TypeParam>(*map, size);
+    int visits = 0;
+    for (const auto& [key, value] : *map) {
+      const int number = TypeParam::number(value);
+      map = nullptr;
+      EXPECT_EQ(key, TypeParam::key(number));
+      EXPECT_EQ(TypeParam::number(value), number);
+      ++visits;
+    }
+    EXPECT_EQ(visits, 1);
+  });
+}
+
+TYPED_TEST(RangeFor, AValueThatIsReplacedReadsAsTheNewOne) {
+  forEachMap<TypeParam>([](auto& map, int size) {
+    for (const auto& [key, value] : map) {
+      const int number = TypeParam::number(value);
+      *map.find(key) = TypeParam::value(number, size + number);
+      EXPECT_EQ(key, TypeParam::key(number));
+      EXPECT_EQ(TypeParam::number(value), size + number);
+    }
+  });
+}
+
+TYPED_TEST(RangeFor, NestedWalksMayDeleteUnderEachOther) {
+  forEachMap<TypeParam>([](auto& map, int size) {
+    std::set<int> outerVisited;
+    for (const auto& [outerKey, outer] : map) {
+      const int here = TypeParam::number(outer);
+      EXPECT_TRUE(outerVisited.insert(here).second);
+      for (const auto& [innerKey, inner] : map) {
+        const int number = TypeParam::number(inner);
+        if (number % 3 != 0 || number == here) map.deleteMember(innerKey);
+        EXPECT_EQ(TypeParam::number(inner), number);
+      }
+      EXPECT_EQ(TypeParam::number(outer), here) << "deleted by the inner walk, and still readable";
+      EXPECT_EQ(outerKey, TypeParam::key(here));
+    }
+    EXPECT_EQ(map.members(), 0u);
+    for (int n = 0; n < size; n += 3) EXPECT_TRUE(outerVisited.contains(n)) << n;
+  });
+}
+
+TYPED_TEST(RangeFor, ThatIsLeftEarlyFreesItsStaleNode) {
+  forEachMap<TypeParam>([](auto& map, int size) {
+    const std::size_t bytes = map.bytes();
+    for (int round = 0; round < 200; ++round) {
+      int number = 0;
+      for (const auto& [key, value] : map) {
+        number = TypeParam::number(value);
+        map.deleteMember(key);
+        break;
+      }
+      map.newMember(TypeParam::key(number), TypeParam::value(number, number));
+    }
+    EXPECT_EQ(map.bytes(), bytes);
+    EXPECT_EQ(entries<TypeParam>(map), numbersTo(size));
+  });
+}
+
+TEST(RangeForKeys, ThatAFunctorGivesByValueAreBoundAsSuch) {
+  struct NumberFunktor {
+    std::uint32_t operator()(const Record& record) const {
+      return static_cast<std::uint32_t>(record.number);
+    }
+  };
+  Rok::HashMap2018<Rok::Hm2018NII<0x57, std::uint32_t, Record, NumberFunktor>> map;
+  map.newMember(7u, Record{"Ethernet7", 7});
+  for (const auto& [key, value] : map) {
+    map.deleteMember(key);
+    EXPECT_EQ(key, 7u);
+    EXPECT_EQ(value.name, "Ethernet7");
+  }
+  EXPECT_EQ(map.members(), 0u);
+}
+
+TEST(RangeForValues, OfADeletedEntryEndAfterTheBody) {
+  HookMap map;
+  bool ended = false;
+  map.newMember(1u, Rok::make<Hook>([&] { ended = true; }));
+  for (const auto& [key, hook] : map) {
+    map.deleteMember(key);
+    EXPECT_FALSE(ended);
+    EXPECT_TRUE(hook);
+  }
+  EXPECT_TRUE(ended);
+}
+
 // ===== Values whose end does something
 
 TEST(SafeIteratorValues, TheValueOfAStaleNodeEndsWhenTheLastIteratorLeavesIt) {
@@ -406,6 +623,7 @@ TYPED_TEST(SafeIteratorDeathTest, AnExhaustedIteratorAssertsIterOnEveryUse) {
   EXPECT_DEATH((void)i.currNodeMaybeStale(), text);
   EXPECT_DEATH((void)i.currNodeNonStale(), text);
   EXPECT_DEATH((void)i.key(), text);
+  EXPECT_DEATH((void)*i, text);
 }
 
 TYPED_TEST(UnsafeIteratorDeathTest, EveryStepAssertsThatTheMapIsAsItWas) {
