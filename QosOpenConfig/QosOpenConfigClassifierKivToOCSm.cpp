@@ -223,14 +223,13 @@ void ClassMapTypeSm::doPrepareToDie() {
 
 void ClassMapTypeSm::handleInitialized() {
   Rok::EntryTrace(traceHandle, handler, *this);
-  for (auto i = cmapTypeConfig_->cmap().iterator(); i; ++i) handleClassMapConfig(i.key());
+  for (const auto& [name, cmap] : cmapTypeConfig_->cmap()) handleClassMapConfig(name);
   sweepStaleClassifiers();
 }
 
 // A classifier survives a start only with its placeholder class map, whoever wrote it.
 void ClassMapTypeSm::sweepStaleClassifiers() {
-  for (auto i = classifierDir_->classifier().iterator(); i; ++i) {
-    const Velmo::String name = i.key();
+  for (const auto& [name, classifier] : classifierDir_->classifier()) {
     if (hasClassMap(configObjName(name, ""))) {
       sweepStaleTerms(name);
     } else {
@@ -244,8 +243,7 @@ void ClassMapTypeSm::sweepStaleTerms(const Velmo::String& classifierName) {
   const Rok::Ptr<Config::Classifier> classifier = classifierDir_->classifier(classifierName);
   const Rok::Ptr<Config::Terms> terms = classifier->terms();
   if (!terms) return;
-  for (auto i = terms->term().iterator(); i; ++i) {
-    const Velmo::String id = i.key();
+  for (const auto& [id, term] : terms->term()) {
     if (!hasClassMap(configObjName(classifierName, id))) terms->termDel(id);
   }
   if (terms->term().members() == 0) classifier->termsDel();
@@ -328,7 +326,7 @@ void ClassMapSm::doPrepareToDie() {
 
 void ClassMapSm::handleInitialized() {
   Rok::EntryTrace(traceHandle, handler, *this);
-  for (auto i = cmapConfig_->match().iterator(); i; ++i) handleClassMapMatch(i.key());
+  for (const auto& [option, match] : cmapConfig_->match()) handleClassMapMatch(option);
 }
 
 // ===== AclKivToOcSm
@@ -387,7 +385,7 @@ void AclTypeSm::doPrepareToDie() {
 
 void AclTypeSm::handleInitialized() {
   Rok::EntryTrace(traceHandle, handler, *this);
-  for (auto i = aclTypeConfig_->acl().iterator(); i; ++i) handleAclConfig(i.key());
+  for (const auto& [name, acl] : aclTypeConfig_->acl()) handleAclConfig(name);
   sweepStaleConditions();
 }
 
@@ -395,22 +393,21 @@ void AclTypeSm::handleInitialized() {
 // comes after IPv4, so a classifier with terms of both ends as one of IPv6 and its IPv4 terms are
 // reset at each start. Deliberate: a classifier has one type, and the last writer's stands.
 void AclTypeSm::sweepStaleConditions() {
-  for (auto i = classifierDir_->classifier().iterator(); i; ++i) {
+  for (const auto& [name, classifier] : classifierDir_->classifier()) {
     if (type() != Acl::aclTypeIpv4 && type() != Acl::aclTypeIpv6) unexpectedAclType();
-    const Config::Classifier& classifier = *i.currNodeNonStale()->value();
     const auto own = type() == Acl::aclTypeIpv4 ? Classifier::classifierTypeIpv4
                                                 : Classifier::classifierTypeIpv6;
-    if (classifier.config().type == own && classifier.terms()) sweepStaleConditions(classifier);
+    if (classifier->config().type == own && classifier->terms()) sweepStaleConditions(*classifier);
   }
 }
 
 // Neither terms nor classifiers are deleted here: that is the class maps' sweep.
 void AclTypeSm::sweepStaleConditions(const Config::Classifier& classifier) {
   const auto terms = classifier.terms();
-  for (auto i = terms->term().iterator(); i; ++i) {
-    const auto name = configObjName(classifier.name(), i.key());
+  for (const auto& [id, term] : terms->term()) {
+    const auto name = configObjName(classifier.name(), id);
     if (aclTypeConfig_->acl().find(name) != nullptr) continue;
-    terms->termRef(i.key())->conditions = Config::TermConditions();
+    terms->termRef(id)->conditions = Config::TermConditions();
   }
 }
 
@@ -551,7 +548,7 @@ void AclSubConfigSm::traceDecoder() const {
 
 void AclSubConfigSm::handleInitialized() {
   Rok::EntryTrace(traceHandle, handler, *this);
-  for (auto i = aclSubConfig_->ruleBySequence().iterator(); i; ++i) handleRuleBySequence(i.key());
+  for (const auto& [sequence, id] : aclSubConfig_->ruleBySequence()) handleRuleBySequence(sequence);
   if (Rok::TraceHelper line{traceHandle, handler}) {
     line.of(*this) << "Deleting stale config for last rule deletion";
   }
@@ -598,7 +595,7 @@ void ClassActionKivToOcSm::handlePmapTypeConfig(Qos::MapType mapType) {
 
 void ClassActionKivToOcSm::handleInitialized() {
   Rok::EntryTrace(traceHandle, handler, *this);
-  for (auto i = qosAclConfig_->pmapType().iterator(); i; ++i) handlePmapTypeConfig(i.key());
+  for (const auto& [mapType, pmaps] : qosAclConfig_->pmapType()) handlePmapTypeConfig(mapType);
 }
 
 // ===== PmapTypeSm
@@ -640,7 +637,7 @@ void PmapTypeSm::doPrepareToDie() {
 
 void PmapTypeSm::handleInitialized() {
   Rok::EntryTrace(traceHandle, handler, *this);
-  for (auto i = pmapTypeConfig_->pmap().iterator(); i; ++i) handlePmapConfig(i.key());
+  for (const auto& [name, pmap] : pmapTypeConfig_->pmap()) handlePmapConfig(name);
 }
 
 // ===== PmapConfigSm
@@ -710,9 +707,7 @@ void PmapConfigSm::makeClassifier(const Velmo::String& name, Classifier::Type ty
 
 PmapConfigSm::Desired PmapConfigSm::mirrorClasses() {
   Desired desired;
-  for (auto i = pmapConfig_->classAction().iterator(); i; ++i) {
-    const Velmo::String cmapName = i.key();
-    const Rok::Ptr<Qos::ClassAction> classAction = i.currNodeNonStale()->value();
+  for (const auto& [cmapName, classAction] : pmapConfig_->classAction()) {
     handleClassAction(cmapName);
     const auto [classifierName, termId] = classifierKeyFromConfigObjName(cmapName);
     if (classifierName.empty() || termId.empty()) continue;
@@ -734,8 +729,7 @@ void PmapConfigSm::sweepStaleActions(const Desired& desired) {
     sweepStaleActions(desired, ipv6ClassifierName_);
     return;
   }
-  for (auto i = classifierDir_->classifier().iterator(); i; ++i) {
-    const Velmo::String name = i.key();
+  for (const auto& [name, classifier] : classifierDir_->classifier()) {
     if (name == ipv4ClassifierName_ || name == ipv6ClassifierName_) {
       sweepStaleActions(desired, name);
     } else if (Rok::TraceHelper line{traceHandle, handler}) {
@@ -751,8 +745,7 @@ void PmapConfigSm::sweepStaleActions(const Desired& desired, const Velmo::String
   if (!classifier || !classifier->terms()) return;
   const auto wanted = desired.find(classifierName);
   const auto terms = classifier->terms();
-  for (auto i = terms->term().iterator(); i; ++i) {
-    const Velmo::String termId = i.key();
+  for (const auto& [termId, term] : terms->term()) {
     if (wanted != desired.end()) {
       const auto group = wanted->second.find(termId);
       if (group != wanted->second.end() && !group->second.empty()) continue;
@@ -854,7 +847,7 @@ void ClassActionSm::handleInitialized() {
   classifier->configIs(classifierName_, classifierType_);
   const auto terms = classifier->termsIs();
   terms->termIs(termId_);
-  for (auto i = classAction_->policyAction().iterator(); i; ++i) handlePolicyAction(i.key());
+  for (const auto& [type, action] : classAction_->policyAction()) handlePolicyAction(type);
   if (Rok::TraceHelper line{traceHandle, handler}) line.in(*this) << ", removing the stale config";
   if (setTcAction() != nullptr) return;
   Config::Term* term = terms->termRef(termId_);

@@ -57,9 +57,9 @@ void ForwardingGroupKivToOcSm::handleInitialized() {
 // Where several names hold one id, the last in name order is the one that groups are led to.
 void ForwardingGroupKivToOcSm::makeQueues() {
   const auto& names = cliConfig_->queueNameToTxQueueIdMap()->queueNameToTxQueueId();
-  for (auto i = names.iterator(); i; ++i) {
-    txQueueIdToQueueNameMapIs(*i.value(), i.key());
-    queuesDir_->qIs(Config::Queue(i.key().name));
+  for (const auto& [name, id] : names) {
+    txQueueIdToQueueNameMapIs(id, name);
+    queuesDir_->qIs(Config::Queue(name.name));
   }
 }
 
@@ -68,9 +68,7 @@ void ForwardingGroupKivToOcSm::makeQueues() {
 // term's action takes the first: both are deliberate.
 void ForwardingGroupKivToOcSm::makeForwardingGroups() {
   const auto& names = cliConfig_->forwardingGroupNameToTcMap()->forwardingGroupNameToTc();
-  for (auto i = names.iterator(); i; ++i) {
-    const Qos::ForwardingGroupName groupName = i.key();
-    const Qos::TrafficClass tc = *i.value();
+  for (const auto& [groupName, tc] : names) {
     if (Rok::TraceHelper line{traceHandle, detail}) {
       line.of(*this) << " forwardingGroup: " << groupName << " tc " << tc;
     }

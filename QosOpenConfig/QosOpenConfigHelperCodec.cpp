@@ -124,9 +124,7 @@ void writeScheduler(Writer& writer, const SchedulerCommentInfo& scheduler) {
     if (scheduler.priority() == QosOc::STRICT) writeString(writer, priorityKey, "STRICT");
     writeRate(writer, scheduler.oneRateTwoColor());
     writeObject(writer, inputsKey, [&] {
-      for (auto i = scheduler.inputs().iterator(); i; ++i) {
-        writeInput(writer, i.currNodeNonStale()->value());
-      }
+      for (const auto& [id, input] : scheduler.inputs()) writeInput(writer, input);
     });
   });
 }
@@ -486,9 +484,7 @@ CommentInfo deserializeJsonComment(const Velmo::String& comment) {
 Velmo::String serializeJsonProfileComment(SchedulerPolicyProfileCommentInfo info) {
   if (Rok::TraceHelper line{traceHandle, handler}) line << "serializeJsonProfileComment";
   const Velmo::String comment = document([&](Writer& writer) {
-    for (auto i = info.schedulers().iterator(); i; ++i) {
-      writeScheduler(writer, i.currNodeNonStale()->value());
-    }
+    for (const auto& [sequence, scheduler] : info.schedulers()) writeScheduler(writer, scheduler);
   });
   if (Rok::TraceHelper line{traceHandle, handler}) line << "Profile Comment: " << comment;
   return comment;

@@ -118,11 +118,9 @@ class TxQueues {
   }
   template <class IntfSms, class Act>
   static void walk(const IntfSms& intfSms, const Velmo::String& key, const Act& act) {
-    for (auto i = intfSms.iterator(); i; ++i) {
-      const auto intf = intfSms.child(i.key());
-      for (auto q = intf->txQueueSm().iterator(); q; ++q) {
-        if (CommentHelper::commentKey(i.key(), q.key()) != key) continue;
-        if (const auto sm = intf->txQueueSm().child(q.key())) act(*sm);
+    for (const auto& [intfId, intf] : intfSms.map()) {
+      for (const auto& [txQueue, sm] : intf->txQueueSm().map()) {
+        if (CommentHelper::commentKey(intfId, txQueue) == key) act(*sm);
       }
     }
   }

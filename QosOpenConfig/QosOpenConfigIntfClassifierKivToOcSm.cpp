@@ -105,19 +105,17 @@ void InterfaceClassifierKivToOcSm::delIntfClassifiers(const Velmo::String& inter
 
 void InterfaceClassifierKivToOcSm::handleInitialized() {
   Rok::EntryTrace(traceHandle, handler, *this);
-  for (auto i = interfacesDir_->interface().iterator(); i; ++i) {
-    const auto classifiers = classifiersOf(i.key());
-    classifiers ? indexInterface(i.key(), *classifiers) : unindexInterface(i.key());
+  for (const auto& [interfaceId, interface] : interfacesDir_->interface()) {
+    const auto classifiers = classifiersOf(interfaceId);
+    classifiers ? indexInterface(interfaceId, *classifiers) : unindexInterface(interfaceId);
   }
 
   std::set<std::pair<Velmo::String, Velmo::String>> known;
-  for (auto i = cliConfig_->servicePolicyConfig().iterator(); i; ++i) {
-    const Qos::ServicePolicyKey key = i.key();
+  for (const auto& [key, servicePolicy] : cliConfig_->servicePolicyConfig()) {
     handleServicePolicyConfig(key);
     known.insert(classifierGroupFromPmapName(key.pmapName));
   }
-  for (auto i = interfacesDir_->interface().iterator(); i; ++i) {
-    const Velmo::String interfaceId = i.key();
+  for (const auto& [interfaceId, interface] : interfacesDir_->interface()) {
     const auto classifiers = classifiersOf(interfaceId);
     if (!classifiers) continue;
     const Names names = boundNames(*classifiers);
@@ -206,7 +204,7 @@ template <class Visit>
 void InterfaceClassifierKivToOcSm::eachInterfaceBoundTo(const Names& names, const Visit& visit) {
   const InterfaceSet* interfaces = interfacesByNames_.find(names);
   if (interfaces == nullptr) return;
-  for (auto i = interfaces->iterator(); i; ++i) visit(i.key());
+  for (const auto& [interfaceId, isBound] : *interfaces) visit(interfaceId);
 }
 
 // ===== ServicePolicySm
@@ -234,8 +232,8 @@ Velmo::String ServicePolicySm::pmapName() const {
 
 void ServicePolicySm::doPrepareToDie() {
   if (Rok::TraceHelper line{traceHandle, handler}) line.in(*this) << ": pmapName = " << pmapName();
-  for (auto i = servicePolicyConfig_->intfIds().iterator(); i; ++i) {
-    intfClassifierKivToOcSm_->delIntfClassifiers(i.key().stringValue(), pmapName());
+  for (const auto& [intfId, isBound] : servicePolicyConfig_->intfIds()) {
+    intfClassifierKivToOcSm_->delIntfClassifiers(intfId.stringValue(), pmapName());
   }
 }
 
@@ -253,8 +251,8 @@ void ServicePolicySm::handleIntfId(const Nerit::IntfId& intfId) {
 void ServicePolicySm::handleInitialized() {
   if (Rok::TraceHelper line{traceHandle, handler}) line.in(*this) << ": pmapName = " << pmapName();
   std::set<Velmo::String> bound;
-  for (auto i = servicePolicyConfig_->intfIds().iterator(); i; ++i) {
-    const Velmo::String interfaceId = i.key().stringValue();
+  for (const auto& [intfId, isBound] : servicePolicyConfig_->intfIds()) {
+    const Velmo::String& interfaceId = intfId.stringValue();
     intfClassifierKivToOcSm_->addIntfClassifiers(interfaceId, pmapName());
     bound.insert(interfaceId);
   }

@@ -91,7 +91,7 @@ void IntfPfcKivToOCSm::handleInitialized() {
     line << "IntfPfcKivToOCSm "
          << "handleInitialized";
   }
-  for (auto i = cliConfig_->intfConfig().iterator(); i; ++i) handleIntfConfig(i.key());
+  for (const auto& [intfId, config] : cliConfig_->intfConfig()) handleIntfConfig(intfId);
 }
 
 // ===== InterfaceConfigSm

@@ -85,7 +85,7 @@ void QueueKivToOcSm::handleIntfConfig(const Nerit::IntfId& intfId) {
 
 void QueueKivToOcSm::handleInitialized() {
   Rok::EntryTrace(traceHandle, handler, *this);
-  for (auto i = qosCliConfig_->intfConfig().iterator(); i; ++i) handleIntfConfig(i.key());
+  for (const auto& [intfId, config] : qosCliConfig_->intfConfig()) handleIntfConfig(intfId);
 }
 
 // ===== IntfSm
@@ -128,7 +128,7 @@ void IntfSm::doPrepareToDie() {
 
 void IntfSm::handleInitialized() {
   traceEntry(*this);
-  for (auto i = intfConfig_->txQueueConfig().iterator(); i; ++i) handleTxQueueConfig(i.key());
+  for (const auto& [txQueue, config] : intfConfig_->txQueueConfig()) handleTxQueueConfig(txQueue);
 }
 
 // ===== TxQueueSm

@@ -154,10 +154,8 @@ void QueueManagementProfileKivToOcSm::
 // Of several ids that hold the name, the first that the walk meets loses it. Deliberate: the others
 // held it before it moved, and go on doing so.
 void QueueManagementProfileKivToOcSm::forgetQueueName(const Velmo::String& name) {
-  for (auto i = queueNames_.map().iterator(); i; ++i) {
-    if (i.currNodeNonStale()->value().name != name) continue;
-    const Qos::TxQueueId id = i.key();
-    return txQueueIdToQueueNameMapDel(id);
+  for (const auto& [id, queueName] : queueNames_.map()) {
+    if (queueName.name == name) return txQueueIdToQueueNameMapDel(id);
   }
 }
 
@@ -267,26 +265,25 @@ void QueueManagementProfileKivToOcSm::handleInitialized() {
 // Unlike a change, the start takes a name with id 16 for a name like any other.
 void QueueManagementProfileKivToOcSm::readQueueNames() {
   const auto& names = cliConfig_->queueNameToTxQueueIdMap()->queueNameToTxQueueId();
-  for (auto i = names.iterator(); i; ++i) txQueueIdToQueueNameMapIs(*i.value(), i.key());
+  for (const auto& [name, id] : names) txQueueIdToQueueNameMapIs(id, name);
 }
 
 void QueueManagementProfileKivToOcSm::mirrorInterfaces() {
-  for (auto i = cliConfig_->intfConfig().iterator(); i; ++i) {
-    intfSmIs(this, interfacesDir_, i.currNodeNonStale()->value());
+  for (const auto& [intfId, config] : cliConfig_->intfConfig()) {
+    intfSmIs(this, interfacesDir_, config);
   }
 }
 
 void QueueManagementProfileKivToOcSm::mirrorProfiles() {
-  for (auto i = qosProfileConfigDir_->config().iterator(); i; ++i) {
-    if (decodeQMPProfileName(i.key()).empty()) continue;
-    qosProfileSmIs(this, queueManagementProfilesDir_, i.currNodeNonStale()->value());
+  for (const auto& [name, config] : qosProfileConfigDir_->config()) {
+    if (decodeQMPProfileName(name).empty()) continue;
+    qosProfileSmIs(this, queueManagementProfilesDir_, config);
   }
 }
 
 void QueueManagementProfileKivToOcSm::sweepStaleProfiles() {
   const auto& profiles = queueManagementProfilesDir_->queueManagementProfile();
-  for (auto i = profiles.iterator(); i; ++i) {
-    const Velmo::String name = i.key();
+  for (const auto& [name, profile] : profiles) {
     if (qosProfileConfigDir_->config().find(encodeQMPProfileName(name)) != nullptr) continue;
     if (Rok::TraceHelper line{traceHandle, handler}) {
       line.of(*this) << "handleInitialized "
@@ -333,7 +330,7 @@ void QueueManagementProfileQosProfileSm::followQosProfile() {
 void QueueManagementProfileQosProfileSm::mirrorTxQueues() {
   const auto& qosProfile = qosProfileConfig_->qosProfile();
   if (!qosProfile) return;
-  for (auto i = qosProfile->txQueueConfig().iterator(); i; ++i) handleTxQueueConfig(i.key());
+  for (const auto& [txQueue, config] : qosProfile->txQueueConfig()) handleTxQueueConfig(txQueue);
 }
 
 void QueueManagementProfileQosProfileSm::handleProfileConfig() {
@@ -467,7 +464,7 @@ void QueueManagementProfileIntfSm::doPrepareToDie() {
 
 void QueueManagementProfileIntfSm::handleInitialized() {
   if (Rok::TraceHelper line{traceHandle, handler}) line.in(*this) << " intf: " << intfId();
-  for (auto i = intfConfig_->txQueueConfig().iterator(); i; ++i) handleTxQueueConfig(i.key());
+  for (const auto& [txQueue, config] : intfConfig_->txQueueConfig()) handleTxQueueConfig(txQueue);
 }
 
 // ===== QueueManagementProfileTxQueueSm

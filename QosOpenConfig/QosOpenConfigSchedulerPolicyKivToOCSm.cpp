@@ -300,8 +300,8 @@ void SchedulerPolicyKivToOCSm::updatePolicyOfComment(const Velmo::String& key) {
     if (profiles.find(profileName) != nullptr) udpateSchedulerPolicies(profileName);
     return;
   }
-  for (auto i = profiles.iterator(); i; ++i) {
-    if (CommentHelper::profileCommentKey(i.key()) == key) udpateSchedulerPolicies(i.key());
+  for (const auto& [name, profile] : profiles) {
+    if (CommentHelper::profileCommentKey(name) == key) udpateSchedulerPolicies(name);
   }
 }
 
@@ -330,15 +330,14 @@ void SchedulerPolicyKivToOCSm::handleInitialized() {
     line << "SchedulerPolicyKivToOCSm: "
          << "handleInitialized";
   }
-  for (auto i = qosCliConfig_->intfConfig().iterator(); i; ++i) handleIntfConfig(i.key());
-  for (auto i = qosProfileConfigDir_->config().iterator(); i; ++i) udpateSchedulerPolicies(i.key());
+  for (const auto& [intfId, config] : qosCliConfig_->intfConfig()) handleIntfConfig(intfId);
+  for (const auto& [name, profile] : qosProfileConfigDir_->config()) udpateSchedulerPolicies(name);
   sweepPolicies();
   sweepAttachments();
 }
 
 void SchedulerPolicyKivToOCSm::sweepPolicies() {
-  for (auto i = schedulerPoliciesDir_->schedulerPolicy().iterator(); i; ++i) {
-    const Velmo::String name = i.key();
+  for (const auto& [name, policy] : schedulerPoliciesDir_->schedulerPolicy()) {
     if (qosProfileConfigDir_->config().find(encodeSPProfileName(name)) != nullptr) continue;
     if (Rok::TraceHelper line{traceHandle, handler}) {
       line.of(*this) << "Deleting scheduler policy: " << name;
@@ -350,12 +349,12 @@ void SchedulerPolicyKivToOCSm::sweepPolicies() {
 // Asks what the tx queues attached just now, not which policies there are. Deliberate: an
 // attachment whose policy was swept stays as long as a comment names it.
 void SchedulerPolicyKivToOCSm::sweepAttachments() {
-  for (auto i = interfacesDir_->interface().iterator(); i; ++i) {
-    const auto output = i.currNodeNonStale()->value()->output();
+  for (const auto& [interfaceId, interface] : interfacesDir_->interface()) {
+    const auto output = interface->output();
     if (!output || !output->schedulerPolicy()) continue;
-    if (attachments_.map().find(Nerit::IntfId(i.key())) != nullptr) continue;
+    if (attachments_.map().find(Nerit::IntfId(interfaceId)) != nullptr) continue;
     if (Rok::TraceHelper line{traceHandle, handler}) {
-      line.of(*this) << "Deleting scheduler policy intf attachment: " << i.key();
+      line.of(*this) << "Deleting scheduler policy intf attachment: " << interfaceId;
     }
     output->schedulerPolicyIs(Config::InterfaceOutput::SchedulerPolicy());
   }
@@ -404,7 +403,7 @@ void SchedulerPolicyIntfSm::handleTxQueueConfig(const Qos::TxQueue& txQueue) {
 
 void SchedulerPolicyIntfSm::handleInitialized() {
   Rok::EntryTrace(traceHandle, handler, *this);
-  for (auto i = intfConfig_->txQueueConfig().iterator(); i; ++i) handleTxQueueConfig(i.key());
+  for (const auto& [txQueue, config] : intfConfig_->txQueueConfig()) handleTxQueueConfig(txQueue);
 }
 
 // ===== SchedulerPolicyTxQueueSm

@@ -155,7 +155,7 @@ std::size_t NotifieeList::notifiees() const {
   if (many == nullptr) return word_ != 0 ? 1 : 0;
   std::size_t sum = many->live;
   if (many->index) {
-    for (auto i = many->index->iterator(); i; ++i) sum += i.currNodeNonStale()->value().notifiees();
+    for (const auto& [interest, list] : *many->index) sum += list.notifiees();
   }
   return sum;
 }

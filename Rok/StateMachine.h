@@ -439,21 +439,17 @@ class Children {
   }
   // Has every child take back what it wrote; all stay in the collection.
   void prepareToDie() {
-    for (auto i = iterator(); i; ++i) {
-      if (const Ptr<Child> dying = child(i.key())) dying->doPrepareToDie();
-    }
+    for (const auto& [key, dying] : map_) dying->doPrepareToDie();
   }
   // The same, and every child goes.
   void withdrawAll() {
-    for (auto i = iterator(); i; ++i) withdraw(i.key());
+    for (const auto& [key, dying] : map_) withdraw(key, *dying);
   }
 
   // ---- for the state machine's own workings
   static constexpr bool isWatch = false;
   void rokActiveIs(bool v) {
-    for (auto i = iterator(); i; ++i) {
-      if (const auto* node = i.currNodeNonStale()) node->value()->hasNotificationActiveIs(v);
-    }
+    for (const auto& [key, each] : map_) each->hasNotificationActiveIs(v);
   }
   void rokTeardown() {
     map_._memberDelAll();

@@ -84,7 +84,7 @@ template <class Key, class V, class Text>
 std::vector<Rok::String> sortedKeys(const Rok::OrderedMap<Key, V>& map, const Text& text) {
   std::vector<Rok::String> keys;
   keys.reserve(map.members());
-  for (auto i = map.iterator(); i; ++i) keys.push_back(text(i.key()));
+  for (const auto& [key, value] : map) keys.push_back(text(key));
   std::sort(keys.begin(), keys.end());
   return keys;
 }
