@@ -7,6 +7,7 @@
 #include <set>
 #include <vector>
 
+namespace slabTest {
 namespace {
 
 #if defined(__SANITIZE_ADDRESS__)
@@ -186,3 +187,4 @@ TEST(Slab, ASizeThatNobodyHasThrowsBadAlloc) {
 }
 
 }  // namespace
+}  // namespace slabTest

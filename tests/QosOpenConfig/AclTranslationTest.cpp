@@ -15,7 +15,7 @@
 #include "tests/support/TraceCapture.h"
 #include "tests/support/WalkOrder.h"
 
-namespace QosOc {
+namespace QosOc::aclTranslationTest {
 namespace {
 
 using Acl::aclTypeIpv4;
@@ -1459,4 +1459,4 @@ TEST(AclOracle, RandomDaysAgreeWithPlainMapsAfterEachStepAndEachRestartInAnyWalk
 }
 
 }  // namespace
-}  // namespace QosOc
+}  // namespace QosOc::aclTranslationTest

@@ -13,7 +13,7 @@
 #include "tests/support/Refusals.h"
 #include "tests/support/TraceCapture.h"
 
-namespace QosOc {
+namespace QosOc::classMapTranslationTest {
 namespace {
 
 using Qos::matchIpAccessGroup;
@@ -818,4 +818,4 @@ TEST(ClassMapTranslation, RandomDaysEndInTheModelThatARestartGives) {
 }
 
 }  // namespace
-}  // namespace QosOc
+}  // namespace QosOc::classMapTranslationTest

@@ -12,7 +12,7 @@
 #include "tests/support/OneByteChanged.h"
 #include "tests/support/TraceCapture.h"
 
-namespace QosOc {
+namespace QosOc::classifierNamesTest {
 namespace {
 
 using Names = std::pair<Velmo::String, Velmo::String>;
@@ -191,4 +191,4 @@ TEST(ClassifierNames, TheDecodersOpenWithALevelEightLine) {
 }
 
 }  // namespace
-}  // namespace QosOc
+}  // namespace QosOc::classifierNamesTest

@@ -11,6 +11,7 @@
 
 #include "QosOpenConfig/QosOpenConfigHelper.h"
 
+namespace commentCodecDeathTest {
 namespace {
 
 using Read = void (*)(const std::string& text);
@@ -154,3 +155,4 @@ TEST(WrongTypeDeathTest, ADeeplyNestedValueCountsLikeAnyOther) {
 }
 
 }  // namespace
+}  // namespace commentCodecDeathTest

@@ -12,7 +12,7 @@
 #include "tests/support/TraceCapture.h"
 #include "tests/support/WalkOrder.h"
 
-namespace QosOc {
+namespace QosOc::commentCodecTest {
 namespace {
 
 using Input = SchedulerInputCommentInfo;
@@ -731,4 +731,4 @@ TEST(CommentCodec, TheReadersTraceTheirNameAndTheText) {
 }
 
 }  // namespace
-}  // namespace QosOc
+}  // namespace QosOc::commentCodecTest

@@ -12,7 +12,7 @@
 #include "QosOpenConfig/QosOpenConfigHelper.h"
 #include "tests/support/TraceCapture.h"
 
-namespace QosOc {
+namespace QosOc::commentHelperTest {
 namespace {
 
 using Helper = CommentHelper;
@@ -458,4 +458,4 @@ TEST(CommentMemo, TracesEachQuestionAsADecoding) {
 }
 
 }  // namespace
-}  // namespace QosOc
+}  // namespace QosOc::commentHelperTest

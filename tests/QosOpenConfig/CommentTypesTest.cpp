@@ -12,7 +12,7 @@
 #include "Rok/GenericHash.h"
 #include "tests/support/WalkOrder.h"
 
-namespace QosOc {
+namespace QosOc::commentTypesTest {
 namespace {
 
 using Input = SchedulerInputCommentInfo;
@@ -531,4 +531,4 @@ TEST(CommentStrepDeathTest, NobodyCatchesIt) {
 }
 
 }  // namespace
-}  // namespace QosOc
+}  // namespace QosOc::commentTypesTest

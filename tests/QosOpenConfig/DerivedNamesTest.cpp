@@ -16,7 +16,7 @@
 #include "tests/support/OneByteChanged.h"
 #include "tests/support/TraceCapture.h"
 
-namespace QosOc {
+namespace QosOc::derivedNamesTest {
 namespace {
 
 using Names = std::pair<Velmo::String, Velmo::String>;
@@ -251,4 +251,4 @@ TEST(TargetGroup, TheLookupOpensWithALevelEightLine) {
 }
 
 }  // namespace
-}  // namespace QosOc
+}  // namespace QosOc::derivedNamesTest

@@ -13,7 +13,7 @@
 #include "tests/support/TraceCapture.h"
 #include "tests/support/WalkOrder.h"
 
-namespace QosOc {
+namespace QosOc::forwardingGroupTest {
 namespace {
 
 using support::ForwardingDevice;
@@ -547,4 +547,4 @@ TEST(ForwardingGroup, RandomDaysAgreeWithPlainMapsInAnyWalkOrder) {
 }
 
 }  // namespace
-}  // namespace QosOc
+}  // namespace QosOc::forwardingGroupTest

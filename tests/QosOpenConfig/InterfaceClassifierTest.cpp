@@ -14,7 +14,7 @@
 #include "tests/support/TraceCapture.h"
 #include "tests/support/WalkOrder.h"
 
-namespace QosOc {
+namespace QosOc::interfaceClassifierTest {
 namespace {
 
 using support::BindingModel;
@@ -879,4 +879,4 @@ TEST(InterfaceClassifierOracle, WithoutOverlapARestartChangesNothing) {
 }
 
 }  // namespace
-}  // namespace QosOc
+}  // namespace QosOc::interfaceClassifierTest

@@ -18,7 +18,7 @@
 #include "tests/support/TraceCapture.h"
 #include "tests/support/WalkOrder.h"
 
-namespace QosOc {
+namespace QosOc::pfcTest {
 namespace {
 
 using support::nullArgument;
@@ -933,4 +933,4 @@ TEST(PortsOracle, RandomDaysAgreeWithPlainMapsInAnyWalkOrder) {
 }
 
 }  // namespace
-}  // namespace QosOc
+}  // namespace QosOc::pfcTest

@@ -13,7 +13,7 @@
 #include "tests/support/TraceCapture.h"
 #include "tests/support/WalkOrder.h"
 
-namespace QosOc {
+namespace QosOc::policyMapActionTest {
 namespace {
 
 using Qos::actionSetTc;
@@ -1698,4 +1698,4 @@ TEST(PolicyMapActionOracle, RandomDaysEndInTheModelThatARestartGives) {
 }
 
 }  // namespace
-}  // namespace QosOc
+}  // namespace QosOc::policyMapActionTest

@@ -15,6 +15,7 @@
 #include "tests/support/OneByteChanged.h"
 #include "tests/support/TraceCapture.h"
 
+namespace profileNamesTest {
 namespace {
 
 using testing::PrintToString;
@@ -198,3 +199,4 @@ TEST(ProfileNamesTrace, ThoseOfSchedulerPoliciesTellAtLevelTwo) {
 }
 
 }  // namespace
+}  // namespace profileNamesTest

@@ -12,7 +12,7 @@
 #include "tests/support/Refusals.h"
 #include "tests/support/TraceCapture.h"
 
-namespace QosOc {
+namespace QosOc::queueManagementInterfaceTest {
 namespace {
 
 using support::AttachmentModel;
@@ -671,4 +671,4 @@ TEST_F(QueueManagementAttachments, StoppingTracesNothing) {
 }
 
 }  // namespace
-}  // namespace QosOc
+}  // namespace QosOc::queueManagementInterfaceTest

@@ -11,7 +11,7 @@
 #include "tests/support/Refusals.h"
 #include "tests/support/TraceCapture.h"
 
-namespace QosOc {
+namespace QosOc::queueManagementProfileTest {
 namespace {
 
 using support::EcnWred;
@@ -714,4 +714,4 @@ TEST_F(QueueManagementProfiles, ARefusedPercentageHasBeenTracedAsFarAsItCame) {
 }
 
 }  // namespace
-}  // namespace QosOc
+}  // namespace QosOc::queueManagementProfileTest

@@ -15,7 +15,7 @@
 #include "tests/support/TraceCapture.h"
 #include "tests/support/WalkOrder.h"
 
-namespace QosOc {
+namespace QosOc::queueManagementRootTest {
 namespace {
 
 using support::AttachmentModel;
@@ -899,4 +899,4 @@ TEST(QueueManagementOracle, ADayWithoutSharedEntriesIsTheSameInEveryWalkOrder) {
 }
 
 }  // namespace
-}  // namespace QosOc
+}  // namespace QosOc::queueManagementRootTest

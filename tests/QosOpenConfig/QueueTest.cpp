@@ -21,7 +21,7 @@
 #include "tests/support/TraceCapture.h"
 #include "tests/support/WalkOrder.h"
 
-namespace QosOc {
+namespace QosOc::queueTest {
 namespace {
 
 using support::NotificationLog;
@@ -1506,4 +1506,4 @@ TEST(QueueOracle, AStartIsTheSameInAnyWalkOrder) {
 }
 
 }  // namespace
-}  // namespace QosOc
+}  // namespace QosOc::queueTest

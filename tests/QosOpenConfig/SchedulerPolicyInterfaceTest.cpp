@@ -15,7 +15,7 @@
 #include "tests/support/TraceCapture.h"
 #include "tests/support/WalkOrder.h"
 
-namespace QosOc {
+namespace QosOc::schedulerPolicyInterfaceTest {
 namespace {
 
 using support::AttachmentModel;
@@ -890,4 +890,4 @@ TEST_F(PolicyAttachments, ACommentTracesTheKeyOfEveryQueueAndOfEveryProfileAtLev
 }
 
 }  // namespace
-}  // namespace QosOc
+}  // namespace QosOc::schedulerPolicyInterfaceTest

@@ -13,7 +13,7 @@
 #include "tests/support/TraceCapture.h"
 #include "tests/support/WalkOrder.h"
 
-namespace QosOc {
+namespace QosOc::schedulerPolicyProfileTest {
 namespace {
 
 using support::AttachmentModel;
@@ -538,4 +538,4 @@ TEST_F(Policies, ACommentOfOtherOriginTracesThatItIsNotRelated) {
 }
 
 }  // namespace
-}  // namespace QosOc
+}  // namespace QosOc::schedulerPolicyProfileTest

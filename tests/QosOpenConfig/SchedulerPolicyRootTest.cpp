@@ -14,7 +14,7 @@
 #include "tests/support/TraceCapture.h"
 #include "tests/support/WalkOrder.h"
 
-namespace QosOc {
+namespace QosOc::schedulerPolicyRootTest {
 namespace {
 
 using support::AttachmentModel;
@@ -601,4 +601,4 @@ TEST(SchedulerPolicyOracle, RandomDaysAgreeWithPlainMapsInAnyWalkOrder) {
 }
 
 }  // namespace
-}  // namespace QosOc
+}  // namespace QosOc::schedulerPolicyRootTest

@@ -1,5 +1,6 @@
 #include "Rok/AllocTrack.h"
 
+namespace allocTrackTest {
 namespace {
 
 TEST(AllocTrack, CountsBlocksAndBytesOfEachTypeApart) {
@@ -20,3 +21,4 @@ TEST(AllocTrack, CountsBlocksAndBytesOfEachTypeApart) {
 }
 
 }  // namespace
+}  // namespace allocTrackTest

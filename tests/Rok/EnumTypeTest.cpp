@@ -4,6 +4,7 @@
 
 #include "Rok/Exceptions.h"
 
+namespace enumTypeTest {
 namespace {
 
 enum class Color : unsigned char { red = 1, green = 2, deepBlue = 200 };
@@ -69,3 +70,4 @@ TEST(EnumType, AnEnumerationPrintsByItsName) {
 }
 
 }  // namespace
+}  // namespace enumTypeTest

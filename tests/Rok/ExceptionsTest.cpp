@@ -3,6 +3,7 @@
 #include <array>
 #include <sstream>
 
+namespace exceptionsTest {
 namespace {
 
 constexpr std::array<std::string_view, 2> names{"port", "log"};
@@ -95,3 +96,4 @@ TEST(Exceptions, FmtFormatsLikePrintf) {
 }
 
 }  // namespace
+}  // namespace exceptionsTest

@@ -1,5 +1,6 @@
 #include "Rok/GenericHash.h"
 
+namespace genericHashTest {
 namespace {
 
 struct Hashable {
@@ -27,3 +28,4 @@ TEST(GenericHash, AValueWithoutOneThrowsWithItsClassName) {
 }
 
 }  // namespace
+}  // namespace genericHashTest

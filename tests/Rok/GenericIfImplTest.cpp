@@ -4,6 +4,7 @@
 
 #include "Rok/Notifier.h"
 
+namespace genericIfImplTest {
 namespace {
 
 TEST(GenericIf, AttributesAreNumberedFrom130InDeclarationOrder) {
@@ -34,3 +35,4 @@ TEST(GenericIf, TheBaseClassesDescribeThemselves) {
 }
 
 }  // namespace
+}  // namespace genericIfImplTest

@@ -9,6 +9,7 @@
 
 #include "tests/support/RokMaps.h"
 
+namespace hashMap2018Test {
 namespace {
 
 using namespace RokTest;
@@ -768,3 +769,4 @@ TYPED_TEST(HashMap, RandomOperationsOnALargeMapAgreeWithAStandardMap) {
 }
 
 }  // namespace
+}  // namespace hashMap2018Test

@@ -2,6 +2,7 @@
 
 #include <set>
 
+namespace hashTest {
 namespace {
 
 enum class Color : unsigned char { red = 1, green = 2 };
@@ -49,3 +50,4 @@ TEST(Hash, TheOrderSeedIsZeroUntilSomebodySetsIt) {
 }
 
 }  // namespace
+}  // namespace hashTest

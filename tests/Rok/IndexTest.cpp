@@ -4,6 +4,7 @@
 
 #include "Rok/Rok.h"
 
+namespace indexTest {
 namespace {
 
 class Port {
@@ -143,3 +144,4 @@ TEST_F(IndexTest, TheIndexLivesAsLongAsSomebodyIsInIt) {
 }
 
 }  // namespace
+}  // namespace indexTest

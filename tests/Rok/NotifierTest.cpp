@@ -10,6 +10,7 @@
 #include "tests/support/RokListener.h"
 #include "tests/support/RokMaps.h"
 
+namespace notifierTest {
 namespace {
 
 using namespace RokTest;
@@ -1026,3 +1027,4 @@ TEST(NotifieeList, InATurmoilWhoeverStaysIsCalledOnceAndNobodyElseIs) {
 }
 
 }  // namespace
+}  // namespace notifierTest

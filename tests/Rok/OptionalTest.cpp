@@ -5,6 +5,7 @@
 
 #include "Velmo/String.h"
 
+namespace optionalTest {
 namespace {
 
 using Rok::DynOptional;
@@ -118,3 +119,4 @@ TEST(DynOptional, ResetsAndReadsThroughItsArrow) {
 }
 
 }  // namespace
+}  // namespace optionalTest

@@ -6,6 +6,7 @@
 
 #include "tests/support/RokMaps.h"
 
+namespace orderedMapTest {
 namespace {
 
 using Map = Rok::OrderedMap<std::uint32_t, Rok::String>;
@@ -386,3 +387,4 @@ TEST(OrderedMap, RandomOperationsUnderWalksAgreeWithAStandardMap) {
 }
 
 }  // namespace
+}  // namespace orderedMapTest

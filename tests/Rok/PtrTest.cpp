@@ -9,6 +9,7 @@
 #include "Dorpel/Slab.h"
 #include "Rok/GenericIfImpl.h"
 
+namespace ptrTest {
 namespace {
 
 using Rok::Ptr;
@@ -279,3 +280,4 @@ TEST(Ptr, AFlagThatMovesDoesNotLoseTheCountOfAnotherThread) {
 }
 
 }  // namespace
+}  // namespace ptrTest

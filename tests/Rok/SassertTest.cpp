@@ -2,6 +2,7 @@
 
 #include <csignal>
 
+namespace sassertTest {
 namespace {
 
 TEST(SassertDeathTest, ReportsTheExpressionAndTheMessageAndAborts) {
@@ -34,3 +35,4 @@ TEST(SassertDeathTest, NoHandlerCatchesIt) {
 }
 
 }  // namespace
+}  // namespace sassertTest

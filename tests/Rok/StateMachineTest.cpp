@@ -9,6 +9,7 @@
 #include "tests/support/RokDevice.h"
 #include "tests/support/RokListener.h"
 
+namespace stateMachineTest {
 namespace {
 
 using namespace RokTest;
@@ -1374,3 +1375,4 @@ TEST_F(OnBound, IsNotCalledForAZombieNorWithoutAnOwner) {
 }
 
 }  // namespace
+}  // namespace stateMachineTest

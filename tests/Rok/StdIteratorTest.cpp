@@ -4,6 +4,7 @@
 
 #include "tests/support/RokMaps.h"
 
+namespace stdIteratorTest {
 namespace {
 
 using namespace RokTest;
@@ -692,3 +693,4 @@ TYPED_TEST(UnsafeIterator, AWrittenValueIsNoChangeOfTheMap) {
 }
 
 }  // namespace
+}  // namespace stdIteratorTest

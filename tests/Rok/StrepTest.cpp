@@ -2,6 +2,7 @@
 
 #include <random>
 
+namespace strepTest {
 namespace {
 
 enum class Color : unsigned char { red = 1, deepBlue = 200 };
@@ -205,3 +206,4 @@ TEST(StrepToValue, TextLeftOverIsAnError) {
 }
 
 }  // namespace
+}  // namespace strepTest

@@ -2,6 +2,7 @@
 
 #include <type_traits>
 
+namespace stringTest {
 namespace {
 
 using Rok::String;
@@ -48,3 +49,4 @@ TEST(LimitedString, ReadsAsAString) {
 }
 
 }  // namespace
+}  // namespace stringTest

@@ -4,6 +4,7 @@
 #include <set>
 #include <string>
 
+namespace hashTest {
 namespace {
 
 TEST(Hash, EqualBytesHaveEqualHashesWhereverTheyLie) {
@@ -56,3 +57,4 @@ TEST(Hash, AWordsHashIsKnownAtCompileTime) {
 }
 
 }  // namespace
+}  // namespace hashTest

@@ -9,6 +9,7 @@
 
 #include "Dorpel/Slab.h"
 
+namespace stringTest {
 namespace {
 
 using Velmo::String;
@@ -358,3 +359,4 @@ TEST(VelmoString, RandomOperationsAgreeWithAStandardString) {
 }
 
 }  // namespace
+}  // namespace stringTest

@@ -2,6 +2,7 @@
 
 #include <stdexcept>
 
+namespace vectorTest {
 namespace {
 
 using Velmo::ByteVector;
@@ -82,3 +83,4 @@ TEST(Vector, AllocatorsOfAllTypesAreEqual) {
 }
 
 }  // namespace
+}  // namespace vectorTest

@@ -6,6 +6,7 @@
 #include "Paths.h"
 #include "tests/support/HostProgram.h"
 
+namespace badInputTest {
 namespace {
 
 using support::HostFolder;
@@ -177,3 +178,4 @@ TEST(LargeInput, OfOneLongNameIsTranslated) {
 }
 
 }  // namespace
+}  // namespace badInputTest

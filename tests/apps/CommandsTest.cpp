@@ -5,6 +5,7 @@
 #include "host/Version.h"
 #include "tests/support/HostProgram.h"
 
+namespace commandsTest {
 namespace {
 
 using support::HostFolder;
@@ -134,3 +135,4 @@ TEST(Qosoc, TakesAValueBehindAnEqualsSignAndOperandsBehindTwoDashes) {
 }
 
 }  // namespace
+}  // namespace commandsTest

@@ -19,6 +19,7 @@
 #include "rapidjson/writer.h"
 #include "tests/support/HostProgram.h"
 
+namespace examplesTest {
 namespace {
 
 namespace json = host::rapidjson;
@@ -147,3 +148,4 @@ INSTANTIATE_TEST_SUITE_P(Examples, Example, testing::ValuesIn(scenarios()),
                          });
 
 }  // namespace
+}  // namespace examplesTest

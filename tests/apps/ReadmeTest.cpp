@@ -5,6 +5,7 @@
 #include "QosOpenConfig/QosOpenConfigClassifierKivToOCSm.h"
 #include "tests/support/HostProgram.h"
 
+namespace readmeTest {
 namespace {
 
 using support::hostRun;
@@ -67,3 +68,4 @@ TEST(Readme, ShowsAHostThatWorks) {
 }
 
 }  // namespace
+}  // namespace readmeTest

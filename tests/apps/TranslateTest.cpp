@@ -6,6 +6,7 @@
 #include "Paths.h"
 #include "tests/support/HostProgram.h"
 
+namespace translateTest {
 namespace {
 
 using support::HostDialogue;
@@ -226,3 +227,4 @@ TEST_F(Translate, CheckSaysNothingOfAValidDocument) {
 }
 
 }  // namespace
+}  // namespace translateTest

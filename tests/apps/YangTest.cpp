@@ -10,6 +10,7 @@
 #include "Paths.h"
 #include "tests/support/HostProgram.h"
 
+namespace yangTest {
 namespace {
 
 using support::HostFolder;
@@ -286,3 +287,4 @@ TEST_F(Yang, ReferencesMayDangle) {
 }
 
 }  // namespace
+}  // namespace yangTest

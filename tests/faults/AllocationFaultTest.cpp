@@ -8,7 +8,7 @@
 #include "Events.h"
 #include "House.h"
 
-namespace faults {
+namespace faults::allocationFaultTest {
 namespace {
 
 using testing::AnyOf;
@@ -141,4 +141,4 @@ INSTANTIATE_TEST_SUITE_P(When, EventWithoutMemory,
                          testing::ValuesIn(events().begin(), events().end()), ByEventName());
 
 }  // namespace
-}  // namespace faults
+}  // namespace faults::allocationFaultTest

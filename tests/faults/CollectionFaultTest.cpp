@@ -12,7 +12,7 @@
 #include "models/native/QosInput.h"
 #include "tests/support/HostListener.h"
 
-namespace faults {
+namespace faults::collectionFaultTest {
 namespace {
 
 using Map = Rok::HashMap2018<Rok::Hm2018NEI<0x51u, Rok::String, Velmo::ByteVector>>;
@@ -353,4 +353,4 @@ TEST(CommentWithoutMemory, IsNotWrittenByHalves) {
 }
 
 }  // namespace
-}  // namespace faults
+}  // namespace faults::collectionFaultTest

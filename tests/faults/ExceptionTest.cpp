@@ -13,7 +13,7 @@
 #include "host/Place.h"
 #include "tests/support/HostListener.h"
 
-namespace faults {
+namespace faults::exceptionTest {
 namespace {
 
 using testing::IsEmpty;
@@ -178,4 +178,4 @@ TEST(RefusalDeathTest, OfAClassMapOrAnAclIsNotToBeRepairedByDeletion) {
 INSTANTIATE_TEST_SUITE_P(Of, Refusal, testing::ValuesIn(faultsOfEvents()), ByFaultName());
 
 }  // namespace
-}  // namespace faults
+}  // namespace faults::exceptionTest

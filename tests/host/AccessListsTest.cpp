@@ -4,7 +4,7 @@
 
 #include "tests/support/HostDevice.h"
 
-namespace host {
+namespace host::accessListsTest {
 namespace {
 
 using support::HostDevice;
@@ -343,4 +343,4 @@ TEST(AccessLists, RefuseChangesThatDoNotFit) {
 }
 
 }  // namespace
-}  // namespace host
+}  // namespace host::accessListsTest

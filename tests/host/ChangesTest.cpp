@@ -5,7 +5,7 @@
 
 #include "tests/support/HostDevice.h"
 
-namespace host {
+namespace host::changesTest {
 namespace {
 
 using support::HostDevice;
@@ -382,4 +382,4 @@ TEST(Changes, EachMatchOptionIsAWriteOfItsOwn) {
 }
 
 }  // namespace
-}  // namespace host
+}  // namespace host::changesTest

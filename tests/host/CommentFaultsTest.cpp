@@ -6,7 +6,7 @@
 #include "QosOpenConfig/QosOpenConfigHelper.h"
 #include "tests/support/HostDevice.h"
 
-namespace host {
+namespace host::commentFaultsTest {
 namespace {
 
 using support::HostDevice;
@@ -135,4 +135,4 @@ TEST(CommentFaultsDeathTest, AreJustThoseThatEndTheProcessOfAReader) {
 }
 
 }  // namespace
-}  // namespace host
+}  // namespace host::commentFaultsTest

@@ -4,7 +4,7 @@
 
 #include "tests/support/HostDevice.h"
 
-namespace host {
+namespace host::commentsTest {
 namespace {
 
 using support::HostDevice;
@@ -91,4 +91,4 @@ TEST(Comments, RefuseChangesThatDoNotFit) {
 }
 
 }  // namespace
-}  // namespace host
+}  // namespace host::commentsTest

@@ -5,7 +5,7 @@
 
 #include "tests/support/HostDevice.h"
 
-namespace host {
+namespace host::interfacesTest {
 namespace {
 
 using support::HostDevice;
@@ -432,4 +432,4 @@ TEST(Interfaces, RefuseChangesThatDoNotFit) {
 }
 
 }  // namespace
-}  // namespace host
+}  // namespace host::interfacesTest

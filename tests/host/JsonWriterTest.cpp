@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-namespace host {
+namespace host::jsonWriterTest {
 namespace {
 
 std::string sample(Layout layout) {
@@ -86,4 +86,4 @@ TEST(JsonWriter, WritesTheLargestNumber) {
 }
 
 }  // namespace
-}  // namespace host
+}  // namespace host::jsonWriterTest

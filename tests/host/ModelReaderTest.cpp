@@ -6,7 +6,7 @@
 #include "tests/support/HostDevice.h"
 #include "tests/support/HostModel.h"
 
-namespace host {
+namespace host::modelReaderTest {
 namespace {
 
 using support::hostDscps;
@@ -80,4 +80,4 @@ TEST(ModelReader, RefusesWhatIsNoModel) {
 }
 
 }  // namespace
-}  // namespace host
+}  // namespace host::modelReaderTest

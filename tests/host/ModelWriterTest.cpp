@@ -4,7 +4,7 @@
 
 #include "tests/support/HostModel.h"
 
-namespace host {
+namespace host::modelWriterTest {
 namespace {
 
 using support::hostDscps;
@@ -80,4 +80,4 @@ TEST(ModelFormat, SortsNamesByTheirBytes) {
 }
 
 }  // namespace
-}  // namespace host
+}  // namespace host::modelWriterTest

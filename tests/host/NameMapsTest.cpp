@@ -5,7 +5,7 @@
 
 #include "tests/support/HostDevice.h"
 
-namespace host {
+namespace host::nameMapsTest {
 namespace {
 
 using support::HostDevice;
@@ -223,4 +223,4 @@ TEST(TcToTxQueue, AsAWholeLosesWhatIsLeftOutFirst) {
 }
 
 }  // namespace
-}  // namespace host
+}  // namespace host::nameMapsTest

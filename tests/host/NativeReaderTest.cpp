@@ -6,7 +6,7 @@
 #include "host/Sections.h"
 #include "tests/support/HostDevice.h"
 
-namespace host {
+namespace host::nativeReaderTest {
 namespace {
 
 using support::HostDevice;
@@ -251,4 +251,4 @@ TEST(NativeDocument, SurvivesAnyDepth) {
 }
 
 }  // namespace
-}  // namespace host
+}  // namespace host::nativeReaderTest

@@ -5,7 +5,7 @@
 
 #include "tests/support/HostModel.h"
 
-namespace host {
+namespace host::openConfigJsonTest {
 namespace {
 
 using support::HostModel;
@@ -46,4 +46,4 @@ TEST(OpenConfigFormat, WarnsOnceInTheLifeOfARenderer) {
 }
 
 }  // namespace
-}  // namespace host
+}  // namespace host::openConfigJsonTest

@@ -4,7 +4,7 @@
 
 #include "tests/support/HostDevice.h"
 
-namespace host {
+namespace host::patchTest {
 namespace {
 
 using support::hostFault;
@@ -110,4 +110,4 @@ TEST(Patch, SurvivesAnyDepth) {
 }
 
 }  // namespace
-}  // namespace host
+}  // namespace host::patchTest

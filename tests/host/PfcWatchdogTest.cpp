@@ -4,7 +4,7 @@
 
 #include "tests/support/HostDevice.h"
 
-namespace host {
+namespace host::pfcWatchdogTest {
 namespace {
 
 using support::HostDevice;
@@ -124,4 +124,4 @@ TEST(PfcWatchdog, RefusesChangesThatDoNotFit) {
 }
 
 }  // namespace
-}  // namespace host
+}  // namespace host::pfcWatchdogTest

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace host {
+namespace host::placeTest {
 namespace {
 
 TEST(Writes, ReportsWhatLeavesAWriteAndGoesOn) {
@@ -34,4 +34,4 @@ TEST(Place, OfALeafCannotBeWrittenBelow) {
 }
 
 }  // namespace
-}  // namespace host
+}  // namespace host::placeTest

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace host {
+namespace host::pointerTest {
 namespace {
 
 TEST(Pointer, NamesTheWholeDocumentByNoTokens) {
@@ -35,4 +35,4 @@ TEST(Pointer, IsShownOnOneShortLine) {
 }
 
 }  // namespace
-}  // namespace host
+}  // namespace host::pointerTest

@@ -4,7 +4,7 @@
 
 #include "tests/support/HostDevice.h"
 
-namespace host {
+namespace host::policyMapsTest {
 namespace {
 
 using support::HostDevice;
@@ -234,4 +234,4 @@ TEST(PolicyMaps, ARefusedLineChangesNothing) {
 }
 
 }  // namespace
-}  // namespace host
+}  // namespace host::policyMapsTest

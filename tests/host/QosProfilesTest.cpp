@@ -4,7 +4,7 @@
 
 #include "tests/support/HostDevice.h"
 
-namespace host {
+namespace host::qosProfilesTest {
 namespace {
 
 using support::HostDevice;
@@ -151,4 +151,4 @@ TEST(QosProfiles, TestSeesWhatTheNativeSideHolds) {
 }
 
 }  // namespace
-}  // namespace host
+}  // namespace host::qosProfilesTest

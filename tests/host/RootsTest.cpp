@@ -5,7 +5,7 @@
 
 #include "tests/support/HostDevice.h"
 
-namespace host {
+namespace host::rootsTest {
 namespace {
 
 using testing::ElementsAre;
@@ -166,4 +166,4 @@ TEST(Roots, ThatThrowAreReportedAndLeftOut) {
 }
 
 }  // namespace
-}  // namespace host
+}  // namespace host::rootsTest

@@ -5,7 +5,7 @@
 #include "host/JsonText.h"
 #include "tests/support/HostDevice.h"
 
-namespace host {
+namespace host::schemaReaderTest {
 namespace {
 
 using support::hostFault;
@@ -176,4 +176,4 @@ TEST(SchemaReader, HandsTheEntriesOfUpperCollectionsOnOneByOne) {
 }
 
 }  // namespace
-}  // namespace host
+}  // namespace host::schemaReaderTest

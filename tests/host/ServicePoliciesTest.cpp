@@ -4,7 +4,7 @@
 
 #include "tests/support/HostDevice.h"
 
-namespace host {
+namespace host::servicePoliciesTest {
 namespace {
 
 using support::HostDevice;
@@ -144,4 +144,4 @@ TEST(ServicePolicies, RefuseChangesThatDoNotFit) {
 }
 
 }  // namespace
-}  // namespace host
+}  // namespace host::servicePoliciesTest

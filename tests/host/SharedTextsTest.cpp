@@ -4,7 +4,7 @@
 
 #include <string>
 
-namespace host {
+namespace host::sharedTextsTest {
 namespace {
 
 TEST(SharedTexts, GiveEqualTextsOneBuffer) {
@@ -35,4 +35,4 @@ TEST(SharedTexts, HoldAnyText) {
 }
 
 }  // namespace
-}  // namespace host
+}  // namespace host::sharedTextsTest

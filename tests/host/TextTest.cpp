@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace host {
+namespace host::textTest {
 namespace {
 
 TEST(Text, IsUtf8OnlyInItsShortestFormAndWithoutSurrogates) {
@@ -76,4 +76,4 @@ TEST(Text, IsCutBetweenCharacters) {
 }
 
 }  // namespace
-}  // namespace host
+}  // namespace host::textTest

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace host {
+namespace host::valueTest {
 namespace {
 
 Value number(std::uint64_t n) { return Value(n); }
@@ -44,4 +44,4 @@ TEST(Value, FindsAMemberByItsKey) {
 }
 
 }  // namespace
-}  // namespace host
+}  // namespace host::valueTest

@@ -10,7 +10,7 @@
 
 #include "tests/support/NotificationLog.h"
 
-namespace Acl {
+namespace Acl::aclTest {
 namespace {
 
 using support::NotificationLog;
@@ -231,4 +231,4 @@ TEST(AclInputConfig, HoldsAclsByTypeAndTellsEachThatComesAndGoes) {
 }
 
 }  // namespace
-}  // namespace Acl
+}  // namespace Acl::aclTest

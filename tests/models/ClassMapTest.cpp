@@ -10,7 +10,7 @@
 #include "models/native/AclConfig.h"
 #include "tests/support/NotificationLog.h"
 
-namespace Qos {
+namespace Qos::classMapTest {
 namespace {
 
 using support::NotificationLog;
@@ -79,4 +79,4 @@ TEST(ClassMapEnumerations, HaveTheNativeValues) {
 }
 
 }  // namespace
-}  // namespace Qos
+}  // namespace Qos::classMapTest

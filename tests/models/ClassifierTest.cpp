@@ -7,7 +7,7 @@
 #include <sstream>
 #include <string>
 
-namespace QosOc::Config {
+namespace QosOc::Config::classifierTest {
 namespace {
 
 TEST(Term, HasItsIdAndNothingElseAtFirst) {
@@ -177,4 +177,4 @@ TEST(ClassifierType, HasTheValuesOfTheModel) {
 }
 
 }  // namespace
-}  // namespace QosOc::Config
+}  // namespace QosOc::Config::classifierTest

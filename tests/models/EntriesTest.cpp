@@ -8,6 +8,7 @@
 #include "models/native/Cli.h"
 #include "models/native/QosInput.h"
 
+namespace entriesTest {
 namespace {
 
 using Rok::Ptr;
@@ -112,3 +113,4 @@ TEST(NativeCollections, ReadAnEntryByItsKeyAndAMissingOneAsNullOrAsTheDefault) {
 }
 
 }  // namespace
+}  // namespace entriesTest

@@ -7,7 +7,7 @@
 #include <sstream>
 #include <string>
 
-namespace QosOc::Config {
+namespace QosOc::Config::interfaceTest {
 namespace {
 
 using QosOc::Classifier::classifierTypeIpv4;
@@ -206,4 +206,4 @@ TEST(InterfacesDir, InterfaceIsKeepsWhatIsThereAndALookupNeverCreates) {
 }
 
 }  // namespace
-}  // namespace QosOc::Config
+}  // namespace QosOc::Config::interfaceTest

@@ -8,7 +8,7 @@
 #include <sstream>
 #include <string>
 
-namespace QosOc::Config {
+namespace QosOc::Config::pfcTest {
 namespace {
 
 std::string printed(const PfcWatchdog& watchdog) {
@@ -64,4 +64,4 @@ TEST(Pfc, TimesAreKeptInFullPrecision) {
 }
 
 }  // namespace
-}  // namespace QosOc::Config
+}  // namespace QosOc::Config::pfcTest

@@ -11,7 +11,7 @@
 #include "models/native/AclConfig.h"
 #include "tests/support/NotificationLog.h"
 
-namespace Qos {
+namespace Qos::policyMapTest {
 namespace {
 
 using support::NotificationLog;
@@ -104,4 +104,4 @@ TEST(AclConfig, AChangeOfItsPolicyMapTypesNamesTheTypeAndNotTheClassMapsAttribut
 }
 
 }  // namespace
-}  // namespace Qos
+}  // namespace Qos::policyMapTest

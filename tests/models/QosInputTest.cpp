@@ -16,7 +16,7 @@
 #include "models/native/TxQueue.h"
 #include "tests/support/NotificationLog.h"
 
-namespace Qos {
+namespace Qos::qosInputTest {
 namespace {
 
 using support::NotificationLog;
@@ -377,4 +377,4 @@ TEST(PfcPortConfig, TellsTheChangeOfItsPriorities) {
 }
 
 }  // namespace
-}  // namespace Qos
+}  // namespace Qos::qosInputTest

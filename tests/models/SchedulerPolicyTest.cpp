@@ -12,7 +12,7 @@
 
 #include "models/openconfig/Interface.h"
 
-namespace QosOc::Config {
+namespace QosOc::Config::schedulerPolicyTest {
 namespace {
 
 template <class T>
@@ -328,4 +328,4 @@ TEST(InterfaceOutput, AnAttachmentWithoutANameIsStillOne) {
 }
 
 }  // namespace
-}  // namespace QosOc::Config
+}  // namespace QosOc::Config::schedulerPolicyTest

@@ -9,7 +9,7 @@
 #include "models/native/QosInput.h"
 #include "tests/support/NotificationLog.h"
 
-namespace Qos {
+namespace Qos::servicePolicyTest {
 namespace {
 
 using support::NotificationLog;
@@ -80,4 +80,4 @@ TEST(ServicePolicies, AreKeptByTheWholeKeyAndAChangeNamesIt) {
 }
 
 }  // namespace
-}  // namespace Qos
+}  // namespace Qos::servicePolicyTest

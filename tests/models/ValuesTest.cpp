@@ -14,6 +14,7 @@
 
 #include "tests/support/Refusals.h"
 
+namespace valuesTest {
 namespace {
 
 template <class T>
@@ -224,3 +225,4 @@ TEST(TxQueue, PrintsTypeAndId) {
 }
 
 }  // namespace
+}  // namespace valuesTest

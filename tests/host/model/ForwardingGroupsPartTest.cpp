@@ -3,7 +3,7 @@
 #include "tests/support/HostDevice.h"
 #include "tests/support/HostModel.h"
 
-namespace host {
+namespace host::forwardingGroupsPartTest {
 namespace {
 
 using support::hostFault;
@@ -34,4 +34,4 @@ TEST(ForwardingGroupsPart, RefusesWhatIsNoForwardingGroup) {
 }
 
 }  // namespace
-}  // namespace host
+}  // namespace host::forwardingGroupsPartTest

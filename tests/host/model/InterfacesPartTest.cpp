@@ -3,7 +3,7 @@
 #include "tests/support/HostDevice.h"
 #include "tests/support/HostModel.h"
 
-namespace host {
+namespace host::interfacesPartTest {
 namespace {
 
 using support::hostFault;
@@ -80,4 +80,4 @@ TEST(InterfacesPart, RefusesWhatIsNoInterface) {
 }
 
 }  // namespace
-}  // namespace host
+}  // namespace host::interfacesPartTest

@@ -3,7 +3,7 @@
 #include "tests/support/HostDevice.h"
 #include "tests/support/HostModel.h"
 
-namespace host {
+namespace host::pfcPartTest {
 namespace {
 
 using QosOc::Config::PfcWatchdog;
@@ -34,4 +34,4 @@ TEST(PfcPart, RefusesWhatIsNoWatchdog) {
 }
 
 }  // namespace
-}  // namespace host
+}  // namespace host::pfcPartTest

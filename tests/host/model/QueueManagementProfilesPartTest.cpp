@@ -3,7 +3,7 @@
 #include "tests/support/HostDevice.h"
 #include "tests/support/HostModel.h"
 
-namespace host {
+namespace host::queueManagementProfilesPartTest {
 namespace {
 
 using QosOc::Config::QueueManagementProfile;
@@ -46,4 +46,4 @@ TEST(QueueManagementProfilesPart, RefusesAProbabilityAbove100) {
 }
 
 }  // namespace
-}  // namespace host
+}  // namespace host::queueManagementProfilesPartTest

@@ -3,7 +3,7 @@
 #include "tests/support/HostDevice.h"
 #include "tests/support/HostModel.h"
 
-namespace host {
+namespace host::queuesPartTest {
 namespace {
 
 using QosOc::Config::Queue;
@@ -79,4 +79,4 @@ TEST(QueuesPart, RefusesNumbersThatTheRecordsCannotHold) {
 }
 
 }  // namespace
-}  // namespace host
+}  // namespace host::queuesPartTest

@@ -3,7 +3,7 @@
 #include "tests/support/HostDevice.h"
 #include "tests/support/HostModel.h"
 
-namespace host {
+namespace host::schedulerPoliciesPartTest {
 namespace {
 
 using namespace QosOc::Config;
@@ -77,4 +77,4 @@ TEST(SchedulerPoliciesPart, RefusesWhatIsNoScheduler) {
 }
 
 }  // namespace
-}  // namespace host
+}  // namespace host::schedulerPoliciesPartTest

@@ -3,7 +3,7 @@
 
 #include "tests/support/HostModel.h"
 
-namespace host {
+namespace host::classifiersJsonTest {
 namespace {
 
 using support::hostDscps;
@@ -139,4 +139,4 @@ TEST(ClassifiersJson, LeavesOutATypeThatHasNoName) {
 }
 
 }  // namespace
-}  // namespace host
+}  // namespace host::classifiersJsonTest

@@ -3,7 +3,7 @@
 
 #include "tests/support/HostModel.h"
 
-namespace host {
+namespace host::forwardingGroupsJsonTest {
 namespace {
 
 using support::HostModel;
@@ -58,4 +58,4 @@ TEST(ForwardingGroupsJson, LeavesOutNamesThatAStringCannotHold) {
 }
 
 }  // namespace
-}  // namespace host
+}  // namespace host::forwardingGroupsJsonTest

@@ -3,7 +3,7 @@
 
 #include "tests/support/HostModel.h"
 
-namespace host {
+namespace host::interfacesJsonTest {
 namespace {
 
 using support::HostModel;
@@ -148,4 +148,4 @@ TEST(InterfacesJson, LeavesOutNamesThatAStringCannotHold) {
 }
 
 }  // namespace
-}  // namespace host
+}  // namespace host::interfacesJsonTest

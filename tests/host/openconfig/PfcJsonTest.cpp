@@ -3,7 +3,7 @@
 
 #include "tests/support/HostModel.h"
 
-namespace host {
+namespace host::pfcJsonTest {
 namespace {
 
 using QosOc::Config::PfcWatchdog;
@@ -75,4 +75,4 @@ TEST(PfcJson, LeavesOutPrioritiesThatAreNoByte) {
 }
 
 }  // namespace
-}  // namespace host
+}  // namespace host::pfcJsonTest

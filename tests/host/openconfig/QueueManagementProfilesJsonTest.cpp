@@ -3,7 +3,7 @@
 
 #include "tests/support/HostModel.h"
 
-namespace host {
+namespace host::queueManagementProfilesJsonTest {
 namespace {
 
 using QosOc::Config::QueueManagementProfile;
@@ -59,4 +59,4 @@ TEST(QueueManagementProfilesJson, LeavesOutNamesThatAStringCannotHold) {
 }
 
 }  // namespace
-}  // namespace host
+}  // namespace host::queueManagementProfilesJsonTest

@@ -3,7 +3,7 @@
 
 #include "tests/support/HostModel.h"
 
-namespace host {
+namespace host::queuesJsonTest {
 namespace {
 
 using support::HostModel;
@@ -88,4 +88,4 @@ TEST(QueuesJson, LeavesOutNamesThatAStringCannotHold) {
 }
 
 }  // namespace
-}  // namespace host
+}  // namespace host::queuesJsonTest

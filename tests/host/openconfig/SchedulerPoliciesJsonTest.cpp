@@ -3,7 +3,7 @@
 
 #include "tests/support/HostModel.h"
 
-namespace host {
+namespace host::schedulerPoliciesJsonTest {
 namespace {
 
 using namespace QosOc::Config;
@@ -146,4 +146,4 @@ TEST(SchedulerPoliciesJson, LeavesOutNamesThatAStringCannotHold) {
 }
 
 }  // namespace
-}  // namespace host
+}  // namespace host::schedulerPoliciesJsonTest

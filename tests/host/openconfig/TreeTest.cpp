@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace host {
+namespace host::treeTest {
 namespace {
 
 using testing::ElementsAre;
@@ -95,4 +95,4 @@ TEST(Tree, KeepsTheCharactersOfYangStrings) {
 }
 
 }  // namespace
-}  // namespace host
+}  // namespace host::treeTest
