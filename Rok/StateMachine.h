@@ -400,16 +400,16 @@ class Children {
   Ptr<Child> is(const Args&... args) {
     nullCheck(std::index_sequence_for<Args...>(), args...);
     if (const Ptr<Child>* found = map_.find(keyFrom(args...))) {
-      const Ptr<Child> child = *found;
+      Ptr<Child> child = *found;
       sameCheck(*child, std::index_sequence_for<Args...>(), args...);
       return child;
     }
-    const Ptr<Child> made = Child::create(args...);
+    Ptr<Child> made = Child::create(args...);
     const auto [node, isNew] = map_.newMember(Functor{}(made), made);
     if (isNew) return made;
     // The construction itself led back here and filled the key. That child stays, as any other that
     // is there; the one made in vain goes, and touches no output.
-    const Ptr<Child> child = node->value();
+    Ptr<Child> child = node->value();
     sameCheck(*child, std::index_sequence_for<Args...>(), args...);
     return child;
   }
