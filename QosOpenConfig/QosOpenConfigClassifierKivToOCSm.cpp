@@ -88,13 +88,12 @@ Rok::Optional<unsigned char> dscpOf(const Acl::Ip6RuleConfig& rule) {
 // classifier that isn't there stays away.
 void resetConditions(Config::ClassifiersDir& dir, const Velmo::String& classifierName,
                      const Velmo::String& termId) {
-  if (Config::Term* term = TermPath(classifierName, termId).term(dir)) {
-    term->conditions = Config::TermConditions();
-  }
+  TermPath path(classifierName, termId);
+  if (path.term(dir) != nullptr) path.content().conditions = Config::TermConditions();
 }
 
 // Blanks a term's action: the block stays, with an empty target group.
-void blankAction(Config::Term& term) { term.actions = Config::TermActions(); }
+void blankAction(Config::TermContent& term) { term.actions = Config::TermActions(); }
 
 }  // namespace
 
@@ -143,16 +142,17 @@ Config::Classifier* TermPath::classifier(Config::ClassifiersDir& dir) {
   return classifier_.get();
 }
 
-Config::Term& TermPath::termIs(Config::Classifier& classifier) {
+Config::TermContent& TermPath::termIs(Config::Classifier& classifier) {
   Config::Terms& terms = *classifier.termsIs();
-  return isRemembered(terms) ? *term_ : *remember(terms, &terms.termIs(termId_));
+  if (!isRemembered(terms)) remember(terms, &terms.termMade(termId_));
+  return terms.termContent(*term_);
 }
 
-Config::Term* TermPath::term(Config::ClassifiersDir& dir) {
+const Config::Term* TermPath::term(Config::ClassifiersDir& dir) {
   const Config::Classifier* found = classifier(dir);
   if (found == nullptr || !found->terms()) return nullptr;
   Config::Terms& terms = *found->terms();
-  return isRemembered(terms) ? term_ : remember(terms, terms.termRef(termId_));
+  return isRemembered(terms) ? term_ : remember(terms, terms.term().find(termId_));
 }
 
 bool TermPath::termDel(Config::ClassifiersDir& dir) {
@@ -164,7 +164,7 @@ bool TermPath::termDel(Config::ClassifiersDir& dir) {
   return true;
 }
 
-Config::Term* TermPath::remember(const Config::Terms& terms, Config::Term* term) {
+const Config::Term* TermPath::remember(const Config::Terms& terms, const Config::Term* term) {
   termsVersion_ = terms.term().version();
   return term_ = term;
 }
@@ -407,7 +407,7 @@ void AclTypeSm::sweepStaleConditions(const Config::Classifier& classifier) {
   for (const auto& [id, term] : terms->term()) {
     const auto name = configObjName(classifier.name(), id);
     if (aclTypeConfig_->acl().find(name) != nullptr) continue;
-    terms->termRef(id)->conditions = Config::TermConditions();
+    terms->termContent(term).conditions = Config::TermConditions();
   }
 }
 
@@ -750,7 +750,7 @@ void PmapConfigSm::sweepStaleActions(const Desired& desired, const Velmo::String
       const auto group = wanted->second.find(termId);
       if (group != wanted->second.end() && !group->second.empty()) continue;
     }
-    blankAction(*terms->termRef(termId));
+    blankAction(terms->termContent(term));
     if (Rok::TraceHelper line{traceHandle, handler}) {
       line.in(*this) << ", removed the stale action for classifier = " << classifierName
                      << ", termId = " << termId;
@@ -846,13 +846,13 @@ void ClassActionSm::handleInitialized() {
   const auto classifier = classifierDir_->classifierIs(classifierName_);
   classifier->configIs(classifierName_, classifierType_);
   const auto terms = classifier->termsIs();
-  terms->termIs(termId_);
+  terms->termMade(termId_);
   for (const auto& [type, action] : classAction_->policyAction()) handlePolicyAction(type);
   if (Rok::TraceHelper line{traceHandle, handler}) line.in(*this) << ", removing the stale config";
   if (setTcAction() != nullptr) return;
-  Config::Term* term = terms->termRef(termId_);
+  const Config::Term* term = terms->term().find(termId_);
   if (term == nullptr || !*term) return;
-  blankAction(*term);
+  blankAction(terms->termContent(*term));
   if (Rok::TraceHelper line{traceHandle, handler}) {
     line.in(*this) << ", removed the stale policyAction for classAction = " << cmapName();
   }
@@ -907,9 +907,9 @@ void PolicyActionSm::addClassifierTermAction(const Velmo::String& targetGroup) {
 }
 
 void PolicyActionSm::delClassifierTermAction() {
-  Config::Term* term = path_.term(*classifierDir_);
+  const Config::Term* term = path_.term(*classifierDir_);
   if (term == nullptr || !*term) return;
-  blankAction(*term);
+  blankAction(path_.content());
   if (Rok::TraceHelper line{traceHandle, handler}) line.in(*this) << ", term = " << *term;
 }
 

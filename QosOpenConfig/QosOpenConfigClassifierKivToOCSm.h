@@ -72,10 +72,12 @@ class TermPath {
 
   // The classifier, a new one if there is none.
   Config::Classifier& classifierIs(Config::ClassifiersDir& dir);
-  // The term of a classifier that was just got here: as it stands, or a new one.
-  Config::Term& termIs(Config::Classifier& classifier);
+  // What the term of a classifier that was just got here holds: as it stands, or that of a new one.
+  Config::TermContent& termIs(Config::Classifier& classifier);
   // The term, or null where it or its classifier is missing.
-  Config::Term* term(Config::ClassifiersDir& dir);
+  const Config::Term* term(Config::ClassifiersDir& dir);
+  // What the term that `term` just found holds.
+  Config::TermContent& content() const { return classifier_->terms()->termContent(*term_); }
   // Removes the term, and with the last one all that the classifier has of terms. Returns false
   // where the classifier has none to begin with.
   bool termDel(Config::ClassifiersDir& dir);
@@ -85,14 +87,14 @@ class TermPath {
   bool isRemembered(const Config::Terms& terms) const {
     return term_ != nullptr && terms.term().version() == termsVersion_;
   }
-  Config::Term* remember(const Config::Terms& terms, Config::Term* term);
+  const Config::Term* remember(const Config::Terms& terms, const Config::Term* term);
 
   Velmo::String classifierName_;
   Velmo::String termId_;
   // What was found last. A classifier that has gone since lives until the next event.
   Rok::Ptr<Config::Classifier> classifier_;
   std::uint64_t termsVersion_ = 0;  // where `term_` was found
-  Config::Term* term_ = nullptr;
+  const Config::Term* term_ = nullptr;
 };
 
 // ===== Class maps

@@ -182,20 +182,20 @@ void TxQueueSm::handleComment(const Velmo::String& key) {
     handleQueueConfig();
     return;
   }
-  Config::Queue* const q = queuesDir_->qRef(queueName_);
+  const Config::Queue* const q = queuesDir_->q().find(queueName_);
   const bool profile = namesProfile(text);
   if (profile && q != nullptr) {
     if (Rok::TraceHelper line{traceHandle, handler}) {
       line.of(*this) << "Deleting the queue: " << queueName_ << "'s ecn config";
     }
-    q->ecnConfig.reset();
+    queuesDir_->qContent(*q).ecnConfig.reset();
   }
   const bool policy = namesPolicy(text);
   if (policy && q != nullptr) {
     if (Rok::TraceHelper line{traceHandle, handler}) {
       line.of(*this) << "Deleting the queue: " << queueName_ << " config";
     }
-    q->config = Config::QueueConfig();
+    queuesDir_->qContent(*q).config = Config::QueueConfig();
   }
   if (profile || policy) return;
   if (Rok::TraceHelper line{traceHandle, handler}) {
@@ -218,7 +218,7 @@ void TxQueueSm::handleTxQueueEcnConfig() {
   if (const auto& ecn = txQueueConfig_->ecnConfig()) ecnConfig = ecnOf(*ecn);
   // The queue is written also when nothing is configured: this is what makes it, with a config of
   // no name.
-  Config::Queue& q = queuesDir_->qIs(queueName_);
+  Config::QueueContent& q = queuesDir_->qContentIs(queueName_);
   q.ecnConfig = ecnConfig;
   if (ecnConfig) q.config.name = queueName_;
 }
@@ -239,9 +239,10 @@ void TxQueueSm::handleQueueConfig() {
   }
   if (isConfigured(priority, bandwidth)) {
     Config::QueueConfig config = configOf(queueName_, priority, bandwidth);
-    queuesDir_->qIs(queueName_).config = std::move(config);
-  } else if (Config::Queue* q = queuesDir_->qRef(queueName_)) {
-    q->config = Config::QueueConfig(q->ecnConfig ? queueName_ : Velmo::String());
+    queuesDir_->qContentIs(queueName_).config = std::move(config);
+  } else if (const Config::Queue* q = queuesDir_->q().find(queueName_)) {
+    queuesDir_->qContent(*q).config =
+        Config::QueueConfig(q->ecnConfig ? queueName_ : Velmo::String());
   } else {
     // A queue that is missing is not made here, as it is above: the record of the empty name is
     // written in its stead. Deliberate. It happens when nothing is configured and the comment names

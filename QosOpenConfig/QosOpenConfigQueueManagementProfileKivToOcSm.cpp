@@ -192,8 +192,8 @@ void QueueManagementProfileKivToOcSm::updateAttachment(const Nerit::IntfId& intf
   const Qos::QueueName* name = queueNames_.map().find(txQueue.id);
   if (name == nullptr || name->empty()) return;
   const auto& interface = attachment.interfaceIs(*interfacesDir_, intfId);
-  interface->outputIs()->queuesIs("")->qIs(name->name).config = {name->name,
-                                                                 info.queueManagementProfile()};
+  interface->outputIs()->queuesIs("")->qContentIs(name->name).config = {
+      name->name, info.queueManagementProfile()};
 }
 
 void QueueManagementProfileKivToOcSm::updateQueueManagementProfile(const Velmo::String& profile,
@@ -224,7 +224,7 @@ void QueueManagementProfileKivToOcSm::updateRecord(const Velmo::String& profile,
     return;
   }
   const Config::WredUniform wred = wredUniform(*tx);
-  auto& record = queueManagementProfilesDir_->queueManagementProfileIs(decoded);
+  auto& record = queueManagementProfilesDir_->queueManagementProfileContentIs(decoded);
   record.config.name = decoded;
   record.wredUniform = wred;
 }
@@ -520,14 +520,14 @@ void QueueManagementProfileTxQueueSm::doPrepareToDie() {
   const auto interface = interfacesDir_->interface(intfId_.stringValue());
   if (!interface || !interface->output() || !interface->output()->queues()) return;
   const auto& queues = interface->output()->queues();
-  Config::InterfaceOutputQueue* const entry = queues->qRef(name);
+  const Config::InterfaceOutputQueue* const entry = queues->q().find(name);
   if (entry == nullptr || entry->config.queueManagementProfile.empty()) return;
   if (Rok::TraceHelper line{traceHandle, handler}) {
     line.of(*this) << "doPrepareToDie"
                    << " deleting QMP intf attachment, intf: " << intfId_
                    << " txQueue: " << txQueue();
   }
-  entry->config = {};
+  queues->qContent(*entry).config = {};
 }
 
 void QueueManagementProfileTxQueueSm::handleInitialized() {

@@ -12,7 +12,7 @@ const Schema& modelSchema() {
   static const Schema schema = [] {
     std::vector<Schema::Member> members;
     for (const ModelPart& part : modelParts()) {
-      members.push_back({std::string(part.name), part.schema});
+      members.push_back({std::string(part.name), part.schema()});
     }
     return Schema::record(std::move(members));
   }();
@@ -21,7 +21,7 @@ const Schema& modelSchema() {
 
 // Requires: there is such a part.
 const ModelPart& partNamed(std::string_view name) {
-  const auto& parts = modelParts();
+  const auto parts = modelParts();
   return *std::find_if(parts.begin(), parts.end(),
                        [&](const ModelPart& part) { return part.name == name; });
 }

@@ -1,5 +1,4 @@
-// The entries of a hash map in bytewise order of their keys, numbers as decimals: the order of
-// everything that is printed.
+// The entries of a hash map in the order in which they are printed.
 #pragma once
 
 #include <algorithm>
@@ -18,6 +17,7 @@ requires std::is_integral_v<Number> || std::is_enum_v<Number> std::string keyTex
   return std::to_string(static_cast<unsigned>(key));
 }
 
+// In bytewise order of their keys, numbers as decimals.
 template <class Map>
 auto sorted(const Map& map) {
   using Text = decltype(keyText(std::declval<const typename Map::Key&>()));
@@ -27,6 +27,18 @@ auto sorted(const Map& map) {
   for (auto i = map.unsafeIterator(); i; ++i) entries.emplace_back(keyText(i->key()), &i->value());
   std::sort(entries.begin(), entries.end(),
             [](const Entry& a, const Entry& b) { return a.first < b.first; });
+  return entries;
+}
+
+// The same by the keys themselves: numbers in the order of numbers.
+template <class Map>
+auto inOrder(const Map& map) {
+  using Entry = std::pair<const typename Map::Key*, const typename Map::Value*>;
+  std::vector<Entry> entries;
+  entries.reserve(map.members());
+  for (auto i = map.unsafeIterator(); i; ++i) entries.emplace_back(&i->key(), &i->value());
+  std::sort(entries.begin(), entries.end(),
+            [](const Entry& a, const Entry& b) { return *a.first < *b.first; });
   return entries;
 }
 

@@ -1,261 +1,284 @@
-// How output records stand in the `model` format. A codec tells it once, for the schema, for
-// reading and for writing:
+// How values stand in the `model` format: their schema, how they are written and how they are read.
+// Records and objects of the output model name their own fields (models/openconfig/Fields.h), so
+// all that is told here is told once for a kind of value:
 //
-//   const Codec<QueueConfig> queueConfig = record<QueueConfig>({
-//       member("bandwidth", &QueueConfig::bandwidth, orNull(rangeChecked<PercentRange>())),
-//       member("name", &QueueConfig::name, text()),
-//       member("strict-priority", &QueueConfig::strictPriority, boolean())});
+//   Codec<QueueConfig>::write(out, config);  //
+//   {"bandwidth":null,"name":"q","strict-priority":true}
 //
-// Members are declared in the order in which they are printed: that of their names.
+// A member has the name of its field with hyphens; members are printed in the order of their names.
 #pragma once
 
-#include <cstdint>
-#include <functional>
+#include <algorithm>
+#include <concepts>
 #include <limits>
-#include <memory>
 #include <string>
+#include <string_view>
+#include <tuple>
 #include <type_traits>
 #include <utility>
 #include <vector>
 
-#include "Rok/Rok.h"
 #include "host/JsonWriter.h"
 #include "host/Schema.h"
 #include "host/Sorted.h"
 #include "host/Text.h"
-#include "host/Value.h"
+#include "models/openconfig/Fields.h"
 #include "models/openconfig/Numbers.h"
 
 namespace host {
 
-// Copies share what they do, since codecs are made of copies of others.
+// `schema()`, `write(out, v)` and `read(v, value)`. A value is read into a new one: what it leaves
+// out stays as it is. Requires, for reading: the value fits the schema.
 template <class T>
-class Codec {
- public:
-  using Write = std::function<void(JsonWriter&, const T&)>;
-  using Read = std::function<void(T&, const Value&)>;
-
-  Codec(Schema schema, Write write, Read read)
-      : schema(std::move(schema)),
-        write_(std::make_shared<const Write>(std::move(write))),
-        read_(std::make_shared<const Read>(std::move(read))) {}
-
-  void write(JsonWriter& out, const T& v) const { (*write_)(out, v); }
-  // Reads into a new object: what the value leaves out stays as it is. Requires: the value fits.
-  void read(T& v, const Value& value) const { (*read_)(v, value); }
-
-  Schema schema;
-
- private:
-  std::shared_ptr<const Write> write_;
-  std::shared_ptr<const Read> read_;
-};
+struct Codec;
 
 // ===== Scalars
 
-inline Codec<Rok::String> text() {
-  return {Schema::text(), [](JsonWriter& out, const Rok::String& v) { out.text(v); },
-          [](Rok::String& v, const Value& value) { v = value.text(); }};
-}
+template <>
+struct Codec<Rok::String> {
+  static Schema schema() { return Schema::text(); }
+  static void write(JsonWriter& out, const Rok::String& v) { out.text(v); }
+  static void read(Rok::String& v, const Value& value) { v = value.text(); }
+};
 
-inline Codec<bool> boolean() {
-  return {Schema::boolean(), [](JsonWriter& out, bool v) { out.boolean(v); },
-          [](bool& v, const Value& value) { v = *value.as<bool>(); }};
-}
+template <>
+struct Codec<bool> {
+  static Schema schema() { return Schema::boolean(); }
+  static void write(JsonWriter& out, bool v) { out.boolean(v); }
+  static void read(bool& v, const Value& value) { v = *value.as<bool>(); }
+};
 
-inline Codec<double> real() {
-  return {Schema::real(), [](JsonWriter& out, double v) { out.real(v); },
-          [](double& v, const Value& value) { v = value.real(); }};
-}
+template <>
+struct Codec<double> {
+  static Schema schema() { return Schema::real(); }
+  static void write(JsonWriter& out, double v) { out.real(v); }
+  static void read(double& v, const Value& value) { v = value.real(); }
+};
 
-// An unsigned number, or an enumeration as its number.
+// An enumeration is written as its number.
 template <class T>
-Codec<T> number() {
-  using Bits = std::make_unsigned_t<T>;
-  return {Schema::number(std::numeric_limits<Bits>::max()),
-          [](JsonWriter& out, const T& v) { out.number(static_cast<Bits>(v)); },
-          [](T& v, const Value& value) { v = static_cast<T>(value.number()); }};
-}
+requires std::unsigned_integral<T> || std::is_enum_v<T>
+struct Codec<T> {
+  static constexpr auto max = std::numeric_limits<std::make_unsigned_t<T>>::max();
+  static Schema schema() { return Schema::number(max); }
+  static void write(JsonWriter& out, T v) { out.number(static_cast<std::uint64_t>(v)); }
+  static void read(T& v, const Value& value) { v = static_cast<T>(value.number()); }
+};
 
 // A number that its type checks: one that the type would refuse is no value here.
 template <class Range>
-Codec<QosOc::RangeChecked<Range>> rangeChecked() {
+struct Codec<QosOc::RangeChecked<Range>> {
   using Number = QosOc::RangeChecked<Range>;
-  return {Schema::number(Range::max),
-          [](JsonWriter& out, const Number& v) { out.number(v.value()); },
-          [](Number& v, const Value& value) {
-            v = Number(static_cast<typename Range::Value>(value.number()));
-          }};
-}
+  static Schema schema() { return Schema::number(Range::max); }
+  static void write(JsonWriter& out, const Number& v) { out.number(v.value()); }
+  static void read(Number& v, const Value& value) {
+    v = Number(static_cast<typename Range::Value>(value.number()));
+  }
+};
 
 // ===== Values that may be absent, and lists
 
 template <class T>
-Codec<Rok::Optional<T>> orNull(const Codec<T>& codec) {
-  return {codec.schema.orNull(),
-          [codec](JsonWriter& out, const Rok::Optional<T>& v) {
-            v ? codec.write(out, *v) : out.null();
-          },
-          [codec](Rok::Optional<T>& v, const Value& value) {
-            if (!value.isNull()) codec.read(v.emplace(), value);
-          }};
-}
+struct Codec<Rok::Optional<T>> {
+  static Schema schema() { return Codec<T>::schema().orNull(); }
+  static void write(JsonWriter& out, const Rok::Optional<T>& v) {
+    v ? Codec<T>::write(out, *v) : out.null();
+  }
+  static void read(Rok::Optional<T>& v, const Value& value) {
+    if (!value.isNull()) Codec<T>::read(v.emplace(), value);
+  }
+};
+
+// An object that hangs below another one, which makes it: it is not read into.
+template <class T>
+struct Codec<Rok::Ptr<T>> {
+  static Schema schema() { return Codec<T>::schema().orNull(); }
+  static void write(JsonWriter& out, const Rok::Ptr<T>& v) {
+    v ? Codec<T>::write(out, *v) : out.null();
+  }
+};
 
 // An array in the order of the vector.
-template <class Vector>
-Codec<Vector> list(const Codec<typename Vector::value_type>& codec) {
-  return {Schema::list(codec.schema),
-          [codec](JsonWriter& out, const Vector& v) {
-            out.beginArray();
-            for (const auto& element : v) codec.write(out, element);
-            out.endArray();
-          },
-          [codec](Vector& v, const Value& value) {
-            for (const Value& element : value.list()) {
-              v.emplace_back();
-              codec.read(v.back(), element);
-            }
-          }};
-}
-
-// ===== Records and objects
-
-// A member of a record or of an object: the codec of its owner, as far as this member goes.
-template <class Owner>
-struct Field {
-  Rok::String name;
-  Codec<Owner> codec;
-};
-
-template <class Owner>
-Codec<Owner> record(std::vector<Field<Owner>> fields) {
-  std::vector<Schema::Member> members;
-  for (const Field<Owner>& field : fields) members.push_back({field.name, field.codec.schema});
-  return {Schema::record(std::move(members)),
-          [fields](JsonWriter& out, const Owner& owner) {
-            out.beginObject();
-            for (const Field<Owner>& field : fields) {
-              out.key(field.name);
-              field.codec.write(out, owner);
-            }
-            out.endObject();
-          },
-          [fields](Owner& owner, const Value& value) {
-            for (const Field<Owner>& field : fields) {
-              if (const Value* v = value.find(field.name)) field.codec.read(owner, *v);
-            }
-          }};
-}
-
-// A data member of a record.
-template <class Owner, class T>
-Field<Owner> member(const char* name, T Owner::*place, const Codec<T>& codec) {
-  return {
-      name,
-      {codec.schema, [=](JsonWriter& out, const Owner& owner) { codec.write(out, owner.*place); },
-       [=](Owner& owner, const Value& value) { codec.read(owner.*place, value); }}};
-}
-
-// An attribute of an object, a value that is read and set as a whole.
-template <class Owner, class T>
-Field<Owner> attribute(const char* name, const T& (Owner::*get)() const,
-                       void (Owner::*set)(const T&), const Codec<T>& codec) {
-  return {
-      name,
-      {codec.schema, [=](JsonWriter& out, const Owner& owner) { codec.write(out, (owner.*get)()); },
-       [=](Owner& owner, const Value& value) {
-         T v{};
-         codec.read(v, value);
-         (owner.*set)(v);
-       }}};
-}
-
-// An object that hangs below another one and may be null. `make(owner)` creates it.
-template <class Owner, class Child, class Make>
-Field<Owner> child(const char* name, const Rok::Ptr<Child>& (Owner::*get)() const, const Make& make,
-                   const Codec<Child>& codec) {
-  return {name,
-          {codec.schema.orNull(),
-           [=](JsonWriter& out, const Owner& owner) {
-             const Rok::Ptr<Child>& below = (owner.*get)();
-             below ? codec.write(out, *below) : out.null();
-           },
-           [=](Owner& owner, const Value& value) {
-             if (!value.isNull()) codec.read(*std::invoke(make, owner), value);
-           }}};
-}
-
-// ===== Collections, in the order of their keys
-
-// A collection can be read entry by entry, too.
-template <class Owner>
-struct Collection : Codec<Owner> {
-  std::function<void(Owner&, const Rok::String& key, const Value&)> entryIs;
-  std::function<bool(const Owner&, const Rok::String& key)> has;
-};
-
-// The keys of a collection: names, or the numbers of their type.
-template <class T>
-struct Keys {
-  static constexpr std::uint64_t max = std::numeric_limits<std::make_unsigned_t<T>>::max();
-  static Key schema() {
-    return {"a whole number from 0 to " + std::to_string(max), Key::number("", max).canonical};
-  }
-  static T key(std::string_view text) { return static_cast<T>(*decimal(text, max)); }
-};
 template <>
-struct Keys<Rok::String> {
-  static Key schema() { return Key::name(); }
-  static const Rok::String& key(const Rok::String& text) { return text; }
+struct Codec<Velmo::ByteVector> {
+  static Schema schema() { return Schema::list(Codec<unsigned char>::schema()); }
+  static void write(JsonWriter& out, const Velmo::ByteVector& v) {
+    out.beginArray();
+    for (const unsigned char byte : v) out.number(byte);
+    out.endArray();
+  }
+  static void read(Velmo::ByteVector& v, const Value& value) {
+    for (const Value& byte : value.list()) Codec<unsigned char>::read(v.emplace_back(), byte);
+  }
 };
 
-// Of any kind. `map(owner)` gives the entries, `write(out, entry)` writes one and
-// `entryIs(owner, key, value)` reads one.
-template <class Owner, class KeyType, class Map, class Write, class EntryIs>
-Collection<Owner> collection(const Schema& element, const Map& map, const Write& write,
-                             const EntryIs& entryIs) {
-  return {{Schema::keyed(Keys<KeyType>::schema(), element),
-           [=](JsonWriter& out, const Owner& owner) {
-             out.beginObject();
-             for (const auto& [key, entry] : sorted(map(owner))) {
-               out.key(key);
-               write(out, *entry);
-             }
-             out.endObject();
-           },
-           [=](Owner& owner, const Value& value) {
-             for (const Member& entry : value.object()) entryIs(owner, entry.key, entry.value);
-           }},
-          entryIs,
-          [=](const Owner& owner, const Rok::String& key) {
-            return map(owner).find(Keys<KeyType>::key(key)) != nullptr;
-          }};
+// ===== Records and objects, by their fields and attributes
+
+namespace fields {
+
+using namespace QosOc::Config;
+
+template <class Owner, class Record, class T>
+void read(Owner& owner, const Field<Record, T>& field, const Value& value) {
+  Codec<T>::read(owner.*field.place, value);
+}
+template <class Owner, class Object, class T>
+void read(Owner& owner, const Attribute<Object, T>& attribute, const Value& value) {
+  T v{};
+  Codec<T>::read(v, value);
+  (owner.*attribute.set)(v);
+}
+template <class Owner, class Object, class T, class... Arguments>
+void read(Owner& owner, const Child<Object, T, Arguments...>& child, const Value& value) {
+  if (value.isNull()) return;
+  Codec<T>::read(*(owner.*child.is)(std::remove_cvref_t<Arguments>()...), value);
 }
 
-// Value records that are made from their key and put in with `is`.
-template <class KeyType, class Owner, class Record, class Map>
-Collection<Owner> records(const Map& map, void (Owner::*is)(const Record&),
-                          const Codec<Record>& codec) {
-  return collection<Owner, KeyType>(
-      codec.schema, map, [=](JsonWriter& out, const Record& entry) { codec.write(out, entry); },
-      [=](Owner& owner, const Rok::String& key, const Value& value) {
-        Record entry(Keys<KeyType>::key(key));
-        codec.read(entry, value);
-        (owner.*is)(entry);
-      });
+template <class Owner>
+constexpr auto of() {
+  if constexpr (HasFields<Owner>) {
+    return Owner::fields();
+  } else {
+    return Owner::attributes();
+  }
 }
 
-// Objects that `is` creates, or gets, by their key.
-template <class Owner, class Object, class KeyType, class Map>
-Collection<Owner> objects(const Map& map, Rok::Ptr<Object> (Owner::*is)(KeyType),
-                          const Codec<Object>& codec) {
-  using Key = std::remove_cvref_t<KeyType>;
-  return collection<Owner, Key>(
-      codec.schema, map,
-      [=](JsonWriter& out, const Rok::Ptr<Object>& object) { codec.write(out, *object); },
-      [=](Owner& owner, const Rok::String& key, const Value& value) {
-        codec.read(*(owner.*is)(Keys<Key>::key(key)), value);
-      });
+// A field of any type, as its owner's affair.
+template <class Owner>
+struct Member {
+  Rok::String name;
+  Schema schema;
+  void (*write)(JsonWriter&, const Owner&);
+  void (*read)(Owner&, const Value&);
+};
+
+// The name of a field as documents spell it: "target-group" for "targetGroup".
+std::string memberName(std::string_view field);
+
+template <class Owner, std::size_t place>
+void addTo(std::vector<Member<Owner>>& members) {
+  static constexpr auto field = std::get<place>(of<Owner>());
+  // The key of a record is that of its entry, and is not repeated in it.
+  if constexpr (!requires { field.isKey; }) {
+    using T = std::remove_cvref_t<decltype(field.get(std::declval<const Owner&>()))>;
+    members.push_back(
+        {memberName(field.name), Codec<T>::schema(),
+         [](JsonWriter& out, const Owner& owner) { Codec<T>::write(out, field.get(owner)); },
+         [](Owner& owner, const Value& value) { fields::read(owner, field, value); }});
+  }
 }
+
+// In the order of their names.
+template <class Owner>
+const std::vector<Member<Owner>>& members() {
+  static const std::vector<Member<Owner>> sorted = [] {
+    std::vector<Member<Owner>> members;
+    [&]<std::size_t... place>(std::index_sequence<place...>) {
+      (addTo<Owner, place>(members), ...);
+    }
+    (std::make_index_sequence<std::tuple_size_v<decltype(of<Owner>())>>());
+    std::sort(members.begin(), members.end(),
+              [](const auto& a, const auto& b) { return a.name < b.name; });
+    return members;
+  }();
+  return sorted;
+}
+
+}  // namespace fields
+
+template <class Owner>
+concept HasMembers = QosOc::Config::HasFields<Owner> || QosOc::Config::HasAttributes<Owner>;
+template <class Owner>
+concept IsWrapped = HasMembers<Owner> && requires {
+  fields::of<Owner>().isWrapped;
+};
+
+template <class Owner>
+requires HasMembers<Owner> &&(!IsWrapped<Owner>)struct Codec<Owner> {
+  static Schema schema() {
+    std::vector<Schema::Member> members;
+    for (const auto& member : fields::members<Owner>()) {
+      members.push_back({member.name, member.schema});
+    }
+    return Schema::record(std::move(members));
+  }
+  static void write(JsonWriter& out, const Owner& owner) {
+    out.beginObject();
+    for (const auto& member : fields::members<Owner>()) {
+      out.key(member.name);
+      member.write(out, owner);
+    }
+    out.endObject();
+  }
+  static void read(Owner& owner, const Value& value) {
+    for (const auto& member : fields::members<Owner>()) {
+      if (const Value* v = value.find(member.name)) member.read(owner, *v);
+    }
+  }
+};
+
+// What looks like the only thing that it holds.
+template <IsWrapped Owner>
+struct Codec<Owner> {
+  static constexpr auto only = fields::of<Owner>().field;
+  using T = std::remove_cvref_t<decltype(only.get(std::declval<const Owner&>()))>;
+  static Schema schema() { return Codec<T>::schema(); }
+  static void write(JsonWriter& out, const Owner& owner) { Codec<T>::write(out, only.get(owner)); }
+  static void read(Owner& owner, const Value& value) { fields::read(owner, only, value); }
+};
+
+// ===== Directories, in the order of their keys: names, or the numbers of their type
+
+template <QosOc::Config::HasEntries Dir>
+struct Codec<Dir> {
+  static constexpr auto entries = Dir::entries();
+  using Map = std::remove_cvref_t<decltype((std::declval<Dir>().*entries.map)())>;
+  using Entry = std::remove_cvref_t<decltype(*QosOc::Config::reached(
+      std::declval<const typename Map::Value&>()))>;
+  static constexpr bool isNamed = std::is_same_v<typename Map::Key, Rok::String>;
+
+  static Schema schema() { return Schema::keyed(keys(), Codec<Entry>::schema()); }
+  static void write(JsonWriter& out, const Dir& dir) {
+    out.beginObject();
+    for (const auto& [key, entry] : sorted((dir.*entries.map)())) {
+      out.key(key);
+      Codec<Entry>::write(out, *QosOc::Config::reached(*entry));
+    }
+    out.endObject();
+  }
+  static void read(Dir& dir, const Value& value) {
+    for (const Member& entry : value.object()) entryIs(dir, entry.key, entry.value);
+  }
+  // Reads one entry. A record is put in whole, an object is filled where it stands.
+  static void entryIs(Dir& dir, const Rok::String& key, const Value& value) {
+    if constexpr (requires { *(dir.*entries.is)(keyOf(key)); }) {
+      Codec<Entry>::read(*(dir.*entries.is)(keyOf(key)), value);
+    } else {
+      Entry record(keyOf(key));
+      Codec<Entry>::read(record, value);
+      (dir.*entries.is)(record);
+    }
+  }
+  static bool has(const Dir& dir, const Rok::String& key) {
+    return (dir.*entries.map)().find(keyOf(key)) != nullptr;
+  }
+
+ private:
+  static Key keys() {
+    if constexpr (isNamed) {
+      return Key::name();
+    } else {
+      const auto max = Codec<typename Map::Key>::max;
+      return {"a whole number from 0 to " + std::to_string(max), Key::number("", max).canonical};
+    }
+  }
+  static typename Map::Key keyOf(const Rok::String& key) {
+    if constexpr (isNamed) {
+      return key;
+    } else {
+      return static_cast<typename Map::Key>(*decimal(key, Codec<typename Map::Key>::max));
+    }
+  }
+};
 
 }  // namespace host

@@ -1,102 +1,97 @@
 #include "host/openconfig/Tree.h"
 
-#include <optional>
-
-#include "host/Text.h"
-
 namespace host {
-namespace {
 
-// Characters that Unicode keeps for a program's inner use: the last two of each plane, and 32 more.
-std::string predicate(std::string_view key, std::string_view value) {
-  const char* quote = value.find('\'') == std::string_view::npos ? "'" : "\"";
-  return '[' + std::string(key) + '=' + quote + shown(value) + quote + ']';
+Tree::Tree(std::string_view root, Layout layout, const TextSink& sink) : out_(layout, sink) {
+  out_.beginObject();
+  levels_.push_back({.name = root});
+  write();
 }
 
-}  // namespace
-
-void Tree::entryLeftOut(std::string_view key, std::string_view value, std::string_view reason,
-                        std::string_view native) {
-  warn(path() + predicate(key, value), reason, native);
+std::string Tree::end() {
+  leaveTo(0);
+  out_.endObject();
+  return out_.take();
 }
 
-void Tree::word(std::string_view leaf, std::string_view text) {
-  if (text.empty()) return;
-  key(leaf);
-  out_.text(text);
-}
-
-void Tree::number(std::string_view leaf, std::uint64_t number) {
-  key(leaf);
-  out_.number(number);
-}
-
-void Tree::boolean(std::string_view leaf, bool v) {
-  key(leaf);
-  out_.boolean(v);
-}
-
-void Tree::numbers(std::string_view leaf, const std::vector<unsigned>& numbers) {
-  if (numbers.empty()) return;
-  key(leaf);
-  out_.beginArray();
-  for (const unsigned number : numbers) out_.number(number);
-  out_.endArray();
-}
-
-void Tree::leftOut(std::string_view leaf, std::string_view reason, std::string_view native) {
-  warn(path() + '/' + std::string(leaf), reason, native);
-}
-
-void Tree::beginLevels() {
-  for (; begun_ < levels_.size(); ++begun_) {
-    const Level& level = levels_[begun_];
-    if (!level.name.empty()) out_.key(level.name);
-    level.isList ? out_.beginArray() : out_.beginObject();
+void Tree::moveTo(std::size_t depth, std::string_view containers) {
+  while (!containers.empty()) {
+    const std::string_view name = takeName(containers);
+    const bool isOpen = depth < levels_.size() && levels_[depth].name == name;
+    if (!isOpen) {
+      leaveTo(depth);
+      levels_.push_back({.name = name});
+    }
+    ++depth;
   }
+  leaveTo(depth);
 }
 
-void Tree::endLevel() {
-  if (begun_ == levels_.size()) {
+void Tree::enterList(std::string_view name) { levels_.push_back({.name = name, .isList = true}); }
+
+void Tree::enterEntry(std::string_view key, std::string_view value) {
+  levels_.push_back({.key = key, .value = value});
+}
+
+void Tree::leaveTo(std::size_t depth) {
+  for (; levels_.size() > depth; levels_.pop_back()) {
+    if (written_ < levels_.size()) continue;
     levels_.back().isList ? out_.endArray() : out_.endObject();
-    --begun_;
+    --written_;
   }
-  levels_.pop_back();
 }
 
-void Tree::key(std::string_view leaf) {
-  beginLevels();
-  out_.key(leaf);
+void Tree::leaf(std::string_view name, LeafType type, const LeafValue& value) {
+  write();
+  out_.key(name);
+  if (const auto* boolean = std::get_if<bool>(&value)) {
+    out_.boolean(*boolean);
+  } else if (const auto* number = std::get_if<std::uint64_t>(&value)) {
+    // RFC 7951 writes numbers of 64 bits as texts.
+    type == LeafType::uint64 ? out_.text(std::to_string(*number)) : out_.number(*number);
+  } else if (const auto* text = std::get_if<std::string_view>(&value)) {
+    out_.text(*text);
+  } else if (const auto* made = std::get_if<std::string>(&value)) {
+    out_.text(*made);
+  } else {
+    out_.beginArray();
+    for (const unsigned element : std::get<std::vector<unsigned>>(value)) out_.number(element);
+    out_.endArray();
+  }
 }
 
-void Tree::warn(const std::string& path, std::string_view reason, std::string_view native) const {
-  warn_(path + ": " + std::string(reason) + ": left out (from " + std::string(native) + ')');
-}
-
-std::string Tree::path() const {
+std::string Tree::path(std::size_t depth) const {
   std::string path;
-  for (const Level& level : levels_) {
+  for (std::size_t i = 0; i < depth; ++i) {
+    const Level& level = levels_[i];
     path += level.name.empty() ? predicate(level.key, level.value) : '/' + std::string(level.name);
   }
   return path;
 }
 
-// Neither noncharacters nor most control characters.
-bool Tree::isYangString(std::string_view text) {
-  while (!text.empty()) {
-    const std::optional<char32_t> c = takeCharacter(text);
-    if (!c || isNoncharacter(*c)) return false;
-    if (*c < 0x20 && *c != '\t' && *c != '\n' && *c != '\r') return false;
+std::string Tree::predicate(std::string_view key, std::string_view value) {
+  const char* quote = value.find('\'') == std::string_view::npos ? "'" : "\"";
+  return '[' + std::string(key) + '=' + quote + shown(value) + quote + ']';
+}
+
+void Tree::write() {
+  for (; written_ < levels_.size(); ++written_) {
+    const Level& level = levels_[written_];
+    if (!level.name.empty()) out_.key(level.name);
+    level.isList ? out_.beginArray() : out_.beginObject();
   }
-  return true;
 }
 
-std::string Tree::article(std::string_view key) {
-  return (key.front() == 'i' ? "an " : "a ") + std::string(key);
+std::string_view takeName(std::string_view& path) {
+  const std::string_view name = path.substr(0, path.find('/'));
+  path.remove_prefix(std::min(path.size(), name.size() + 1));
+  return name;
 }
 
-std::string Tree::notAName(std::string_view text) {
-  return quoted(text) + " is a name that YANG strings can't hold";
+PathEnd pathEnd(std::string_view path) {
+  const std::size_t slash = path.rfind('/');
+  if (slash == std::string_view::npos) return {{}, path};
+  return {path.substr(0, slash), path.substr(slash + 1)};
 }
 
 }  // namespace host

@@ -1,95 +1,45 @@
-// Writes the OpenConfig tree. A container, a list or an entry is written with the first leaf below
-// it, or not at all, so that a renderer just tells what may be there:
+// Writes a tree of containers, lists and leaves as JSON by RFC 7951. What is entered is written
+// with the first leaf below it, or not at all, so that whoever writes just goes where there may be
+// one:
 //
-//   tree.list("queues", "queue", [&] {
-//     tree.entry("name", name, native, [&] { tree.word("name", name); });
-//   });
-//
-// What a leaf can't hold is left out, with a warning. The tree knows the path of that leaf;
-// `native()` tells the native object that the value comes from, and is asked only then.
+//   tree.enterList("queue");
+//   tree.enterEntry("name", "voice");
+//   tree.moveTo(tree.depth(), "config");
+//   tree.leaf("name", LeafType::string, "voice");  // [{"config":{"name":"voice"
 #pragma once
 
-#include <cstdint>
-#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "host/JsonWriter.h"
-#include "host/Sorted.h"
+#include "host/openconfig/Leaf.h"
 
 namespace host {
 
 class Tree {
  public:
-  using Warn = std::function<void(const std::string&)>;
+  // The root is a container, which is there even when it is empty. With a sink, that gets the text.
+  Tree(std::string_view root, Layout layout, const TextSink& sink = nullptr);
+  // The whole text; empty with a sink.
+  std::string end();
 
-  Tree(Layout layout, const Warn& warn, const TextSink& sink = nullptr)
-      : out_(layout, sink), warn_(warn) {}
+  // How many containers, lists and entries lead to where the tree stands.
+  std::size_t depth() const { return levels_.size(); }
+  // Leaves what is below `depth`, but for as many of the `containers` ("output/queues") as it leads
+  // through, and enters the others. Containers that come again later are written again.
+  void moveTo(std::size_t depth, std::string_view containers);
+  void enterList(std::string_view name);
+  void enterEntry(std::string_view key, std::string_view value);
+  void leaveTo(std::size_t depth);
 
-  // A whole text: one container, which is there even when it is empty. With a sink, that gets the
-  // text, and the result is empty.
-  template <class Body>
-  std::string whole(std::string_view name, const Body& body) {
-    out_.beginObject();
-    container(name, [&] {
-      beginLevels();
-      body();
-    });
-    out_.endObject();
-    return out_.take();
-  }
+  // Requires: a value.
+  void leaf(std::string_view name, LeafType type, const LeafValue& value);
 
-  template <class Body>
-  void container(std::string_view name, const Body& body) {
-    level({.name = name}, body);
-  }
-
-  // The list `name` in the container `around`.
-  template <class Body>
-  void list(std::string_view around, std::string_view name, const Body& body) {
-    container(around, [&] { level({.name = name, .isList = true}, body); });
-  }
-
-  // An entry of a list, under a key that is a text. Without a key, it is bookkeeping: not written.
-  template <class Native, class Body>
-  void entry(std::string_view key, std::string_view value, const Native& native, const Body& body) {
-    if (value.empty()) return;
-    if (isYangString(value)) return level({.key = key, .value = value}, body);
-    entryLeftOut(key, value, article(key) + " that YANG strings can't hold", native());
-  }
-  void entryLeftOut(std::string_view key, std::string_view value, std::string_view reason,
-                    std::string_view native);
-
-  // A list of everything in a collection by name: `native(name)` and `body(name, value)`.
-  template <class Map, class Native, class Body>
-  void list(std::string_view around, std::string_view name, std::string_view key, const Map& map,
-            const Native& native, const Body& body) {
-    list(around, name, [&] {
-      for (const auto& [text, value] : sorted(map)) {
-        entry(
-            key, text, [&, &text = text] { return native(text); },
-            [&, &text = text, &value = value] { body(text, *value); });
-      }
-    });
-  }
-
-  // A leaf with the name of something. Without one, it is not written.
-  template <class Native>
-  void name(std::string_view leaf, std::string_view name, const Native& native) {
-    if (isYangString(name)) return word(leaf, name);
-    leftOut(leaf, notAName(name), native());
-  }
-  // A leaf with a text that fits. An empty one is not written.
-  void word(std::string_view leaf, std::string_view text);
-  void number(std::string_view leaf, std::uint64_t number);
-  // RFC 7951 writes numbers of 64 bits as texts.
-  void number64(std::string_view leaf, std::uint64_t number) { word(leaf, std::to_string(number)); }
-  void boolean(std::string_view leaf, bool v);
-  // A leaf-list. An empty one is not written.
-  void numbers(std::string_view leaf, const std::vector<unsigned>& numbers);
-
-  void leftOut(std::string_view leaf, std::string_view reason, std::string_view native);
+  // The path of what is `depth` deep: "/root/queues/queue[name='voice']".
+  std::string path(std::size_t depth) const;
+  // An entry of the list in which the tree stands, as a part of a path.
+  static std::string predicate(std::string_view key, std::string_view value);
 
  private:
   // A container; a list; or an entry of a list, which has a key in place of a name.
@@ -100,26 +50,20 @@ class Tree {
     std::string_view value = {};
   };
 
-  template <class Body>
-  void level(const Level& level, const Body& body) {
-    levels_.push_back(level);
-    body();
-    endLevel();
-  }
-  void beginLevels();
-  void endLevel();
-  void key(std::string_view leaf);
-  void warn(const std::string& path, std::string_view reason, std::string_view native) const;
-  std::string path() const;
-
-  static bool isYangString(std::string_view text);
-  static std::string article(std::string_view key);
-  static std::string notAName(std::string_view text);
+  void write();
 
   JsonWriter out_;
-  const Warn& warn_;
   std::vector<Level> levels_;
-  std::size_t begun_ = 0;  // so many of them are written
+  std::size_t written_ = 0;  // so many of them
 };
+
+// Takes the first of the names that a path joins by slashes.
+std::string_view takeName(std::string_view& path);
+// The last of them, and what leads to it.
+struct PathEnd {
+  std::string_view containers;
+  std::string_view name;
+};
+PathEnd pathEnd(std::string_view path);
 
 }  // namespace host

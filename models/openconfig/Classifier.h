@@ -24,10 +24,14 @@ struct ClassifierConfig {
   Rok::String name;
   Rok::Optional<QosOc::Classifier::Type> type;
 
+  static constexpr auto fields() {
+    return std::tuple{Field{"name", &ClassifierConfig::name},
+                      Field{"type", &ClassifierConfig::type}};
+  }
+
   bool operator==(const ClassifierConfig&) const = default;
   explicit operator bool() const { return *this != ClassifierConfig(); }
 };
-QOS_EXPORT std::ostream& operator<<(std::ostream& out, const ClassifierConfig& config);
 
 // The DSCPs of one family: a single one in `dscp`, several in `dscpSet`, never both.
 struct TermConditionsIpConfig {
@@ -38,10 +42,14 @@ struct TermConditionsIpConfig {
   explicit TermConditionsIpConfig(Rok::Optional<unsigned char> dscp) : dscp(dscp) {}
   void dscpSetPush(unsigned char value) { dscpSet.push_back(value); }
 
+  static constexpr auto fields() {
+    return std::tuple{Field{"dscp", &TermConditionsIpConfig::dscp},
+                      Field{"dscpSet", &TermConditionsIpConfig::dscpSet}};
+  }
+
   bool operator==(const TermConditionsIpConfig&) const = default;
   explicit operator bool() const { return *this != TermConditionsIpConfig(); }
 };
-QOS_EXPORT std::ostream& operator<<(std::ostream& out, const TermConditionsIpConfig& config);
 
 // What a term matches. Present, with both members default, it says that the term has lost its ACL;
 // absent, that no ACL has been seen yet.
@@ -49,13 +57,20 @@ struct TermConditions {
   TermConditionsIpConfig ipv4;
   TermConditionsIpConfig ipv6;
 
+  static constexpr auto fields() {
+    return std::tuple{Field{"ipv4", &TermConditions::ipv4}, Field{"ipv6", &TermConditions::ipv6}};
+  }
+
   bool operator==(const TermConditions&) const = default;
   explicit operator bool() const { return *this != TermConditions(); }
 };
-QOS_EXPORT std::ostream& operator<<(std::ostream& out, const TermConditions& conditions);
 
 struct TermActionsConfig {
   Rok::String targetGroup;  // the name of a forwarding group; empty when the action was withdrawn
+
+  static constexpr auto fields() {
+    return std::tuple{Field{"targetGroup", &TermActionsConfig::targetGroup}};
+  }
 
   bool operator==(const TermActionsConfig&) const = default;
   explicit operator bool() const { return *this != TermActionsConfig(); }
@@ -65,27 +80,38 @@ struct TermActionsConfig {
 struct TermActions {
   TermActionsConfig config;
 
+  static constexpr auto fields() { return Wrapped{Field{"config", &TermActions::config}}; }
+
   bool operator==(const TermActions&) const = default;
   explicit operator bool() const { return *this != TermActions(); }
 };
-QOS_EXPORT std::ostream& operator<<(std::ostream& out, const TermActions& actions);
 
-// One term. Its writers share it: each reads a copy, changes its own field and writes it back
-// whole.
-struct Term {
-  Rok::String id;
+// What a term holds beside its key. Its writers share it: each changes its own field in place.
+struct TermContent {
   Rok::String configId;  // every writer makes it equal to `id`
   Rok::Optional<TermConditions> conditions;
   Rok::Optional<TermActions> actions;
 
+  bool operator==(const TermContent&) const = default;
+};
+
+// One term.
+struct Term : TermContent {
+  using Content = TermContent;
+  Rok::String id;  // the key
+
   Term() = default;
   explicit Term(const Rok::String& id) : id(id) {}
+
+  static constexpr auto fields() {
+    return std::tuple{KeyField{"id", &Term::id}, Field{"configId", &Term::configId},
+                      Field{"conditions", &Term::conditions}, Field{"actions", &Term::actions}};
+  }
 
   bool operator==(const Term&) const = default;
   // Tells a term that was found from the default one that stands for a missing term.
   explicit operator bool() const { return *this != Term(); }
 };
-QOS_EXPORT std::ostream& operator<<(std::ostream& out, const Term& term);
 
 // The terms of one classifier.
 class Terms final : public Rok::PtrInterface {
@@ -94,6 +120,8 @@ class Terms final : public Rok::PtrInterface {
     const Rok::String& operator()(const Term& term) const { return term.id; }
   };
   using Map = Rok::HashMap2018<Rok::Hm2018NII<0xa54ff53au, Rok::String, Term, KeyFunktor>>;
+
+  static constexpr auto entries() { return Records{&Terms::term, &Terms::termIs}; }
 
   const Map& term() const { return term_; }
   // A copy of the term; a default Term when there is none.
@@ -106,15 +134,15 @@ class Terms final : public Rok::PtrInterface {
     const auto [node, isNew] = term_.newMember(term.id, term);
     if (!isNew) node->value() = term;
   }
-  // The term of that id to be written in place: as it stands, or a new one of which the id and the
-  // config's id are set.
-  Term& termIs(const Rok::String& id) {
+  // The term of that id: as it stands, or a new one of which the id and the config's id are set.
+  const Term& termMade(const Rok::String& id) {
     const auto [node, isNew] = term_.newMember(id, id);
     if (isNew) node->value().configId = id;
     return node->value();
   }
-  // The same for a term that is there; null when there is none.
-  Term* termRef(const Rok::String& id) { return term_.find(id); }
+  // What a term that was found or made here holds beside its id, to be written in place.
+  // Requires: the term is still there.
+  TermContent& termContent(const Term& term) { return const_cast<Term&>(term); }
   // Removes a term and gives it back; a default Term when there was none.
   Term termDel(const Rok::String& id) {
     Term removed;
@@ -129,6 +157,11 @@ class Terms final : public Rok::PtrInterface {
 class Classifier final : public Rok::PtrInterface {
  public:
   explicit Classifier(const Rok::String& name) : name_(name) {}
+
+  static constexpr auto attributes() {
+    return std::tuple{attribute("config", &Classifier::config, &Classifier::configIs),
+                      child("terms", &Classifier::terms, &Classifier::termsIs)};
+  }
 
   const Rok::String& name() const { return name_; }
 
@@ -158,6 +191,10 @@ class Classifier final : public Rok::PtrInterface {
 class ClassifiersDir final : public Rok::PtrInterface {
  public:
   using Classifiers = ObjectMap<Classifier, 0x510e527fu, &Classifier::name>;
+
+  static constexpr auto entries() {
+    return Objects{&ClassifiersDir::classifier, &ClassifiersDir::classifierIs};
+  }
 
   const Classifiers::Map& classifier() const { return classifiers_.map(); }
   Rok::Ptr<Classifier> classifier(const Rok::String& name) const { return classifiers_.get(name); }

@@ -12,16 +12,23 @@ struct ForwardingGroupConfig {
   Rok::String name;
   Rok::String outputQueue;  // the queue of the group's traffic class; empty when there is none
 
+  static constexpr auto fields() {
+    return std::tuple{Field{"name", &ForwardingGroupConfig::name},
+                      Field{"outputQueue", &ForwardingGroupConfig::outputQueue}};
+  }
+
   bool operator==(const ForwardingGroupConfig&) const = default;
   explicit operator bool() const { return *this != ForwardingGroupConfig(); }
-  friend std::ostream& operator<<(std::ostream& out, const ForwardingGroupConfig& config) {
-    return out << "{name " << config.name << ", outputQueue " << config.outputQueue << "}";
-  }
 };
 
 class ForwardingGroup final : public Rok::PtrInterface {
  public:
   explicit ForwardingGroup(const Rok::String& name) : name_(name) {}
+
+  // A group has nothing but its config.
+  static constexpr auto attributes() {
+    return Wrapped{attribute("config", &ForwardingGroup::config, &ForwardingGroup::configIs)};
+  }
 
   const Rok::String& name() const { return name_; }
   const ForwardingGroupConfig& config() const { return config_; }
@@ -36,6 +43,10 @@ class ForwardingGroup final : public Rok::PtrInterface {
 class ForwardingGroupsDir final : public Rok::PtrInterface {
  public:
   using Groups = ObjectMap<ForwardingGroup, 0x72be5d74u, &ForwardingGroup::name>;
+
+  static constexpr auto entries() {
+    return Objects{&ForwardingGroupsDir::forwardingGroup, &ForwardingGroupsDir::forwardingGroupIs};
+  }
 
   const Groups::Map& forwardingGroup() const { return groups_.map(); }
   Rok::Ptr<ForwardingGroup> forwardingGroup(const Rok::String& name) const {

@@ -16,7 +16,13 @@ struct InterfaceInputClassifierConfig {
   Rok::String name;
   QosOc::Classifier::Type type = QosOc::Classifier::classifierTypeIpv4;
 
+  static constexpr auto fields() {
+    return std::tuple{Field{"name", &InterfaceInputClassifierConfig::name},
+                      Field{"type", &InterfaceInputClassifierConfig::type}};
+  }
+
   bool operator==(const InterfaceInputClassifierConfig&) const = default;
+  explicit operator bool() const { return *this != InterfaceInputClassifierConfig(); }
 };
 
 // The classifier that an interface's input has for one family.
@@ -26,15 +32,24 @@ struct InterfaceInputClassifier {
 
   InterfaceInputClassifier() = default;
   explicit InterfaceInputClassifier(QosOc::Classifier::Type type) : type(type) {}
+  static constexpr auto fields() {
+    return std::tuple{KeyField{"type", &InterfaceInputClassifier::type},
+                      Field{"config", &InterfaceInputClassifier::config}};
+  }
+
   bool operator==(const InterfaceInputClassifier&) const = default;
   explicit operator bool() const { return *this != InterfaceInputClassifier(); }
 };
-QOS_EXPORT std::ostream& operator<<(std::ostream& out, const InterfaceInputClassifier& classifier);
 
 class InterfaceInputClassifiers final : public Rok::PtrInterface {
  public:
   using Classifiers =
       RecordMap<InterfaceInputClassifier, 0xc19bf174u, &InterfaceInputClassifier::type>;
+
+  static constexpr auto entries() {
+    return Records{&InterfaceInputClassifiers::classifier,
+                   &InterfaceInputClassifiers::classifierIs};
+  }
 
   const Classifiers::Map& classifier() const { return classifiers_.map(); }
   // The default record when there is none.
@@ -50,6 +65,11 @@ class InterfaceInputClassifiers final : public Rok::PtrInterface {
 
 class InterfaceInput final : public Rok::PtrInterface {
  public:
+  static constexpr auto attributes() {
+    return std::tuple{
+        child("classifiers", &InterfaceInput::classifiers, &InterfaceInput::classifiersIs)};
+  }
+
   const Rok::Ptr<InterfaceInputClassifiers>& classifiers() const { return classifiers_; }
   const Rok::Ptr<InterfaceInputClassifiers>& classifiersIs() {
     if (!classifiers_) classifiers_ = Rok::make<InterfaceInputClassifiers>();
@@ -66,19 +86,36 @@ struct InterfaceOutputQueueConfig {
   Rok::String name;
   Rok::String queueManagementProfile;
 
+  static constexpr auto fields() {
+    return std::tuple{
+        Field{"name", &InterfaceOutputQueueConfig::name},
+        Field{"queueManagementProfile", &InterfaceOutputQueueConfig::queueManagementProfile}};
+  }
+
   bool operator==(const InterfaceOutputQueueConfig&) const = default;
+  explicit operator bool() const { return *this != InterfaceOutputQueueConfig(); }
 };
 
-struct InterfaceOutputQueue {
-  Rok::String name;  // the key
+struct InterfaceOutputQueueContent {
   InterfaceOutputQueueConfig config;
+
+  bool operator==(const InterfaceOutputQueueContent&) const = default;
+};
+
+struct InterfaceOutputQueue : InterfaceOutputQueueContent {
+  using Content = InterfaceOutputQueueContent;
+  Rok::String name;  // the key
 
   InterfaceOutputQueue() = default;
   explicit InterfaceOutputQueue(const Rok::String& name) : name(name) {}
+  static constexpr auto fields() {
+    return std::tuple{KeyField{"name", &InterfaceOutputQueue::name},
+                      Field{"config", &InterfaceOutputQueue::config}};
+  }
+
   bool operator==(const InterfaceOutputQueue&) const = default;
   explicit operator bool() const { return *this != InterfaceOutputQueue(); }
 };
-QOS_EXPORT std::ostream& operator<<(std::ostream& out, const InterfaceOutputQueue& queue);
 
 // An entry is blanked, never removed: there is no delete.
 class InterfaceOutputQueues final : public Rok::PtrInterface {
@@ -87,15 +124,24 @@ class InterfaceOutputQueues final : public Rok::PtrInterface {
 
   explicit InterfaceOutputQueues(const Rok::String& name) : name_(name) {}
 
+  static constexpr auto entries() {
+    return Records{&InterfaceOutputQueues::q, &InterfaceOutputQueues::qIs};
+  }
+
   const Rok::String& name() const { return name_; }
   const Queues::Map& q() const { return queues_.map(); }
   // The default record when there is none.
   InterfaceOutputQueue q(const Rok::String& name) const { return queues_.get(name); }
   void qIs(const InterfaceOutputQueue& queue) { queues_.is(queue); }
-  // The entry of that name to be written in place: as it stands, or a new one of that name alone.
-  InterfaceOutputQueue& qIs(const Rok::String& name) { return queues_.is(name); }
-  // The same for an entry that is there; null when there is none.
-  InterfaceOutputQueue* qRef(const Rok::String& name) { return queues_.ref(name); }
+  // What the entry of that name holds, to be written in place: as it stands, or a new entry of that
+  // name alone.
+  InterfaceOutputQueueContent& qContentIs(const Rok::String& name) {
+    return queues_.contentIs(name);
+  }
+  // The same for an entry that was found here. Requires: it is still there.
+  InterfaceOutputQueueContent& qContent(const InterfaceOutputQueue& found) {
+    return queues_.content(found);
+  }
 
  private:
   Rok::String name_;
@@ -104,31 +150,43 @@ class InterfaceOutputQueues final : public Rok::PtrInterface {
 
 struct InterfaceOutputSchedulerPolicyConfig {
   Rok::String name;
+  static constexpr auto fields() {
+    return std::tuple{Field{"name", &InterfaceOutputSchedulerPolicyConfig::name}};
+  }
+
   bool operator==(const InterfaceOutputSchedulerPolicyConfig&) const = default;
   explicit operator bool() const { return *this != InterfaceOutputSchedulerPolicyConfig(); }
 };
-QOS_EXPORT std::ostream& operator<<(std::ostream& out,
-                                    const InterfaceOutputSchedulerPolicyConfig& config);
 
 struct InterfaceOutputSchedulerPolicy {
   InterfaceOutputSchedulerPolicyConfig config;
+  static constexpr auto fields() {
+    return std::tuple{Field{"config", &InterfaceOutputSchedulerPolicy::config}};
+  }
+
   bool operator==(const InterfaceOutputSchedulerPolicy&) const = default;
   explicit operator bool() const { return *this != InterfaceOutputSchedulerPolicy(); }
 };
-QOS_EXPORT std::ostream& operator<<(std::ostream& out,
-                                    const InterfaceOutputSchedulerPolicy& policy);
 
 // Priority flow control of a port: hexadecimal digits; empty when it was withdrawn.
 struct IntfPfc {
   Rok::String priorities;
+  static constexpr auto fields() { return std::tuple{Field{"priorities", &IntfPfc::priorities}}; }
+
   bool operator==(const IntfPfc&) const = default;
   explicit operator bool() const { return *this != IntfPfc(); }
 };
-QOS_EXPORT std::ostream& operator<<(std::ostream& out, const IntfPfc& pfc);
 
 class InterfaceOutput final : public Rok::PtrInterface {
  public:
   using SchedulerPolicy = Rok::Optional<InterfaceOutputSchedulerPolicy>;
+
+  static constexpr auto attributes() {
+    return std::tuple{child("queues", &InterfaceOutput::queues, &InterfaceOutput::queuesIs),
+                      attribute("schedulerPolicy", &InterfaceOutput::schedulerPolicy,
+                                &InterfaceOutput::schedulerPolicyIs),
+                      attribute("pfc", &InterfaceOutput::pfc, &InterfaceOutput::pfcIs)};
+  }
 
   // Null until made.
   const Rok::Ptr<InterfaceOutputQueues>& queues() const { return queues_; }
@@ -152,6 +210,10 @@ class InterfaceOutput final : public Rok::PtrInterface {
 
 struct InterfaceConfig {
   Rok::String interfaceId;
+  static constexpr auto fields() {
+    return std::tuple{Field{"interfaceId", &InterfaceConfig::interfaceId}};
+  }
+
   bool operator==(const InterfaceConfig&) const = default;
   explicit operator bool() const { return *this != InterfaceConfig(); }
 };
@@ -159,6 +221,12 @@ struct InterfaceConfig {
 class Interface final : public Rok::PtrInterface {
  public:
   explicit Interface(const Rok::String& interfaceId) : interfaceId_(interfaceId) {}
+
+  static constexpr auto attributes() {
+    return std::tuple{attribute("config", &Interface::config, &Interface::configIs),
+                      child("input", &Interface::input, &Interface::inputIs),
+                      child("output", &Interface::output, &Interface::outputIs)};
+  }
 
   const Rok::String& interfaceId() const { return interfaceId_; }
   const InterfaceConfig& config() const { return config_; }
@@ -189,6 +257,10 @@ class Interface final : public Rok::PtrInterface {
 class InterfacesDir final : public Rok::PtrInterface {
  public:
   using Interfaces = ObjectMap<Interface, 0xefbe4786u, &Interface::interfaceId>;
+
+  static constexpr auto entries() {
+    return Objects{&InterfacesDir::interface, &InterfacesDir::interfaceIs};
+  }
 
   const Interfaces::Map& interface() const { return interfaces_.map(); }
   Rok::Ptr<Interface> interface(const Rok::String& name) const { return interfaces_.get(name); }

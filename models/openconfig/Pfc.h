@@ -5,6 +5,7 @@
 #include <ostream>
 
 #include "Rok/Rok.h"
+#include "models/openconfig/Fields.h"
 
 namespace QosOc::Config {
 
@@ -16,17 +17,22 @@ struct PfcWatchdog {
   std::uint8_t action = 1;
   Rok::String priorities;  // hexadecimal digits
 
+  static constexpr auto fields() {
+    return std::tuple{Field{"timeA", &PfcWatchdog::timeA}, Field{"timeB", &PfcWatchdog::timeB},
+                      Field{"timeC", &PfcWatchdog::timeC}, Field{"action", &PfcWatchdog::action},
+                      Field{"priorities", &PfcWatchdog::priorities}};
+  }
+
   bool operator==(const PfcWatchdog&) const = default;
   explicit operator bool() const { return *this != PfcWatchdog(); }
-  friend std::ostream& operator<<(std::ostream& out, const PfcWatchdog& watchdog) {
-    return out << "{timeA " << watchdog.timeA << ", timeB " << watchdog.timeB << ", timeC "
-               << watchdog.timeC << ", action " << unsigned{watchdog.action} << ", priorities "
-               << watchdog.priorities << "}";
-  }
 };
 
 class Pfc final : public Rok::PtrInterface {
  public:
+  static constexpr auto attributes() {
+    return std::tuple{attribute("watchdog", &Pfc::watchdog, &Pfc::watchdogIs)};
+  }
+
   const PfcWatchdog& watchdog() const { return watchdog_; }
   void watchdogIs(const PfcWatchdog& watchdog) { watchdog_ = watchdog; }
 

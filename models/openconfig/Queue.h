@@ -19,10 +19,15 @@ struct QueueConfig {
 
   QueueConfig() = default;
   explicit QueueConfig(const Rok::String& name) : name(name) {}
+  static constexpr auto fields() {
+    return std::tuple{Field{"name", &QueueConfig::name},
+                      Field{"strictPriority", &QueueConfig::strictPriority},
+                      Field{"bandwidth", &QueueConfig::bandwidth}};
+  }
+
   bool operator==(const QueueConfig&) const = default;
   explicit operator bool() const { return *this != QueueConfig(); }
 };
-QOS_EXPORT std::ostream& operator<<(std::ostream& out, const QueueConfig& config);
 
 // The native ECN settings of a queue, in native units.
 struct QueueEcnConfig {
@@ -32,36 +37,57 @@ struct QueueEcnConfig {
   std::uint8_t thresholdUnit = 0;
   std::uint32_t weight = 0;
 
+  static constexpr auto fields() {
+    return std::tuple{
+        Field{"maxDropProbabilityPercent", &QueueEcnConfig::maxDropProbabilityPercent},
+        Field{"maxThreshold", &QueueEcnConfig::maxThreshold},
+        Field{"minThreshold", &QueueEcnConfig::minThreshold},
+        Field{"thresholdUnit", &QueueEcnConfig::thresholdUnit},
+        Field{"weight", &QueueEcnConfig::weight}};
+  }
+
   bool operator==(const QueueEcnConfig&) const = default;
   explicit operator bool() const { return *this != QueueEcnConfig(); }
 };
-QOS_EXPORT std::ostream& operator<<(std::ostream& out, const QueueEcnConfig& config);
 
-struct Queue {
-  Rok::String name;  // the key
+struct QueueContent {
   QueueConfig config;
   Rok::Optional<QueueEcnConfig> ecnConfig;
 
+  bool operator==(const QueueContent&) const = default;
+};
+
+struct Queue : QueueContent {
+  using Content = QueueContent;
+  Rok::String name;  // the key
+
   Queue() = default;
   explicit Queue(const Rok::String& name) : name(name) {}
+  static constexpr auto fields() {
+    return std::tuple{KeyField{"name", &Queue::name}, Field{"config", &Queue::config},
+                      Field{"ecnConfig", &Queue::ecnConfig}};
+  }
+
   bool operator==(const Queue&) const = default;
   explicit operator bool() const { return *this != Queue(); }
 };
-QOS_EXPORT std::ostream& operator<<(std::ostream& out, const Queue& queue);
 
 // All queues by name: the named ones and those of the interfaces' tx queues.
 class QueuesDir final : public Rok::PtrInterface {
  public:
   using Queues = RecordMap<Queue, 0x80deb1feu, &Queue::name>;
 
+  static constexpr auto entries() { return Records{&QueuesDir::q, &QueuesDir::qIs}; }
+
   const Queues::Map& q() const { return queues_.map(); }
   // The default record when there is none.
   Queue q(const Rok::String& name) const { return queues_.get(name); }
   void qIs(const Queue& queue) { queues_.is(queue); }
-  // The queue of that name to be written in place: as it stands, or a new one of that name alone.
-  Queue& qIs(const Rok::String& name) { return queues_.is(name); }
-  // The same for a queue that is there; null when there is none.
-  Queue* qRef(const Rok::String& name) { return queues_.ref(name); }
+  // What the queue of that name holds, to be written in place: as it stands, or a new queue of that
+  // name alone.
+  QueueContent& qContentIs(const Rok::String& name) { return queues_.contentIs(name); }
+  // The same for a queue that was found here. Requires: it is still there.
+  QueueContent& qContent(const Queue& found) { return queues_.content(found); }
   void qDel(const Rok::String& name) { queues_.del(name); }
 
  private:
@@ -78,31 +104,60 @@ struct WredUniform {
   std::uint32_t weight = 0;
   PercentType100 maxDropProbabilityPercent;
 
+  static constexpr auto fields() {
+    return std::tuple{Field{"minThreshold", &WredUniform::minThreshold},
+                      Field{"maxThreshold", &WredUniform::maxThreshold},
+                      Field{"enableEcn", &WredUniform::enableEcn},
+                      Field{"drop", &WredUniform::drop},
+                      Field{"weight", &WredUniform::weight},
+                      Field{"maxDropProbabilityPercent", &WredUniform::maxDropProbabilityPercent}};
+  }
+
   bool operator==(const WredUniform&) const = default;
   explicit operator bool() const { return *this != WredUniform(); }
 };
 
 struct QueueManagementProfileConfig {
   Rok::String name;
+  static constexpr auto fields() {
+    return std::tuple{Field{"name", &QueueManagementProfileConfig::name}};
+  }
+
   bool operator==(const QueueManagementProfileConfig&) const = default;
   explicit operator bool() const { return *this != QueueManagementProfileConfig(); }
 };
 
-struct QueueManagementProfile {
-  Rok::String name;  // the key
+struct QueueManagementProfileContent {
   QueueManagementProfileConfig config;
   WredUniform wredUniform;
 
+  bool operator==(const QueueManagementProfileContent&) const = default;
+};
+
+struct QueueManagementProfile : QueueManagementProfileContent {
+  using Content = QueueManagementProfileContent;
+  Rok::String name;  // the key
+
   QueueManagementProfile() = default;
   explicit QueueManagementProfile(const Rok::String& name) : name(name) {}
+  static constexpr auto fields() {
+    return std::tuple{KeyField{"name", &QueueManagementProfile::name},
+                      Field{"config", &QueueManagementProfile::config},
+                      Field{"wredUniform", &QueueManagementProfile::wredUniform}};
+  }
+
   bool operator==(const QueueManagementProfile&) const = default;
   explicit operator bool() const { return *this != QueueManagementProfile(); }
 };
-QOS_EXPORT std::ostream& operator<<(std::ostream& out, const QueueManagementProfile& profile);
 
 class QueueManagementProfilesDir final : public Rok::PtrInterface {
  public:
   using Profiles = RecordMap<QueueManagementProfile, 0x9bdc06a7u, &QueueManagementProfile::name>;
+
+  static constexpr auto entries() {
+    return Records{&QueueManagementProfilesDir::queueManagementProfile,
+                   &QueueManagementProfilesDir::queueManagementProfileIs};
+  }
 
   const Profiles::Map& queueManagementProfile() const { return profiles_.map(); }
   // The default record when there is none.
@@ -110,9 +165,10 @@ class QueueManagementProfilesDir final : public Rok::PtrInterface {
     return profiles_.get(name);
   }
   void queueManagementProfileIs(const QueueManagementProfile& profile) { profiles_.is(profile); }
-  // The profile of that name to be written in place: as it stands, or a new one of that name alone.
-  QueueManagementProfile& queueManagementProfileIs(const Rok::String& name) {
-    return profiles_.is(name);
+  // What the profile of that name holds, to be written in place: as it stands, or a new profile of
+  // that name alone.
+  QueueManagementProfileContent& queueManagementProfileContentIs(const Rok::String& name) {
+    return profiles_.contentIs(name);
   }
   void queueManagementProfileDel(const Rok::String& name) { profiles_.del(name); }
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "Rok/Rok.h"
+#include "models/openconfig/Fields.h"
 
 namespace QosOc::Config {
 
@@ -26,10 +27,14 @@ class RecordMap {
     const auto [node, isNew] = map_.newMember(record.*key, record);
     if (!isNew) node->value() = record;
   }
-  // The record to be written in place, all but its key: as it stands, or a new one.
-  Record& is(const Key& k) { return map_.newMember(k, k).first->value(); }
-  // The same for a record that is there; null when there is none.
-  Record* ref(const Key& k) { return map_.find(k); }
+  // What a record that was found here holds beside its key, to be written in place. A writer that
+  // could reach the key would file the record under a wrong one. Requires: it is still there.
+  auto& content(const Record& found) {
+    typename Record::Content& content = const_cast<Record&>(found);
+    return content;
+  }
+  // The same for the record of a key: as it stands, or a new one.
+  auto& contentIs(const Key& k) { return content(map_.newMember(k, k).first->value()); }
   void del(const Key& k) { map_.deleteMember(k); }
 
  private:

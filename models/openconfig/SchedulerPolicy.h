@@ -25,10 +25,16 @@ struct SchedulerInputConfig {
   Rok::String queue;  // the queue's name; empty when not set
   Rok::Optional<std::uint64_t> weight;
 
+  static constexpr auto fields() {
+    return std::tuple{Field{"id", &SchedulerInputConfig::id},
+                      Field{"inputType", &SchedulerInputConfig::inputType},
+                      Field{"queue", &SchedulerInputConfig::queue},
+                      Field{"weight", &SchedulerInputConfig::weight}};
+  }
+
   bool operator==(const SchedulerInputConfig&) const = default;
   explicit operator bool() const { return *this != SchedulerInputConfig(); }
 };
-QOS_EXPORT std::ostream& operator<<(std::ostream& out, const SchedulerInputConfig& config);
 
 struct SchedulerInput {
   Rok::String id;  // the key
@@ -36,15 +42,23 @@ struct SchedulerInput {
 
   SchedulerInput() = default;
   explicit SchedulerInput(const Rok::String& id) : id(id) {}
+  static constexpr auto fields() {
+    return std::tuple{KeyField{"id", &SchedulerInput::id},
+                      Field{"config", &SchedulerInput::config}};
+  }
+
   bool operator==(const SchedulerInput&) const = default;
   // Tells an input that was found from the default one that stands for a missing input.
   explicit operator bool() const { return *this != SchedulerInput(); }
 };
-QOS_EXPORT std::ostream& operator<<(std::ostream& out, const SchedulerInput& input);
 
 class SchedulerInputs final : public Rok::PtrInterface {
  public:
   using Inputs = RecordMap<SchedulerInput, 0x2de92c6fu, &SchedulerInput::id>;
+
+  static constexpr auto entries() {
+    return Records{&SchedulerInputs::input, &SchedulerInputs::inputIs};
+  }
 
   const Inputs::Map& input() const { return inputs_.map(); }
   // The default record when there is none.
@@ -64,10 +78,14 @@ struct OneRateTwoColor {
   Rok::Optional<std::uint64_t> cir;
   Rok::Optional<PercentType> cirPct;
 
+  static constexpr auto fields() {
+    return std::tuple{Field{"cir", &OneRateTwoColor::cir},
+                      Field{"cirPct", &OneRateTwoColor::cirPct}};
+  }
+
   bool operator==(const OneRateTwoColor&) const = default;
   explicit operator bool() const { return *this != OneRateTwoColor(); }
 };
-QOS_EXPORT std::ostream& operator<<(std::ostream& out, const OneRateTwoColor& rate);
 
 enum class SchedulerType : unsigned char { ONE_RATE_TWO_COLOR = 0 };
 QOS_EXPORT const Rok::EnumType<unsigned char>& rokEnumType(SchedulerType);
@@ -88,16 +106,28 @@ struct SchedulerConfig {
   SchedulerType schedulerType = SchedulerType::ONE_RATE_TWO_COLOR;
   Rok::Optional<SchedulerPriority> priority;  // present for a strict-priority scheduler alone
 
+  static constexpr auto fields() {
+    return std::tuple{Field{"sequence", &SchedulerConfig::sequence},
+                      Field{"schedulerType", &SchedulerConfig::schedulerType},
+                      Field{"priority", &SchedulerConfig::priority}};
+  }
+
   bool operator==(const SchedulerConfig&) const = default;
   explicit operator bool() const { return *this != SchedulerConfig(); }
 };
-QOS_EXPORT std::ostream& operator<<(std::ostream& out, const SchedulerConfig& config);
 
 class Scheduler final : public Rok::PtrInterface {
  public:
   using Rate = Rok::Optional<OneRateTwoColor>;
 
   explicit Scheduler(std::uint32_t sequence) : sequence_(sequence) {}
+
+  static constexpr auto attributes() {
+    return std::tuple{
+        attribute("config", &Scheduler::config, &Scheduler::configIs),
+        child("inputs", &Scheduler::inputs, &Scheduler::inputsIs),
+        attribute("oneRateTwoColor", &Scheduler::oneRateTwoColor, &Scheduler::oneRateTwoColorIs)};
+  }
 
   const std::uint32_t& sequence() const { return sequence_; }
   const SchedulerConfig& config() const { return config_; }
@@ -125,6 +155,10 @@ class Schedulers final : public Rok::PtrInterface {
  public:
   using Members = ObjectMap<Scheduler, 0x4a7484aau, &Scheduler::sequence>;
 
+  static constexpr auto entries() {
+    return Objects{&Schedulers::scheduler, &Schedulers::schedulerIs};
+  }
+
   const Members::Map& scheduler() const { return schedulers_.map(); }
   Rok::Ptr<Scheduler> scheduler(std::uint32_t sequence) const { return schedulers_.get(sequence); }
   Rok::Ptr<Scheduler> schedulerIs(std::uint32_t sequence) { return schedulers_.is(sequence); }
@@ -138,14 +172,21 @@ class Schedulers final : public Rok::PtrInterface {
 struct SchedulerPolicyConfig {
   Rok::String name;
 
+  static constexpr auto fields() { return std::tuple{Field{"name", &SchedulerPolicyConfig::name}}; }
+
   bool operator==(const SchedulerPolicyConfig&) const = default;
   explicit operator bool() const { return *this != SchedulerPolicyConfig(); }
 };
-QOS_EXPORT std::ostream& operator<<(std::ostream& out, const SchedulerPolicyConfig& config);
 
 class SchedulerPolicy final : public Rok::PtrInterface {
  public:
   explicit SchedulerPolicy(const Rok::String& name) : name_(name) {}
+
+  static constexpr auto attributes() {
+    return std::tuple{
+        attribute("config", &SchedulerPolicy::config, &SchedulerPolicy::configIs),
+        child("schedulers", &SchedulerPolicy::schedulers, &SchedulerPolicy::schedulersIs)};
+  }
 
   const Rok::String& name() const { return name_; }
   const SchedulerPolicyConfig& config() const { return config_; }
@@ -168,6 +209,11 @@ class SchedulerPolicy final : public Rok::PtrInterface {
 class SchedulerPoliciesDir final : public Rok::PtrInterface {
  public:
   using Policies = ObjectMap<SchedulerPolicy, 0x5cb0a9dcu, &SchedulerPolicy::name>;
+
+  static constexpr auto entries() {
+    return Objects{&SchedulerPoliciesDir::schedulerPolicy,
+                   &SchedulerPoliciesDir::schedulerPolicyIs};
+  }
 
   const Policies::Map& schedulerPolicy() const { return policies_.map(); }
   Rok::Ptr<SchedulerPolicy> schedulerPolicy(const Rok::String& name) const {

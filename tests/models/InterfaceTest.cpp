@@ -153,7 +153,7 @@ TEST(InterfaceOutput, ItsRecordsCompareAndPrintAllTheyHold) {
   EXPECT_FALSE(InterfaceOutputSchedulerPolicy());
   EXPECT_TRUE((InterfaceOutputSchedulerPolicy{{"wan"}}));
   EXPECT_NE((InterfaceOutputSchedulerPolicy{{"wan"}}), (InterfaceOutputSchedulerPolicy{{"lan"}}));
-  EXPECT_EQ(printed(InterfaceOutputSchedulerPolicy{{"wan"}}), "{name wan}");
+  EXPECT_EQ(printed(InterfaceOutputSchedulerPolicy{{"wan"}}), "{config {name wan}}");
   EXPECT_FALSE(InterfaceOutputSchedulerPolicyConfig());
   EXPECT_TRUE(InterfaceOutputSchedulerPolicyConfig{"wan"});
   EXPECT_EQ(printed(InterfaceOutputSchedulerPolicyConfig{"wan"}), "{name wan}");

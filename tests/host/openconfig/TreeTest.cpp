@@ -1,97 +1,100 @@
 #include "host/openconfig/Tree.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 namespace host::treeTest {
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
-
-struct Written {
-  template <class Body>
-  explicit Written(const Body& body) {
-    const Tree::Warn warn = [this](const std::string& line) { warnings.push_back(line); };
-    Tree tree(Layout::compact, warn);
-    text = tree.whole("root", [&] { body(tree); });
-  }
-  std::vector<std::string> warnings;
-  std::string text;
-};
-
-std::string native() { return "the thing"; }
-
-TEST(Tree, WritesTheRootAlways) {
-  EXPECT_EQ(Written([](Tree&) {}).text, R"({"root":{}})");
+template <class Body>
+std::string written(const Body& body) {
+  Tree tree("root", Layout::compact);
+  body(tree);
+  return tree.end();
 }
 
-TEST(Tree, WritesAContainerWithItsFirstLeafOnly) {
-  const Written written([](Tree& tree) {
-    tree.container("a", [&] { tree.container("b", [] {}); });
-    tree.container("c", [&] {
-      tree.container("d", [] {});
-      tree.container("e", [&] { tree.number("f", 1); });
-      tree.container("g", [] {});
-    });
-    tree.list("h", "i", [] {});
-    tree.list("j", "k", [&] {
-      tree.entry("x", "1", native, [] {});
-      tree.entry("x", "2", native, [&] { tree.word("x", "2"); });
-    });
+TEST(Tree, WritesTheRootAlways) {
+  EXPECT_EQ(written([](Tree&) {}), R"({"root":{}})");
+}
+
+TEST(Tree, WritesWhatIsEnteredWithTheFirstLeafBelowIt) {
+  const std::string text = written([](Tree& tree) {
+    tree.moveTo(1, "a/b");
+    tree.moveTo(1, "c/d");
+    tree.moveTo(1, "c/e");
+    tree.leaf("f", LeafType::uint8, std::uint64_t{1});
+    tree.moveTo(1, "c/g");
+    tree.moveTo(1, "h");
+    tree.enterList("i");
+    tree.moveTo(1, "j");
+    tree.enterList("k");
+    const std::size_t list = tree.depth();
+    tree.enterEntry("x", "1");
+    tree.leaveTo(list);
+    tree.enterEntry("x", "2");
+    tree.leaf("x", LeafType::string, std::string_view("2"));
+    tree.leaveTo(list);
   });
-  EXPECT_EQ(written.text, R"({"root":{"c":{"e":{"f":1}},"j":{"k":[{"x":"2"}]}}})");
+  EXPECT_EQ(text, R"({"root":{"c":{"e":{"f":1}},"j":{"k":[{"x":"2"}]}}})");
+}
+
+TEST(Tree, StaysInTheContainersThatTheNextLeafHasToo) {
+  const std::string text = written([](Tree& tree) {
+    tree.moveTo(1, "a/b");
+    tree.leaf("c", LeafType::uint8, std::uint64_t{1});
+    tree.moveTo(1, "a/b/d");
+    tree.leaf("e", LeafType::uint8, std::uint64_t{2});
+    tree.moveTo(1, "a");
+    tree.leaf("f", LeafType::uint8, std::uint64_t{3});
+    tree.moveTo(1, "");
+    tree.leaf("g", LeafType::uint8, std::uint64_t{4});
+  });
+  EXPECT_EQ(text, R"({"root":{"a":{"b":{"c":1,"d":{"e":2}},"f":3},"g":4}})");
+}
+
+TEST(Tree, LeavesAListForAContainerOfItsName) {
+  const std::string text = written([](Tree& tree) {
+    tree.enterList("a");
+    tree.enterEntry("k", "1");
+    tree.leaf("k", LeafType::string, std::string_view("1"));
+    tree.moveTo(1, "b");
+    tree.leaf("c", LeafType::boolean, true);
+  });
+  EXPECT_EQ(text, R"({"root":{"a":[{"k":"1"}],"b":{"c":true}}})");
 }
 
 TEST(Tree, WritesLeavesOfEveryType) {
-  const Written written([](Tree& tree) {
-    tree.word("a", "");
-    tree.word("b", "text");
-    tree.name("c", "", native);
-    tree.name("d", "name", native);
-    tree.number("e", 4294967295u);
-    tree.number64("f", 18446744073709551615u);
-    tree.boolean("g", false);
-    tree.numbers("h", {});
-    tree.numbers("i", {2, 1});
+  const std::string text = written([](Tree& tree) {
+    tree.leaf("a", LeafType::boolean, false);
+    tree.leaf("b", LeafType::decimal64, std::string("1.5"));
+    tree.leaf("c", LeafType::enumeration, std::string_view("STRICT"));
+    tree.leaf("d", LeafType::uint8List, std::vector<unsigned>{2, 1});
+    tree.leaf("e", LeafType::uint32, std::uint64_t{4294967295u});
+    tree.leaf("f", LeafType::uint64, std::uint64_t{18446744073709551615u});
   });
-  EXPECT_EQ(written.text, R"({"root":{"b":"text","d":"name","e":4294967295,)"
-                          R"("f":"18446744073709551615","g":false,"i":[2,1]}})");
-  EXPECT_THAT(written.warnings, IsEmpty());
+  EXPECT_EQ(text, R"({"root":{"a":false,"b":"1.5","c":"STRICT","d":[2,1],"e":4294967295,)"
+                  R"("f":"18446744073709551615"}})");
 }
 
-TEST(Tree, TellsThePathOfWhatItLeavesOut) {
-  const Written written([](Tree& tree) {
-    tree.list("a", "b", [&] {
-      tree.entry("c", "it's", native,
-                 [&] { tree.container("d", [&] { tree.leftOut("e", "too large", native()); }); });
-      tree.entry("id", "\x01", native, [] {});
-      tree.entryLeftOut("c", "7", "too large", native());
-    });
-  });
-  EXPECT_EQ(written.text, R"({"root":{}})");
-  EXPECT_THAT(written.warnings,
-              ElementsAre("/root/a/b[c=\"it's\"]/d/e: too large: left out (from the thing)",
-                          "/root/a/b[id='\\u0001']: an id that YANG strings can't hold: left out "
-                          "(from the thing)",
-                          "/root/a/b[c='7']: too large: left out (from the thing)"));
+TEST(Tree, TellsThePathOfWhereItStands) {
+  Tree tree("root", Layout::compact);
+  tree.moveTo(1, "a");
+  tree.enterList("b");
+  tree.enterEntry("c", "it's");
+  tree.moveTo(tree.depth(), "d");
+  EXPECT_EQ(tree.path(tree.depth()), "/root/a/b[c=\"it's\"]/d");
+  EXPECT_EQ(tree.path(2), "/root/a");
+  EXPECT_EQ(Tree::predicate("id", "\x01"), "[id='\\u0001']");
 }
 
-// The characters on both sides of each border, and none that JSON texts can't carry.
-TEST(Tree, KeepsTheCharactersOfYangStrings) {
-  for (const char* held :
-       {"\t", "\n", "\r", " ", "\x7f", "\xc2\x80", "\xef\xb7\x8f", "\xef\xb7\xb0", "\xef\xbf\xbd",
-        "\xf0\x90\x80\x80", "\xf4\x8f\xbf\xbd"}) {
-    const Written written([&](Tree& tree) { tree.name("n", held, native); });
-    EXPECT_THAT(written.warnings, IsEmpty()) << held;
-  }
-  for (const char* other : {"\x01", "\b", "\x0b", "\x0c", "\x0e", "\x1f", "\xef\xb7\x90",
-                            "\xef\xb7\xaf", "\xef\xbf\xbe", "\xef\xbf\xbf", "\xf0\x9f\xbf\xbe",
-                            "\xf4\x8f\xbf\xbe", "\xf4\x8f\xbf\xbf", "\x80"}) {
-    const Written written([&](Tree& tree) { tree.name("n", other, native); });
-    EXPECT_EQ(written.text, R"({"root":{}})") << other;
-    EXPECT_EQ(written.warnings.size(), 1u) << other;
-  }
+TEST(Tree, APathIsTakenApartByItsSlashes) {
+  std::string_view path = "a/b-c/d:e";
+  EXPECT_EQ(pathEnd(path).containers, "a/b-c");
+  EXPECT_EQ(pathEnd(path).name, "d:e");
+  EXPECT_EQ(takeName(path), "a");
+  EXPECT_EQ(takeName(path), "b-c");
+  EXPECT_EQ(pathEnd(path).containers, "");
+  EXPECT_EQ(takeName(path), "d:e");
+  EXPECT_EQ(path, "");
 }
 
 }  // namespace

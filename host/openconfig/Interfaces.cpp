@@ -1,0 +1,97 @@
+// /qos/interfaces
+#include "host/openconfig/Priorities.h"
+#include "host/openconfig/RecordKind.h"
+
+namespace host {
+
+using namespace QosOc::Config;
+
+namespace {
+
+std::string shownInterface(const Keys& keys) { return "the interface " + quoted(keys[0]); }
+
+std::string comment(const InterfaceOutputQueue& /*queue*/, const Keys& keys) {
+  return "the comment on the tx queue " + quoted(keys[1]) + " of " + shownInterface(keys);
+}
+
+}  // namespace
+
+// ===== Tables
+
+template <>
+struct Table<InterfaceConfig> {
+  static std::string native(const Keys& keys) { return shownInterface(keys); }
+  static constexpr Leaf<InterfaceConfig> leaves[] = {
+      {"config/interface-id", entryKey},
+      {"interface-id", entryKey},
+  };
+};
+
+template <>
+struct Table<InterfaceInputClassifier> {
+  static std::string native(const Keys& keys) {
+    return "a service policy of " + shownInterface(keys);
+  }
+  static constexpr Leaf<InterfaceInputClassifier> leaves[] = {
+      {"config/name", at<&InterfaceInputClassifier::config, &InterfaceInputClassifierConfig::name>},
+      {"config/type", {LeafType::enumeration, keyOf<InterfaceInputClassifier>}},
+      {"type", {LeafType::enumeration, keyOf<InterfaceInputClassifier>}},
+  };
+};
+
+template <>
+struct Table<IntfPfc> {
+  static std::string native(const Keys& keys) {
+    return "the PFC settings of " + shownInterface(keys);
+  }
+  static constexpr Leaf<IntfPfc> leaves[] = {
+      {"config/priorities", {LeafType::string, priorities<&IntfPfc::priorities>}},
+  };
+};
+
+template <>
+struct Table<InterfaceOutputQueue> {
+  static std::string native(const Keys& keys) { return "the queue name " + quoted(keys[1]); }
+  // A blanked attachment is bookkeeping: the records can't be removed.
+  static bool isThere(const InterfaceOutputQueue& queue) { return bool(queue.config); }
+  static constexpr Leaf<InterfaceOutputQueue> leaves[] = {
+      {"config/name", entryKey},
+      {"config/queue-management-profile",
+       at<&InterfaceOutputQueue::config, &InterfaceOutputQueueConfig::queueManagementProfile>,
+       comment},
+      {"name", entryKey},
+  };
+};
+
+template <>
+struct Table<InterfaceOutputSchedulerPolicy> {
+  static std::string native(const Keys& keys) {
+    return "a comment on a tx queue of " + shownInterface(keys);
+  }
+  static constexpr Leaf<InterfaceOutputSchedulerPolicy> leaves[] = {
+      {"config/name",
+       at<&InterfaceOutputSchedulerPolicy::config, &InterfaceOutputSchedulerPolicyConfig::name>},
+  };
+};
+
+namespace kinds {
+
+constexpr const RecordKind* belowInterface[] = {&inputClassifier, &outputPfc, &outputQueue,
+                                                &outputSchedulerPolicy};
+constinit const RecordKind interface = listKind<InterfaceConfig, &Model::interfaces>(
+    "interfaces/interface", "interface-id", nullptr, belowInterface);
+constinit const RecordKind inputClassifier =
+    listKind<InterfaceInputClassifier, &Interface::input, &InterfaceInput::classifiers>(
+        "input/classifiers/classifier", "type", &interface);
+constinit const RecordKind outputPfc =
+    containerKind<IntfPfc, &Interface::output, &InterfaceOutput::pfc>("output/qosoc-augments:pfc",
+                                                                      &interface);
+constinit const RecordKind outputQueue =
+    listKind<InterfaceOutputQueue, &Interface::output, &InterfaceOutput::queues>(
+        "output/queues/queue", "name", &interface);
+constinit const RecordKind outputSchedulerPolicy =
+    containerKind<InterfaceOutputSchedulerPolicy, &Interface::output,
+                  &InterfaceOutput::schedulerPolicy>("output/scheduler-policy", &interface);
+
+}  // namespace kinds
+}  // namespace host
