@@ -1,103 +1,159 @@
 #include "host/OpenConfigJson.h"
 
 #include "host/openconfig/RecordKind.h"
-#include "host/openconfig/Tree.h"
 
 namespace host {
 namespace {
 
-// One document, written record by record along the kinds.
-class Document {
- public:
-  Document(Layout layout, const TextSink& sink, OpenConfigJson::Warn warn)
-      : tree_("openconfig-qos:qos", layout, sink),
-        warn_(std::move(warn)),
-        faults_{[this](const std::string& reason) { leafLeftOut(reason); }} {}
+constexpr std::string_view root = "openconfig-qos:qos";
 
-  std::string write(const Model& model) {
-    const std::size_t depth = tree_.depth();
-    for (const RecordKind* kind : outermostKinds()) entries(*kind, &model, depth);
-    return tree_.end();
+// Takes the first of the names that a path joins by slashes.
+std::string_view takeName(std::string_view& path) {
+  const std::string_view name = path.substr(0, path.find('/'));
+  path.remove_prefix(std::min(path.size(), name.size() + 1));
+  return name;
+}
+
+// The containers that are open in an object. One is written with the first thing in it, or not at
+// all.
+class Containers {
+ public:
+  explicit Containers(JsonWriter& out) : out_(out) {}
+
+  // Opens those of a path below others, and closes what is no part of it. Returns the path's last
+  // name.
+  std::string_view moveTo(std::string_view path, std::string_view below = {}) {
+    std::size_t depth = 0;
+    while (!below.empty()) open(depth++, takeName(below));
+    std::string_view name = takeName(path);
+    for (; !path.empty(); name = takeName(path)) open(depth++, name);
+    closeTo(depth);
+    return name;
+  }
+  void closeTo(std::size_t depth) {
+    for (; names_.size() > depth; names_.pop_back()) out_.endObject();
   }
 
  private:
-  // What the tree stands at while a record is written.
-  struct Record {
-    const RecordKind* kind;
-    const void* record;
-    std::size_t depth;
-    std::size_t leaf;
-  };
+  void open(std::size_t depth, std::string_view name) {
+    if (depth < names_.size() && names_[depth] == name) return;
+    closeTo(depth);
+    out_.key(name);
+    out_.beginObject();
+    names_.push_back(name);
+  }
 
-  // Leaves the tree where the next kind below the same holder may go on.
-  void entries(const RecordKind& kind, const void* holder, std::size_t depth) {
-    if (!kind.isList()) {
-      tree_.moveTo(depth, kind.path);
-      kind.each(holder,
-                [&](auto /*key*/, auto /*misfit*/, const void* entry) { record(kind, entry); });
-      return;
-    }
-    const auto [containers, name] = pathEnd(kind.path);
-    tree_.moveTo(depth, containers);
-    tree_.enterList(name);
+  JsonWriter& out_;
+  std::vector<std::string_view> names_;
+};
+
+// One document, written record by record along the kinds.
+class Document {
+ public:
+  Document(Layout layout, const TextSink& sink, const OpenConfigJson::Warn& warn)
+      : out_(layout, sink), warn_(warn), faults_{[this](const std::string& reason) {
+          leafLeftOut(reason);
+        }} {}
+
+  std::string write(const Model& model) {
+    out_.beginObject();
+    out_.key(root);
+    out_.beginObject();
+    Containers containers(out_);
+    for (const RecordKind* kind : outermostKinds()) entries(*kind, &model, containers);
+    containers.closeTo(0);
+    out_.endObject();
+    out_.endObject();
+    return out_.take();
+  }
+
+ private:
+  void entries(const RecordKind& kind, const void* holder, Containers& around) {
+    bool isFirst = true;
     kind.each(holder, [&](std::string_view key, std::string_view misfit, const void* entry) {
-      listEntry(kind, key, misfit, entry);
+      const void* record = kind.record(entry);
+      if (record == nullptr) return;
+      if (!kind.isList()) return container(kind, record, around);
+      keys_.push_back(key);
+      if (misfit.empty()) {
+        if (isFirst) beginList(kind, around);
+        isFirst = false;
+        listEntry(kind, entry, record);
+      } else {
+        leftOut(pathOf(kind, keys_.size()), misfit, kind.native(keys_));
+      }
+      keys_.pop_back();
     });
+    if (!isFirst) out_.endArray();
+  }
+  void beginList(const RecordKind& kind, Containers& around) {
+    out_.key(around.moveTo(kind.path));
+    out_.beginArray();
   }
 
-  void listEntry(const RecordKind& kind, std::string_view key, std::string_view misfit,
-                 const void* entry) {
-    const std::size_t depth = tree_.depth();
-    keys_.push_back(key);
-    if (misfit.empty()) {
-      tree_.enterEntry(kind.key, key);
-      record(kind, entry);
-      tree_.leaveTo(depth);
-    } else if (kind.record(entry) != nullptr) {
-      const std::string path = tree_.path(depth) + Tree::predicate(kind.key, key);
-      leftOut(path, std::string(misfit), kind.native(keys_));
-    }
-    keys_.pop_back();
-  }
-
-  void record(const RecordKind& kind, const void* entry) {
-    const void* record = kind.record(entry);
-    if (record == nullptr) return;
-    const std::size_t depth = tree_.depth();
+  // Leaves and what is below the entry, in the order of their paths.
+  void listEntry(const RecordKind& kind, const void* entry, const void* record) {
+    out_.beginObject();
+    Containers containers(out_);
     auto child = kind.children.begin();
     for (std::size_t i = 0; i < kind.leaves.size(); ++i) {
       while (child != kind.children.end() && pathLess((*child)->path, kind.leaves[i].path)) {
-        entries(**child++, entry, depth);
+        entries(**child++, entry, containers);
       }
-      leaf({&kind, record, depth, i});
+      leaf({&kind, record, i}, {}, containers);
     }
-    while (child != kind.children.end()) entries(**child++, entry, depth);
+    while (child != kind.children.end()) entries(**child++, entry, containers);
+    containers.closeTo(0);
+    out_.endObject();
+  }
+  void container(const RecordKind& kind, const void* record, Containers& around) {
+    for (std::size_t i = 0; i < kind.leaves.size(); ++i) {
+      leaf({&kind, record, i}, kind.path, around);
+    }
   }
 
-  void leaf(const Record& at) {
+  struct LeafPlace {
+    const RecordKind* kind;
+    const void* record;
+    std::size_t leaf;
+  };
+  void leaf(const LeafPlace& at, std::string_view below, Containers& around) {
     at_ = at;
-    const auto [path, type] = at.kind->leaves[at.leaf];
+    const auto& [path, type] = at.kind->leaves[at.leaf];
     const LeafValue value = at.kind->read(at.record, at.leaf, keys_, faults_);
     if (isAbsent(value)) return;
-    const auto [containers, name] = pathEnd(path);
-    tree_.moveTo(at.depth, containers);
-    tree_.leaf(name, type, value);
+    out_.key(around.moveTo(path, below));
+    writeLeaf(out_, type, value);
   }
 
+  // ===== What is left out
+
+  // The path of a container, or of the entry under the first `depth` keys.
+  std::string pathOf(const RecordKind& kind, std::size_t depth) const {
+    const std::size_t above = kind.isList() ? depth - 1 : depth;
+    std::string path =
+        kind.parent != nullptr ? pathOf(*kind.parent, above) : '/' + std::string(root);
+    path += '/' + std::string(kind.path);
+    if (!kind.isList()) return path;
+    const std::string_view key = keys_[above];
+    const char* quote = key.find('\'') == std::string_view::npos ? "'" : "\"";
+    return path + '[' + std::string(kind.key) + '=' + quote + shown(key) + quote + ']';
+  }
   void leafLeftOut(const std::string& reason) {
+    const auto& [kind, record, leaf] = at_;
     const std::string path =
-        tree_.path(at_.depth) + '/' + std::string(at_.kind->leaves[at_.leaf].path);
-    leftOut(path, reason, at_.kind->nativeOfLeaf(at_.record, at_.leaf, keys_));
+        pathOf(*kind, keys_.size()) + '/' + std::string(kind->leaves[leaf].path);
+    leftOut(path, reason, kind->nativeOfLeaf(record, leaf, keys_));
   }
-  void leftOut(const std::string& path, const std::string& reason, const std::string& native) {
-    warn_(path + ": " + reason + ": left out (from " + native + ')');
+  void leftOut(const std::string& path, std::string_view reason, const std::string& native) {
+    warn_(path + ": " + std::string(reason) + ": left out (from " + native + ')');
   }
 
-  Tree tree_;
-  OpenConfigJson::Warn warn_;
+  JsonWriter out_;
+  const OpenConfigJson::Warn& warn_;
   Faults faults_;
   Keys keys_;
-  Record at_{};
+  LeafPlace at_{};
 };
 
 }  // namespace

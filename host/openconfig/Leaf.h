@@ -34,6 +34,8 @@
 
 namespace host {
 
+class JsonWriter;
+
 // A leaf reference has the type of its target; a leaf-list of bytes has no order.
 enum class LeafType : unsigned char {
   boolean,
@@ -166,6 +168,9 @@ inline constexpr EntryKey entryKey;
 
 // Neither noncharacters nor most control characters.
 bool isYangString(std::string_view text);
+
+// Writes a value as RFC 7951 has it. Requires: it is there.
+void writeLeaf(JsonWriter& out, LeafType type, const LeafValue& value);
 
 // What the document holds at a leaf. What it can't hold is told, and absent.
 template <class Record>

@@ -11,21 +11,6 @@ std::span<const RecordKind* const> outermostKinds() {
   return all;
 }
 
-// Neither noncharacters nor most control characters.
-bool isYangString(std::string_view text) {
-  while (!text.empty()) {
-    const char front = text.front();
-    if (front >= ' ' && front <= '~') {
-      text.remove_prefix(1);
-      continue;
-    }
-    const std::optional<char32_t> c = takeCharacter(text);
-    if (!c || isNoncharacter(*c)) return false;
-    if (*c < 0x20 && *c != '\t' && *c != '\n' && *c != '\r') return false;
-  }
-  return true;
-}
-
 std::string_view classifierTypeName(QosOc::Classifier::Type type) {
   switch (type) {
     case QosOc::Classifier::classifierTypeIpv4:

@@ -35,6 +35,27 @@ TEST(OpenConfigFormat, ShowsTheListsInTheOrderOfTheirNames) {
   }
 }
 
+TEST(OpenConfigFormat, WritesNoContainerWithoutALeaf) {
+  const HostModel built;
+  built.interface("e")->outputIs()->queuesIs("");
+  built.interface("e")->inputIs()->classifiersIs();
+  built.outputQueueIs("blank", "", "");
+  built.termIs(QosOc::Config::Term("t"));
+  EXPECT_EQ(HostRendered(built).tree(),
+            R"("classifiers":{"classifier":[{"config":{"name":"c","type":"IPV4"},"name":"c",)"
+            R"("terms":{"term":[{"config":{"id":"t"},"id":"t"}]}}]},)"
+            R"("interfaces":{"interface":[{"config":{"interface-id":"e"},"interface-id":"e"}]})");
+}
+
+TEST(OpenConfigFormat, QuotesAKeyInAWarningByTheQuoteThatItHasNot) {
+  const HostModel built;
+  built.classifier("it's", QosOc::Classifier::Type{7});
+  EXPECT_EQ(
+      HostRendered(built).warnings.at(0),
+      "/openconfig-qos:qos/classifiers/classifier[name=\"it's\"]/config/type: 7 is no type of a "
+      "classifier: left out (from the class map \"__yang_[it's]_[]\")");
+}
+
 TEST(OpenConfigFormat, WarnsOnceInTheLifeOfARenderer) {
   const HostModel built;
   built.classifier("c", QosOc::Classifier::Type{7});

@@ -171,20 +171,6 @@ TEST(RecordKinds, WhoDoesNotListenToFaultsGetsNone) {
   EXPECT_TRUE(isAbsent(leafAt(kinds::term, entry, "conditions/ipv4/config/dscp", keys)));
 }
 
-// The characters on both sides of each border, and none that JSON texts can't carry.
-TEST(YangStrings, HoldNeitherNoncharactersNorMostControlCharacters) {
-  for (const char* held :
-       {"", "plain", "\t", "\n", "\r", " ", "\x7f", "\xc2\x80", "\xef\xb7\x8f", "\xef\xb7\xb0",
-        "\xef\xbf\xbd", "\xf0\x90\x80\x80", "\xf4\x8f\xbf\xbd"}) {
-    EXPECT_TRUE(isYangString(held)) << held;
-  }
-  for (const char* other : {"\x01", "plain\x01", "\b", "\x0b", "\x0c", "\x0e", "\x1f",
-                            "\xef\xb7\x90", "\xef\xb7\xaf", "\xef\xbf\xbe", "\xef\xbf\xbf",
-                            "\xf0\x9f\xbf\xbe", "\xf4\x8f\xbf\xbe", "\xf4\x8f\xbf\xbf", "\x80"}) {
-    EXPECT_FALSE(isYangString(other)) << other;
-  }
-}
-
 TEST(YangStrings, AFaultTellsThePathTheReasonAndTheNativeObject) {
   const HostModel built;
   built.queueIs("\x01");

@@ -1,0 +1,38 @@
+#include "host/openconfig/Leaf.h"
+
+#include "host/JsonWriter.h"
+
+namespace host {
+
+bool isYangString(std::string_view text) {
+  while (!text.empty()) {
+    const char front = text.front();
+    if (front >= ' ' && front <= '~') {
+      text.remove_prefix(1);
+      continue;
+    }
+    const std::optional<char32_t> c = takeCharacter(text);
+    if (!c || isNoncharacter(*c)) return false;
+    if (*c < 0x20 && *c != '\t' && *c != '\n' && *c != '\r') return false;
+  }
+  return true;
+}
+
+void writeLeaf(JsonWriter& out, LeafType type, const LeafValue& value) {
+  if (const auto* boolean = std::get_if<bool>(&value)) {
+    out.boolean(*boolean);
+  } else if (const auto* number = std::get_if<std::uint64_t>(&value)) {
+    // RFC 7951 writes numbers of 64 bits as texts.
+    type == LeafType::uint64 ? out.text(std::to_string(*number)) : out.number(*number);
+  } else if (const auto* text = std::get_if<std::string_view>(&value)) {
+    out.text(*text);
+  } else if (const auto* made = std::get_if<std::string>(&value)) {
+    out.text(*made);
+  } else {
+    out.beginArray();
+    for (const unsigned element : std::get<std::vector<unsigned>>(value)) out.number(element);
+    out.endArray();
+  }
+}
+
+}  // namespace host
