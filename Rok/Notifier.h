@@ -207,8 +207,11 @@ class QOS_EXPORT Notifier : public PtrInterface {
   template <class Key, class Value>
   void memberIs(OrderedMap<Key, Value>& map, const Key& key, const Value& value,
                 Attribute<Key> attribute) {
-    if (const Value* old = map.find(key); old != nullptr && *old == value) return;
-    map.memberIs(key, value);
+    const auto [entry, isNew] = map.newMember(key, value);
+    if (!isNew) {
+      if (*entry == value) return;
+      *entry = value;
+    }
     notify(attribute, key);
   }
   // Removes an entry; what isn't there notifies nothing.

@@ -62,8 +62,8 @@ class OrderedMap {
 
   // The value under a key, or null. Finding it is a binary search.
   const Value* find(const Key& key) const {
-    const auto found = tree_.find(key);
-    return found != tree_.end() ? &found->second : nullptr;
+    const auto at = lowerBound(tree_, key);
+    return at != tree_.end() && !(key < at->first) ? &at->second : nullptr;
   }
   Value* find(const Key& key) {
     const auto found = tree_.find(key);
@@ -89,6 +89,14 @@ class OrderedMap {
     if (isNew) ++version_;
     return isNew;
   }
+  // Inserts unless the key is there. Returns the value that is there then, and whether it is new.
+  std::pair<Value*, bool> newMember(const Key& key, const Value& value) {
+    const auto at = lowerBound(tree_, key);
+    if (at != tree_.end() && !(key < at->first)) return {&at->second, false};
+    const auto added = tree_.emplace_hint(at, key, value);
+    ++version_;
+    return {&added->second, true};
+  }
   // Removes. Returns whether there was an entry.
   bool deleteMember(const Key& key) {
     const auto dead = tree_.extract(key);  // dies after the collection is whole again
@@ -111,6 +119,12 @@ class OrderedMap {
 
  private:
   using Tree = std::map<Key, Value, std::less<Key>, Velmo::Allocator<std::pair<const Key, Value>>>;
+
+  // A search is nothing but comparisons of keys: none of them may be a call.
+  template <class AnyTree>
+  [[gnu::flatten]] static auto lowerBound(AnyTree& tree, const Key& key) {
+    return tree.lower_bound(key);
+  }
 
   Tree tree_;
   std::uint64_t version_ = 0;

@@ -53,10 +53,26 @@ TEST(OrderedMap, FindsInsertsReplacesAndRemoves) {
   EXPECT_EQ(map.members(), 0u);
 }
 
+TEST(OrderedMap, ANewMemberLeavesTheOneThatIsThere) {
+  Map map = mapOf({10, 30});
+  const auto [added, isNew] = map.newMember(20, "permit");
+  EXPECT_TRUE(isNew);
+  EXPECT_EQ(*added, "permit");
+  const auto [there, isNewAgain] = map.newMember(20, "deny");
+  EXPECT_FALSE(isNewAgain);
+  EXPECT_EQ(there, map.find(20));
+  EXPECT_EQ(*there, "permit");
+  EXPECT_EQ(walked(map), (Keys{10, 20, 30}));
+}
+
 TEST(OrderedMap, TheVersionMovesWithEveryStructuralChangeAndOnlyThen) {
   Map map;
   std::uint32_t version = map.version();
   const auto moved = [&] { return std::exchange(version, map.version()) != map.version(); };
+  map.newMember(9, "permit");
+  EXPECT_TRUE(moved());
+  map.newMember(9, "deny");
+  EXPECT_FALSE(moved());
   map.memberIs(10, "permit");
   EXPECT_TRUE(moved()) << "insert";
   map.memberIs(10, "deny");
