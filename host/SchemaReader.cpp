@@ -136,8 +136,7 @@ void SchemaReader::begin() {
                        (frames_.size() == 1 && isRecordOfCollections(schema));
   const bool handedOn = sink_ != nullptr && (first || (upper && divided));
   if (handedOn && !first) sink_->collectionBegins(frames_.back().key);
-  frames_.push_back(
-      Frame{&schema, handedOn, isArray(schema) ? Value(Value::List()) : object(schema)});
+  frames_.emplace_back(&schema, handedOn, isArray(schema) ? Value(Value::List()) : object(schema));
 }
 
 bool SchemaReader::keyOfCollection(std::string_view key) {
