@@ -61,12 +61,8 @@ class DocumentPlace final : public Place {
     const Section* section = sectionNamed(key);
     return section != nullptr ? section->place(native_) : nullptr;
   }
-  // A section that is no native object of its own takes its members one by one.
   void put(const Rok::String& key, const Value& value, Writes& writes) override {
-    const Section& section = *sectionNamed(key);
-    if (section.install != nullptr) return section.install(native_, value, writes);
-    const std::unique_ptr<Place> place = section.place(native_);
-    for (const Member& member : value.object()) place->put(member.key, member.value, writes);
+    sectionNamed(key)->put(native_, value, writes);
   }
 
  private:

@@ -2,6 +2,7 @@
 // own below sections/ and is entered in the table of Sections.cpp.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string_view>
 
@@ -15,10 +16,9 @@ struct Section {
   std::string_view name;
   Schema schema;
   // The section's place over the native objects, which outlive it.
-  std::unique_ptr<Place> (*place)(const Native& native);
-  // Puts another object in the place of the one that the section is. Null for a section that is
-  // more than one native object; its schema is not whole then.
-  void (*install)(const Native& native, const Value& value, Writes& writes) = nullptr;
+  std::function<std::unique_ptr<Place>(const Native& native)> place;
+  // Puts in what a value holds, or another object with it where the section is one as a whole.
+  std::function<void(const Native& native, const Value& value, Writes& writes)> put;
 };
 
 // The schema of a whole native document.

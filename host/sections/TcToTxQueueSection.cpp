@@ -1,11 +1,17 @@
 // "tc-to-tx-queue": {"<traffic class>": <tx queue id>}
-#include "host/Sections.h"
-#include "host/sections/Parts.h"
+#include "host/sections/Forms.h"
 
 namespace host {
+
+template <>
+struct KeyForm<Qos::TrafficClass> : NumberKeyForm<unsigned char> {
+  static Key key() {
+    return Key::number("a traffic class", Qos::Input::Config::trafficClasses - 1);
+  }
+};
+
 namespace {
 
-using Qos::TrafficClass;
 using Qos::Input::Config;
 
 std::vector<Rok::String> allTrafficClasses() {
@@ -14,42 +20,39 @@ std::vector<Rok::String> allTrafficClasses() {
   return keys;
 }
 
-TrafficClass trafficClassOf(std::string_view key) { return numberOf<unsigned char>(key); }
-
 // Each traffic class is always there; one without a queue holds 16.
-class TcToTxQueuePlace final : public Place {
- public:
-  explicit TcToTxQueuePlace(Rok::Ptr<Config> config) : config_(std::move(config)) {}
+class TxQueueIds final : public Place {
+  using Keys = KeyForm<Qos::TrafficClass>;
+  using Scalar = ScalarForm<Qos::TxQueueId>;
 
+ public:
+  using Object = Config;
+  explicit TxQueueIds(Rok::Ptr<Config> config) : config_(std::move(config)) {}
+
+  static Schema schema(const Rok::Ptr<Config>& fresh) {
+    return Schema::slots(Keys::key(), Scalar::schema(), allTrafficClasses(),
+                         TxQueueIds(fresh).at("0")->value());
+  }
   std::vector<Rok::String> keys() const override {
     std::vector<Rok::String> keys = allTrafficClasses();
     std::sort(keys.begin(), keys.end());
     return keys;
   }
-  std::unique_ptr<Place> at(const Rok::String& key) const override {
-    const auto id = config_->tcToTxQueueMap(trafficClassOf(key));
-    return std::make_unique<LeafPlace>(numberValue(id.value));
+  std::unique_ptr<Place> at(const Rok::String& tc) const override {
+    return std::make_unique<LeafPlace>(Scalar::value(config_->tcToTxQueueMap(Keys::native(tc))));
   }
-  void put(const Rok::String& key, const Value& value, Writes& writes) override {
-    writes([&] { config_->tcToTxQueueMapIs(trafficClassOf(key), byteOf(value)); });
+  void put(const Rok::String& tc, const Value& value, Writes& writes) override {
+    writes([&] { config_->tcToTxQueueMapIs(Keys::native(tc), Scalar::native(value)); });
   }
 
  private:
   Rok::Ptr<Config> config_;
 };
 
-std::unique_ptr<Place> tcToTxQueuePlace(const Native& native) {
-  return std::make_unique<TcToTxQueuePlace>(native.qosConfig);
-}
-
 }  // namespace
 
 Section tcToTxQueueSection() {
-  const Key trafficClass = Key::number("a traffic class", Config::trafficClasses - 1);
-  return {"tc-to-tx-queue",
-          Schema::slots(trafficClass, Schema::number(largestByte), allTrafficClasses(),
-                        numberValue(Qos::noTxQueue.value)),
-          tcToTxQueuePlace};
+  return section(&Native::qosConfig, part<TxQueueIds>("tc-to-tx-queue"));
 }
 
 }  // namespace host
