@@ -6,9 +6,14 @@
 // RULES
 //   Life. `create` allocates, constructs, switches on. The constructor binds the watches in
 //   declaration order (a null input leaves a watch deaf), stores the rest, makes the children empty
-//   and ends in handleInitialized(). A constructor that throws leaves nothing registered. Watches
-//   are live from their construction; the state machine's own flag comes on after its constructor.
-//   Children made meanwhile are on already.
+//   and ends in rokInitialize<handleInitialized>(). A constructor that throws leaves nothing
+//   registered. Watches are live from their construction; the state machine's own flag comes on
+//   after its constructor. Children made meanwhile are on already.
+//
+//   Deafness. The first argument of the type Ptr<... const>, watched or not, is what a machine is
+//   about. Where it is null, the machine is legal and does nothing: rokInitialize runs none of its
+//   steps, and no watch calls a handler, whatever its own input tells. It stays so for good. Which
+//   other arguments may be null each factory says.
 //
 //   Teardown. When the last reference goes, before any member is destroyed: the machine and its
 //   watches become zombies, the watches forget their owner, the children are released. Nothing of
@@ -48,7 +53,7 @@
 //     friend Rok::StateMachine<PortSm>;
 //     using RokPort = Rok::Watch<PortSm, Port, Rok::On<Port::Attr::mtu, &PortSm::handleMtu>>;
 //     PortSm(const Rok::Ptr<Port const>& port, const Rok::Ptr<Log>& log)
-//         : port_(*this, port), log_(log) { handleInitialized(); }
+//         : port_(*this, port), log_(log) { rokInitialize<&PortSm::handleInitialized>(); }
 //     auto parts() { return std::tie(port_); }
 //
 //     RokPort port_;
@@ -270,6 +275,12 @@ inline constexpr bool isPtr = std::is_pointer_v<T>;
 template <class T>
 inline constexpr bool isPtr<Ptr<T>> = true;
 
+// A native object that a machine reads.
+template <class T>
+inline constexpr bool isInput = false;
+template <class T>
+inline constexpr bool isInput<Ptr<T const>> = true;
+
 template <class T>
 const void* address(const Ptr<T>& object) {
   return object.get();
@@ -352,7 +363,33 @@ class StateMachine : public StateMachineBase {
     PtrInterface::operator delete(block, size);
   }
 
+ protected:
+  // The last act of a constructor: runs these steps in their order. A machine without its first
+  // native input runs none, and becomes deaf.
+  template <auto... steps>
+  void rokInitialize() {
+    const bool hasInput =
+        std::apply([this](const auto&... argument) { return firstInputIsThere(argument...); },
+                   Derived::rokArguments());
+    if (hasInput) {
+      (std::invoke(steps, self()), ...);
+    } else {
+      eachWatch([](auto& watch) { watch.ownerDel(); });
+    }
+  }
+
  private:
+  template <class First, class... Rest>
+  bool firstInputIsThere(const First& first, const Rest&... rest) {
+    using Value = std::decay_t<std::invoke_result_t<decltype(first.get), const Derived&>>;
+    if constexpr (Impl::isInput<Value>) {
+      return std::invoke(first.get, self()) != nullptr;
+    } else {
+      return firstInputIsThere(rest...);
+    }
+  }
+  // It takes none.
+  bool firstInputIsThere() const { return true; }
   template <class Do>
   void eachWatch(const Do& act) {
     std::apply([&](auto&... part) { (actIf<true>(part, act), ...); }, self().parts());

@@ -147,7 +147,7 @@ class PortSm final : public Rok::StateMachine<PortSm> {
   using RokPort = Rok::Watch<PortSm, Port, Rok::On<Port::Attr::mtu, &PortSm::handleMtu>>;
   PortSm(const Rok::Ptr<Port const>& port, const Rok::Ptr<Log>& log)
       : port_(*this, port), log_(log) {
-    handleInitialized();
+    rokInitialize<&PortSm::handleInitialized>();
   }
   auto parts() { return std::tie(port_); }
 

@@ -51,7 +51,7 @@ class BirthSm final : public Rok::StateMachine<BirthSm> {
   using RokPort = Rok::Watch<BirthSm, Port, Rok::On<Port::Attr::mtu, &BirthSm::handleMtu>>;
   BirthSm(const Ptr<Port const>& port, const Ptr<Sheet>& sheet, const Ptr<Port>& outPort)
       : port_(*this, port), sheet_(sheet), outPort_(outPort), laneSm_(*this) {
-    handleInitialized();
+    rokInitialize<&BirthSm::handleInitialized>();
   }
   auto parts() { return std::tie(port_, laneSm_); }
 
@@ -120,6 +120,69 @@ TEST(StateMachine, ANullWatchedInputLeavesItDeaf) {
   EXPECT_TRUE(sm->rokMarkedForDeletion());
 }
 
+// Is about its second argument, which it doesn't watch; watches another one.
+class QuietSm final : public Rok::StateMachine<QuietSm> {
+ public:
+  static constexpr std::string_view rokTypeName = "QuietSm";
+  static constexpr auto rokArguments() {
+    return std::tuple{Rok::Argument{"sheet", &QuietSm::sheet},
+                      Rok::Argument{"device", &QuietSm::device},
+                      Rok::Argument{"port", &QuietSm::port}};
+  }
+  const Ptr<Sheet>& sheet() const { return sheet_; }
+  const Ptr<Device const>& device() const { return device_; }
+  Ptr<Port const> port() const { return port_.ptr(); }
+  void bind(const Ptr<Profile const>& profile) { profile_.inputIs(profile); }
+
+  void handleMtu() { sheet_->note("mtu"); }
+  void handleRate() { sheet_->note("rate"); }
+  void handleBound() { sheet_->note("bound"); }
+  void first() { sheet_->note("first"); }
+  void second() { sheet_->note("second"); }
+
+ private:
+  friend Rok::StateMachine<QuietSm>;
+  using RokPort = Rok::Watch<QuietSm, Port, Rok::On<Port::Attr::mtu, &QuietSm::handleMtu>>;
+  using RokProfile =
+      Rok::Watch<QuietSm, Profile, Rok::On<Profile::Attr::rate, &QuietSm::handleRate>,
+                 Rok::OnBound<&QuietSm::handleBound>>;
+  QuietSm(const Ptr<Sheet>& sheet, const Ptr<Device const>& device, const Ptr<Port const>& port)
+      : sheet_(sheet), device_(device), port_(*this, port), profile_(*this) {
+    rokInitialize<&QuietSm::second, &QuietSm::first>();
+  }
+  auto parts() { return std::tie(port_, profile_); }
+
+  Ptr<Sheet> sheet_;
+  Ptr<Device const> device_;
+  RokPort port_;
+  RokProfile profile_;
+};
+
+TEST(StateMachine, ItsStepsRunInTheOrderGiven) {
+  const auto sheet = Rok::make<Sheet>();
+  QuietSm::create(sheet, Ptr<Device const>(deviceOf({})), Ptr<Port const>());
+  EXPECT_EQ(sheet->takeNotes(), (Notes{"second", "first"}));
+}
+
+TEST(StateMachine, WithoutItsFirstNativeInputItRunsNoStepAndNoWatchCallsIt) {
+  const auto sheet = Rok::make<Sheet>();
+  const auto port = portOf("Ethernet1");
+  const auto profile = Rok::make<Profile>();
+  auto sm = QuietSm::create(sheet, Ptr<Device const>(), Ptr<Port const>(port));
+  EXPECT_TRUE(sm->hasNotificationActive());
+  EXPECT_EQ(sm->port(), port) << "the other inputs are held";
+  port->mtuIs(9000);
+  sm->bind(profile);
+  profile->rateIs(1);
+  sm->hasNotificationActiveIs(false);
+  sm->hasNotificationActiveIs(true);
+  port->mtuIs(1500);
+  EXPECT_EQ(sheet->takeNotes(), Notes{});
+  sm = nullptr;
+  EXPECT_EQ(notifieesOf(port), 0u);
+  EXPECT_EQ(notifieesOf(profile), 0u);
+}
+
 // Watches two inputs and one key, has children, and throws at a point of the test's choice.
 class StormSm final : public Rok::StateMachine<StormSm> {
  public:
@@ -163,7 +226,7 @@ class StormSm final : public Rok::StateMachine<StormSm> {
         afterThird_(throwAt(3)),
         sheet_(sheet),
         laneSm_(*this) {
-    handleInitialized();
+    rokInitialize<&StormSm::handleInitialized>();
   }
   auto parts() { return std::tie(device_, port_, portKey_, laneSm_); }
   bool throwAt(int point) const {
@@ -487,7 +550,7 @@ class NestSm final : public Rok::StateMachine<NestSm> {
   friend Rok::StateMachine<NestSm>;
   using RokLane = Rok::Watch<NestSm, Lane, Rok::On<Lane::Attr::speed, &NestSm::handleSpeed>>;
   NestSm(const Ptr<Lane const>& lane, const Ptr<Step>& step) : lane_(*this, lane), step_(step) {
-    handleInitialized();
+    rokInitialize<&NestSm::handleInitialized>();
   }
   auto parts() { return std::tie(lane_); }
 

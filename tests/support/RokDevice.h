@@ -169,16 +169,14 @@ class LaneSm final : public Rok::StateMachine<LaneSm> {
 
   void handleSpeed() { sheet_->lineIs(lane_->name(), "speed " + std::to_string(lane_->speed())); }
   void doPrepareToDie() { sheet_->lineDel(lane_->name()); }
-  void handleInitialized() {
-    if (lane_) handleSpeed();
-  }
+  void handleInitialized() { handleSpeed(); }
 
  private:
   friend Rok::StateMachine<LaneSm>;
   using RokLane = Rok::Watch<LaneSm, Lane, Rok::On<Lane::Attr::speed, &LaneSm::handleSpeed>>;
   LaneSm(const Rok::Ptr<Lane const>& lane, const Rok::Ptr<Sheet>& sheet)
       : lane_(*this, lane), sheet_(sheet) {
-    handleInitialized();
+    rokInitialize<&LaneSm::handleInitialized>();
   }
   auto parts() { return std::tie(lane_); }
 
@@ -251,7 +249,7 @@ class PortSm final : public Rok::StateMachine<PortSm> {
         parent_(parent),
         profileIn_(*this),
         laneSm_(*this) {
-    handleInitialized();
+    rokInitialize<&PortSm::handleInitialized>();
   }
   auto parts() { return std::tie(port_, profileIn_, laneSm_); }
 
@@ -305,7 +303,7 @@ class DeviceSm final : public Rok::StateMachine<DeviceSm> {
                                Rok::On<Device::Attr::hostname, &DeviceSm::handleHostname>>;
   DeviceSm(const Rok::Ptr<Device const>& device, const Rok::Ptr<Sheet>& sheet)
       : device_(*this, device), sheet_(sheet), portSm_(*this) {
-    handleInitialized();
+    rokInitialize<&DeviceSm::handleInitialized>();
   }
   auto parts() { return std::tie(device_, portSm_); }
 
