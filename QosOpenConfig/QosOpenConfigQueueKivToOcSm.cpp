@@ -9,6 +9,7 @@ namespace {
 constinit Rok::TraceHandle traceHandle("OpenConfigQos", false);
 
 constexpr Rok::TraceFacility::FacilityLevel handler = 2;
+constexpr Rok::TraceFacility::FacilityLevel detail = 9;
 
 // The line with which a reaction without arguments opens.
 void traceEntry(const IntfSm& sm, std::source_location place = std::source_location::current()) {
@@ -146,7 +147,7 @@ TxQueueSm::TxQueueSm(const Nerit::IntfId& intfId, const Rok::Ptr<Config::QueuesD
     : intfId_(intfId),
       queuesDir_(queuesDir),
       txQueueConfig_(*this, txQueueConfig),
-      cliConfig_(*this, cliConfig, CommentHelper::commentKey(intfId, txQueue())),
+      cliConfig_(*this, cliConfig, Helper::commentKey(intfId, txQueue())),
       queueName_(queueNameOf(intfId, txQueue())) {
   handleInitialized();
 }
@@ -155,7 +156,11 @@ Qos::TxQueue TxQueueSm::txQueue() const {
   return txQueueConfig_ ? txQueueConfig_->txQueue() : Qos::TxQueue();
 }
 
-Velmo::String TxQueueSm::comment() const { return cliConfig_->comment(cliConfig_.key()); }
+// The key is computed once, and a trace shows the computing at each reading all the same.
+Velmo::String TxQueueSm::comment() const {
+  if (traceHandle.isOn(detail)) Helper::traceCommentKey(intfId_, txQueue());
+  return cliConfig_->comment(cliConfig_.key());
+}
 
 bool TxQueueSm::namesProfile(const Velmo::String& comment) {
   return bool(commentMemo_.queueManagementProfileInfo(comment));

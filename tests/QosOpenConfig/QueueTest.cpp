@@ -1089,6 +1089,11 @@ const std::string skippedConfig =
     "Ethernet1-unicast-3";
 const std::string clearedEcn = "2 Deleting the queue: Ethernet1-unicast-3's ecn config";
 const std::string clearedConfig = "2 Deleting the queue: Ethernet1-unicast-3 config";
+// The helper's own lines.
+const std::string ofKey = "9 commentKey ( Ethernet1, unicast-3 ) ";
+std::string question(const std::string& part, const std::string& text) {
+  return "9 " + part + "InfoFromComment ( " + text + " ) ";
+}
 // The decoder's own lines.
 std::string read(const std::string& text) { return "2 deserializeJsonComment comment: " + text; }
 const std::string notJson = "2 Comment not json: note";
@@ -1117,15 +1122,15 @@ TEST_F(Queues, EachChangeTracesItsEntryOnceAndAnEqualValueIsNoChange) {
   queue->ecnConfigIs(nullptr);
   EXPECT_THAT(trace.lines(), IsEmpty());
   queue->priorityIs(Qos::strictPriority);
-  EXPECT_THAT(trace.linesWithoutAddresses(),
-              ElementsAre(entry("handleQueueConfig"), settingsTrace("strictPriority", "101")));
+  EXPECT_THAT(trace.linesWithoutAddresses(), ElementsAre(entry("handleQueueConfig"), ofKey,
+                                                         settingsTrace("strictPriority", "101")));
   trace.clear();
   queue->bandwidthIs(40);
-  EXPECT_THAT(trace.linesWithoutAddresses(),
-              ElementsAre(entry("handleQueueConfig"), settingsTrace("strictPriority", "40")));
+  EXPECT_THAT(trace.linesWithoutAddresses(), ElementsAre(entry("handleQueueConfig"), ofKey,
+                                                         settingsTrace("strictPriority", "40")));
   trace.clear();
   queue->ecnConfigIs(QueueDevice::ecn());
-  EXPECT_THAT(trace.linesWithoutAddresses(), ElementsAre(entry("handleTxQueueEcnConfig")));
+  EXPECT_THAT(trace.linesWithoutAddresses(), ElementsAre(entry("handleTxQueueEcnConfig"), ofKey));
 }
 
 TEST_F(Queues, ACommentThatNamesSomethingTracesWhatItClears) {
@@ -1219,6 +1224,35 @@ TEST_F(Queues, WhatGoesTracesItsPrepareToDieAndWhatHasNoMachineItsEntryAlone) {
   trace.clear();
   root->handleIntfConfig(id(intf));
   EXPECT_THAT(trace.linesWithoutAddresses(), ElementsAre(rootEntry));
+}
+
+TEST_F(Queues, EachReadingOfTheOwnCommentTracesItsKeyAsDetail) {
+  const auto queue = add(intf, uc3);
+  TraceCapture trace({2, 9});
+  comments->commentIs("if-Et1-uc-txq-3", policy);
+  EXPECT_THAT(
+      trace.linesWithoutAddresses(),
+      ElementsAre(commentTrace, ofKey, question("queueManagementProfile", policy), read(policy),
+                  question("schedulerPolicy", policy), read(policy), clearedConfig));
+  trace.clear();
+  queue->ecnConfigIs(QueueDevice::ecn());
+  EXPECT_THAT(trace.linesWithoutAddresses(),
+              ElementsAre(entry("handleTxQueueEcnConfig"), ofKey,
+                          question("queueManagementProfile", policy), read(policy)));
+  trace.clear();
+  comments->commentDel("if-Et1-uc-txq-3");
+  EXPECT_THAT(trace.linesWithoutAddresses(),
+              ElementsAre(commentTrace, ofKey, "2 Comment not found, Updating the config",
+                          entry("handleTxQueueEcnConfig"), ofKey, entry("handleQueueConfig"), ofKey,
+                          nothingSet));
+}
+
+TEST_F(Queues, TheKeyOfAnotherQueueTracesNothingAtAnyLevel) {
+  add(intf, uc3);
+  TraceCapture trace({0, 1, 2, 3, 4, 5, 6, 7, 8, 9});
+  comments->commentIs("if-Et1-uc-txq-4", policy);
+  machine(intf, uc3)->handleComment("if-Et1-uc-txq-4");
+  EXPECT_THAT(trace.lines(), IsEmpty());
 }
 
 TEST_F(Queues, StoppingTracesNothing) {
