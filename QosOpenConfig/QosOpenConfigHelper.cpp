@@ -23,6 +23,8 @@ std::string_view takeFamily(std::string_view& rest, std::string_view opening) {
 
 constexpr std::string_view profileKeyOpening = "qos-profile-";
 
+std::string_view upToNul(std::string_view name) { return name.substr(0, name.find('\0')); }
+
 std::string_view queueWord(Qos::QueueType type) {
   switch (type) {
     case Qos::unicast:
@@ -73,13 +75,17 @@ std::string_view nameInProfileName(std::string_view profileName, std::string_vie
 }
 
 Velmo::String commentKey(const Nerit::IntfId& intfId, const Qos::TxQueue& txQueue) {
-  return intfId.shortName().addLeft("if-").append(QueuePart(txQueue).text());
+  Velmo::String name = intfId.shortName();
+  if (isCutInCommentKey(name)) name = upToNul(name);
+  return name.addLeft("if-").append(QueuePart(txQueue).text());
 }
 
 std::optional<std::string_view> profileNameFromCommentKey(std::string_view key) {
-  if (!key.starts_with(profileKeyOpening)) return {};
+  if (!key.starts_with(profileKeyOpening) || key.find('\0') != std::string_view::npos) return {};
   return key.substr(profileKeyOpening.size());
 }
+
+bool isCutInCommentKey(std::string_view name) { return upToNul(name).size() != name.size(); }
 
 }  // namespace QosOc::Helper
 
@@ -230,7 +236,9 @@ QueueManagementProfileCommentInfo CommentHelper::queueManagementProfileInfoFromC
 
 Velmo::String CommentHelper::profileCommentKey(const Velmo::String& profileName) {
   traceCall("profileCommentKey", profileName);
-  return profileName.addLeft(Helper::profileKeyOpening);
+  Velmo::String name = profileName;
+  if (Helper::isCutInCommentKey(name)) name = Helper::upToNul(name);
+  return name.addLeft(Helper::profileKeyOpening);
 }
 
 Velmo::String CommentHelper::createSchedulerPolicyProfileComment(

@@ -54,9 +54,12 @@ class CommentMemo {
   Velmo::String comment_;
   CommentInfo info_;
 };
-// The other way round from CommentHelper::profileCommentKey: the name of the one profile whose key
-// it is, or nothing when it is no profile's. The result points into `key`.
+// The other way round from CommentHelper::profileCommentKey: the name of the profile whose key it
+// is, or nothing when it is no profile's. The result points into `key`. The key is also that of
+// every profile whose name goes on behind it with a NUL.
 std::optional<std::string_view> profileNameFromCommentKey(std::string_view key);
+// Whether a name has a NUL, so that a comment key doesn't hold all of it.
+bool isCutInCommentKey(std::string_view name);
 
 }  // namespace QosOc::Helper
 
@@ -95,7 +98,8 @@ class QOS_EXPORT CommentHelper final : public Rok::PtrInterface {
  public:
   static Rok::Ptr<CommentHelper> CommentHelperIs();
 
-  // "if-<short name>-<uc-txq, mc-txq or txq>-<id>", as in if-Et7-uc-txq-3.
+  // "if-<short name>-<uc-txq, mc-txq or txq>-<id>", as in if-Et7-uc-txq-3. The name ends at its
+  // first NUL.
   static Velmo::String commentKey(Nerit::IntfId intfId, const Qos::TxQueue& txQueue);
 
   // The comment with `info` in each line that is an attachment document, or else in a new last
@@ -118,7 +122,7 @@ class QOS_EXPORT CommentHelper final : public Rok::PtrInterface {
   static QueueManagementProfileCommentInfo queueManagementProfileInfoFromComment(
       const Velmo::String& comment);
 
-  // "qos-profile-<name>", with the name as the native configuration spells it.
+  // "qos-profile-<name>", with the name as the native configuration spells it, up to its first NUL.
   static Velmo::String profileCommentKey(const Velmo::String& profileName);
 
   // A profile's comment is rewritten whole.

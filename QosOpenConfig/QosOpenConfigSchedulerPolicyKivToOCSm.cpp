@@ -97,6 +97,7 @@ void SchedulerPolicyKivToOCSm::followQueueNameToTxQueueIdMap() {
 // it no longer has, stays as it was first read until the profile goes and comes back.
 void SchedulerPolicyKivToOCSm::udpateSchedulerPolicies(const Velmo::String& profileName) {
   if (Rok::TraceHelper line{traceHandle, handler}) line.in(*this) << " profile: " << profileName;
+  noteCutName(profileName);
   const Velmo::String policyName = decodeSPProfileName(profileName);
   if (policyName.empty()) {
     if (Rok::TraceHelper line{traceHandle, handler}) {
@@ -288,9 +289,19 @@ void SchedulerPolicyKivToOCSm::handleComment(const Velmo::String& key) {
   }
 }
 
-// The profile whose comment has this key is found by its name, which the key holds. A walk over
-// all profiles finds no other, but it computes the key of each and traces that. Where this is to
-// be seen, the walk is made.
+// So that updatePolicyOfComment finds them.
+void SchedulerPolicyKivToOCSm::noteCutName(const Velmo::String& profileName) {
+  if (!Helper::isCutInCommentKey(profileName)) return;
+  if (qosProfileConfigDir_->config().find(profileName) != nullptr) {
+    cutNames_.memberIs(profileName, true);
+  } else {
+    cutNames_.deleteMember(profileName);
+  }
+}
+
+// The profile whose comment has this key is found by its name, which the key holds, and so are
+// those whose names go on behind a NUL. A walk over all profiles finds no others, but it computes
+// the key of each and traces that. Where this is to be seen, the walk is made.
 void SchedulerPolicyKivToOCSm::updatePolicyOfComment(const Velmo::String& key) {
   const auto& profiles = qosProfileConfigDir_->config();
   if (!Helper::keysAreTraced()) {
@@ -298,6 +309,10 @@ void SchedulerPolicyKivToOCSm::updatePolicyOfComment(const Velmo::String& key) {
     if (!name) return;
     const Velmo::String profileName(*name);
     if (profiles.find(profileName) != nullptr) udpateSchedulerPolicies(profileName);
+    const Velmo::String cut = profileName.addRight(std::string_view("\0", 1));
+    for (const auto& [cutName, isThere] : cutNames_) {
+      if (std::string_view(cutName).starts_with(cut)) udpateSchedulerPolicies(cutName);
+    }
     return;
   }
   for (const auto& [name, profile] : profiles) {

@@ -324,6 +324,7 @@ class SchedulerPolicyKivToOCSm final : public Rok::StateMachine<SchedulerPolicyK
               Helper::Attachment& attachment);
   void detach(const Nerit::IntfId& intfId, Helper::Attachment& attachment);
   void evaluate(SchedulerPolicyTxQueueSm& queue);
+  void noteCutName(const Velmo::String& profileName);
   void updatePolicyOfComment(const Velmo::String& key);
   void sweepPolicies();
   void sweepAttachments();
@@ -334,6 +335,8 @@ class SchedulerPolicyKivToOCSm final : public Rok::StateMachine<SchedulerPolicyK
   Rok::Ptr<Config::SchedulerPoliciesDir> schedulerPoliciesDir_;
   Rok::Ptr<Config::InterfacesDir> interfacesDir_;
   Attachments attachments_;
+  // The profiles whose comment keys don't hold their whole names.
+  Rok::OrderedMap<Velmo::String, bool> cutNames_;
   // So that a comment and a queue name find their tx queues without a walk over all of the device.
   TxQueues txQueues_;
   Helper::CommentMemo commentMemo_;

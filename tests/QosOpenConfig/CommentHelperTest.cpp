@@ -66,6 +66,14 @@ TEST(CommentKey, IsThatOfTheFormatForEveryQueue) {
   }
 }
 
+TEST(CommentKey, TakesNamesUpToTheirFirstNul) {
+  const Qos::TxQueue queue{3, Qos::unicast};
+  EXPECT_EQ(Helper::commentKey(Nerit::IntfId(std::string("p7\0x\0y", 6)), queue), "if-p7-uc-txq-3");
+  EXPECT_EQ(Helper::commentKey(Nerit::IntfId(std::string("\0p7", 3)), queue), "if--uc-txq-3");
+  EXPECT_EQ(Helper::profileCommentKey(std::string("a\0b\0c", 5)), "qos-profile-a");
+  EXPECT_EQ(Helper::profileCommentKey(std::string("\0b", 2)), "qos-profile-");
+}
+
 TEST(CommentKey, OfAProfileHoldsTheNameAsItIs) {
   EXPECT_EQ(Helper::profileCommentKey("__YANG_SP_[sp-gold]"), "qos-profile-__YANG_SP_[sp-gold]");
   EXPECT_EQ(Helper::profileCommentKey(""), "qos-profile-");
@@ -86,12 +94,20 @@ TEST(CommentKey, WithoutATraceIsTheSame) {
 }
 
 TEST(CommentKey, OfAProfileLeadsBackToItsName) {
-  for (const std::string& name : {std::string("__YANG_SP_[sp-gold]"), std::string(),
-                                  std::string("qos-profile-"), std::string("a\0b\n", 4)}) {
+  for (const std::string& name :
+       {std::string("__YANG_SP_[sp-gold]"), std::string(), std::string("qos-profile-"),
+        std::string("a\x01"
+                    "b\n")}) {
     const Velmo::String key = Helper::profileCommentKey(name);
     EXPECT_EQ(QosOc::Helper::profileNameFromCommentKey(key), std::string_view(name));
+    EXPECT_FALSE(QosOc::Helper::isCutInCommentKey(name));
   }
-  for (const char* key : {"", "qos-profile", "Qos-profile-a", " qos-profile-a", "if-p7-uc-txq-3"}) {
+  const std::string withNul("a\0b", 3);
+  EXPECT_EQ(QosOc::Helper::profileNameFromCommentKey(Helper::profileCommentKey(withNul)), "a");
+  EXPECT_TRUE(QosOc::Helper::isCutInCommentKey(withNul));
+  for (const std::string& key :
+       {std::string(), std::string("qos-profile"), std::string("Qos-profile-a"),
+        std::string(" qos-profile-a"), std::string("if-p7-uc-txq-3"), "qos-profile-" + withNul}) {
     EXPECT_EQ(QosOc::Helper::profileNameFromCommentKey(key), std::nullopt) << key;
   }
 }

@@ -383,14 +383,28 @@ TEST_F(Policies, NamesOfAnyBytesAreReachedByTheirComments) {
   }
 }
 
+TEST_F(Policies, ACommentReachesAllProfilesWhoseNamesAreTheSameUpToANul) {
+  const std::string names[] = {std::string("a\0b", 3), std::string("a\0c", 3), "a", "ab"};
+  for (const std::string& policy : names) profile(policy);
+  cli->commentIs("qos-profile-__YANG_SP_[a", full);
+  EXPECT_EQ(model(),
+            (PolicyModel{{names[0], fullText}, {names[1], fullText}, {"a", "-"}, {"ab", "-"}}));
+  profileDel(names[0]);
+  profile(names[0]);
+  EXPECT_EQ(model().at(names[0]), fullText) << "and a profile that comes finds it";
+  profileDel(names[1]);
+  cli->commentIs("qos-profile-__YANG_SP_[a", "");
+  EXPECT_EQ(model().count(names[1]), 0u);
+}
+
 // Where detail is traced, the keys of all profiles are computed for it. That may change nothing.
 TEST_F(Policies, TracingChangesNothing) {
   std::mt19937 random(5);
   SchedulerDevice silent;
   silent.start();
-  const char* const names[] = {"a", "b", "a]", "c"};
-  for (int step = 0; step < 300; ++step) {
-    const Rok::String policy = names[random() % 4];
+  const std::string names[] = {"a", "b", "a]", "c", std::string("a\0b", 3), std::string("a\0c", 3)};
+  for (int step = 0; step < 500; ++step) {
+    const Rok::String policy = names[random() % 6];
     const unsigned what = random() % 6;
     const auto comment = document("\"" + std::to_string(random() % 9) + R"(":{"inputs":{}})");
     const auto act = [&](SchedulerDevice& on) {
