@@ -92,6 +92,9 @@ void resetConditions(Config::ClassifiersDir& dir, const Velmo::String& classifie
   if (path.term(dir) != nullptr) path.content().conditions = Config::TermConditions();
 }
 
+// What the name of a missing object reads as.
+constinit const Velmo::String noName;
+
 // Blanks a term's action: the block stays, with an empty target group.
 void blankAction(Config::TermContent& term) { term.actions = Config::TermActions(); }
 
@@ -180,7 +183,7 @@ Rok::Ptr<ClassMapKivToOcSm> ClassMapKivToOcSm::ClassMapKivToOcSmIs(
 ClassMapKivToOcSm::ClassMapKivToOcSm(const Rok::Ptr<Qos::Input::AclConfig const>& qosAclConfig,
                                      const Rok::Ptr<Config::ClassifiersDir>& classifierDir)
     : qosAclConfig_(qosAclConfig), classifierDir_(classifierDir), cmapTypeConfigSm_(*this) {
-  handleInitialized();
+  rokInitialize<&ClassMapKivToOcSm::handleInitialized>();
 }
 
 void ClassMapKivToOcSm::handleInitialized() {
@@ -202,10 +205,12 @@ Rok::Ptr<ClassMapTypeSm> ClassMapTypeSm::ClassMapTypeSmIs(
 ClassMapTypeSm::ClassMapTypeSm(const Rok::Ptr<Qos::Input::ClassMapTypeConfig const>& cmapTypeConfig,
                                const Rok::Ptr<Config::ClassifiersDir>& classifierDir)
     : cmapTypeConfig_(*this, cmapTypeConfig), classifierDir_(classifierDir), cmapConfigSm_(*this) {
-  handleInitialized();
+  rokInitialize<&ClassMapTypeSm::handleInitialized>();
 }
 
-Qos::MapType ClassMapTypeSm::type() const { return cmapTypeConfig_->type(); }
+Qos::MapType ClassMapTypeSm::type() const {
+  return cmapTypeConfig_ ? cmapTypeConfig_->type() : Qos::MapType();
+}
 
 void ClassMapTypeSm::handleClassMapConfig(const Velmo::String& name) {
   Rok::EntryTrace(traceHandle, handler, *this, name);
@@ -264,7 +269,7 @@ Rok::Ptr<ClassMapSm> ClassMapSm::ClassMapSmIs(
 ClassMapSm::ClassMapSm(const Rok::Ptr<Qos::ClassMapConfig const>& cmapConfig,
                        const Rok::Ptr<Config::ClassifiersDir>& classifierDir)
     : cmapConfig_(*this, cmapConfig), classifierDir_(classifierDir), path_(pathOf(cmapName())) {
-  handleInitialized();
+  rokInitialize<&ClassMapSm::handleInitialized>();
 }
 
 Velmo::String ClassMapSm::cmapName() const {
@@ -340,7 +345,7 @@ Rok::Ptr<AclKivToOcSm> AclKivToOcSm::AclKivToOcSmIs(
 AclKivToOcSm::AclKivToOcSm(const Rok::Ptr<Acl::Input::Config const>& aclCliConfig,
                            const Rok::Ptr<Config::ClassifiersDir>& classifierDir)
     : aclCliConfig_(aclCliConfig), classifierDir_(classifierDir), aclTypeSm_(*this) {
-  handleInitialized();
+  rokInitialize<&AclKivToOcSm::handleInitialized>();
 }
 
 void AclKivToOcSm::handleInitialized() {
@@ -364,10 +369,12 @@ Rok::Ptr<AclTypeSm> AclTypeSm::AclTypeSmIs(
 AclTypeSm::AclTypeSm(const Rok::Ptr<Acl::Input::AclTypeConfig const>& aclTypeConfig,
                      const Rok::Ptr<Config::ClassifiersDir>& classifierDir)
     : aclTypeConfig_(*this, aclTypeConfig), classifierDir_(classifierDir), aclConfigSm_(*this) {
-  handleInitialized();
+  rokInitialize<&AclTypeSm::handleInitialized>();
 }
 
-Acl::AclType AclTypeSm::type() const { return aclTypeConfig_->type(); }
+Acl::AclType AclTypeSm::type() const {
+  return aclTypeConfig_ ? aclTypeConfig_->type() : Acl::AclType();
+}
 
 void AclTypeSm::handleAclConfig(const Velmo::String& name) {
   Rok::EntryTrace(traceHandle, handler, *this, name);
@@ -422,7 +429,9 @@ Rok::Ptr<AclConfigSm> AclConfigSm::AclConfigSmIs(
 AclConfigSm::AclConfigSm(const Rok::Ptr<Acl::AclConfig const>& aclConfig,
                          const Rok::Ptr<Config::ClassifiersDir>& classifierDir)
     : aclConfig_(*this, aclConfig), classifierDir_(classifierDir), aclSubConfigSm_(*this) {
-  handleInitialized();
+  rokInitialize<&AclConfigSm::handleInitialized>();
+  // All that a deaf machine does.
+  if (!aclNameAndType_) makeNameAndType();
 }
 
 Acl::AclType AclConfigSm::type() const { return aclConfig_ ? aclConfig_->type() : Acl::AclType(); }
@@ -457,9 +466,13 @@ void AclConfigSm::doPrepareToDie() {
 
 void AclConfigSm::handleInitialized() {
   Rok::EntryTrace(traceHandle, handler, *this);
+  makeNameAndType();
+  handleAclSubConfig();
+}
+
+void AclConfigSm::makeNameAndType() {
   aclNameAndType_ = Rok::make<AclNameAndType>(aclName(), type());
   aclNameAndType_->hasNotificationActiveIs(true);
-  handleAclSubConfig();
 }
 
 // ===== AclSubConfigSm
@@ -477,8 +490,8 @@ AclSubConfigSm::AclSubConfigSm(const Rok::Ptr<Acl::AclSubConfig const>& aclSubCo
     : aclSubConfig_(*this, aclSubConfig),
       classifierDir_(classifierDir),
       aclNameAndType_(aclNameAndType),
-      path_(pathOf(aclNameAndType->aclName())) {
-  handleInitialized();
+      path_(aclNameAndType ? pathOf(aclNameAndType->aclName()) : TermPath()) {
+  rokInitialize<&AclSubConfigSm::handleInitialized>();
 }
 
 // A removed rule reads as a default one, which matches no DSCP: the values that are there stay, and
@@ -575,7 +588,7 @@ ClassActionKivToOcSm::ClassActionKivToOcSm(
       cliConfig_(cliConfig),
       classifierDir_(classifierDir),
       pmapTypeSm_(*this) {
-  handleInitialized();
+  rokInitialize<&ClassActionKivToOcSm::handleInitialized>();
 }
 
 void ClassActionKivToOcSm::handlePmapTypeConfig(Qos::MapType mapType) {
@@ -595,6 +608,8 @@ void ClassActionKivToOcSm::handlePmapTypeConfig(Qos::MapType mapType) {
 
 void ClassActionKivToOcSm::handleInitialized() {
   Rok::EntryTrace(traceHandle, handler, *this);
+  // A missing config is refused by the first policy map.
+  if (cliConfig_) Helper::requireGroupNames(*cliConfig_);
   for (const auto& [mapType, pmaps] : qosAclConfig_->pmapType()) handlePmapTypeConfig(mapType);
 }
 
@@ -614,10 +629,12 @@ PmapTypeSm::PmapTypeSm(const Rok::Ptr<Qos::Input::PolicyMapTypeConfig const>& pm
       cliConfig_(cliConfig),
       classifierDir_(classifierDir),
       pmapConfigSm_(*this) {
-  handleInitialized();
+  rokInitialize<&PmapTypeSm::handleInitialized>();
 }
 
-Qos::MapType PmapTypeSm::pmapType() const { return pmapTypeConfig_->type(); }
+Qos::MapType PmapTypeSm::pmapType() const {
+  return pmapTypeConfig_ ? pmapTypeConfig_->type() : Qos::MapType();
+}
 
 void PmapTypeSm::handlePmapConfig(const Velmo::String& pmapName) {
   if (Rok::TraceHelper line{traceHandle, handler}) line.in(*this) << ", pmapName = " << pmapName;
@@ -660,10 +677,12 @@ PmapConfigSm::PmapConfigSm(const Rok::Ptr<Qos::PolicyMapConfig const>& pmapConfi
       cliConfig_(cliConfig),
       classifierDir_(classifierDir),
       classActionSm_(*this) {
-  handleInitialized();
+  rokInitialize<&PmapConfigSm::handleInitialized>();
 }
 
-const Velmo::String& PmapConfigSm::pmapName() const { return pmapConfig_->name(); }
+const Velmo::String& PmapConfigSm::pmapName() const {
+  return pmapConfig_ ? pmapConfig_->name() : noName;
+}
 
 void PmapConfigSm::handleClassAction(const Velmo::String& cmapName) {
   if (Rok::TraceHelper line{traceHandle, handler}) line.in(*this) << ", cmapName = " << cmapName;
@@ -786,13 +805,16 @@ ClassActionSm::ClassActionSm(const Rok::Ptr<Qos::ClassAction const>& classAction
       pmapConfigSm_(pmapConfigSm),
       policyActionSm_(*this),
       rok_CliConfig_ForwardingGroupNameToTcMapIn_(*this) {
-  handleInitialized();
-  if (cliConfig_) followForwardingGroupNameToTcMap();
+  rokInitialize<&ClassActionSm::handleInitialized,
+                &ClassActionSm::followForwardingGroupNameToTcMap>();
 }
 
-const Velmo::String& ClassActionSm::cmapName() const { return classAction_->name(); }
+const Velmo::String& ClassActionSm::cmapName() const {
+  return classAction_ ? classAction_->name() : noName;
+}
 
 void ClassActionSm::followForwardingGroupNameToTcMap() {
+  if (!cliConfig_) return;  // then it is the chained input alone that is missing
   rok_CliConfig_ForwardingGroupNameToTcMapInIs(cliConfig_->forwardingGroupNameToTcMap());
 }
 
@@ -881,10 +903,12 @@ PolicyActionSm::PolicyActionSm(const Rok::Ptr<Qos::Action const>& policyAction,
       cliConfig_(cliConfig),
       classifierDir_(classifierDir),
       classActionSm_(classActionSm) {
-  handleInitialized();
+  rokInitialize<&PolicyActionSm::handleInitialized>();
 }
 
-Qos::ActionType PolicyActionSm::actionType() const { return policyAction_->actionType(); }
+Qos::ActionType PolicyActionSm::actionType() const {
+  return policyAction_ ? policyAction_->actionType() : Qos::ActionType();
+}
 
 void PolicyActionSm::handlePolicyActionValue() {
   Rok::EntryTrace(traceHandle, handler, *this);

@@ -113,7 +113,7 @@ class ClassMapSm final : public Rok::StateMachine<ClassMapSm> {
 
   Rok::Ptr<Qos::ClassMapConfig const> cmapConfig() const { return cmapConfig_.ptr(); }
   const Rok::Ptr<Config::ClassifiersDir>& classifierDir() const { return classifierDir_; }
-  // Empty without a config.
+  // Empty without a config; the type is then the default.
   Velmo::String cmapName() const;
   Qos::MapType type() const;
 
@@ -163,6 +163,7 @@ class ClassMapTypeSm final : public Rok::StateMachine<ClassMapTypeSm> {
     return cmapTypeConfig_.ptr();
   }
   const Rok::Ptr<Config::ClassifiersDir>& classifierDir() const { return classifierDir_; }
+  // The default without a config.
   Qos::MapType type() const;
 
   const CmapConfigSm& cmapConfigSm() const { return cmapConfigSm_; }
@@ -210,7 +211,6 @@ class ClassMapKivToOcSm final : public Rok::StateMachine<ClassMapKivToOcSm> {
       Rok::KeyFunktor<&ClassMapTypeSm::cmapTypeConfig, &Qos::Input::ClassMapTypeConfig::type>;
   using CmapTypeConfigSm = Rok::Children<ClassMapTypeSm, 0x1f83d9abu, CmapTypeConfigSmKeyFunktor>;
 
-  // Throws: MutatorArgNullPointerException "cmapTypeConfig" when there is no mapQos entry.
   static Rok::Ptr<ClassMapKivToOcSm> ClassMapKivToOcSmIs(
       const Rok::Ptr<Qos::Input::AclConfig const>& qosAclConfig,
       const Rok::Ptr<Config::ClassifiersDir>& classifierDir);
@@ -329,8 +329,9 @@ class AclConfigSm final : public Rok::StateMachine<AclConfigSm> {
 
   Rok::Ptr<Acl::AclConfig const> aclConfig() const { return aclConfig_.ptr(); }
   const Rok::Ptr<Config::ClassifiersDir>& classifierDir() const { return classifierDir_; }
-  // Null until handleInitialized.
+  // Null until handleInitialized. Without a config it is there too, of the empty name and IPv4.
   const Rok::Ptr<AclNameAndType>& aclNameAndType() const { return aclNameAndType_; }
+  // The default without a config, like the name.
   Acl::AclType type() const;
   Velmo::String aclName() const;
 
@@ -360,6 +361,7 @@ class AclConfigSm final : public Rok::StateMachine<AclConfigSm> {
   AclConfigSm(const Rok::Ptr<Acl::AclConfig const>& aclConfig,
               const Rok::Ptr<Config::ClassifiersDir>& classifierDir);
   auto parts() { return std::tie(aclConfig_, aclSubConfigSm_); }
+  void makeNameAndType();
 
   RokAclConfig aclConfig_;
   Rok::Ptr<Config::ClassifiersDir> classifierDir_;
@@ -386,6 +388,7 @@ class AclTypeSm final : public Rok::StateMachine<AclTypeSm> {
 
   Rok::Ptr<Acl::Input::AclTypeConfig const> aclTypeConfig() const { return aclTypeConfig_.ptr(); }
   const Rok::Ptr<Config::ClassifiersDir>& classifierDir() const { return classifierDir_; }
+  // The default without a config.
   Acl::AclType type() const;
 
   const AclConfigSms& aclConfigSm() const { return aclConfigSm_; }
@@ -431,7 +434,6 @@ class AclKivToOcSm final : public Rok::StateMachine<AclKivToOcSm> {
       Rok::KeyFunktor<&AclTypeSm::aclTypeConfig, &Acl::Input::AclTypeConfig::type>;
   using AclTypeSms = Rok::Children<AclTypeSm, 0xcbbb9d5du, AclTypeSmKeyFunktor>;
 
-  // Throws: MutatorArgNullPointerException "aclTypeConfig" when a family is missing.
   static Rok::Ptr<AclKivToOcSm> AclKivToOcSmIs(
       const Rok::Ptr<Acl::Input::Config const>& aclCliConfig,
       const Rok::Ptr<Config::ClassifiersDir>& classifierDir);
@@ -492,6 +494,7 @@ class PolicyActionSm final : public Rok::StateMachine<PolicyActionSm> {
   const Rok::Ptr<Qos::Input::Config const>& cliConfig() const { return cliConfig_; }
   const Rok::Ptr<Config::ClassifiersDir>& classifierDir() const { return classifierDir_; }
   ClassActionSm* classActionSm() const { return classActionSm_; }
+  // The default without an action.
   Qos::ActionType actionType() const;
 
   // The traffic class changed.
@@ -556,6 +559,7 @@ class ClassActionSm final : public Rok::StateMachine<ClassActionSm> {
   Rok::Ptr<Qos::Input::Config const> cliConfig() const { return cliConfig_.ptr(); }
   const Rok::Ptr<Config::ClassifiersDir>& classifierDir() const { return classifierDir_; }
   PmapConfigSm* pmapConfigSm() const { return pmapConfigSm_; }
+  // Empty without a class.
   const Velmo::String& cmapName() const;
 
   const PolicyActionSms& policyActionSm() const { return policyActionSm_; }
@@ -653,6 +657,7 @@ class PmapConfigSm final : public Rok::StateMachine<PmapConfigSm> {
   const Velmo::String& ipv6ClassifierName() const { return ipv6ClassifierName_; }
   const Rok::Ptr<Qos::Input::Config const>& cliConfig() const { return cliConfig_; }
   const Rok::Ptr<Config::ClassifiersDir>& classifierDir() const { return classifierDir_; }
+  // Empty without a config.
   const Velmo::String& pmapName() const;
 
   const ClassActionSms& classActionSm() const { return classActionSm_; }
@@ -726,6 +731,7 @@ class PmapTypeSm final : public Rok::StateMachine<PmapTypeSm> {
   }
   const Rok::Ptr<Qos::Input::Config const>& cliConfig() const { return cliConfig_; }
   const Rok::Ptr<Config::ClassifiersDir>& classifierDir() const { return classifierDir_; }
+  // The default without a config.
   Qos::MapType pmapType() const;
 
   const PmapConfigSms& pmapConfigSm() const { return pmapConfigSm_; }
@@ -819,48 +825,73 @@ class ClassActionKivToOcSm final : public Rok::StateMachine<ClassActionKivToOcSm
 };
 
 // ===== Factories. Each returns when its whole tree is built and the output is in line.
+//
+// What a factory says a machine is deaf without may be null: the machine then does nothing, for
+// good (Rok/StateMachine.h), but that an AclConfigSm has its AclNameAndType all the same. All that
+// it requires must be there.
 
+// Deaf without qosAclConfig. Requires: classifierDir.
+// Throws: MutatorArgNullPointerException "cmapTypeConfig" when there is no mapQos entry.
 QOS_EXPORT Rok::Ptr<ClassMapKivToOcSm> classMapKivToOcSmFactory(
     const Rok::Ptr<Qos::Input::AclConfig const>& qosAclConfig,
     const Rok::Ptr<Config::ClassifiersDir>& classifierDir);
+// Deaf without cmapTypeConfig. Requires: classifierDir.
 QOS_EXPORT Rok::Ptr<ClassMapTypeSm> classMapTypeSmFactory(
     const Rok::Ptr<Qos::Input::ClassMapTypeConfig const>& cmapTypeConfig,
     const Rok::Ptr<Config::ClassifiersDir>& classifierDir);
+// Deaf without cmapConfig. Requires: classifierDir.
 QOS_EXPORT Rok::Ptr<ClassMapSm> classMapSmFactory(
     const Rok::Ptr<Qos::ClassMapConfig const>& cmapConfig,
     const Rok::Ptr<Config::ClassifiersDir>& classifierDir);
 
+// Deaf without aclCliConfig. Requires: classifierDir.
+// Throws: MutatorArgNullPointerException "aclTypeConfig" when a family is missing.
 QOS_EXPORT Rok::Ptr<AclKivToOcSm> aclKivToOcSmFactory(
     const Rok::Ptr<Acl::Input::Config const>& aclCliConfig,
     const Rok::Ptr<Config::ClassifiersDir>& classifierDir);
+// Deaf without aclTypeConfig. Requires: classifierDir.
 QOS_EXPORT Rok::Ptr<AclTypeSm> aclTypeSmFactory(
     const Rok::Ptr<Acl::Input::AclTypeConfig const>& aclTypeConfig,
     const Rok::Ptr<Config::ClassifiersDir>& classifierDir);
+// Deaf without aclConfig. Requires: classifierDir.
 QOS_EXPORT Rok::Ptr<AclConfigSm> aclConfigSmFactory(
     const Rok::Ptr<Acl::AclConfig const>& aclConfig,
     const Rok::Ptr<Config::ClassifiersDir>& classifierDir);
+// Deaf without aclSubConfig. Requires: classifierDir, aclNameAndType.
 QOS_EXPORT Rok::Ptr<AclSubConfigSm> aclSubConfigSmFactory(
     const Rok::Ptr<Acl::AclSubConfig const>& aclSubConfig,
     const Rok::Ptr<Config::ClassifiersDir>& classifierDir,
     const Rok::Ptr<AclNameAndType const>& aclNameAndType);
 
+// Deaf without qosAclConfig. Requires: cliConfig, classifierDir.
+// Throws: MutatorArgNullPointerException "forwardingGroupNameToTcMap" when the names of forwarding
+// groups are not mounted in cliConfig; nothing is written then.
 QOS_EXPORT Rok::Ptr<ClassActionKivToOcSm> classActionKivToOcSmFactory(
     const Rok::Ptr<Qos::Input::AclConfig const>& qosAclConfig,
     const Rok::Ptr<Qos::Input::Config const>& cliConfig,
     const Rok::Ptr<Config::ClassifiersDir>& classifierDir);
+// Deaf without pmapTypeConfig. Requires: cliConfig with its forwardingGroupNameToTcMap,
+// classifierDir.
 QOS_EXPORT Rok::Ptr<PmapTypeSm> pmapTypeSmFactory(
     const Rok::Ptr<Qos::Input::PolicyMapTypeConfig const>& pmapTypeConfig,
     const Rok::Ptr<Qos::Input::Config const>& cliConfig,
     const Rok::Ptr<Config::ClassifiersDir>& classifierDir);
+// Deaf without pmapConfig. Requires: cliConfig with its forwardingGroupNameToTcMap, classifierDir.
 QOS_EXPORT Rok::Ptr<PmapConfigSm> pmapConfigSmFactory(
     const Rok::Ptr<Qos::PolicyMapConfig const>& pmapConfig, const Velmo::String& ipv4ClassifierName,
     const Velmo::String& ipv6ClassifierName, const Rok::Ptr<Qos::Input::Config const>& cliConfig,
     const Rok::Ptr<Config::ClassifiersDir>& classifierDir);
+// Deaf without classAction. Requires: classifierDir, and that pmapConfigSm, if there is one,
+// outlives the machine. Without cliConfig the chained input is null.
+// Throws: MutatorArgNullPointerException "cliConfig" for a class that sets a traffic class, when
+// cliConfig is null.
 QOS_EXPORT Rok::Ptr<ClassActionSm> classActionSmFactory(
     const Rok::Ptr<Qos::ClassAction const>& classAction, const Velmo::String& classifierName,
     Classifier::Type classifierType, const Velmo::String& termId,
     const Rok::Ptr<Qos::Input::Config const>& cliConfig,
     const Rok::Ptr<Config::ClassifiersDir>& classifierDir, PmapConfigSm* pmapConfigSm);
+// Deaf without policyAction. Requires: cliConfig with its forwardingGroupNameToTcMap,
+// classifierDir, and that classActionSm, if there is one, outlives the machine.
 QOS_EXPORT Rok::Ptr<PolicyActionSm> policyActionSmFactory(
     const Rok::Ptr<Qos::Action const>& policyAction, const Velmo::String& classifierName,
     Classifier::Type classifierType, const Velmo::String& termId,

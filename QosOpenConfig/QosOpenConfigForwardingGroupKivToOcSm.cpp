@@ -1,5 +1,7 @@
 #include "QosOpenConfig/QosOpenConfigForwardingGroupKivToOcSm.h"
 
+#include "QosOpenConfig/QosOpenConfigHelper.h"
+
 namespace QosOc {
 namespace {
 
@@ -24,7 +26,7 @@ ForwardingGroupKivToOcSm::ForwardingGroupKivToOcSm(
     : cliConfig_(*this, cliConfig),
       forwardingGroupConfigDir_(forwardingGroupConfigDir),
       queuesDir_(queuesDir) {
-  handleInitialized();
+  rokInitialize<&ForwardingGroupKivToOcSm::handleInitialized>();
 }
 
 void ForwardingGroupKivToOcSm::handleTcToTxQueueMap(Qos::TrafficClass tc) {
@@ -49,6 +51,8 @@ void ForwardingGroupKivToOcSm::handleInitialized() {
     line << "ForwardingGroupKivToOcSm "
          << "handleInitialized";
   }
+  Helper::requireQueueNames(*cliConfig_);
+  Helper::requireGroupNames(*cliConfig_);
   makeQueues();
   makeForwardingGroups();
 }

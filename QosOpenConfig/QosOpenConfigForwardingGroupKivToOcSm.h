@@ -27,8 +27,6 @@ class ForwardingGroupKivToOcSm final : public Rok::StateMachine<ForwardingGroupK
   using GroupNames = Rok::ValueMap<0x8eb44a87u, Qos::TrafficClass, Qos::ForwardingGroupName>;
   using QueueNames = Rok::ValueMap<0xdb0c2e0du, Qos::TxQueueId, Qos::QueueName>;
 
-  // Requires: cliConfig with both of its maps of names.
-  // Throws: RangeException when a group's traffic class is above 16; what was written before stays.
   static Rok::Ptr<ForwardingGroupKivToOcSm> ForwardingGroupKivToOcSmIs(
       const Rok::Ptr<Qos::Input::Config const>& cliConfig,
       const Rok::Ptr<Config::ForwardingGroupsDir>& forwardingGroupConfigDir,
@@ -84,6 +82,15 @@ class ForwardingGroupKivToOcSm final : public Rok::StateMachine<ForwardingGroupK
   QueueNames queueNames_;
 };
 
+// ===== The factory. It returns when the names are read and the output is in line.
+//
+// What it says the machine is deaf without may be null: the machine then does nothing, for good
+// (Rok/StateMachine.h). All that it requires must be there.
+
+// Deaf without cliConfig. Requires: forwardingGroupConfigDir, queuesDir.
+// Throws: MutatorArgNullPointerException "queueNameToTxQueueIdMap" or "forwardingGroupNameToTcMap"
+// when that map is not mounted; nothing is written then. RangeException when a group's traffic
+// class is above 16; what was written before stays.
 QOS_EXPORT Rok::Ptr<ForwardingGroupKivToOcSm> forwardingGroupKivToOcSmFactory(
     const Rok::Ptr<Qos::Input::Config const>& cliConfig,
     const Rok::Ptr<Config::ForwardingGroupsDir>& forwardingGroupConfigDir,

@@ -5,8 +5,16 @@
 #include <charconv>
 #include <cstddef>
 
+#include "models/native/QosInput.h"
+
 namespace QosOc::Helper {
 namespace {
+
+// ===== Maps of names
+
+using Attr = Qos::Input::Config::Attr;
+
+constexpr Rok::FwkType configType{"Qos::Input::Config", {}};
 
 // Takes "[IPV4__A]" off the front of `rest` and returns A; leaves `rest` alone and returns an empty
 // text when it doesn't begin so. A name is any bytes but "]", and at least one.
@@ -55,6 +63,18 @@ class QueuePart {
 };
 
 }  // namespace
+
+void requireGroupNames(const Qos::Input::Config& config) {
+  if (config.forwardingGroupNameToTcMap()) return;
+  Rok::throwMutatorArgNullPointerException("forwardingGroupNameToTcMap", configType,
+                                           Attr::forwardingGroupNameToTcMap.id);
+}
+
+void requireQueueNames(const Qos::Input::Config& config) {
+  if (config.queueNameToTxQueueIdMap()) return;
+  Rok::throwMutatorArgNullPointerException("queueNameToTxQueueIdMap", configType,
+                                           Attr::queueNameToTxQueueIdMap.id);
+}
 
 std::optional<PmapClassifiers> pmapClassifiers(std::string_view pmapName) {
   constexpr std::string_view prefix = "__yang_";

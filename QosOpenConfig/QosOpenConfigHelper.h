@@ -9,7 +9,16 @@
 #include "Rok/Rok.h"
 #include "models/native/Values.h"
 
+namespace Qos::Input {
+class Config;
+}
+
 namespace QosOc::Helper {
+
+// For a root that reads a map of names at its start: the host has mounted it.
+// Throws: MutatorArgNullPointerException with the name of the attribute that holds the map.
+void requireGroupNames(const Qos::Input::Config& config);
+void requireQueueNames(const Qos::Input::Config& config);
 
 // The classifiers in a policy map's name, each of them optional.
 struct PmapClassifiers {

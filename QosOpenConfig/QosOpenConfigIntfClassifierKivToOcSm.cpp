@@ -33,7 +33,7 @@ InterfaceClassifierKivToOcSm::InterfaceClassifierKivToOcSm(
     const Rok::Ptr<Qos::Input::Config const>& cliConfig,
     const Rok::Ptr<Config::InterfacesDir>& interfacesDir)
     : cliConfig_(*this, cliConfig), interfacesDir_(interfacesDir), servicePolicySm_(*this) {
-  handleInitialized();
+  rokInitialize<&InterfaceClassifierKivToOcSm::handleInitialized>();
 }
 
 void InterfaceClassifierKivToOcSm::handleServicePolicyConfig(const Qos::ServicePolicyKey& key) {
@@ -223,7 +223,7 @@ ServicePolicySm::ServicePolicySm(
     : servicePolicyConfig_(*this, servicePolicyConfig),
       interfacesDir_(interfacesDir),
       intfClassifierKivToOcSm_(intfClassifierKivToOcSm) {
-  handleInitialized();
+  rokInitialize<&ServicePolicySm::handleInitialized>();
 }
 
 Velmo::String ServicePolicySm::pmapName() const {

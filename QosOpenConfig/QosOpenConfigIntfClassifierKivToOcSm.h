@@ -165,9 +165,19 @@ class InterfaceClassifierKivToOcSm final : public Rok::StateMachine<InterfaceCla
   InterfaceToNames namesByInterface_;
 };
 
+// ===== Factories. Each returns when its whole tree is built and the output is in line.
+//
+// What a factory says a machine is deaf without may be null: the machine then does nothing, for
+// good (Rok/StateMachine.h). All that it requires must be there.
+
+// Deaf without cliConfig. Requires: interfacesDir, and that nothing else writes an interface's
+// `input` there while the root lives: an index of the root follows what the root wrote.
+// Throws: MutatorReinstantiatingException for two service policies of one policy map.
 QOS_EXPORT Rok::Ptr<InterfaceClassifierKivToOcSm> interfaceClassifierKivToOcSmFactory(
     const Rok::Ptr<Qos::Input::Config const>& cliConfig,
     const Rok::Ptr<Config::InterfacesDir>& interfacesDir);
+// Deaf without servicePolicyConfig. Requires: interfacesDir, intfClassifierKivToOcSm, which
+// outlives the machine, and that nothing else writes an interface's `input` while that root lives.
 QOS_EXPORT Rok::Ptr<ServicePolicySm> servicePolicySmFactory(
     const Rok::Ptr<Qos::ServicePolicyConfig const>& servicePolicyConfig,
     const Rok::Ptr<Config::InterfacesDir>& interfacesDir,

@@ -34,7 +34,7 @@ Rok::Ptr<PfcKivToOCSm> PfcKivToOCSm::PfcKivToOCSmIs(
 PfcKivToOCSm::PfcKivToOCSm(const Rok::Ptr<Qos::Input::Config const>& cliConfig,
                            const Rok::Ptr<Config::Pfc>& pfcConfig)
     : cliConfig_(*this, cliConfig), pfcConfig_(pfcConfig) {
-  handleInitialized();
+  rokInitialize<&PfcKivToOCSm::handleInitialized>();
 }
 
 void PfcKivToOCSm::handlePfcWatchdogConfig() {
@@ -70,7 +70,7 @@ Rok::Ptr<IntfPfcKivToOCSm> IntfPfcKivToOCSm::IntfPfcKivToOCSmIs(
 IntfPfcKivToOCSm::IntfPfcKivToOCSm(const Rok::Ptr<Qos::Input::Config const>& cliConfig,
                                    const Rok::Ptr<Config::InterfacesDir>& interfacesDir)
     : cliConfig_(*this, cliConfig), interfacesDir_(interfacesDir), intfConfigSm_(*this) {
-  handleInitialized();
+  rokInitialize<&IntfPfcKivToOCSm::handleInitialized>();
 }
 
 void IntfPfcKivToOCSm::handleIntfConfig(const Nerit::IntfId& intfId) {
@@ -107,9 +107,7 @@ Rok::Ptr<InterfaceConfigSm> InterfaceConfigSm::InterfaceConfigSmIs(
 InterfaceConfigSm::InterfaceConfigSm(const Rok::Ptr<Qos::IntfConfig const>& intfConfig,
                                      const Rok::Ptr<Config::InterfacesDir>& interfacesDir)
     : intfConfig_(*this, intfConfig), interfacesDir_(interfacesDir), pfcPortConfig_(*this) {
-  if (!intfConfig_) return;
-  handlePfcPortConfig();
-  followPfcPortConfig();
+  rokInitialize<&InterfaceConfigSm::handlePfcPortConfig, &InterfaceConfigSm::followPfcPortConfig>();
 }
 
 Nerit::IntfId InterfaceConfigSm::intfId() const {

@@ -31,7 +31,6 @@ class PfcKivToOCSm final : public Rok::StateMachine<PfcKivToOCSm> {
     return std::tuple{Rok::Argument{"cliConfig", &PfcKivToOCSm::cliConfig},
                       Rok::Argument{"pfcConfig", &PfcKivToOCSm::pfcConfig}};
   }
-  // Requires: cliConfig, pfcConfig.
   static Rok::Ptr<PfcKivToOCSm> PfcKivToOCSmIs(const Rok::Ptr<Qos::Input::Config const>& cliConfig,
                                                const Rok::Ptr<Config::Pfc>& pfcConfig);
 
@@ -71,7 +70,6 @@ class InterfaceConfigSm final : public Rok::StateMachine<InterfaceConfigSm> {
     return std::tuple{Rok::Argument{"intfConfig", &InterfaceConfigSm::intfConfig},
                       Rok::Argument{"interfacesDir", &InterfaceConfigSm::interfacesDir}};
   }
-  // Requires: interfacesDir.
   static Rok::Ptr<InterfaceConfigSm> InterfaceConfigSmIs(
       const Rok::Ptr<Qos::IntfConfig const>& intfConfig,
       const Rok::Ptr<Config::InterfacesDir>& interfacesDir);
@@ -127,7 +125,6 @@ class IntfPfcKivToOCSm final : public Rok::StateMachine<IntfPfcKivToOCSm> {
       Rok::KeyFunktor<&InterfaceConfigSm::intfConfig, &Qos::IntfConfig::intfId>;
   using IntfConfigSms = Rok::Children<InterfaceConfigSm, 0x76f988dau, IntfConfigSmKeyFunktor>;
 
-  // Requires: cliConfig, interfacesDir.
   static Rok::Ptr<IntfPfcKivToOCSm> IntfPfcKivToOCSmIs(
       const Rok::Ptr<Qos::Input::Config const>& cliConfig,
       const Rok::Ptr<Config::InterfacesDir>& interfacesDir);
@@ -162,13 +159,19 @@ class IntfPfcKivToOCSm final : public Rok::StateMachine<IntfPfcKivToOCSm> {
   IntfConfigSms intfConfigSm_;
 };
 
-// ===== Factories
+// ===== Factories. Each returns when its whole tree is built and the output is in line.
+//
+// What a factory says a machine is deaf without may be null: the machine then does nothing, for
+// good (Rok/StateMachine.h). All that it requires must be there.
 
+// Deaf without cliConfig. Requires: pfcConfig.
 QOS_EXPORT Rok::Ptr<PfcKivToOCSm> pfcKivToOCSmFactory(
     const Rok::Ptr<Qos::Input::Config const>& cliConfig, const Rok::Ptr<Config::Pfc>& pfcConfig);
+// Deaf without cliConfig. Requires: interfacesDir.
 QOS_EXPORT Rok::Ptr<IntfPfcKivToOCSm> intfPfcKivToOCSmFactory(
     const Rok::Ptr<Qos::Input::Config const>& cliConfig,
     const Rok::Ptr<Config::InterfacesDir>& interfacesDir);
+// Deaf without intfConfig. Requires: interfacesDir.
 QOS_EXPORT Rok::Ptr<InterfaceConfigSm> interfaceConfigSmFactory(
     const Rok::Ptr<Qos::IntfConfig const>& intfConfig,
     const Rok::Ptr<Config::InterfacesDir>& interfacesDir);

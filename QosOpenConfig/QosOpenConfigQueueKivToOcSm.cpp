@@ -72,7 +72,7 @@ QueueKivToOcSm::QueueKivToOcSm(const Rok::Ptr<Qos::Input::Config const>& qosCliC
       queuesDir_(queuesDir),
       cliConfig_(cliConfig),
       intfSm_(*this) {
-  handleInitialized();
+  rokInitialize<&QueueKivToOcSm::handleInitialized>();
 }
 
 void QueueKivToOcSm::handleIntfConfig(const Nerit::IntfId& intfId) {
@@ -104,7 +104,7 @@ IntfSm::IntfSm(const Rok::Ptr<Config::QueuesDir>& queuesDir,
       intfConfig_(*this, intfConfig),
       cliConfig_(cliConfig),
       txQueueSm_(*this) {
-  if (intfConfig_) handleInitialized();
+  rokInitialize<&IntfSm::handleInitialized>();
 }
 
 Nerit::IntfId IntfSm::intfId() const {
@@ -149,7 +149,7 @@ TxQueueSm::TxQueueSm(const Nerit::IntfId& intfId, const Rok::Ptr<Config::QueuesD
       txQueueConfig_(*this, txQueueConfig),
       cliConfig_(*this, cliConfig, Helper::commentKey(intfId, txQueue())),
       queueName_(queueNameOf(intfId, txQueue())) {
-  handleInitialized();
+  rokInitialize<&TxQueueSm::handleInitialized>();
 }
 
 Qos::TxQueue TxQueueSm::txQueue() const {

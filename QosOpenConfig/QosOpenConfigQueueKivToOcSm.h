@@ -35,8 +35,6 @@ class TxQueueSm final : public Rok::StateMachine<TxQueueSm> {
                       Rok::Argument{"txQueueConfig", &TxQueueSm::txQueueConfig},
                       Rok::Argument{"cliConfig", &TxQueueSm::cliConfig}};
   }
-  // Requires: queuesDir, txQueueConfig, cliConfig.
-  // Throws: RangeException for settings that the queue can't hold; what was written before stays.
   static Rok::Ptr<TxQueueSm> TxQueueSmIs(const Nerit::IntfId& intfId,
                                          const Rok::Ptr<Config::QueuesDir>& queuesDir,
                                          const Rok::Ptr<Qos::TxQueueConfig const>& txQueueConfig,
@@ -163,8 +161,6 @@ class QueueKivToOcSm final : public Rok::StateMachine<QueueKivToOcSm> {
   using IntfSmKeyFunktor = Rok::KeyFunktor<&IntfSm::intfConfig, &Qos::IntfConfig::intfId>;
   using IntfSms = Rok::Children<IntfSm, 0x4a7484aau, IntfSmKeyFunktor>;
 
-  // Requires: qosCliConfig, queuesDir, cliConfig.
-  // Throws: RangeException for settings that a queue can't hold; what was written before stays.
   static Rok::Ptr<QueueKivToOcSm> QueueKivToOcSmIs(
       const Rok::Ptr<Qos::Input::Config const>& qosCliConfig,
       const Rok::Ptr<Config::QueuesDir>& queuesDir, const Rok::Ptr<Cli::Config const>& cliConfig);
@@ -203,12 +199,21 @@ class QueueKivToOcSm final : public Rok::StateMachine<QueueKivToOcSm> {
   IntfSms intfSm_;
 };
 
+// ===== Factories. Each returns when its whole tree is built and the output is in line.
+//
+// What a factory says a machine is deaf without may be null: the machine then does nothing, for
+// good (Rok/StateMachine.h). All that it requires must be there.
+
+// Deaf without qosCliConfig. Requires: queuesDir, cliConfig.
+// Throws: RangeException for settings that a queue can't hold; what was written before stays.
 QOS_EXPORT Rok::Ptr<QueueKivToOcSm> queueKivToOcSmFactory(
     const Rok::Ptr<Qos::Input::Config const>& qosCliConfig,
     const Rok::Ptr<Config::QueuesDir>& queuesDir, const Rok::Ptr<Cli::Config const>& cliConfig);
+// Deaf without intfConfig. Requires: queuesDir, cliConfig. Throws: as the above.
 QOS_EXPORT Rok::Ptr<IntfSm> intfSmFactory(const Rok::Ptr<Config::QueuesDir>& queuesDir,
                                           const Rok::Ptr<Qos::IntfConfig const>& intfConfig,
                                           const Rok::Ptr<Cli::Config const>& cliConfig);
+// Deaf without txQueueConfig. Requires: queuesDir, cliConfig. Throws: as the above.
 QOS_EXPORT Rok::Ptr<TxQueueSm> txQueueSmFactory(
     const Nerit::IntfId& intfId, const Rok::Ptr<Config::QueuesDir>& queuesDir,
     const Rok::Ptr<Qos::TxQueueConfig const>& txQueueConfig,

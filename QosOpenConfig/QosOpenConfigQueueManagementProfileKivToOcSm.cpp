@@ -94,8 +94,8 @@ QueueManagementProfileKivToOcSm::QueueManagementProfileKivToOcSm(
       intfSm_(*this),
       qosProfileSm_(*this),
       rok_CliConfig_QueueNameToTxQueueIdMapIn_(*this) {
-  handleInitialized();
-  followQueueNameToTxQueueIdMap();
+  rokInitialize<&QueueManagementProfileKivToOcSm::handleInitialized,
+                &QueueManagementProfileKivToOcSm::followQueueNameToTxQueueIdMap>();
 }
 
 void QueueManagementProfileKivToOcSm::followQueueNameToTxQueueIdMap() {
@@ -254,6 +254,7 @@ void QueueManagementProfileKivToOcSm::handleInitialized() {
     line << "QueueManagementProfileKivToOcSm: "
          << "handleInitialized";
   }
+  Helper::requireQueueNames(*cliConfig_);
   // In this order: nothing later writes the attachments of interfaces that were made before the
   // names were known.
   readQueueNames();
@@ -314,9 +315,8 @@ QueueManagementProfileQosProfileSm::QueueManagementProfileQosProfileSm(
       qosProfileConfig_(*this, qosProfileConfig),
       txQueueSm_(*this),
       rok_QosProfileConfig_QosProfileIn_(*this) {
-  if (!qosProfileConfig_) return;
-  handleInitialized();
-  followQosProfile();
+  rokInitialize<&QueueManagementProfileQosProfileSm::handleInitialized,
+                &QueueManagementProfileQosProfileSm::followQosProfile>();
 }
 
 Velmo::String QueueManagementProfileQosProfileSm::profileName() const {
@@ -401,7 +401,7 @@ QueueManagementProfileQosProfileTxQueueSm::QueueManagementProfileQosProfileTxQue
       decodedName_(nameInQMPProfileName(profileName)),
       queueManagementProfilesDir_(queueManagementProfilesDir),
       txQueueConfig_(*this, txQueueConfig) {
-  handleInitialized();
+  rokInitialize<&QueueManagementProfileQosProfileTxQueueSm::handleInitialized>();
 }
 
 Qos::TxQueue QueueManagementProfileQosProfileTxQueueSm::txQueue() const {
@@ -439,7 +439,7 @@ QueueManagementProfileIntfSm::QueueManagementProfileIntfSm(
       interfacesDir_(interfacesDir),
       intfConfig_(*this, intfConfig),
       txQueueSm_(*this) {
-  if (intfConfig_) handleInitialized();
+  rokInitialize<&QueueManagementProfileIntfSm::handleInitialized>();
 }
 
 Nerit::IntfId QueueManagementProfileIntfSm::intfId() const {
@@ -487,7 +487,7 @@ QueueManagementProfileTxQueueSm::QueueManagementProfileTxQueueSm(
       txQueueConfig_(*this, txQueueConfig),
       entry_(root().txQueues(), intfId, txQueue(), *this),
       attachment_(root().commentMemo()) {
-  handleInitialized();
+  rokInitialize<&QueueManagementProfileTxQueueSm::handleInitialized>();
 }
 
 Qos::TxQueue QueueManagementProfileTxQueueSm::txQueue() const {

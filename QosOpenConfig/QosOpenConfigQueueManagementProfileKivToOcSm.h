@@ -67,7 +67,6 @@ class QueueManagementProfileQosProfileTxQueueSm final
         Rok::Argument{"queueManagementProfilesDir", &Self::queueManagementProfilesDir},
         Rok::Argument{"txQueueConfig", &Self::txQueueConfig}};
   }
-  // Requires: profileSm, which outlives the machine. Throws: see handleEcnWredConfig.
   static Rok::Ptr<QueueManagementProfileQosProfileTxQueueSm>
   QueueManagementProfileQosProfileTxQueueSmIs(
       QueueManagementProfileQosProfileSm* profileSm, const Velmo::String& profileName,
@@ -128,8 +127,6 @@ class QueueManagementProfileQosProfileSm final
       Rok::KeyFunktor<&TxQueueSm::txQueueConfig, &Qos::TxQueueConfig::txQueue>;
   using TxQueueSms = Rok::Children<TxQueueSm, 0xd76aa478u, TxQueueSmKeyFunktor>;
 
-  // Requires: queueManagementProfileKivToOcSm, which outlives the machine. Throws: as
-  // handleTxQueueConfig.
   static Rok::Ptr<QueueManagementProfileQosProfileSm> QueueManagementProfileQosProfileSmIs(
       QueueManagementProfileKivToOcSm* queueManagementProfileKivToOcSm,
       const Rok::Ptr<Config::QueueManagementProfilesDir>& queueManagementProfilesDir,
@@ -219,7 +216,6 @@ class QueueManagementProfileTxQueueSm final
   // How the root finds the tx queues that an event is about.
   using TxQueues = Helper::TxQueues<Self, 0xc1bdceeeu, 0xf57c0fafu>;
 
-  // Requires: intfSm, which outlives the machine.
   static Rok::Ptr<QueueManagementProfileTxQueueSm> QueueManagementProfileTxQueueSmIs(
       QueueManagementProfileIntfSm* intfSm, const Nerit::IntfId& intfId,
       const Rok::Ptr<Config::InterfacesDir>& interfacesDir,
@@ -281,7 +277,6 @@ class QueueManagementProfileIntfSm final : public Rok::StateMachine<QueueManagem
       Rok::KeyFunktor<&TxQueueSm::txQueueConfig, &Qos::TxQueueConfig::txQueue>;
   using TxQueueSms = Rok::Children<TxQueueSm, 0x4787c62au, TxQueueSmKeyFunktor>;
 
-  // Requires: queueManagementProfileKivToOcSm, which outlives the machine.
   static Rok::Ptr<QueueManagementProfileIntfSm> QueueManagementProfileIntfSmIs(
       QueueManagementProfileKivToOcSm* queueManagementProfileKivToOcSm,
       const Rok::Ptr<Config::InterfacesDir>& interfacesDir,
@@ -355,8 +350,6 @@ class QueueManagementProfileKivToOcSm final
   using QosProfileSms = Rok::Children<QosProfileSm, 0x242070dbu, QosProfileSmKeyFunktor>;
   using TxQueues = QueueManagementProfileTxQueueSm::TxQueues;
 
-  // Requires: all arguments, and cliConfig with its map of queue names.
-  // Throws: as handleProfileConfig; what was written before stays.
   static Rok::Ptr<QueueManagementProfileKivToOcSm> QueueManagementProfileKivToOcSmIs(
       const Rok::Ptr<Qos::Input::Config const>& cliConfig, const Rok::Ptr<Cli::Config const>& cli,
       const Rok::Ptr<Qos::QosProfileConfigDir const>& qosProfileConfigDir,
@@ -496,25 +489,39 @@ class QueueManagementProfileKivToOcSm final
 };
 
 // ===== Factories. Each returns when its whole tree is built and the output is in line.
+//
+// What a factory says a machine is deaf without may be null: the machine then does nothing, for
+// good (Rok/StateMachine.h). All that it requires must be there.
 
+// Deaf without cliConfig. Requires: all other arguments.
+// Throws: MutatorArgNullPointerException "queueNameToTxQueueIdMap" when the names of queues are not
+// mounted in cliConfig; nothing is written then. RangeException as handleProfileConfig; what was
+// written before stays.
 QOS_EXPORT Rok::Ptr<QueueManagementProfileKivToOcSm> queueManagementProfileKivToOcSmFactory(
     const Rok::Ptr<Qos::Input::Config const>& cliConfig, const Rok::Ptr<Cli::Config const>& cli,
     const Rok::Ptr<Qos::QosProfileConfigDir const>& qosProfileConfigDir,
     const Rok::Ptr<Config::QueueManagementProfilesDir>& queueManagementProfilesDir,
     const Rok::Ptr<Config::InterfacesDir>& interfacesDir);
+// Deaf without qosProfileConfig. Requires: queueManagementProfilesDir, and
+// queueManagementProfileKivToOcSm, which outlives the machine. Throws: as handleTxQueueConfig.
 QOS_EXPORT Rok::Ptr<QueueManagementProfileQosProfileSm> queueManagementProfileQosProfileSmFactory(
     QueueManagementProfileKivToOcSm* queueManagementProfileKivToOcSm,
     const Rok::Ptr<Config::QueueManagementProfilesDir>& queueManagementProfilesDir,
     const Rok::Ptr<Qos::QosProfileConfig const>& qosProfileConfig);
+// Deaf without txQueueConfig. Requires: queueManagementProfilesDir, and profileSm, which outlives
+// the machine. Throws: as handleEcnWredConfig.
 QOS_EXPORT Rok::Ptr<QueueManagementProfileQosProfileTxQueueSm>
 queueManagementProfileQosProfileTxQueueSmFactory(
     QueueManagementProfileQosProfileSm* profileSm, const Velmo::String& profileName,
     const Rok::Ptr<Config::QueueManagementProfilesDir>& queueManagementProfilesDir,
     const Rok::Ptr<Qos::TxQueueConfig const>& txQueueConfig);
+// Deaf without intfConfig. Requires: interfacesDir, and queueManagementProfileKivToOcSm, which
+// outlives the machine.
 QOS_EXPORT Rok::Ptr<QueueManagementProfileIntfSm> queueManagementProfileIntfSmFactory(
     QueueManagementProfileKivToOcSm* queueManagementProfileKivToOcSm,
     const Rok::Ptr<Config::InterfacesDir>& interfacesDir,
     const Rok::Ptr<Qos::IntfConfig const>& intfConfig);
+// Deaf without txQueueConfig. Requires: interfacesDir, and intfSm, which outlives the machine.
 QOS_EXPORT Rok::Ptr<QueueManagementProfileTxQueueSm> queueManagementProfileTxQueueSmFactory(
     QueueManagementProfileIntfSm* intfSm, const Nerit::IntfId& intfId,
     const Rok::Ptr<Config::InterfacesDir>& interfacesDir,

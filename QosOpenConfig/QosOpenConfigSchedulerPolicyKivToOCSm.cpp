@@ -83,11 +83,12 @@ SchedulerPolicyKivToOCSm::SchedulerPolicyKivToOCSm(
       interfacesDir_(interfacesDir),
       intfSm_(*this),
       rok_QosCliConfig_QueueNameToTxQueueIdMapIn_(*this) {
-  handleInitialized();
-  followQueueNameToTxQueueIdMap();
+  rokInitialize<&SchedulerPolicyKivToOCSm::handleInitialized,
+                &SchedulerPolicyKivToOCSm::followQueueNameToTxQueueIdMap>();
 }
 
 void SchedulerPolicyKivToOCSm::followQueueNameToTxQueueIdMap() {
+  if (!qosCliConfig_) return;  // then it is the chained input alone that is missing
   rok_QosCliConfig_QueueNameToTxQueueIdMapInIs(qosCliConfig_->queueNameToTxQueueIdMap());
 }
 
@@ -345,10 +346,15 @@ void SchedulerPolicyKivToOCSm::handleInitialized() {
     line << "SchedulerPolicyKivToOCSm: "
          << "handleInitialized";
   }
-  for (const auto& [intfId, config] : qosCliConfig_->intfConfig()) handleIntfConfig(intfId);
+  mirrorInterfaces();
   for (const auto& [name, profile] : qosProfileConfigDir_->config()) udpateSchedulerPolicies(name);
   sweepPolicies();
   sweepAttachments();
+}
+
+void SchedulerPolicyKivToOCSm::mirrorInterfaces() {
+  if (!qosCliConfig_) return;
+  for (const auto& [intfId, config] : qosCliConfig_->intfConfig()) handleIntfConfig(intfId);
 }
 
 void SchedulerPolicyKivToOCSm::sweepPolicies() {
@@ -395,7 +401,7 @@ SchedulerPolicyIntfSm::SchedulerPolicyIntfSm(
       interfacesDir_(interfacesDir),
       intfConfig_(*this, intfConfig),
       txQueueSm_(*this) {
-  if (intfConfig_) handleInitialized();
+  rokInitialize<&SchedulerPolicyIntfSm::handleInitialized>();
 }
 
 Nerit::IntfId SchedulerPolicyIntfSm::intfId() const {
@@ -443,7 +449,7 @@ SchedulerPolicyTxQueueSm::SchedulerPolicyTxQueueSm(
       txQueueConfig_(*this, txQueueConfig),
       entry_(root().txQueues(), intfId_, txQueue(), *this),
       attachment_(root().commentMemo()) {
-  handleInitialized();
+  rokInitialize<&SchedulerPolicyTxQueueSm::handleInitialized>();
 }
 
 Qos::TxQueue SchedulerPolicyTxQueueSm::txQueue() const {

@@ -57,7 +57,6 @@ class SchedulerPolicyTxQueueSm final : public Rok::StateMachine<SchedulerPolicyT
   // How the root finds the tx queues that an event is about.
   using TxQueues = Helper::TxQueues<SchedulerPolicyTxQueueSm, 0x8a51407du, 0x27d4eb2fu>;
 
-  // Requires: schedulerPolicyIntfSm, which outlives the machine.
   static Rok::Ptr<SchedulerPolicyTxQueueSm> SchedulerPolicyTxQueueSmIs(
       SchedulerPolicyIntfSm* schedulerPolicyIntfSm, const Nerit::IntfId& intfId,
       const Rok::Ptr<Config::SchedulerPoliciesDir>& schedulerPoliciesDir,
@@ -126,7 +125,6 @@ class SchedulerPolicyIntfSm final : public Rok::StateMachine<SchedulerPolicyIntf
       Rok::KeyFunktor<&SchedulerPolicyTxQueueSm::txQueueConfig, &Qos::TxQueueConfig::txQueue>;
   using TxQueueSms = Rok::Children<SchedulerPolicyTxQueueSm, 0x165667b1u, TxQueueSmKeyFunktor>;
 
-  // Requires: schedulerPolicyKivToOCSm, which outlives the machine.
   static Rok::Ptr<SchedulerPolicyIntfSm> SchedulerPolicyIntfSmIs(
       SchedulerPolicyKivToOCSm* schedulerPolicyKivToOCSm,
       const Rok::Ptr<Config::SchedulerPoliciesDir>& schedulerPoliciesDir,
@@ -201,9 +199,6 @@ class SchedulerPolicyKivToOCSm final : public Rok::StateMachine<SchedulerPolicyK
   using TxQueues = SchedulerPolicyTxQueueSm::TxQueues;
   using NameToTxQueueIdMap = Qos::QueueNameToTxQueueIdMap;
 
-  // Requires: all.
-  // Throws: RangeException when a profile's comment has a rate of more than 100 percent; what was
-  // written before stays.
   static Rok::Ptr<SchedulerPolicyKivToOCSm> SchedulerPolicyKivToOCSmIs(
       const Rok::Ptr<Cli::Config const>& cliConfig,
       const Rok::Ptr<Qos::Input::Config const>& qosCliConfig,
@@ -326,6 +321,7 @@ class SchedulerPolicyKivToOCSm final : public Rok::StateMachine<SchedulerPolicyK
   void evaluate(SchedulerPolicyTxQueueSm& queue);
   void noteCutName(const Velmo::String& profileName);
   void updatePolicyOfComment(const Velmo::String& key);
+  void mirrorInterfaces();
   void sweepPolicies();
   void sweepAttachments();
 
@@ -344,19 +340,30 @@ class SchedulerPolicyKivToOCSm final : public Rok::StateMachine<SchedulerPolicyK
   RokRok_QosCliConfig_QueueNameToTxQueueIdMapIn rok_QosCliConfig_QueueNameToTxQueueIdMapIn_;
 };
 
-// ===== Factories
+// ===== Factories. Each returns when its whole tree is built and the output is in line.
+//
+// What a factory says a machine is deaf without may be null: the machine then does nothing, for
+// good (Rok/StateMachine.h). All that it requires must be there.
 
+// Deaf without cliConfig. Requires: qosProfileConfigDir, schedulerPoliciesDir, interfacesDir.
+// Without qosCliConfig there are no interfaces, and the chained input is null.
+// Throws: RangeException when a profile's comment has a rate of more than 100 percent; what was
+// written before stays.
 QOS_EXPORT Rok::Ptr<SchedulerPolicyKivToOCSm> schedulerPolicyKivToOCSmFactory(
     const Rok::Ptr<Cli::Config const>& cliConfig,
     const Rok::Ptr<Qos::Input::Config const>& qosCliConfig,
     const Rok::Ptr<Qos::QosProfileConfigDir const>& qosProfileConfigDir,
     const Rok::Ptr<Config::SchedulerPoliciesDir>& schedulerPoliciesDir,
     const Rok::Ptr<Config::InterfacesDir>& interfacesDir);
+// Deaf without intfConfig. Requires: schedulerPoliciesDir, interfacesDir, and
+// schedulerPolicyKivToOCSm, which outlives the machine.
 QOS_EXPORT Rok::Ptr<SchedulerPolicyIntfSm> schedulerPolicyIntfSmFactory(
     SchedulerPolicyKivToOCSm* schedulerPolicyKivToOCSm,
     const Rok::Ptr<Config::SchedulerPoliciesDir>& schedulerPoliciesDir,
     const Rok::Ptr<Config::InterfacesDir>& interfacesDir,
     const Rok::Ptr<Qos::IntfConfig const>& intfConfig);
+// Deaf without txQueueConfig. Requires: schedulerPoliciesDir, interfacesDir, and
+// schedulerPolicyIntfSm, which outlives the machine.
 QOS_EXPORT Rok::Ptr<SchedulerPolicyTxQueueSm> schedulerPolicyTxQueueSmFactory(
     SchedulerPolicyIntfSm* schedulerPolicyIntfSm, const Nerit::IntfId& intfId,
     const Rok::Ptr<Config::SchedulerPoliciesDir>& schedulerPoliciesDir,

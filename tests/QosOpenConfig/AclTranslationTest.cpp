@@ -400,6 +400,20 @@ TEST_F(AclTranslation, AnEmptySubConfigurationInItsPlaceResetsTheTermAndKeepsIts
   EXPECT_EQ(term("edge-in", "voice"), termOf("voice", Config::TermConditions(), expedited));
 }
 
+TEST(AclConfigSm, WithoutAConfigItIsDeafAndHoldsTheEmptyNameAndTheFirstFamily) {
+  const auto classifiers = Rok::make<Config::ClassifiersDir>();
+  TraceCapture trace({0, 1, 2, 3, 4, 5, 6, 7, 8, 9});
+  const auto sm = aclConfigSmFactory(nullptr, classifiers);
+  ASSERT_NE(sm->aclNameAndType(), nullptr);
+  EXPECT_EQ(sm->aclNameAndType()->aclName(), "");
+  EXPECT_EQ(sm->aclNameAndType()->aclType(), Acl::aclTypeIpv4);
+  EXPECT_TRUE(sm->aclNameAndType()->hasNotificationActive());
+  EXPECT_EQ(sm->aclSubConfigSm(), nullptr);
+  EXPECT_EQ(sm->aclName(), "");
+  EXPECT_EQ(sm->type(), Acl::aclTypeIpv4);
+  EXPECT_THAT(trace.lines(), IsEmpty());
+}
+
 TEST_F(AclTranslation, AnEmptySubConfigurationWithoutATermMakesNone) {
   const auto acl = bare(voiceName);
   acl->aclSubConfigIs(subConfig());

@@ -10,6 +10,7 @@
 
 #include "QosOpenConfig/QosOpenConfigForwardingGroupKivToOcSm.h"
 #include "tests/support/ForwardingDevice.h"
+#include "tests/support/Refusals.h"
 #include "tests/support/TraceCapture.h"
 #include "tests/support/WalkOrder.h"
 
@@ -17,6 +18,7 @@ namespace QosOc::forwardingGroupTest {
 namespace {
 
 using support::ForwardingDevice;
+using support::nullArgument;
 using support::TraceCapture;
 using testing::ElementsAre;
 using testing::EndsWith;
@@ -215,6 +217,25 @@ TEST_F(Expedited, OtherMapsInPlaceOfTheOnesOfTheStartMakeNoDifference) {
   config->queueNameToTxQueueIdMapIs(nullptr);
   lead(5, 1);
   EXPECT_EQ(model(), (Groups{{"expedited", "low"}}));
+}
+
+TEST(ForwardingGroup, WithoutAMapOfNamesNothingIsWrittenOrWatched) {
+  for (const std::string missing : {"queueNameToTxQueueIdMap 134", "forwardingGroupNameToTcMap 133",
+                                    "queueNameToTxQueueIdMap 134 and the other"}) {
+    SCOPED_TRACE(missing);
+    ForwardingDevice device;
+    device.queue("high", 7);
+    device.group("expedited", 5);
+    const bool both = missing.ends_with("the other");
+    if (both || missing.starts_with("queue")) device.config->queueNameToTxQueueIdMapIs(nullptr);
+    if (both || missing.starts_with("forward")) {
+      device.config->forwardingGroupNameToTcMapIs(nullptr);
+    }
+    EXPECT_EQ(nullArgument([&] { device.start(); }), missing.substr(0, missing.find(" and")));
+    EXPECT_EQ(device.model(), Groups{});
+    EXPECT_EQ(device.queues->q().members(), 0u);
+    EXPECT_EQ(device.config->notifieeList()->notifiees(), 0u);
+  }
 }
 
 // A term's action takes the first name of a traffic class; a change of the array reaches the last.

@@ -998,6 +998,39 @@ TEST_F(PolicyMapEvents, AClassHearsOfItsActionsWhileItCatchesUp) {
   EXPECT_EQ(model(), edgeVoice("expedited"));
 }
 
+TEST(PolicyMapActionStart, WithoutTheNamesOfGroupsNothingIsBuiltOrWatched) {
+  PolicyDevice device;
+  device.addClass(edge, voice, 5);
+  device.config->forwardingGroupNameToTcMapIs(nullptr);
+  try {
+    device.start();
+    FAIL() << "nothing thrown";
+  } catch (const Rok::MutatorArgNullPointerException& e) {
+    EXPECT_STREQ(e.what(),
+                 "Qos::Input::Config: argument forwardingGroupNameToTcMap (attribute 133) must not "
+                 "be null");
+    EXPECT_EQ(e.attribute(), "forwardingGroupNameToTcMap");
+    EXPECT_EQ(e.attributeId(), 133u);
+  }
+  EXPECT_EQ(device.model(), ActionModel{});
+  EXPECT_EQ(device.aclConfig->notifieeList()->notifiees(), 0u);
+}
+
+TEST(PolicyMapActionStart, TheNamesOfGroupsAreAskedForAlsoWithoutPolicyMaps) {
+  PolicyDevice device;
+  device.config->forwardingGroupNameToTcMapIs(nullptr);
+  EXPECT_EQ(nullArgument([&] { device.start(); }), "forwardingGroupNameToTcMap 133");
+}
+
+TEST(PolicyMapActionLife, AClassThatSetsATrafficClassNeedsAConfig) {
+  const auto classifiers = Rok::make<Config::ClassifiersDir>();
+  EXPECT_EQ(nullArgument([&] {
+              classActionSmFactory(classAction(voice, 5), "edge-in", v4, "voice", nullptr,
+                                   classifiers, nullptr);
+            }),
+            "cliConfig 134");
+}
+
 TEST(PolicyMapActionLife, WithoutAConfigAClassHasNoChainedInput) {
   const auto classifiers = Rok::make<Config::ClassifiersDir>();
   const auto sm = classActionSmFactory(classAction(voice), "edge-in", v4, "voice", nullptr,

@@ -270,13 +270,25 @@ TEST_F(QueueManagementRoot, AZombieThatIsSwitchedOffAndOnKeepsItsMapOfNames) {
   EXPECT_THAT(trace.lines(), IsEmpty());
 }
 
-// Both are reached without a test: whoever builds a root has them.
-TEST(QueueManagementDeathTest, WithoutAConfigurationOrItsMapOfNamesThereIsNoRoot) {
+TEST(QueueManagementStart, WithoutTheNamesOfQueuesNothingIsBuiltSweptOrWatched) {
   QueueManagementDevice device;
+  device.earlierProfile("stale");
+  const auto before = device.profileModel();
+  device.queue("Ethernet1", unicast(2));
   device.config->queueNameToTxQueueIdMapIs(nullptr);
-  EXPECT_DEATH(device.start(), "");
-  device.config = nullptr;
-  EXPECT_DEATH(device.start(), "");
+  try {
+    device.start();
+    FAIL() << "nothing thrown";
+  } catch (const Rok::MutatorArgNullPointerException& e) {
+    EXPECT_STREQ(e.what(),
+                 "Qos::Input::Config: argument queueNameToTxQueueIdMap (attribute 134) must not be "
+                 "null");
+    EXPECT_EQ(e.attribute(), "queueNameToTxQueueIdMap");
+    EXPECT_EQ(e.attributeId(), 134u);
+  }
+  EXPECT_EQ(device.profileModel(), before);
+  EXPECT_EQ(device.attachmentModel(), AttachmentModel{});
+  EXPECT_EQ(device.config->notifieeList()->notifiees(), 0u);
 }
 
 // ===== QoS profiles

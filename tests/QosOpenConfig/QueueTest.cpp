@@ -949,14 +949,13 @@ TEST(TxQueueSm, TheFactoryWritesAndFollowsWithoutAParent) {
   EXPECT_EQ(device.model(), (QueueModel{{"Ethernet9-unicast-3", "blank"}}));
 }
 
-// Handlers need the config, and a comment with both names keeps the constructor from asking for it.
 TEST(TxQueueSm, WithoutAConfigItIsDeafAndOfTheDefaultTxQueue) {
   QueueDevice device;
-  device.comment(intf, Qos::TxQueue(), both);
   const auto sm = txQueueSmFactory(QueueDevice::id(intf), device.queues, nullptr, device.comments);
   EXPECT_EQ(sm->txQueueConfig(), nullptr);
   EXPECT_EQ(sm->txQueue(), Qos::TxQueue());
   EXPECT_EQ(sm->queueName(), "Ethernet1-unicast-16");
+  device.comment(intf, Qos::TxQueue(), both);
   EXPECT_EQ(device.model(), QueueModel{});
 }
 

@@ -632,14 +632,14 @@ TEST_F(PolicyAttachments, TheInputsReadBack) {
   EXPECT_EQ(txQueueSm->commentKey(), "if-Et1-uc-txq-3");
 }
 
-TEST_F(PolicyAttachments, WithoutAConfigATxQueueIsTheDefaultOneAndReadsItsComment) {
+TEST_F(PolicyAttachments, WithoutAConfigATxQueueIsDeafAndTheDefaultOne) {
   intf("Ethernet1");
   cli->commentIs("if-Et1-uc-txq-16", naming("sp-gold"));
   const auto sm = schedulerPolicyTxQueueSmFactory(machine("Ethernet1").get(), id("Ethernet1"),
                                                   policies, interfaces, nullptr);
   EXPECT_EQ(sm->txQueueConfig(), nullptr);
   EXPECT_EQ(sm->txQueue(), Qos::TxQueue());
-  EXPECT_EQ(attachments(), (AttachmentModel{{"Ethernet1", "sp-gold"}}));
+  EXPECT_EQ(attachments(), AttachmentModel{});
 }
 
 TEST_F(PolicyAttachments, WithoutAConfigAnInterfaceIsDeafAndOfNoName) {

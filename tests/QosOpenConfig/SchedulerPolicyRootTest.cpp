@@ -395,6 +395,20 @@ TEST(SchedulerPolicyStart, AStartWithoutAMapOfNamesFollowsTheFirstOne) {
   EXPECT_EQ(device.root->rok_QosCliConfig_QueueNameToTxQueueIdMapIn(), device.queueNames);
 }
 
+TEST(SchedulerPolicyStart, WithoutAConfigurationThereAreProfilesButNoInterfacesAndNoNames) {
+  SchedulerDevice device;
+  device.profile("sp-gold");
+  device.earlierAttachment("Ethernet1", "sp-gold");
+  device.config = nullptr;
+  device.start();
+  EXPECT_EQ(device.root->qosCliConfig(), nullptr);
+  EXPECT_EQ(device.root->rok_QosCliConfig_QueueNameToTxQueueIdMapIn(), nullptr);
+  EXPECT_EQ(device.model(), (PolicyModel{{"sp-gold", "-"}}));
+  EXPECT_EQ(device.attachments(), (AttachmentModel{{"Ethernet1", "none"}}));
+  device.profile("sp-late");
+  EXPECT_EQ(device.model(), (PolicyModel{{"sp-gold", "-"}, {"sp-late", "-"}}));
+}
+
 TEST_F(SchedulerRoot, AReleasedMapOfNamesIsDeafUntilItIsSetAgain) {
   root->rok_QosCliConfig_QueueNameToTxQueueIdMapInDel();
   TraceCapture trace({2});

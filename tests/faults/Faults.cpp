@@ -155,6 +155,22 @@ void groupNameIs(const Native& native, unsigned char tc) {
 void trafficClassIsTooLarge(const Native& native) { groupNameIs(native, 17); }
 void trafficClassIsRight(const Native& native) { groupNameIs(native, 1); }
 
+void groupNamesAreMissing(const Native& native) {
+  native.qosConfig->forwardingGroupNameToTcMapIs(nullptr);
+}
+void groupNamesAreThere(const Native& native) {
+  native.qosConfig->forwardingGroupNameToTcMapIs(Rok::make<Qos::ForwardingGroupNameToTcMap>());
+  trafficClassIsRight(native);
+}
+void queueNamesAreMissing(const Native& native) {
+  native.qosConfig->queueNameToTxQueueIdMapIs(nullptr);
+}
+void queueNamesAreThere(const Native& native) {
+  const auto names = Rok::make<Qos::QueueNameToTxQueueIdMap>();
+  names->queueNameToTxQueueIdIs(Qos::QueueName{"gold"}, Qos::TxQueueId{3});
+  native.qosConfig->queueNameToTxQueueIdMapIs(names);
+}
+
 void bandwidthIsTooLarge(const Native& native) { txQueue(native).bandwidthIs(Qos::Percent{102}); }
 void bandwidthIsRight(const Native& native) { txQueue(native).bandwidthIs(Qos::Percent{30}); }
 
@@ -284,6 +300,18 @@ const Fault table[] = {
      "range: cannot access index 17 of an array with size 17",
      trafficClassIsTooLarge,
      trafficClassIsRight,
+     nullptr},
+    {"GroupNamesThatAreNotMounted",
+     {"class-action", "forwarding-group"},
+     "null argument: forwardingGroupNameToTcMap",
+     groupNamesAreMissing,
+     groupNamesAreThere,
+     nullptr},
+    {"QueueNamesThatAreNotMounted",
+     {"forwarding-group", "queue-management"},
+     "null argument: queueNameToTxQueueIdMap",
+     queueNamesAreMissing,
+     queueNamesAreThere,
      nullptr},
     {"ABandwidthAbove100",
      {"queue"},
