@@ -200,7 +200,8 @@ void SchedulerPolicyKivToOCSm::addInput(Config::Scheduler& scheduler,
 // ===== SchedulerPolicyKivToOCSm: attachments
 
 // Deliberate: an interface has one policy and a comment for each tx queue, so every evaluation of
-// a tx queue decides for the whole interface, and the last one stands.
+// a tx queue decides for the whole interface, and the last one stands: at a start the last in the
+// walk over the tx queues, whose order is unspecified, and afterwards that of the last event.
 void SchedulerPolicyKivToOCSm::udpateIntfSchedulerPolicies(const Nerit::IntfId& intfId,
                                                            const Qos::TxQueue& txQueue) {
   Helper::Attachment attachment(commentMemo_);

@@ -16,7 +16,8 @@ struct QOS_EXPORT HashHelper {
   static constexpr std::uint32_t hashSeed32() { return 0x9d7c3f21u; }
 
   // The process-wide walk-order seed, 0 at start. Collections that are filled while another seed is
-  // in force are walked in another order. For tests: no result may depend on it.
+  // in force are walked in another order. For tests: results that may depend on it are few, and
+  // docs/framework.md lists them.
   static std::uint32_t orderSeed() { return orderSeed_; }
   static void orderSeedIs(std::uint32_t seed) { orderSeed_ = seed; }
 

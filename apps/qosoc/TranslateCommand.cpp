@@ -37,7 +37,8 @@ it. Then each change of the native side changes only what it concerns.
                      forwarding-group, queue, pfc, interface-pfc, queue-management, scheduler-policy
   --trace LEVEL,...  write the trace lines of these levels (0 to 9) to standard error
   --order-seed N     walk every hash collection in another order: the output stays the same, unless
-                     a root or a handler raises
+                     several native objects write one thing (as the tx queues of an interface do
+                     that name different scheduler policies), or a root or a handler raises
 
   $ cat router.json
   {"class-maps": {"qos": {"__yang_[edge-in]_[]": {"match": ["ip-access-group"]}}}}
