@@ -1,7 +1,6 @@
 // OVERVIEW: what stands at the ends of the OpenConfig document. Each record has one table of its
 // leaves, as data: the path below the record, the YANG type, how to read the leaf from the record.
-// Whoever prints, compares or looks up leaves goes by these tables, and by RecordKind.h, which
-// knows the way to the records.
+// The document is written from these tables, along the kinds of records in RecordKind.h.
 //
 // RULES
 // - Rows stand in the order of their paths, container by container: in that order they are printed.

@@ -1,11 +1,10 @@
-// OVERVIEW: the way to the records of an output model, for whoever doesn't know their types. One
+// OVERVIEW: the way to the records of an output model, for code that doesn't know their types. One
 // `RecordKind` for each record that has a table of leaves: where it stands in the OpenConfig tree,
 // how its entries are walked and found, and its leaves.
 //
 // RULES
-// - A kind is the entries of a list, or a container without a key, below an entry of its parent.
-// The
-//   outermost ones hang below /qos, and their holder is the Model.
+// - A kind is the entries of a list, or a container without a key, below an entry of its parent. An
+//   outermost kind stands below /qos, and its holder is the Model.
 // - A `const void*` is a holder, an entry or a record: an entry comes from `each` or `find`, is the
 //   holder for the kind's children, and gives its record by `record`.
 // - Children stand in the order of their paths.

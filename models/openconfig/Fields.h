@@ -1,10 +1,9 @@
-// OVERVIEW: a record says once what its fields are called, and everything that goes through them
-// follows: `operator<<` here, and whatever else reads or writes records by name.
+// OVERVIEW: a record says once what its fields are called. All that goes through the fields
+// follows: `operator<<` here, and the formats that read or write records by name.
 //
 // RULES
-// - `fields()` names the fields in the order in which they print, in the spelling of the members.
-// Who
-//   needs another spelling makes it of that one.
+// - `fields()` names the fields in the order in which they print, as the members are spelt. Another
+//   spelling ("strict-priority") is derived from that one.
 // - The field that is the record's key in its collection is a `KeyField`.
 // - What only wraps something else gives `Wrapped` instead of a tuple: it looks like the other.
 //
