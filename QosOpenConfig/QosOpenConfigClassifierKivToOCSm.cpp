@@ -430,8 +430,8 @@ AclConfigSm::AclConfigSm(const Rok::Ptr<Acl::AclConfig const>& aclConfig,
                          const Rok::Ptr<Config::ClassifiersDir>& classifierDir)
     : aclConfig_(*this, aclConfig), classifierDir_(classifierDir), aclSubConfigSm_(*this) {
   rokInitialize<&AclConfigSm::handleInitialized>();
-  // All that a deaf machine does.
-  if (!aclNameAndType_) makeNameAndType();
+  // A machine without its ACL has its name and type all the same.
+  if (!aclConfig_) makeNameAndType();
 }
 
 Acl::AclType AclConfigSm::type() const { return aclConfig_ ? aclConfig_->type() : Acl::AclType(); }

@@ -826,9 +826,8 @@ class ClassActionKivToOcSm final : public Rok::StateMachine<ClassActionKivToOcSm
 
 // ===== Factories. Each returns when its whole tree is built and the output is in line.
 //
-// What a factory says a machine is deaf without may be null: the machine then does nothing, for
-// good (Rok/StateMachine.h), but that an AclConfigSm has its AclNameAndType all the same. All that
-// it requires must be there.
+// The argument named after "Deaf without" may be null: the machine then does nothing, for good,
+// except that an AclConfigSm has its AclNameAndType all the same. What is required must be there.
 
 // Deaf without qosAclConfig. Requires: classifierDir.
 // Throws: MutatorArgNullPointerException "cmapTypeConfig" when there is no mapQos entry.
@@ -881,8 +880,9 @@ QOS_EXPORT Rok::Ptr<PmapConfigSm> pmapConfigSmFactory(
     const Rok::Ptr<Qos::PolicyMapConfig const>& pmapConfig, const Velmo::String& ipv4ClassifierName,
     const Velmo::String& ipv6ClassifierName, const Rok::Ptr<Qos::Input::Config const>& cliConfig,
     const Rok::Ptr<Config::ClassifiersDir>& classifierDir);
-// Deaf without classAction. Requires: classifierDir, and that pmapConfigSm, if there is one,
-// outlives the machine. Without cliConfig the chained input is null.
+// Deaf without classAction. Requires: classifierDir; in cliConfig, where there is one, its
+// forwardingGroupNameToTcMap; and that pmapConfigSm, if there is one, outlives the machine. Without
+// cliConfig the chained input is null.
 // Throws: MutatorArgNullPointerException "cliConfig" for a class that sets a traffic class, when
 // cliConfig is null.
 QOS_EXPORT Rok::Ptr<ClassActionSm> classActionSmFactory(

@@ -84,8 +84,8 @@ class ForwardingGroupKivToOcSm final : public Rok::StateMachine<ForwardingGroupK
 
 // ===== The factory. It returns when the names are read and the output is in line.
 //
-// What it says the machine is deaf without may be null: the machine then does nothing, for good
-// (Rok/StateMachine.h). All that it requires must be there.
+// The argument named after "Deaf without" may be null: the machine then does nothing, for good.
+// What is required must be there.
 
 // Deaf without cliConfig. Requires: forwardingGroupConfigDir, queuesDir.
 // Throws: MutatorArgNullPointerException "queueNameToTxQueueIdMap" or "forwardingGroupNameToTcMap"

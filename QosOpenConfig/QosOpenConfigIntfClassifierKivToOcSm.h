@@ -167,8 +167,8 @@ class InterfaceClassifierKivToOcSm final : public Rok::StateMachine<InterfaceCla
 
 // ===== Factories. Each returns when its whole tree is built and the output is in line.
 //
-// What a factory says a machine is deaf without may be null: the machine then does nothing, for
-// good (Rok/StateMachine.h). All that it requires must be there.
+// The argument named after "Deaf without" may be null: the machine then does nothing, for good.
+// What is required must be there.
 
 // Deaf without cliConfig. Requires: interfacesDir, and that nothing else writes an interface's
 // `input` there while the root lives: an index of the root follows what the root wrote.

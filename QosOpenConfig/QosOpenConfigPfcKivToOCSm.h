@@ -161,8 +161,8 @@ class IntfPfcKivToOCSm final : public Rok::StateMachine<IntfPfcKivToOCSm> {
 
 // ===== Factories. Each returns when its whole tree is built and the output is in line.
 //
-// What a factory says a machine is deaf without may be null: the machine then does nothing, for
-// good (Rok/StateMachine.h). All that it requires must be there.
+// The argument named after "Deaf without" may be null: the machine then does nothing, for good.
+// What is required must be there.
 
 // Deaf without cliConfig. Requires: pfcConfig.
 QOS_EXPORT Rok::Ptr<PfcKivToOCSm> pfcKivToOCSmFactory(

@@ -172,7 +172,7 @@ bool TxQueueSm::namesPolicy(const Velmo::String& comment) {
 
 // A comment that goes from a profile to a policy alone clears `config` and doesn't bring the ECN
 // settings back, and the other way round: only a comment that names neither does. What was cleared
-// returns with its next change. Deliberate.
+// returns with its next change, as the code that writes comments expects.
 void TxQueueSm::handleComment(const Velmo::String& key) {
   if (key != cliConfig_.key()) return;
   if (Rok::TraceHelper line{traceHandle, handler}) {
@@ -250,8 +250,9 @@ void TxQueueSm::handleQueueConfig() {
         Config::QueueConfig(q->ecnConfig ? queueName_ : Velmo::String());
   } else {
     // A queue that is missing is not made here, as it is above: the record of the empty name is
-    // written in its stead. Deliberate. It happens when nothing is configured and the comment names
-    // a profile alone, which kept the queue from being made.
+    // written in its stead. That is meant; documents leave out an entry without a name. It happens
+    // when nothing is configured and the comment names a profile alone, which kept the queue from
+    // being made.
     queuesDir_->qIs(Config::Queue());
   }
 }

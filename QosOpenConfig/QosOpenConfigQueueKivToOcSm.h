@@ -201,8 +201,8 @@ class QueueKivToOcSm final : public Rok::StateMachine<QueueKivToOcSm> {
 
 // ===== Factories. Each returns when its whole tree is built and the output is in line.
 //
-// What a factory says a machine is deaf without may be null: the machine then does nothing, for
-// good (Rok/StateMachine.h). All that it requires must be there.
+// The argument named after "Deaf without" may be null: the machine then does nothing, for good.
+// What is required must be there.
 
 // Deaf without qosCliConfig. Requires: queuesDir, cliConfig.
 // Throws: RangeException for settings that a queue can't hold; what was written before stays.

@@ -490,8 +490,8 @@ class QueueManagementProfileKivToOcSm final
 
 // ===== Factories. Each returns when its whole tree is built and the output is in line.
 //
-// What a factory says a machine is deaf without may be null: the machine then does nothing, for
-// good (Rok/StateMachine.h). All that it requires must be there.
+// The argument named after "Deaf without" may be null: the machine then does nothing, for good.
+// What is required must be there.
 
 // Deaf without cliConfig. Requires: all other arguments.
 // Throws: MutatorArgNullPointerException "queueNameToTxQueueIdMap" when the names of queues are not

@@ -199,9 +199,10 @@ void SchedulerPolicyKivToOCSm::addInput(Config::Scheduler& scheduler,
 
 // ===== SchedulerPolicyKivToOCSm: attachments
 
-// Deliberate: an interface has one policy and a comment for each tx queue, so every evaluation of
-// a tx queue decides for the whole interface, and the last one stands: at a start the last in the
-// walk over the tx queues, whose order is unspecified, and afterwards that of the last event.
+// An interface has one policy and a comment for each tx queue, so every evaluation of a tx queue
+// decides for the whole interface, and the last one stands: at a start the last in the walk over
+// the tx queues, whose order is unspecified, and afterwards the last one of the last event. Devices
+// whose tx queues disagree rely on nothing else.
 void SchedulerPolicyKivToOCSm::udpateIntfSchedulerPolicies(const Nerit::IntfId& intfId,
                                                            const Qos::TxQueue& txQueue) {
   Helper::Attachment attachment(commentMemo_);

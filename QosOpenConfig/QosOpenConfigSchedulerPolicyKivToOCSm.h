@@ -342,8 +342,8 @@ class SchedulerPolicyKivToOCSm final : public Rok::StateMachine<SchedulerPolicyK
 
 // ===== Factories. Each returns when its whole tree is built and the output is in line.
 //
-// What a factory says a machine is deaf without may be null: the machine then does nothing, for
-// good (Rok/StateMachine.h). All that it requires must be there.
+// The argument named after "Deaf without" may be null: the machine then does nothing, for good.
+// What is required must be there.
 
 // Deaf without cliConfig. Requires: qosProfileConfigDir, schedulerPoliciesDir, interfacesDir.
 // Without qosCliConfig there are no interfaces, and the chained input is null.

@@ -19,7 +19,7 @@
 //   - A range-based for walks by the safe iterator. It binds references to the key and the value in
 //     the node, so both stay readable to the end of the loop body, whatever that does, and a value
 //     that is replaced reads as the new one. A key inside a value that is a pointer (Hm2018NII)
-//     stands in the object pointed to: whoever puts another object into the node copies it before.
+//     stands in the object pointed to: it dangles once the body puts another object into the node.
 //     The map must be there when the walk begins, not longer.
 //   - version() moves with every structural change: insert, delete, clear, assignment. No two
 //     states of any two maps have the same version, but that of a map which never had an entry is

@@ -10,10 +10,10 @@
 //   registered. Watches are live from their construction; the state machine's own flag comes on
 //   after its constructor. Children made meanwhile are on already.
 //
-//   Deafness. The first argument of the type Ptr<... const>, watched or not, is what a machine is
-//   about. Where it is null, the machine is legal and does nothing: rokInitialize runs none of its
-//   steps, and no watch calls a handler, whatever its own input tells. It stays so for good. Which
-//   other arguments may be null each factory says.
+//   Deafness. The first argument whose getter gives a Ptr<... const>, watched or not, is what a
+//   machine is about. Where it is null, the machine is legal and does nothing: rokInitialize runs
+//   none of its steps, and no watch calls a handler, whatever its own input tells. It stays so for
+//   good. Which other arguments may be null each factory says.
 //
 //   Teardown. When the last reference goes, before any member is destroyed: the machine and its
 //   watches become zombies, the watches forget their owner, the children are released. Nothing of
@@ -40,8 +40,8 @@
 //    public:
 //     static constexpr std::string_view rokTypeName = "PortSm";
 //     static constexpr auto rokArguments() {
-//       return std::tuple{Rok::Argument{"port", &PortSm::port}, Rok::Argument{"log",
-//       &PortSm::log}};
+//       return std::tuple{Rok::Argument{"port", &PortSm::port},
+//                         Rok::Argument{"log", &PortSm::log}};
 //     }
 //     Rok::Ptr<Port const> port() const { return port_.ptr(); }
 //     const Rok::Ptr<Log>& log() const { return log_; }
@@ -106,8 +106,9 @@ struct OnEvenZombie : On<attribute, handler> {
 };
 
 // A reaction to the input itself: when the watch is bound to another object, call `handler`, after
-// the object is set and before the watch registers with it. Few inputs want this; most state
-// machines are to read a new object only when something in it changes.
+// the object is set and before the watch registers with it. It is for inputs that are bound later,
+// not for constructor arguments. Few want it; most state machines are to read a new object only
+// when something in it changes.
 template <auto handler>
 struct OnBound {
   static constexpr AttributeId id = 0;  // of no attribute

@@ -141,7 +141,7 @@ class Terms final : public Rok::PtrInterface {
     return node->value();
   }
   // What a term that was found or made here holds beside its id, to be written in place.
-  // Requires: the term is still there.
+  // Requires: the term is still there. (The map isn't const, only the view of it that readers get.)
   TermContent& termContent(const Term& term) { return const_cast<Term&>(term); }
   // Removes a term and gives it back; a default Term when there was none.
   Term termDel(const Rok::String& id) {

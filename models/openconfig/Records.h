@@ -30,6 +30,7 @@ class RecordMap {
   // What a record that was found here holds beside its key, to be written in place. A writer that
   // could reach the key would file the record under a wrong one. Requires: it is still there.
   auto& content(const Record& found) {
+    // The map isn't const, only the view of it that readers get.
     typename Record::Content& content = const_cast<Record&>(found);
     return content;
   }

@@ -955,7 +955,10 @@ TEST(TxQueueSm, WithoutAConfigItIsDeafAndOfTheDefaultTxQueue) {
   EXPECT_EQ(sm->txQueueConfig(), nullptr);
   EXPECT_EQ(sm->txQueue(), Qos::TxQueue());
   EXPECT_EQ(sm->queueName(), "Ethernet1-unicast-16");
-  device.comment(intf, Qos::TxQueue(), both);
+  // A text that makes a machine that hears it read its settings.
+  const support::TraceCapture trace({0, 2, 8, 9});
+  device.comment(intf, Qos::TxQueue(), "uplink");
+  EXPECT_THAT(trace.lines(), testing::IsEmpty());
   EXPECT_EQ(device.model(), QueueModel{});
 }
 
@@ -1244,6 +1247,14 @@ TEST_F(Queues, EachReadingOfTheOwnCommentTracesItsKeyAsDetail) {
               ElementsAre(commentTrace, ofKey, "2 Comment not found, Updating the config",
                           entry("handleTxQueueEcnConfig"), ofKey, entry("handleQueueConfig"), ofKey,
                           nothingSet));
+}
+
+TEST(QueueTrace, AStartTracesTheKeyOfTheCommentForEachOfItsTwoReadingsAlone) {
+  QueueDevice device;
+  device.add(intf, uc3);
+  TraceCapture trace({9});
+  device.start();
+  EXPECT_THAT(trace.linesWithoutAddresses(), ElementsAre(ofKey, ofKey));
 }
 
 TEST_F(Queues, TheKeyOfAnotherQueueTracesNothingAtAnyLevel) {
