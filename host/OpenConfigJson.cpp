@@ -20,11 +20,11 @@ class Containers {
  public:
   explicit Containers(JsonWriter& out) : out_(out) {}
 
-  // Opens those of a path below others, and closes what is no part of it. Returns the path's last
+  // Opens those of a prefix and a path, and closes what is no part of it. Returns the path's last
   // name.
-  std::string_view moveTo(std::string_view path, std::string_view below = {}) {
+  std::string_view moveTo(std::string_view path, std::string_view prefix = {}) {
     std::size_t depth = 0;
-    while (!below.empty()) open(depth++, takeName(below));
+    while (!prefix.empty()) open(depth++, takeName(prefix));
     std::string_view name = takeName(path);
     for (; !path.empty(); name = takeName(path)) open(depth++, name);
     closeTo(depth);
@@ -112,17 +112,17 @@ class Document {
     }
   }
 
-  struct LeafPlace {
+  struct Current {
     const RecordKind* kind;
     const void* record;
     std::size_t leaf;
   };
-  void leaf(const LeafPlace& at, std::string_view below, Containers& around) {
+  void leaf(const Current& at, std::string_view prefix, Containers& around) {
     at_ = at;
     const auto& [path, type] = at.kind->leaves[at.leaf];
     const LeafValue value = at.kind->read(at.record, at.leaf, keys_, faults_);
     if (isAbsent(value)) return;
-    out_.key(around.moveTo(path, below));
+    out_.key(around.moveTo(path, prefix));
     writeLeaf(out_, type, value);
   }
 
@@ -153,7 +153,7 @@ class Document {
   const OpenConfigJson::Warn& warn_;
   Faults faults_;
   Keys keys_;
-  LeafPlace at_{};
+  Current at_{};  // what `faults_` hears about
 };
 
 }  // namespace

@@ -17,7 +17,7 @@ struct Section {
   Schema schema;
   // The section's place over the native objects, which outlive it.
   std::function<std::unique_ptr<Place>(const Native& native)> place;
-  // Puts in what a value holds, or another object with it where the section is one as a whole.
+  // Puts the entries of a value into what is mounted. A section that is one object is replaced.
   std::function<void(const Native& native, const Value& value, Writes& writes)> put;
 };
 

@@ -2,8 +2,8 @@
 // Records and objects of the output model name their own fields (models/openconfig/Fields.h), so
 // all that is told here is told once for a kind of value:
 //
-//   Codec<QueueConfig>::write(out, config);  //
-//   {"bandwidth":null,"name":"q","strict-priority":true}
+//   Codec<QueueConfig>::write(out, config);
+//   // {"bandwidth":null,"name":"q","strict-priority":true}
 //
 // A member has the name of its field with hyphens; members are printed in the order of their names.
 #pragma once
@@ -116,7 +116,10 @@ struct Codec<Velmo::ByteVector> {
 
 namespace fields {
 
-using namespace QosOc::Config;
+using QosOc::Config::Attribute;
+using QosOc::Config::Child;
+using QosOc::Config::Field;
+using QosOc::Config::HasFields;
 
 template <class Owner, class Record, class T>
 void read(Owner& owner, const Field<Record, T>& field, const Value& value) {

@@ -18,16 +18,27 @@ bool isYangString(std::string_view text) {
   return true;
 }
 
+std::optional<std::string_view> textOf(const LeafValue& value) {
+  if (const auto* text = std::get_if<std::string_view>(&value)) return *text;
+  if (const auto* made = std::get_if<std::string>(&value)) return *made;
+  return std::nullopt;
+}
+
+std::string shownValue(const LeafValue& value) {
+  if (const auto text = textOf(value)) return quoted(*text);
+  JsonWriter out(Layout::compact);
+  writeLeaf(out, LeafType::uint32, value);
+  return out.take();
+}
+
 void writeLeaf(JsonWriter& out, LeafType type, const LeafValue& value) {
   if (const auto* boolean = std::get_if<bool>(&value)) {
     out.boolean(*boolean);
   } else if (const auto* number = std::get_if<std::uint64_t>(&value)) {
     // RFC 7951 writes numbers of 64 bits as texts.
     type == LeafType::uint64 ? out.text(std::to_string(*number)) : out.number(*number);
-  } else if (const auto* text = std::get_if<std::string_view>(&value)) {
+  } else if (const auto text = textOf(value)) {
     out.text(*text);
-  } else if (const auto* made = std::get_if<std::string>(&value)) {
-    out.text(*made);
   } else {
     out.beginArray();
     for (const unsigned element : std::get<std::vector<unsigned>>(value)) out.number(element);

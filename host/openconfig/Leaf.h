@@ -21,6 +21,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -117,6 +118,7 @@ template <class T>
 constexpr LeafType typeOf() {
   if (std::is_same_v<T, bool>) return LeafType::boolean;
   if (std::is_same_v<T, Rok::String>) return LeafType::string;
+  static_assert(sizeof(T) != 2, "no leaf has 16 bits yet");
   return sizeof(T) == 1 ? LeafType::uint8 : sizeof(T) == 4 ? LeafType::uint32 : LeafType::uint64;
 }
 template <class T>
@@ -168,6 +170,11 @@ inline constexpr EntryKey entryKey;
 // Neither noncharacters nor most control characters.
 bool isYangString(std::string_view text);
 
+// The text that a value is, if it is one.
+std::optional<std::string_view> textOf(const LeafValue& value);
+// A value for a message. Requires: it is there.
+std::string shownValue(const LeafValue& value);
+
 // Writes a value as RFC 7951 has it. Requires: it is there.
 void writeLeaf(JsonWriter& out, LeafType type, const LeafValue& value);
 
@@ -176,14 +183,13 @@ template <class Record>
 LeafValue leafValue(const Leaf<Record>& leaf, const Record& record, const Keys& keys,
                     const Faults& faults) {
   LeafValue value = leaf.source.read(record, keys, faults);
-  const auto* text = std::get_if<std::string_view>(&value);
-  if (text == nullptr) return value;
-  if (text->empty()) return {};
+  const std::optional<std::string_view> text = textOf(value);
+  if (isAbsent(value) || (text && text->empty())) return {};
   if (leaf.when.holds != nullptr && !leaf.when.holds(record)) {
-    faults.leftOut([&] { return quoted(*text) + std::string(leaf.when.otherwise); });
+    faults.leftOut([&] { return shownValue(value) + std::string(leaf.when.otherwise); });
     return {};
   }
-  if (leaf.source.type != LeafType::string || isYangString(*text)) return value;
+  if (!text || leaf.source.type != LeafType::string || isYangString(*text)) return value;
   faults.leftOut([&] { return quoted(*text) + " is a name that YANG strings can't hold"; });
   return {};
 }

@@ -7,7 +7,7 @@
 //   outermost kind stands below /qos, and its holder is the Model.
 // - A `const void*` is a holder, an entry or a record: an entry comes from `each` or `find`, is the
 //   holder for the kind's children, and gives its record by `record`.
-// - Children stand in the order of their paths.
+// - Children stand in the order of their paths. A container has none.
 //
 // EXAMPLE: every term of the model
 //   kinds::classifier.each(&model, [&](std::string_view, auto, const void* classifier) {
@@ -44,7 +44,7 @@ struct RecordKind {
   std::span<const Row> leaves;
 
   void (*walk)(const RecordKind& kind, const void* holder, const Visit& visit);
-  // Null when there is none.
+  // Null when there is none, or none that the document holds.
   const void* (*find)(const void* holder, std::string_view key);
   // Null when the entry is bookkeeping alone.
   const void* (*record)(const void* entry);
@@ -191,7 +191,8 @@ constexpr RecordKind listKind(std::string_view path, std::string_view key,
   kind.find = [](const void* holder, std::string_view text) -> const void* {
     const Dir* dir = Impl::from<steps...>(holder);
     const auto k = KeyText::key(text, static_cast<const MapKey*>(nullptr));
-    const auto* found = dir != nullptr && k ? Impl::mapOf(*dir).find(*k) : nullptr;
+    if (dir == nullptr || !k || text.empty() || !KeyText::misfit(*k, text).empty()) return nullptr;
+    const auto* found = Impl::mapOf(*dir).find(*k);
     return found != nullptr ? reached(*found) : nullptr;
   };
   return kind;

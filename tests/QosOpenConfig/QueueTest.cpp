@@ -956,7 +956,7 @@ TEST(TxQueueSm, WithoutAConfigItIsDeafAndOfTheDefaultTxQueue) {
   EXPECT_EQ(sm->txQueue(), Qos::TxQueue());
   EXPECT_EQ(sm->queueName(), "Ethernet1-unicast-16");
   // A text that makes a machine that hears it read its settings.
-  const support::TraceCapture trace({0, 2, 8, 9});
+  const TraceCapture trace({0, 2, 8});
   device.comment(intf, Qos::TxQueue(), "uplink");
   EXPECT_THAT(trace.lines(), testing::IsEmpty());
   EXPECT_EQ(device.model(), QueueModel{});

@@ -26,6 +26,31 @@ TEST(Leaves, AreWrittenByTheirTypes) {
 }
 
 // The characters on both sides of each border, and none that JSON texts can't carry.
+struct Sample {
+  unsigned char number = 7;
+  bool isOn = false;
+};
+LeafValue number(const Sample& sample, const Keys& /*keys*/, const Faults& /*faults*/) {
+  return std::uint64_t{sample.number};
+}
+
+TEST(Leaves, MayStandOnlyWhenTheirConditionHoldsWhateverTheirType) {
+  const Leaf<Sample> leaf{
+      "n", {LeafType::uint8, number}, nullptr, {[](const Sample& s) { return s.isOn; }, " is off"}};
+  std::string reason;
+  const Faults faults{[&](const std::string& told) { reason = told; }};
+  EXPECT_TRUE(isAbsent(leafValue(leaf, Sample{7, false}, {}, faults)));
+  EXPECT_EQ(reason, "7 is off");
+  EXPECT_EQ(leafValue(leaf, Sample{7, true}, {}, faults), LeafValue(std::uint64_t{7}));
+}
+
+TEST(Leaves, AnEmptyTextIsNoneAlsoOneThatWasMade) {
+  const Leaf<Sample> leaf{"n", {LeafType::decimal64, [](const Sample&, const Keys&, const Faults&) {
+                                  return LeafValue(std::string());
+                                }}};
+  EXPECT_TRUE(isAbsent(leafValue(leaf, Sample(), {}, {})));
+}
+
 TEST(YangStrings, HoldNeitherNoncharactersNorMostControlCharacters) {
   for (const char* held :
        {"", "plain", "\t", "\n", "\r", " ", "\x7f", "\xc2\x80", "\xef\xb7\x8f", "\xef\xb7\xb0",

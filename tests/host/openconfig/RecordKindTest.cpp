@@ -131,6 +131,14 @@ TEST(RecordKinds, EntriesAreFoundByTheKeysOfTheDocument) {
   }
 }
 
+TEST(RecordKinds, WhatTheDocumentDoesNotHoldIsNotFound) {
+  const HostModel built;
+  built.queueIs("");
+  built.queueIs("\x01");
+  EXPECT_EQ(kinds::queue.find(&built.model, ""), nullptr);
+  EXPECT_EQ(kinds::queue.find(&built.model, "\x01"), nullptr);
+}
+
 TEST(RecordKinds, ARecordThatIsBookkeepingAloneIsNone) {
   const HostModel built;
   built.outputQueueIs("blank", "", "");
