@@ -239,7 +239,8 @@ class DeafMachine : public testing::Test {
     house_.model.classifiers->classifierIs("stale")->configIs("stale",
                                                               Classifier::classifierTypeIpv4);
     house_.model.schedulerPolicies->schedulerPolicyIs("stale");
-    house_.model.queueManagementProfiles->queueManagementProfileIs("stale");
+    house_.model.queueManagementProfiles->queueManagementProfileIs(
+        QosOc::Config::QueueManagementProfile("stale"));
   }
 
   House house_;
