@@ -156,8 +156,10 @@ Qos::TxQueue TxQueueSm::txQueue() const {
   return txQueueConfig_ ? txQueueConfig_->txQueue() : Qos::TxQueue();
 }
 
-// The key is computed once, and a trace shows the computing at each reading all the same.
-Velmo::String TxQueueSm::comment() const {
+// The key is computed once, and a trace shows the computing at each reading all the same. With the
+// test of the level the compiler takes this for too much to inline, and then a reading costs a call
+// in place of the test: so it is told to.
+[[gnu::always_inline]] inline Velmo::String TxQueueSm::comment() const {
   if (traceHandle.isOn(detail)) Helper::traceCommentKey(intfId_, txQueue());
   return cliConfig_->comment(cliConfig_.key());
 }
