@@ -27,6 +27,4 @@ target_link_libraries(days PUBLIC translators_headers qos_host_headers qos_host_
   PRIVATE qos_options)
 target_precompile_headers(days PRIVATE <algorithm> <map> <set> <string> <vector> <Rok/Rok.h>
   <host/Value.h>)
-if(QOS_BUILD_TESTS)
-  target_compile_options(days PRIVATE -O2) # it runs long, unlike other tests
-endif()
+set_target_properties(days PROPERTIES UNITY_BUILD ${QOS_UNITY} UNITY_BUILD_BATCH_SIZE 8)

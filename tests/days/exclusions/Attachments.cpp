@@ -100,7 +100,7 @@ bool hasAttachments(const Facts& facts, const std::string& interface) {
                      [](const TxQueue& queue) { return queue.isAttached(); });
 }
 
-constexpr Exclusion table[] = {
+constexpr Exclusion attachmentRows[] = {
     {"an output that outlives what stood in it", +Check::rebuild,
      "Only the going of an interface looks whether its output is empty.",
      [](const Seen& seen) {
@@ -154,6 +154,6 @@ constexpr Exclusion table[] = {
 
 }  // namespace
 
-std::span<const Exclusion> attachmentExclusions() { return table; }
+std::span<const Exclusion> attachmentExclusions() { return attachmentRows; }
 
 }  // namespace days

@@ -49,7 +49,7 @@ bool isMade(const Facts& facts, const std::string& interface) {
   });
 }
 
-constexpr Exclusion table[] = {
+constexpr Exclusion bindingRows[] = {
     {"an interface that nothing makes any more", +Check::rebuild, "An interface, once made, stays.",
      [](const Seen& seen) {
        return seen.isAt({"interfaces", "*"}) && seen.difference.right.empty() &&
@@ -92,6 +92,6 @@ constexpr Exclusion table[] = {
 
 }  // namespace
 
-std::span<const Exclusion> bindingExclusions() { return table; }
+std::span<const Exclusion> bindingExclusions() { return bindingRows; }
 
 }  // namespace days

@@ -286,7 +286,7 @@ bool rulesChanged(const Seen& seen, const std::string& family) {
   });
 }
 
-constexpr Exclusion table[] = {
+constexpr Exclusion classifierRows[] = {
     // ===== Existence
 
     {"a classifier without its placeholder", Check::restart | Check::rebuild,
@@ -496,6 +496,6 @@ constexpr Exclusion table[] = {
 
 }  // namespace
 
-std::span<const Exclusion> classifierExclusions() { return table; }
+std::span<const Exclusion> classifierExclusions() { return classifierRows; }
 
 }  // namespace days

@@ -42,7 +42,7 @@ bool isRenamed(const Facts& facts, const std::string& group) {
   return queueName(facts, id, 0) != queueName(facts, id, facts.now());
 }
 
-constexpr Exclusion table[] = {
+constexpr Exclusion forwardingGroupRows[] = {
     {"a forwarding group named after the start", Check::restart | Check::rebuild,
      "The names are read once.",
      [](const Seen& seen) {
@@ -97,6 +97,6 @@ constexpr Exclusion table[] = {
 
 }  // namespace
 
-std::span<const Exclusion> forwardingGroupExclusions() { return table; }
+std::span<const Exclusion> forwardingGroupExclusions() { return forwardingGroupRows; }
 
 }  // namespace days

@@ -18,7 +18,7 @@ host::Tokens policyComment(const std::string& name) {
 }
 bool isProfile(const Seen& seen) { return seen.isAt({"queue-management-profiles", "*", "**"}); }
 
-constexpr Exclusion table[] = {
+constexpr Exclusion profileRows[] = {
     {"a queue-management profile without the settings of tx queue 0", +Check::rebuild,
      "Only the QoS profile's going removes the record.",
      [](const Seen& seen) {
@@ -62,6 +62,6 @@ constexpr Exclusion table[] = {
 
 }  // namespace
 
-std::span<const Exclusion> profileExclusions() { return table; }
+std::span<const Exclusion> profileExclusions() { return profileRows; }
 
 }  // namespace days

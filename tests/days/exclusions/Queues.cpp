@@ -13,7 +13,7 @@ std::optional<TxQueue> txQueue(const Seen& seen) {
 }
 bool isConfig(const Seen& seen) { return seen.isAt({"queues", "*", "config", "**"}); }
 
-constexpr Exclusion table[] = {
+constexpr Exclusion queueRows[] = {
     {"a queue whose machine raised", Check::order | Check::restart | Check::rebuild,
      "A value that the model refuses leaves the record as it was, and a machine that raises in its "
      "constructor is not there: nobody follows that queue, or that interface.",
@@ -83,6 +83,6 @@ constexpr Exclusion table[] = {
 
 }  // namespace
 
-std::span<const Exclusion> queueExclusions() { return table; }
+std::span<const Exclusion> queueExclusions() { return queueRows; }
 
 }  // namespace days

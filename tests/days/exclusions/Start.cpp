@@ -15,7 +15,7 @@ constexpr std::string_view reason =
     "A factory that raises leaves its root out: what it wrote until then, in the order of its "
     "walk, stands, and nothing follows the native side.";
 
-constexpr Exclusion table[] = {
+constexpr Exclusion startRows[] = {
     {"bindings, when the root of interface classifiers raised", always, reason,
      [](const Seen& seen) {
        return seen.hasRaised("interface-classifier") &&
@@ -47,6 +47,6 @@ constexpr Exclusion table[] = {
 
 }  // namespace
 
-std::span<const Exclusion> startExclusions() { return table; }
+std::span<const Exclusion> startExclusions() { return startRows; }
 
 }  // namespace days
