@@ -7,7 +7,7 @@
 namespace host {
 namespace {
 
-constexpr std::size_t deepest = 16;  // tokens that a message shows
+constexpr std::size_t shownTokens = 16;  // tokens that a message shows
 
 // False when a "~" is followed by anything but 0 and 1.
 bool unescape(std::string_view escaped, std::string& token) {
@@ -54,10 +54,10 @@ std::optional<Tokens> pointerTokens(std::string_view pointer) {
 std::string shownPointer(std::span<const std::string> tokens) {
   if (tokens.empty()) return "(document)";
   std::string pointer;
-  for (const std::string& token : tokens.first(std::min(tokens.size(), deepest))) {
+  for (const std::string& token : tokens.first(std::min(tokens.size(), shownTokens))) {
     pointer += '/' + shown(escape(token));
   }
-  if (tokens.size() > deepest) pointer += "/...";
+  if (tokens.size() > shownTokens) pointer += "/...";
   return pointer;
 }
 

@@ -12,7 +12,6 @@ struct KeyForm<std::uint32_t> : NumberKeyForm<std::uint32_t> {
 
 namespace {
 
-using Acl::AclConfig;
 using Acl::AclSubConfig;
 using Acl::Input::AclTypeConfig;
 using Umb::UniqueId;
@@ -103,8 +102,8 @@ using Ip6Rules = Rules<ip6RuleSettings, all(&AclSubConfig::ip6RuleById),
 // ===== ACLs
 
 template <class Rules>
-constexpr Setting<AclConfig> aclSettings[] = {
-    object<&AclConfig::aclSubConfig, &AclConfig::aclSubConfigIs, Rules>("rules"),
+constexpr Setting<Acl::AclConfig> aclSettings[] = {
+    object<&Acl::AclConfig::aclSubConfig, &Acl::AclConfig::aclSubConfigIs, Rules>("rules"),
 };
 
 template <class Rules>

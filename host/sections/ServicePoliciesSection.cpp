@@ -25,10 +25,11 @@ namespace {
 using Qos::ServicePolicyConfig;
 using Qos::Input::Config;
 
-using Interfaces = Values<all(&ServicePolicyConfig::intfIds), &ServicePolicyConfig::intfIdsIs,
-                          &ServicePolicyConfig::intfIdsDel>;
+using BoundInterfaces = Values<all(&ServicePolicyConfig::intfIds), &ServicePolicyConfig::intfIdsIs,
+                               &ServicePolicyConfig::intfIdsDel>;
 
-constexpr Setting<ServicePolicyConfig> servicePolicySettings[] = {part<Interfaces>("interfaces")};
+constexpr Setting<ServicePolicyConfig> servicePolicySettings[] = {
+    part<BoundInterfaces>("interfaces")};
 
 using ServicePolicies = Objects<all(&Config::servicePolicyConfig), &Config::servicePolicyConfigIs,
                                 &Config::servicePolicyConfigDel, Record<servicePolicySettings>>;
