@@ -34,6 +34,9 @@ struct Field {
   T Record::*place;
   constexpr const T& get(const Record& record) const { return record.*place; }
 };
+// Guides that not every compiler makes for aggregates.
+template <class Record, class T>
+Field(const char*, T Record::*) -> Field<Record, T>;
 template <class Record, class T>
 struct KeyField : Field<Record, T> {
   static constexpr bool isKey = true;
@@ -45,6 +48,8 @@ struct Wrapped {
   static constexpr bool isWrapped = true;
   Only field;
 };
+template <class Only>
+Wrapped(Only) -> Wrapped<Only>;
 
 template <class Record>
 concept HasFields = requires {
@@ -86,12 +91,17 @@ struct Records {
   const Map& (Dir::*map)() const;
   void (Dir::*is)(const Record&);
 };
+template <class Dir, class Map, class Record>
+Records(const Map& (Dir::*)() const, void (Dir::*)(const Record&)) -> Records<Dir, Map, Record>;
 // A directory of objects; `is` creates, or gets, the one of a key.
 template <class Dir, class Map, class Object, class Key>
 struct Objects {
   const Map& (Dir::*map)() const;
   Rok::Ptr<Object> (Dir::*is)(Key);
 };
+template <class Dir, class Map, class Object, class Key>
+Objects(const Map& (Dir::*)() const, Rok::Ptr<Object> (Dir::*)(Key))
+    -> Objects<Dir, Map, Object, Key>;
 
 // What stands behind a pointer or an optional, or the value itself. Null where there is none.
 template <class T>
