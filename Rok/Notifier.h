@@ -59,7 +59,10 @@ struct Attribute {
 // Base class of all observers.
 class QOS_EXPORT PtrInterface::NotifieeConst : public PtrInterface {
  public:
-  NotifieeConst() = default;
+  // `interest` is what the notifiee wants to hear of: one attribute, or one key of one
+  // (NotifieeList::interestIn); 0 is everything. A notifiee of one attribute may be called for
+  // others as well, so its onAttribute tests the id.
+  explicit NotifieeConst(std::uint64_t interest = 0) : interest_(interest) {}
   ~NotifieeConst() override;
 
   void hasNotificationActiveIs(bool v) override;
@@ -79,12 +82,7 @@ class QOS_EXPORT PtrInterface::NotifieeConst : public PtrInterface {
   // Enters the notifier's list, or leaves it. Without a notifier nothing happens.
   void isRegisteredNotifieeIs(bool v) const;
   bool isRegisteredNotifiee() const { return slot_ != unregistered; }
-
-  // What the notifiee wants to hear of: one attribute, or one key of one
-  // (NotifieeList::interestIn). 0 means all. Whoever wants one attribute may be told of others all
-  // the same, and looks. The interest stays the same while the notifiee is registered, so a class
-  // that overrides this ends the registration in its own destructor.
-  virtual std::uint64_t interest() const { return 0; }
+  std::uint64_t interest() const { return interest_; }
 
  private:
   friend class Rok::NotifieeList;
@@ -93,6 +91,7 @@ class QOS_EXPORT PtrInterface::NotifieeConst : public PtrInterface {
 
   mutable std::uint32_t slot_ = unregistered;  // my place in the list; `indexed` by my interest
   Ptr<const PtrInterface> notifier_;
+  std::uint64_t interest_;
 };
 
 // The observers of one notifier. One word while nobody or a single notifiee watches.

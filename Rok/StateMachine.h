@@ -123,13 +123,11 @@ template <class Owner, class Input, class... Reactions>
 class Watch : public PtrInterface::NotifieeConst {
  public:
   // For an input that its owner binds later, through inputIs.
-  explicit Watch(Owner& owner) : owner_(&owner) { owner.rokPartNew(); }
+  explicit Watch(Owner& owner) : Watch(owner, NotifieeList::interestIn(onlyAttribute())) {}
   // For a constructor argument. A null input leaves the watch deaf.
   Watch(Owner& owner, const Ptr<Input const>& input) : Watch(owner) { inputIs(input); }
   Watch(const Watch&) = delete;
   Watch& operator=(const Watch&) = delete;
-  // Leaves the list while the list can still ask for the interest.
-  ~Watch() override { isRegisteredNotifieeIs(false); }
 
   // The input. Requires for -> and *: there is one.
   const Input* get() const { return static_cast<const Input*>(notifier()); }
@@ -165,8 +163,6 @@ class Watch : public PtrInterface::NotifieeConst {
     if (other && !rokMarkedForDeletion() && owner_ != nullptr) (callBound<Reactions>(), ...);
   }
 
-  std::uint64_t interest() const override { return NotifieeList::interestIn(onlyAttribute()); }
-
   void onAttribute(AttributeId id, const void* key) override {
     if (!((Reactions::id == id) || ...) || owner_ == nullptr) return;
     const Ptr<Owner> alive(owner_);
@@ -183,6 +179,11 @@ class Watch : public PtrInterface::NotifieeConst {
   }
   void ownerDel() { owner_ = nullptr; }
   void rokTeardown() {}
+
+ protected:
+  Watch(Owner& owner, std::uint64_t interest) : NotifieeConst(interest), owner_(&owner) {
+    owner.rokPartNew();
+  }
 
  private:
   // Lets go of the input again, unless all of the binding is done.
@@ -237,14 +238,12 @@ class KeyedWatch : public Watch<Owner, Input, Reaction> {
 
   template <class Key>
   KeyedWatch(Owner& owner, const Ptr<Input const>& input, const Key& key)
-      : Base(owner), interest_(NotifieeList::interestIn(Reaction::id, key)), key_(key) {
+      : Base(owner, NotifieeList::interestIn(Reaction::id, key)), key_(key) {
     this->inputIs(input);
   }
   KeyedWatch(const KeyedWatch&) = delete;
   KeyedWatch& operator=(const KeyedWatch&) = delete;
-  ~KeyedWatch() override { this->isRegisteredNotifieeIs(false); }
 
-  std::uint64_t interest() const override { return interest_; }
   const auto& key() const { return key_; }
 
   void onAttribute(AttributeId id, const void* key) override {
@@ -254,7 +253,6 @@ class KeyedWatch : public Watch<Owner, Input, Reaction> {
 
  private:
   using Key = typename Reaction::Key;
-  std::uint64_t interest_;
   Key key_;
 };
 

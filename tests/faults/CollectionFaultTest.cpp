@@ -184,15 +184,10 @@ class Lamp final : public Rok::Notifier {
 // Watches one key, or one attribute.
 class Watcher final : public Rok::PtrInterface::NotifieeConst {
  public:
-  explicit Watcher(std::uint64_t interest) : interest_(interest) {}
-  ~Watcher() override { isRegisteredNotifieeIs(false); }
+  explicit Watcher(std::uint64_t interest) : NotifieeConst(interest) {}
   void onAttribute(Rok::AttributeId /*id*/, const void* /*key*/) override { ++calls; }
-  std::uint64_t interest() const override { return interest_; }
 
   int calls = 0;
-
- private:
-  std::uint64_t interest_;
 };
 
 Rok::Ptr<Watcher> watcher(const Lamp& lamp, std::uint64_t interest) {

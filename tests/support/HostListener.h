@@ -21,7 +21,6 @@ class HostNotifiee final : public Rok::PtrInterface::NotifieeConst {
     hasNotificationActiveIs(true);
     isRegisteredNotifieeIs(true);
   }
-  ~HostNotifiee() override { isRegisteredNotifieeIs(false); }
   void onAttribute(Rok::AttributeId id, const void* key) override { hear_(id, key); }
 
  private:

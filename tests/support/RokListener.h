@@ -53,8 +53,7 @@ class Listener final : public Rok::PtrInterface::NotifieeConst {
   using Reaction = std::function<void(Rok::AttributeId, const void* key)>;
 
   Listener(std::string name, Calls& calls, std::uint64_t interest = 0)
-      : name_(std::move(name)), calls_(calls), interest_(interest) {}
-  ~Listener() override { isRegisteredNotifieeIs(false); }
+      : NotifieeConst(interest), name_(std::move(name)), calls_(calls) {}
 
   const std::string& name() const { return name_; }
   void reactionIs(Reaction reaction) { reaction_ = std::move(reaction); }
@@ -70,7 +69,6 @@ class Listener final : public Rok::PtrInterface::NotifieeConst {
     });
   }
 
-  std::uint64_t interest() const override { return interest_; }
   void onAttribute(Rok::AttributeId id, const void* key) override {
     calls_.push_back(name_);
     if (const Reaction reaction = reaction_) reaction(id, key);
@@ -79,7 +77,6 @@ class Listener final : public Rok::PtrInterface::NotifieeConst {
  private:
   std::string name_;
   Calls& calls_;
-  std::uint64_t interest_;
   Reaction reaction_;
 };
 
