@@ -10,7 +10,7 @@
 #include <type_traits>
 
 #include "Dorpel/Export.h"
-#include "Rok/GenericIfImpl.h"
+#include "Rok/FwkType.h"
 #include "Rok/Ptr.h"
 #include "Velmo/String.h"
 

@@ -1,23 +1,35 @@
-// The generic face of a class: its name and the names of its attributes, as exceptions and traces
-// show them.
+// Generic access to values: code that handles any class asks for a hash here. Classes whose values
+// are never keys have none, and asking for it is the caller's fault.
 #pragma once
 
-#include <span>
+#include <cstdint>
 #include <string_view>
 
-#include "Rok/Ptr.h"
+#include "Dorpel/Export.h"
+#include "Rok/Exceptions.h"
+#include "Rok/Hash.h"
 
 namespace Rok {
 
-// Describes a class. Attribute i has the id firstAttributeId + i.
-struct FwkType {
-  std::string_view name;
-  std::span<const std::string_view> attributes;
+class QOS_EXPORT UnhashableException : public Exception {
+ public:
+  using Exception::Exception;
+  ~UnhashableException() override;
+};
 
-  // The attribute's name, or an empty text for an id that the class does not have.
-  std::string_view attributeName(AttributeId id) const {
-    const auto index = static_cast<std::size_t>(id) - firstAttributeId;
-    return index < attributes.size() ? attributes[index] : std::string_view();
+struct QOS_EXPORT GenericIfImpl {
+  // "values of <typeName> have no hash"
+  [[noreturn]] static void throwUnhashableException(std::string_view typeName);
+
+  // hashSingleAttr for values that have a hash. Throws: UnhashableException for a class without
+  // one, which names itself by rokTypeName.
+  template <class T>
+  static std::uint32_t hash(std::uint32_t seed, const T& value) {
+    if constexpr (requires { hashSingleAttr(seed, value); }) {
+      return hashSingleAttr(seed, value);
+    } else {
+      throwUnhashableException(T::rokTypeName);
+    }
   }
 };
 

@@ -26,7 +26,7 @@
 
 #include <cstdint>
 
-#include "Rok/GenericIfImpl.h"
+#include "Rok/FwkType.h"
 #include "Rok/HashMap2018.h"
 #include "Rok/Ptr.h"
 

@@ -1,6 +1,6 @@
 #include "Rok/Notifier.h"
 
-#include "Rok/GenericIfImpl.h"
+#include "Rok/FwkType.h"
 
 namespace Rok {
 namespace {

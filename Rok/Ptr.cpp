@@ -1,6 +1,6 @@
 #include "Rok/Ptr.h"
 
-#include "Rok/GenericIfImpl.h"
+#include "Rok/FwkType.h"
 #include "Rok/Hash.h"
 
 namespace Rok {

@@ -73,7 +73,7 @@
 #include "Dorpel/Export.h"
 #include "Rok/AllocTrack.h"
 #include "Rok/Exceptions.h"
-#include "Rok/GenericIfImpl.h"
+#include "Rok/FwkType.h"
 #include "Rok/HashMap2018.h"
 #include "Rok/Notifier.h"
 #include "Rok/Ptr.h"

@@ -9,7 +9,7 @@
 #include <type_traits>
 
 #include "QosOpenConfig/QosOpenConfigTypes.h"
-#include "Rok/GenericHash.h"
+#include "Rok/GenericIfImpl.h"
 #include "tests/support/WalkOrder.h"
 
 namespace QosOc::commentTypesTest {

@@ -1,37 +1,30 @@
 #include "Rok/GenericIfImpl.h"
 
-#include <array>
-
-#include "Rok/Notifier.h"
-
 namespace genericIfImplTest {
 namespace {
 
-TEST(GenericIf, AttributesAreNumberedFrom130InDeclarationOrder) {
-  static constexpr std::array<std::string_view, 2> names{"port", "log"};
-  const Rok::FwkType type{"PortSm", names};
-  EXPECT_EQ(Rok::firstAttributeId, 130u);
-  EXPECT_EQ(type.name, "PortSm");
-  EXPECT_EQ(type.attributeName(130), "port");
-  EXPECT_EQ(type.attributeName(131), "log");
+struct Hashable {
+  std::uint32_t number = 0;
+  std::uint32_t hash(std::uint32_t seed) const { return Rok::hashSingleAttr(seed, number); }
+};
+struct Unhashable {
+  static constexpr std::string_view rokTypeName = "Demo::Unhashable";
+};
+
+TEST(GenericIfImpl, AValueWithAHashGivesIt) {
+  EXPECT_EQ(Rok::GenericIfImpl::hash(7, Hashable{3}), Rok::hashSingleAttr(7, 3u));
+  EXPECT_EQ(Rok::GenericIfImpl::hash(7, Velmo::String("edge")),
+            Rok::hashSingleAttr(7, Velmo::String("edge")));
 }
 
-TEST(GenericIf, AnIdThatTheClassDoesNotHaveHasNoName) {
-  static constexpr std::array<std::string_view, 1> names{"port"};
-  const Rok::FwkType type{"PortSm", names};
-  EXPECT_EQ(type.attributeName(131), "");
-  EXPECT_EQ(type.attributeName(129), "");
-  EXPECT_EQ(type.attributeName(0), "");
-}
-
-TEST(GenericIf, TheBaseClassesDescribeThemselves) {
-  struct Plain : Rok::PtrInterface {};
-  struct Deaf : Rok::PtrInterface::NotifieeConst {
-    void onAttribute(Rok::AttributeId /*id*/, const void* /*key*/) override {}
-  };
-  EXPECT_EQ(Rok::make<Plain>()->fwkType().name, "PtrInterface");
-  EXPECT_EQ(Rok::make<Deaf>()->fwkType().name, "NotifieeConst");
-  EXPECT_TRUE(Rok::make<Plain>()->fwkType().attributes.empty());
+TEST(GenericIfImpl, AValueWithoutOneThrowsWithItsClassName) {
+  try {
+    static_cast<void>(Rok::GenericIfImpl::hash(7, Unhashable()));
+    FAIL() << "hashed";
+  } catch (const Rok::UnhashableException& e) {
+    EXPECT_STREQ(e.what(), "values of Demo::Unhashable have no hash");
+  }
+  EXPECT_THROW(Rok::GenericIfImpl::throwUnhashableException("X"), Rok::Exception);
 }
 
 }  // namespace

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "Dorpel/Slab.h"
-#include "Rok/GenericIfImpl.h"
+#include "Rok/FwkType.h"
 
 namespace ptrTest {
 namespace {

@@ -1,4 +1,4 @@
-#include "Rok/GenericHash.h"
+#include "Rok/GenericIfImpl.h"
 
 #include <string>
 
