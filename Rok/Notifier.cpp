@@ -1,6 +1,11 @@
 #include "Rok/Notifier.h"
 
+#include <exception>
+#include <memory>
+#include <vector>
+
 #include "Rok/FwkType.h"
+#include "Rok/HashMap2018.h"
 
 namespace Rok {
 namespace {
@@ -57,8 +62,30 @@ void PtrInterface::NotifieeConst::isRegisteredNotifieeIs(bool v) const {
 // Notifiees of one key always stand in the index, by their interest. Those of one attribute do so
 // in a crowd: for a few, the index would cost more than the calls that it saves.
 struct NotifieeList::Many {
+  struct Errors;
+  struct Turn;
+  struct Room;
   using Index = HashMap2018<Hm2018NEI<0x3b61u, std::uint64_t, NotifieeList>>;
   static constexpr std::uint32_t crowd = 16;
+
+  // These do their work on a list of any size, also on one that has no Many.
+  static Many& manyIs(NotifieeList& list);
+  static bool goesByInterest(const NotifieeList& list, std::uint64_t interest);
+  static void append(NotifieeList& list, const Notifiee& notifiee);
+  static void remove(NotifieeList& list, const Notifiee& notifiee) noexcept;
+  static void compact(NotifieeList& list) noexcept;
+  static void walk(NotifieeList& list, AttributeId id, const void* key, Errors& errors);
+
+  // Requires: the list has a Many.
+  static void dropIfEmpty(NotifieeList& list, std::uint64_t interest) noexcept;
+  static void dropEmptyIndex(NotifieeList& list) noexcept;
+  static void notifyIndexed(NotifieeList& list, AttributeId id, const void* key,
+                            std::uint64_t interest, Errors& errors);
+
+  NotifieeList* at(std::uint64_t interest) const {
+    return interest != 0 && index ? index->find(interest) : nullptr;
+  }
+  void tell(std::size_t end, AttributeId id, const void* key, Errors& errors) const;
 
   std::vector<const Notifiee*> places;
   std::uint32_t live = 0;
@@ -66,15 +93,10 @@ struct NotifieeList::Many {
   std::uint32_t keys = 0;  // notifiees in the index that watch one key
   std::unique_ptr<Index> index;
   Turn* turns = nullptr;
-
-  NotifieeList* at(std::uint64_t interest) const {
-    return interest != 0 && index ? index->find(interest) : nullptr;
-  }
-  void tell(std::size_t end, AttributeId id, const void* key, Errors& errors) const;
 };
 
 // The first exception of a walk.
-struct NotifieeList::Errors {
+struct NotifieeList::Many::Errors {
   std::exception_ptr first;
 
   void keep() {
@@ -107,7 +129,7 @@ void NotifieeList::Many::tell(std::size_t end, AttributeId id, const void* key,
 
 // A list of the index whose turn in a notification is still to come. Who is to be called is settled
 // when the notification begins, and the list stays in place until its turn is over.
-struct NotifieeList::Turn {
+struct NotifieeList::Many::Turn {
   Turn(Many& all, NotifieeList* list)
       : all_(all),
         list_(list),
@@ -129,7 +151,7 @@ struct NotifieeList::Turn {
     if (several_ == nullptr) return false;
     several_->tell(end_, id, key, errors);
     --several_->walks;
-    list_->compact();
+    compact(*list_);
     return list_->empty();
   }
   // A notifiee that has left is not called, also if another one stands at its address by then.
@@ -148,6 +170,131 @@ struct NotifieeList::Turn {
   Turn* next_;
 };
 
+// Takes out again what stands empty because the notifiee for whom it was made didn't get in.
+struct NotifieeList::Many::Room {
+  explicit Room(NotifieeList& madeIn) : list(&madeIn) {}
+  Room(const Room&) = delete;
+  Room& operator=(const Room&) = delete;
+  ~Room() {
+    if (list != nullptr) dropEmptyIndex(*list);
+  }
+  void taken() { list = nullptr; }
+
+  NotifieeList* list;
+};
+
+NotifieeList::Many& NotifieeList::Many::manyIs(NotifieeList& list) {
+  if (Many* many = list.many()) return *many;
+  auto grown = std::make_unique<Many>();
+  if (const Notifiee* first = list.single()) {
+    grown->places.push_back(first);
+    grown->live = 1;
+  }
+  list.word_ = reinterpret_cast<std::uintptr_t>(grown.get()) | 1;
+  return *grown.release();
+}
+
+bool NotifieeList::Many::goesByInterest(const NotifieeList& list, std::uint64_t interest) {
+  if (interest == 0) return false;
+  if (isOfKey(interest)) return true;
+  const Many* many = list.many();
+  return many != nullptr && (many->live >= crowd || many->at(interest) != nullptr);
+}
+
+void NotifieeList::Many::append(NotifieeList& list, const Notifiee& notifiee) {
+  std::uint32_t place = 0;
+  if (list.word_ == 0) {
+    list.word_ = reinterpret_cast<std::uintptr_t>(&notifiee);
+  } else {
+    Many& many = manyIs(list);
+    many.places.push_back(&notifiee);
+    place = static_cast<std::uint32_t>(many.places.size() - 1);
+    ++many.live;
+  }
+  notifiee.slot_ = place;
+}
+
+void NotifieeList::Many::remove(NotifieeList& list, const Notifiee& notifiee) noexcept {
+  if (Many* many = list.many()) {
+    many->places[notifiee.slot_ & ~Notifiee::indexed] = nullptr;
+    --many->live;
+    compact(list);
+  } else {
+    list.word_ = 0;
+  }
+  notifiee.slot_ = Notifiee::unregistered;
+}
+
+void NotifieeList::Many::compact(NotifieeList& list) noexcept {
+  Many* many = list.many();
+  if (many == nullptr || many->walks > 0) return;
+  if (many->live == 0 && !many->index) {
+    delete many;
+    list.word_ = 0;
+    return;
+  }
+  // Half of the places may be empty: so a notifiee's going costs the same whatever their number.
+  if (many->places.size() <= std::size_t{2} * many->live + 4) return;
+  std::size_t kept = 0;
+  for (const Notifiee* notifiee : many->places) {
+    if (notifiee == nullptr) continue;
+    notifiee->slot_ = (notifiee->slot_ & Notifiee::indexed) | static_cast<std::uint32_t>(kept);
+    many->places[kept++] = notifiee;
+  }
+  many->places.resize(kept);
+}
+
+void NotifieeList::Many::walk(NotifieeList& list, AttributeId id, const void* key, Errors& errors) {
+  Many* many = list.many();
+  if (many == nullptr) {
+    // After the call, this list may be gone with the notifiee.
+    if (const Notifiee* notifiee = list.single()) errors.tell(*notifiee, id, key);
+    return;
+  }
+  ++many->walks;
+  many->tell(many->places.size(), id, key, errors);
+  --many->walks;
+  compact(list);
+}
+
+// An interest that nobody has any more leaves the index, unless its list is being walked.
+void NotifieeList::Many::dropIfEmpty(NotifieeList& list, std::uint64_t interest) noexcept {
+  const NotifieeList* ofInterest = list.many()->at(interest);
+  if (ofInterest == nullptr || !ofInterest->empty()) return;
+  list.many()->index->deleteMember(interest);
+  dropEmptyIndex(list);
+}
+
+void NotifieeList::Many::dropEmptyIndex(NotifieeList& list) noexcept {
+  Many* many = list.many();
+  if (many->index && many->index->members() == 0) many->index.reset();
+  compact(list);
+}
+
+// Those that watch whatever happens come first, then those of the attribute, then those of the key.
+// While the walk count is up, this list and its index stay in place, whatever a notifiee does.
+void NotifieeList::Many::notifyIndexed(NotifieeList& list, AttributeId id, const void* key,
+                                       std::uint64_t interest, Errors& errors) {
+  Many& all = *list.many();
+  ++all.walks;
+  bool isEmpty = false;
+  {
+    Turn ofKey(all, all.at(interest));
+    Turn ofAttribute(all, all.at(interestIn(id)));
+    walk(list, id, key, errors);
+    isEmpty = ofAttribute.take(id, key, errors);
+    isEmpty = ofKey.take(id, key, errors) || isEmpty;
+  }
+  --all.walks;
+  if (isEmpty) {
+    dropIfEmpty(list, interestIn(id));
+    if (list.many() != nullptr) dropIfEmpty(list, interest);
+  }
+  if (list.many() != nullptr) compact(list);
+}
+
+// ----- The members
+
 NotifieeList::~NotifieeList() { delete many(); }
 
 std::size_t NotifieeList::notifiees() const {
@@ -162,157 +309,35 @@ std::size_t NotifieeList::notifiees() const {
 
 bool NotifieeList::manyHaveKeys() const { return many()->keys != 0; }
 
-bool NotifieeList::goesByInterest(std::uint64_t interest) const {
-  if (interest == 0) return false;
-  if (isOfKey(interest)) return true;
-  const Many* many = this->many();
-  return many != nullptr && (many->live >= Many::crowd || many->at(interest) != nullptr);
-}
-
-NotifieeList::Many& NotifieeList::manyIs() {
-  if (Many* many = this->many()) return *many;
-  auto grown = std::make_unique<Many>();
-  if (const Notifiee* first = single()) {
-    grown->places.push_back(first);
-    grown->live = 1;
-  }
-  word_ = reinterpret_cast<std::uintptr_t>(grown.get()) | 1;
-  return *grown.release();
-}
-
-void NotifieeList::append(const Notifiee& notifiee) {
-  std::uint32_t place = 0;
-  if (word_ == 0) {
-    word_ = reinterpret_cast<std::uintptr_t>(&notifiee);
-  } else {
-    Many& many = manyIs();
-    many.places.push_back(&notifiee);
-    place = static_cast<std::uint32_t>(many.places.size() - 1);
-    ++many.live;
-  }
-  notifiee.slot_ = place;
-}
-
-void NotifieeList::remove(const Notifiee& notifiee) noexcept {
-  if (Many* many = this->many()) {
-    many->places[notifiee.slot_ & ~Notifiee::indexed] = nullptr;
-    --many->live;
-    compact();
-  } else {
-    word_ = 0;
-  }
-  notifiee.slot_ = Notifiee::unregistered;
-}
-
-// Takes out again what stands empty because the notifiee for whom it was made didn't get in.
-struct NotifieeList::Room {
-  explicit Room(NotifieeList& madeIn) : list(&madeIn) {}
-  Room(const Room&) = delete;
-  Room& operator=(const Room&) = delete;
-  ~Room() {
-    if (list != nullptr) list->dropEmptyIndex();
-  }
-  void taken() { list = nullptr; }
-
-  NotifieeList* list;
-};
-
 void NotifieeList::notifieeNew(const Notifiee& notifiee) {
   const std::uint64_t interest = notifiee.interest();
-  if (!goesByInterest(interest)) return append(notifiee);
-  Many& many = manyIs();
-  Room room(*this);
+  if (!Many::goesByInterest(*this, interest)) return Many::append(*this, notifiee);
+  Many& many = Many::manyIs(*this);
+  Many::Room room(*this);
   if (!many.index) many.index = std::make_unique<Many::Index>();
-  many.index->newMember(interest, NotifieeList()).first->value().append(notifiee);
+  Many::append(many.index->newMember(interest, NotifieeList()).first->value(), notifiee);
   room.taken();
   notifiee.slot_ |= Notifiee::indexed;
   if (isOfKey(interest)) ++many.keys;
 }
 
 void NotifieeList::notifieeDel(const Notifiee& notifiee) noexcept {
-  if ((notifiee.slot_ & Notifiee::indexed) == 0) return remove(notifiee);
+  if ((notifiee.slot_ & Notifiee::indexed) == 0) return Many::remove(*this, notifiee);
   Many& many = *this->many();
   const std::uint64_t interest = notifiee.interest();
-  Turn::forget(many.turns, notifiee);
-  many.index->find(interest)->remove(notifiee);
+  Many::Turn::forget(many.turns, notifiee);
+  Many::remove(*many.index->find(interest), notifiee);
   if (isOfKey(interest)) --many.keys;
-  dropIfEmpty(interest);
-}
-
-// An interest that nobody has any more leaves the index, unless its list is being walked.
-void NotifieeList::dropIfEmpty(std::uint64_t interest) noexcept {
-  const NotifieeList* list = many()->at(interest);
-  if (list == nullptr || !list->empty()) return;
-  many()->index->deleteMember(interest);
-  dropEmptyIndex();
-}
-
-void NotifieeList::dropEmptyIndex() noexcept {
-  Many* many = this->many();
-  if (many->index && many->index->members() == 0) many->index.reset();
-  compact();
-}
-
-void NotifieeList::compact() noexcept {
-  Many* many = this->many();
-  if (many == nullptr || many->walks > 0) return;
-  if (many->live == 0 && !many->index) {
-    delete many;
-    word_ = 0;
-    return;
-  }
-  // Half of the places may be empty: so a notifiee's going costs the same whatever their number.
-  if (many->places.size() <= std::size_t{2} * many->live + 4) return;
-  std::size_t kept = 0;
-  for (const Notifiee* notifiee : many->places) {
-    if (notifiee == nullptr) continue;
-    notifiee->slot_ = (notifiee->slot_ & Notifiee::indexed) | static_cast<std::uint32_t>(kept);
-    many->places[kept++] = notifiee;
-  }
-  many->places.resize(kept);
-}
-
-void NotifieeList::walk(AttributeId id, const void* key, Errors& errors) const {
-  Many* many = this->many();
-  if (many == nullptr) {
-    // After the call, this list may be gone with the notifiee.
-    if (const Notifiee* notifiee = single()) errors.tell(*notifiee, id, key);
-    return;
-  }
-  ++many->walks;
-  many->tell(many->places.size(), id, key, errors);
-  --many->walks;
-  const_cast<NotifieeList*>(this)->compact();
-}
-
-// Those that watch whatever happens come first, then those of the attribute, then those of the key.
-// While the walk count is up, this list and its index stay in place, whatever a notifiee does.
-void NotifieeList::notifyIndexed(AttributeId id, const void* key, std::uint64_t interest,
-                                 Errors& errors) {
-  Many& all = *many();
-  ++all.walks;
-  bool isEmpty = false;
-  {
-    Turn ofKey(all, all.at(interest));
-    Turn ofAttribute(all, all.at(interestIn(id)));
-    walk(id, key, errors);
-    isEmpty = ofAttribute.take(id, key, errors);
-    isEmpty = ofKey.take(id, key, errors) || isEmpty;
-  }
-  --all.walks;
-  if (isEmpty) {
-    dropIfEmpty(interestIn(id));
-    if (many() != nullptr) dropIfEmpty(interest);
-  }
-  if (many() != nullptr) compact();
+  Many::dropIfEmpty(*this, interest);
 }
 
 void NotifieeList::notifySeveral(AttributeId id, const void* key, std::uint64_t interest) const {
-  Errors errors;
+  Many::Errors errors;
+  auto& list = const_cast<NotifieeList&>(*this);
   if (many()->index) {
-    const_cast<NotifieeList*>(this)->notifyIndexed(id, key, interest, errors);
+    Many::notifyIndexed(list, id, key, interest, errors);
   } else {
-    walk(id, key, errors);
+    Many::walk(list, id, key, errors);
   }
   if (errors.first) std::rethrow_exception(errors.first);
 }

@@ -36,14 +36,10 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <exception>
-#include <memory>
 #include <utility>
-#include <vector>
 
 #include "Dorpel/Export.h"
 #include "Rok/Hash.h"
-#include "Rok/HashMap2018.h"
 #include "Rok/OrderedMap.h"
 #include "Rok/Ptr.h"
 
@@ -133,22 +129,12 @@ class QOS_EXPORT NotifieeList {
 
  private:
   struct Many;
-  struct Turn;
-  struct Errors;
-  struct Room;
   Many* many() const { return (word_ & 1) != 0 ? reinterpret_cast<Many*>(word_ - 1) : nullptr; }
   const Notifiee* single() const {
     return (word_ & 1) != 0 ? nullptr : reinterpret_cast<const Notifiee*>(word_);
   }
   bool hasKeys() const { return (word_ & 1) != 0 && manyHaveKeys(); }
   bool manyHaveKeys() const;
-  bool goesByInterest(std::uint64_t interest) const;
-  Many& manyIs();
-  void append(const Notifiee& notifiee);
-  void remove(const Notifiee& notifiee) noexcept;
-  void dropIfEmpty(std::uint64_t interest) noexcept;
-  void dropEmptyIndex() noexcept;
-  void compact() noexcept;
   // To a single notifiee, who is most often the only one, a notification is a mere call.
   void notify(AttributeId id, const void* key, std::uint64_t interest) const {
     if ((word_ & 1) != 0) return notifySeveral(id, key, interest);
@@ -157,8 +143,6 @@ class QOS_EXPORT NotifieeList {
     const_cast<Notifiee*>(notifiee)->onAttribute(id, key);
   }
   void notifySeveral(AttributeId id, const void* key, std::uint64_t interest) const;
-  void notifyIndexed(AttributeId id, const void* key, std::uint64_t interest, Errors& errors);
-  void walk(AttributeId id, const void* key, Errors& errors) const;
 
   std::uintptr_t word_ = 0;  // null, a notifiee, or a Many with the lowest bit set
 };
