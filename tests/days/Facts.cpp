@@ -132,6 +132,11 @@ bool Facts::everRaisedAbout(const Tokens& place) const {
                      [&](const Event& event) { return hasRaised(event, place); });
 }
 
+std::size_t Facts::operations(std::size_t step) const {
+  return static_cast<std::size_t>(std::count_if(
+      events_.begin(), events_.end(), [&](const Event& event) { return event.step == step; }));
+}
+
 bool Facts::hasRaised(const Event& event, const Tokens& place) const {
   return !reports_[event.step].empty() &&
          (isAtOrAbove(event.place, place) || isAtOrAbove(place, event.place));

@@ -54,6 +54,8 @@ class Facts {
   bool raisedAbout(const host::Tokens& place) const;
   // The same at any step, also when what was touched has gone since.
   bool everRaisedAbout(const host::Tokens& place) const;
+  // The number of operations in the line of a step; none at the start.
+  std::size_t operations(std::size_t step) const;
   // What the roots raised at the start.
   const Reports& startReports() const { return reports_[0]; }
 

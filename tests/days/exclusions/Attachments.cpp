@@ -77,12 +77,16 @@ bool namesPolicy(const Facts& facts, const std::string& interface) {
   return std::any_of(queues.begin(), queues.end(),
                      [](const TxQueue& queue) { return !queue.policy().empty(); });
 }
-// Whether the queues of the interface ever disagreed: on a policy, or on whether there is one.
+// Whether the queues of the interface ever disagreed: on a policy, or on whether there is one. They
+// may have between two operations of a line, where some see the comments of before and some those
+// of after.
 bool policiesDisagree(const Facts& facts, const std::string& interface) {
   for (std::size_t step = 0; step <= facts.now(); ++step) {
+    const auto queues = TxQueue::of(facts, interface, step);
     std::set<std::string> policies;
-    for (const TxQueue& queue : TxQueue::of(facts, interface, step)) {
+    for (const TxQueue& queue : queues) {
       policies.insert(queue.policy(step));
+      if (queues.size() > 1 && facts.operations(step) > 1) policies.insert(queue.policy(step - 1));
     }
     if (policies.size() > 1) return true;
   }

@@ -104,6 +104,10 @@ class Classifier {
     });
     return !isMadeAnew && !anyTerm([&](const Classifier& term) { return term.lastMade() > last; });
   }
+  // Whether a class of this term stands of which a machine said that it has another one.
+  bool wasClassRefused() const {
+    return anyPolicyMap([&](const std::string& map) { return facts_.raisedAbout(action(map)); });
+  }
   // Without its placeholder the start's own sweep takes the classifier.
   bool isSweptAtStart() const { return facts_.find(0, placeholder()) == nullptr; }
   std::size_t lastOfAcl() const {
@@ -487,10 +491,11 @@ constexpr Exclusion classifierRows[] = {
      "A class that goes while its classifier has no terms leaves its machine behind, which refuses "
      "the class when it comes back.",
      [](const Seen& seen) {
-       if (!isTerm(seen) && !isActions(seen)) return false;
-       const Classifier term(seen);
-       return term.anyPolicyMap(
-           [&](const std::string& map) { return seen.facts.raisedAbout(term.action(map)); });
+       const Classifier place(seen);
+       if (isTerm(seen) || isActions(seen)) return place.wasClassRefused();
+       // Nor does the class make its classifier then.
+       return seen.isAt({"classifiers", "*"}) && seen.difference.left.empty() &&
+              place.anyTerm([](const Classifier& term) { return term.wasClassRefused(); });
      }},
 };
 

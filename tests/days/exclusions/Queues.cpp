@@ -15,8 +15,9 @@ bool isConfig(const Seen& seen) { return seen.isAt({"queues", "*", "config", "**
 
 constexpr Exclusion queueRows[] = {
     {"a queue whose machine raised", Check::order | Check::restart | Check::rebuild,
-     "A value that the model refuses leaves the record as it was, and a machine that raises in its "
-     "constructor is not there: nobody follows that queue, or that interface.",
+     "A value that the model refuses leaves the record as it was, also when a comment's going has "
+     "the queue read; a machine that raises in its constructor is not there: nothing follows that "
+     "queue, or that interface.",
      [](const Seen& seen) {
        if (!seen.isAt({"queues", "*", "**"})) return false;
        const auto queue = TxQueue::named(seen.facts, seen.key(1));
@@ -26,7 +27,8 @@ constexpr Exclusion queueRows[] = {
        }
        if (!queue) return false;
        // What it wrote before it raised stays, also when the tx queue goes and comes back.
-       return seen.facts.everRaisedAbout(queue->place());
+       return seen.facts.everRaisedAbout(queue->place()) ||
+              seen.facts.everRaisedAbout(queue->commentPlace());
      }},
     {"the record with the empty name", Check::restart | Check::rebuild,
      "It is what a tx queue with nothing configured writes while its comment names a profile alone "
