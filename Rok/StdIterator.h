@@ -4,10 +4,10 @@
 
 #include <cstdint>
 #include <iterator>
-#include <memory>
 #include <utility>
 
-#include "Rok/HashMap2018.h"
+#include "Rok/HashTable.h"
+#include "Rok/Sassert.h"
 
 namespace Rok {
 

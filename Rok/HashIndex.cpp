@@ -1,4 +1,10 @@
-#include "Rok/HashMap2018.h"
+#include "Rok/HashIndex.h"
+
+#include <algorithm>
+#include <cstdlib>
+
+#include "Dorpel/Slab.h"
+#include "Rok/Sassert.h"
 
 namespace Rok::Impl {
 namespace {
