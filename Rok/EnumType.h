@@ -7,7 +7,8 @@
 //     static const Rok::EnumType<unsigned char> type("Qos::MapType", {{1, "mapQos"}});
 //     return type;
 //   }
-//   inline std::ostream& operator<<(std::ostream& out, MapType v) { return Rok::enumPrint(out, v);
+//   inline std::ostream& operator<<(std::ostream& out, MapType v) {
+//     return Rok::enumPrint(out, v);
 //   }
 #pragma once
 

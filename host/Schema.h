@@ -1,10 +1,10 @@
 // Which values a document may hold, told as data: each section declares its schema, and reading,
 // checking a change and comparing all go by it.
 //
-//   Schema::keyed(Key::named("a map type", mapTypes),
-//                 Schema::keyed(Key::name(),
-//                               Schema::record({{"match", Schema::set(...),
-//                               Value(Value::List())}})))
+//   Schema::keyed(
+//       Key::named("a map type", mapTypes),
+//       Schema::keyed(Key::name(),
+//                     Schema::record({{"match", Schema::set(...), Value(Value::List())}})))
 #pragma once
 
 #include <cstdint>
