@@ -1,4 +1,6 @@
-// Counts the live objects of each type, so that a test, or an engineer with a leak, can ask.
+// Counts the live objects of each type and their bytes, for tests and for the search of a leak. A
+// type is counted when its operator new and operator delete call blockNew and blockDel;
+// StateMachine's do.
 #pragma once
 
 #include <cstddef>

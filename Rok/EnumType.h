@@ -1,7 +1,13 @@
-// Enumerations of the models: one byte wide, open (a value without a name is legal), with a text
-// form.
+// OVERVIEW
+//   Enumerations of the models: one byte wide, with a name for each enumerator.
 //
-// An enumeration gets its names by one line beside it:
+// RULES
+//   - An enumeration is open: a value without a name is legal, and its text is its number.
+//   - The text of a value reads back as that value. Numbers are read in canonical decimals only.
+//   - rokEnumType and operator<< stand in the namespace of the enumeration, where a call finds them
+//     by its argument.
+//
+// EXAMPLE
 //   enum class MapType : unsigned char { mapQos = 1 };
 //   inline const Rok::EnumType<unsigned char>& rokEnumType(MapType) {
 //     static const Rok::EnumType<unsigned char> type("Qos::MapType", {{1, "mapQos"}});

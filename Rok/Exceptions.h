@@ -1,5 +1,21 @@
-// What leaves a handler when a value or an argument is wrong. Translators throw through these
-// functions and catch nothing; the writer of the native change gets the exception.
+// OVERVIEW
+//   What leaves a handler when a value or an argument is wrong, and the functions that throw it.
+//
+// RULES
+//   - RangeException: a value is outside of its range. MutatorException: a constructor or a factory
+//     refuses an argument. A broken invariant is neither; it is an assertion (Sassert.h).
+//   - Translators throw and catch nothing. The exception goes through the notification, which calls
+//     all other notifiees first (Notifier.h), and leaves the setter of the native object.
+//   - A number is tested in the type in which it comes (isUpTo), before it is cut to a narrower
+//     type.
+//
+// EXAMPLE
+//   struct Dscp {
+//     explicit Dscp(int v) : value(static_cast<unsigned char>(v)) {
+//       if (!Rok::isUpTo(63, v)) Rok::throwRangeException(Rok::_fmt("%d is not a DSCP", v));
+//     }
+//     unsigned char value;
+//   };
 #pragma once
 
 #include <concepts>
@@ -29,7 +45,7 @@ class QOS_EXPORT RangeException : public Exception {
   ~RangeException() override;
 };
 
-// A mutator was handed arguments that it refuses.
+// A mutator refuses one of its arguments.
 class QOS_EXPORT MutatorException : public Exception {
  public:
   MutatorException(const std::string& text, std::string attribute, AttributeId attributeId)
@@ -64,8 +80,8 @@ class QOS_EXPORT MutatorReinstantiatingException : public MutatorException {
 [[noreturn]] QOS_EXPORT void throwRangeException(const char* text);
 [[noreturn]] QOS_EXPORT void throwRangeException(const Velmo::String& text);
 
-// Whether a number, in whatever type it comes, is one of 0 to `max`. Whoever takes a number for a
-// narrower type asks this first: once it is cut, 300 is 44.
+// Whether a number, in whatever type it comes, is one of 0 to `max`. The test comes before the
+// number is cut to a narrower type: cut to a byte, 300 is 44.
 template <std::integral Number>
 constexpr bool isUpTo(std::uint64_t max, Number number) {
   if constexpr (std::signed_integral<Number>) {

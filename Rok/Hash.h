@@ -1,4 +1,20 @@
-// Hashes of keys, and the seed that varies the walk order of every hash collection.
+// OVERVIEW
+//   Hashes of keys, and the seed that varies the walk order of every hash collection.
+//
+// RULES
+//   - A class whose values are keys has `hash(seed)`, which chains hashSingleAttr over its
+//     attributes, and operator==. Equal values have equal hashes.
+//   - A hash shows in the walk order of the hash collections and nowhere else.
+//
+// EXAMPLE
+//   struct PortId {
+//     unsigned slot = 0;
+//     Velmo::String name;
+//     std::uint32_t hash(std::uint32_t seed) const {
+//       return Rok::hashSingleAttr(Rok::hashSingleAttr(seed, slot), name);
+//     }
+//     bool operator==(const PortId&) const = default;
+//   };
 #pragma once
 
 #include <concepts>

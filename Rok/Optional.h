@@ -1,5 +1,16 @@
-// Values that may be absent: Optional keeps them in place, DynOptional in a heap block of their own
-// for the rare parts of a record. Both print as their value, or as "(absent)".
+// OVERVIEW
+//   Values that may be absent: Optional keeps them in place, DynOptional, for the rare parts of a
+//   record, in a heap block of their own.
+//
+// RULES
+//   - Both print as their value, or as "(absent)".
+//   - Two are equal when both are absent or both hold equal values. A copy is deep.
+//
+// EXAMPLE
+//   Rok::Optional<int> rate;
+//   Rok::DynOptional<int> burst(40);
+//   out << rate << ", " << burst;
+//   assert(out.str() == "(absent), 40");
 #pragma once
 
 #include <memory>
@@ -24,7 +35,6 @@ class Optional : public std::optional<T> {
   }
 };
 
-// Absent is a null pointer; a copy is deep.
 template <class T>
 class DynOptional {
  public:

@@ -1,4 +1,15 @@
-// Streamed assertions: what must hold in every build, and ends the process when it doesn't.
+// OVERVIEW
+//   Assertions with a streamed message. They are there in every build, and one that fails ends the
+//   process.
+//
+// RULES
+//   - An assertion is for a broken invariant. A value that an operator may configure wrongly throws
+//     an exception instead (Exceptions.h).
+//   - The caller tests the condition; SassertHelper gets the text of what should have held. Its
+//     destructor writes "assertion failed: <expr>: <message>" to standard error and aborts.
+//
+// EXAMPLE
+//   if (type > 1) Rok::SassertHelper("type <= 1") << "Unexpected ACL type " << type;
 #pragma once
 
 #include <sstream>
@@ -7,10 +18,7 @@
 
 namespace Rok {
 
-// Opens an assertion that has failed. The caller streams its message to it; the destructor writes
-// "assertion failed: <expr>: <message>" to standard error and aborts. There is no way back.
-//
-//   if (type > 1) Rok::SassertHelper("type <= 1") << "Unexpected ACL type " << type;
+// An assertion that has failed, to which its message is streamed.
 class QOS_EXPORT SassertHelper {
  public:
   explicit SassertHelper(const char* expr) : expr_(expr) {}

@@ -1,5 +1,20 @@
-// The iterators of the hash map: the safe one, with which all translators walk, and the unsafe one,
-// which only compares maps. HashMap2018.h has the rules.
+// OVERVIEW
+//   The iterators of the hash map: the safe one, with which all translators walk, and the unsafe
+//   one, which compares maps.
+//
+// RULES
+//   - What the safe iterator survives stands in HashMap2018.h.
+//   - An entry that is deleted under the safe iterator is stale: its node stays readable until the
+//     iterator moves on. currNodeMaybeStale() gives the node either way, currNodeNonStale() null.
+//   - A use of an exhausted iterator is an assertion that fails; so is a change of the map during
+//     an unsafe walk.
+//
+// EXAMPLE
+//   for (auto port = ports.iterator(); port; ++port) {
+//     ports.deleteMember(port.key());
+//     assert(port.currNodeNonStale() == nullptr);
+//     sum += port.currNodeMaybeStale()->value();
+//   }
 #pragma once
 
 #include <cstdint>

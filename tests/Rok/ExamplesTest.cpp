@@ -32,6 +32,59 @@ TEST(Examples, HashMap) {
   assert(ports.members() == 0 && sum == 7);
 }
 
+TEST(Examples, StdIterator) {
+  Rok::HashMap2018<Rok::Hm2018NEI<0x51, Velmo::String, int>> ports;
+  ports.newMember("Ethernet1", 7);
+  ports.newMember("Ethernet2", 8);
+  int sum = 0;
+  for (auto port = ports.iterator(); port; ++port) {
+    ports.deleteMember(port.key());
+    assert(port.currNodeNonStale() == nullptr);
+    sum += port.currNodeMaybeStale()->value();
+  }
+  EXPECT_EQ(ports.members(), 0u);
+  EXPECT_EQ(sum, 15);
+}
+
+TEST(Examples, Hash) {
+  struct PortId {
+    unsigned slot = 0;
+    Velmo::String name;
+    std::uint32_t hash(std::uint32_t seed) const {
+      return Rok::hashSingleAttr(Rok::hashSingleAttr(seed, slot), name);
+    }
+    bool operator==(const PortId&) const = default;
+  };
+  Rok::HashMap2018<Rok::Hm2018NEI<0x52, PortId, int>> speeds;
+  speeds.newMember({1, "Ethernet1"}, 10);
+  EXPECT_EQ(speeds.get({1, "Ethernet1"}), 10);
+  EXPECT_EQ(speeds.find({2, "Ethernet1"}), nullptr);
+}
+
+TEST(Examples, Optional) {
+  std::ostringstream out;
+  Rok::Optional<int> rate;
+  Rok::DynOptional<int> burst(40);
+  out << rate << ", " << burst;
+  assert(out.str() == "(absent), 40");
+}
+
+TEST(Examples, Exceptions) {
+  struct Dscp {
+    explicit Dscp(int v) : value(static_cast<unsigned char>(v)) {
+      if (!Rok::isUpTo(63, v)) Rok::throwRangeException(Rok::_fmt("%d is not a DSCP", v));
+    }
+    unsigned char value;
+  };
+  EXPECT_EQ(Dscp(46).value, 46);
+  try {
+    static_cast<void>(Dscp(302));
+    FAIL() << "made";
+  } catch (const Rok::RangeException& e) {
+    EXPECT_STREQ(e.what(), "302 is not a DSCP");
+  }
+}
+
 TEST(Examples, OrderedMap) {
   Rok::OrderedMap<std::uint32_t, Velmo::String> rules;
   rules.memberIs(20, "deny");
@@ -245,8 +298,10 @@ std::string exampleOf(const std::string& header) {
 
 class HeaderExamples : public testing::TestWithParam<const char*> {};
 INSTANTIATE_TEST_SUITE_P(Headers, HeaderExamples,
-                         testing::Values("Rok/Ptr.h", "Rok/HashMap2018.h", "Rok/Index.h",
-                                         "Rok/OrderedMap.h", "Rok/Notifier.h", "Rok/StateMachine.h",
+                         testing::Values("Rok/EnumType.h", "Rok/Exceptions.h", "Rok/Hash.h",
+                                         "Rok/HashMap2018.h", "Rok/Index.h", "Rok/Notifier.h",
+                                         "Rok/Optional.h", "Rok/OrderedMap.h", "Rok/Ptr.h",
+                                         "Rok/Sassert.h", "Rok/StateMachine.h", "Rok/StdIterator.h",
                                          "Rok/Strep.h", "Rok/Trace.h", "Velmo/String.h"));
 
 TEST_P(HeaderExamples, AreTheOnesThatRunHere) {
