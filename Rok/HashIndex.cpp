@@ -48,7 +48,7 @@ void HashIndex::grow() {
 // Takes over what stands in an index of half the size. Its entries stand in the order of their
 // homes, seen from behind a hole on. Their homes here are either the same or half a turn further,
 // and in each of these halves the order stays: so there are two places to write at, and nothing is
-// searched or moved. Which of the two is anybody's guess, so it is no branch.
+// searched or moved. Which of the two can't be predicted, so it is no branch.
 void HashIndex::fillFrom(const HashIndex& half) noexcept {
   const std::uint32_t size = half.mask_ + 1;
   std::uint32_t hole = 0;
@@ -72,7 +72,7 @@ void HashIndex::insert(std::uint32_t hash, std::uint32_t node) noexcept {
        ++distance) {
     at = (at + 1) & mask_;
   }
-  // Whoever stands here and behind, up to the next hole, is nearer its home: they all move on.
+  // The entries from here to the next hole are nearer to their homes: they all move on by one.
   std::uint32_t hole = at;
   while (slots_[hole].place != 0) hole = (hole + 1) & mask_;
   for (; hole != at; hole = (hole - 1) & mask_) shiftSlot(slots_, mask_, hole - 1, 1);

@@ -23,8 +23,8 @@
 //     The map must be there when the walk begins, not longer.
 //   - version() moves with every structural change: insert, delete, clear, assignment. No two
 //     states of any two maps have the same version, but that of a map which never had an entry is
-//     0. So who remembers a node and the version at which it was found needs no second lookup while
-//     the version stands.
+//     0. So a caller that keeps a node and the version at which it was found needs no second lookup
+//     while the version stays the same.
 //   - Values are destroyed after the map is whole again, so a value's destructor may use the map.
 //
 // EXAMPLE

@@ -20,7 +20,7 @@
 
 namespace Rok::Impl {
 
-// What an iterator and the table that it walks know of each other.
+// The link between an iterator and the table that it walks.
 struct HashWalker {
   HashWalker* next = nullptr;
   std::uint32_t node = noNode;
@@ -167,7 +167,7 @@ struct HashTable {
     for (std::uint32_t n = firstLive(); n != noNode; n = liveBehind(n)) remove(at(n));
   }
 
-  // Keeps the table in place, also when its map goes meanwhile.
+  // Keeps the table in place, also when its map is destroyed meanwhile.
   struct Stay {
     explicit Stay(HashTable& of) : table(of) { table.walkerNew(walker); }
     Stay(const Stay&) = delete;
@@ -256,7 +256,7 @@ struct HashTable {
     Block chunk(chunkBytes(chunkCount));
     Block words(wordBytes(more) != wordBytes(chunkCount) ? wordBytes(more) : 0);
     if (chunkRoom(more) != chunkRoom(chunkCount)) restGrow(chunkRoom(more));
-    // Nothing is refused from here on.
+    // Nothing below can fail.
     if (words.get() != nullptr) wordsGrow(words.template kept<std::uint64_t>(), wordBytes(more));
     rest->chunks()[chunkCount - 1] = chunk.template kept<std::byte>();
     chunkCount = static_cast<std::uint8_t>(more);
@@ -353,7 +353,7 @@ struct HashTable {
     walkerUnlink(walker);
     destroyIfAbandoned();
   }
-  // Whether an iterator stands on the node; all that do are told that it is stale.
+  // Whether an iterator stands on the node; all that do are marked as stale.
   bool markStale(std::uint32_t n) {
     bool any = false;
     for (HashWalker* w = walkers; w != nullptr; w = w->next) {
@@ -361,7 +361,7 @@ struct HashTable {
     }
     return any;
   }
-  // Lets go of a stale node when the iterator was the last one to stand on it.
+  // Frees a stale node when the iterator was the last one to stand on it.
   void leave(HashWalker& walker) noexcept {
     if (!walker.stale) return;
     const std::uint32_t n = walker.node;
@@ -394,7 +394,7 @@ struct HashTable {
   std::uint32_t freed = noNode;  // the first of those handed back; each names the next
   std::uint16_t order = orderNow();
   std::uint8_t chunkCount = 1;
-  bool abandoned = false;  // the map has gone and iterators still stand
+  bool abandoned = false;  // the map is destroyed, and iterators still stand
   alignas(Dorpel::slabGranule) std::byte first[nodeBytes];
 };
 

@@ -6,9 +6,9 @@
 // RULES
 //   - An Entry is a member of what it stands for: it is in the index from its construction to its
 //     destruction. Its key does not change.
-//   - The index is counted and lives as long as anybody is in it.
+//   - The index is counted and lives as long as an entry is in it.
 //   - `each` visits the objects of a key in the order in which they came. A visit may remove any
-//     object, itself included; whoever is gone is not visited. Whoever joins meanwhile is visited
+//     object, itself included; a removed one is not visited. One that joins meanwhile is visited
 //     or not. The walk holds no object: a visit that releases its own doesn't touch it any more.
 //
 // EXAMPLE
@@ -64,7 +64,7 @@ class Index final : public PtrInterface {
     return type;
   }
 
-  // The number of keys that somebody has.
+  // The number of keys that objects have.
   std::uint32_t keys() const { return lists_.members(); }
 
   template <class Visit>
@@ -83,7 +83,7 @@ class Index final : public PtrInterface {
   }
 
  private:
-  // One walk over a list: who is next. Nested ones form a stack.
+  // One walk over a list, and its next entry. Nested ones form a stack.
   struct Walk {
     Walk* outer;
     Entry* next;

@@ -56,8 +56,8 @@ void PtrInterface::NotifieeConst::isRegisteredNotifieeIs(bool v) const {
 
 // ===== NotifieeList
 
-// More than one notifiee, or any keyed one. Places of notifiees that went are null until the list
-// is compacted, which never happens during a walk: a walk goes by place.
+// More than one notifiee, or any keyed one. Places of notifiees that have left are null until the
+// list is compacted, which never happens during a walk: a walk goes by place.
 //
 // Notifiees of one key always stand in the index, by their interest. Those of one attribute do so
 // in a crowd: for a few, the index would cost more than the calls that it saves.
@@ -85,7 +85,7 @@ struct NotifieeList::Many {
   NotifieeList* at(std::uint64_t interest) const {
     return interest != 0 && index ? index->find(interest) : nullptr;
   }
-  void tell(std::size_t end, AttributeId id, const void* key, Errors& errors) const;
+  void callPlaces(std::size_t end, AttributeId id, const void* key, Errors& errors) const;
 
   std::vector<const Notifiee*> places;
   std::uint32_t live = 0;
@@ -102,24 +102,24 @@ struct NotifieeList::Many::Errors {
   void keep() {
     if (!first) first = std::current_exception();
   }
-  void tell(const Notifiee& notifiee, AttributeId id, const void* key) {
+  void tryCall(const Notifiee& notifiee, AttributeId id, const void* key) {
     try {
-      call(notifiee, id, key);
+      callIfActive(notifiee, id, key);
     } catch (...) {
       keep();
     }
   }
-  static void call(const Notifiee& notifiee, AttributeId id, const void* key) {
+  static void callIfActive(const Notifiee& notifiee, AttributeId id, const void* key) {
     if (notifiee.hasNotificationActive()) const_cast<Notifiee&>(notifiee).onAttribute(id, key);
   }
 };
 
-void NotifieeList::Many::tell(std::size_t end, AttributeId id, const void* key,
-                              Errors& errors) const {
+void NotifieeList::Many::callPlaces(std::size_t end, AttributeId id, const void* key,
+                                    Errors& errors) const {
   for (std::size_t i = 0; i < end; ++i) {
     try {
       for (; i < end; ++i) {
-        if (const Notifiee* notifiee = places[i]) Errors::call(*notifiee, id, key);
+        if (const Notifiee* notifiee = places[i]) Errors::callIfActive(*notifiee, id, key);
       }
     } catch (...) {
       errors.keep();
@@ -127,8 +127,8 @@ void NotifieeList::Many::tell(std::size_t end, AttributeId id, const void* key,
   }
 }
 
-// A list of the index whose turn in a notification is still to come. Who is to be called is settled
-// when the notification begins, and the list stays in place until its turn is over.
+// A list of the index whose turn in a notification is still to come. Its notifiees of that time are
+// the ones to be called, and the list stays in place until its turn is over.
 struct NotifieeList::Many::Turn {
   Turn(Many& all, NotifieeList* list)
       : all_(all),
@@ -143,13 +143,13 @@ struct NotifieeList::Many::Turn {
   Turn(const Turn&) = delete;
   Turn& operator=(const Turn&) = delete;
 
-  // Turns are taken in the opposite order of their construction. Returns whether the turn has kept
-  // a list of which nobody is left.
+  // Turns are taken in the opposite order of their construction. Returns whether the list is empty
+  // by now, and was kept in place by this turn.
   bool take(AttributeId id, const void* key, Errors& errors) {
     all_.turns = next_;
-    if (single_ != nullptr) errors.tell(*single_, id, key);
+    if (single_ != nullptr) errors.tryCall(*single_, id, key);
     if (several_ == nullptr) return false;
-    several_->tell(end_, id, key, errors);
+    several_->callPlaces(end_, id, key, errors);
     --several_->walks;
     compact(*list_);
     return list_->empty();
@@ -170,7 +170,7 @@ struct NotifieeList::Many::Turn {
   Turn* next_;
 };
 
-// Takes out again what stands empty because the notifiee for whom it was made didn't get in.
+// Removes the index again when it was made for a notifiee that then couldn't be entered.
 struct NotifieeList::Many::Room {
   explicit Room(NotifieeList& madeIn) : list(&madeIn) {}
   Room(const Room&) = delete;
@@ -233,7 +233,7 @@ void NotifieeList::Many::compact(NotifieeList& list) noexcept {
     list.word_ = 0;
     return;
   }
-  // Half of the places may be empty: so a notifiee's going costs the same whatever their number.
+  // Half of the places may be empty, so that a removal costs the same whatever their number.
   if (many->places.size() <= std::size_t{2} * many->live + 4) return;
   std::size_t kept = 0;
   for (const Notifiee* notifiee : many->places) {
@@ -247,17 +247,17 @@ void NotifieeList::Many::compact(NotifieeList& list) noexcept {
 void NotifieeList::Many::walk(NotifieeList& list, AttributeId id, const void* key, Errors& errors) {
   Many* many = list.many();
   if (many == nullptr) {
-    // After the call, this list may be gone with the notifiee.
-    if (const Notifiee* notifiee = list.single()) errors.tell(*notifiee, id, key);
+    // The call may destroy the notifiee, and this list with it.
+    if (const Notifiee* notifiee = list.single()) errors.tryCall(*notifiee, id, key);
     return;
   }
   ++many->walks;
-  many->tell(many->places.size(), id, key, errors);
+  many->callPlaces(many->places.size(), id, key, errors);
   --many->walks;
   compact(list);
 }
 
-// An interest that nobody has any more leaves the index, unless its list is being walked.
+// An interest without notifiees leaves the index, unless its list is being walked.
 void NotifieeList::Many::dropIfEmpty(NotifieeList& list, std::uint64_t interest) noexcept {
   const NotifieeList* ofInterest = list.many()->at(interest);
   if (ofInterest == nullptr || !ofInterest->empty()) return;
@@ -271,7 +271,7 @@ void NotifieeList::Many::dropEmptyIndex(NotifieeList& list) noexcept {
   compact(list);
 }
 
-// Those that watch whatever happens come first, then those of the attribute, then those of the key.
+// Notifiees of everything come first, then those of the attribute, then those of the key.
 // While the walk count is up, this list and its index stay in place, whatever a notifiee does.
 void NotifieeList::Many::notifyIndexed(NotifieeList& list, AttributeId id, const void* key,
                                        std::uint64_t interest, Errors& errors) {

@@ -1,7 +1,7 @@
 // OVERVIEW
-//   Change notification. A Notifier tells its notifiees that something happened to one of its
-//   attributes, for a collection attribute also at which key. It doesn't say what happened: whoever
-//   is told reads the current state.
+//   Change notification. A Notifier calls its notifiees when one of its attributes changes, for a
+//   collection attribute with the key. The call doesn't say what happened: a notifiee reads the
+//   current state.
 //
 // RULES
 //   - Delivery is at once, inside the write, in the order of registration; notifiees that watch
@@ -9,16 +9,16 @@
 //     a single attribute may come after those that watch several.
 //   - A notifiee holds a strong pointer to its notifier, so a notifier outlives its observers.
 //   - What happens to a notification while it goes round:
-//       a notifiee removes itself        nobody else is missed or called twice
+//       a notifiee removes itself        no other one is missed or called twice
 //       removes one before or behind it  the removed one is not called any more
 //       adds one                         the new one is not called for this change
 //       changes the notifier again       the inner notification goes round in full, then the outer
 //       drops the last outside reference the notifier lives until the notification is through
 //       is switched off                  not called
-//       throws                           all others are told; then the first exception goes on
+//       throws                           all others are called; then the first exception goes on
 //   - Subscribing and unsubscribing cost the same whatever the number of notifiees. A change costs
 //     nothing for those that watch another attribute or another key, but for the first few and
-//     for those that watch several attributes: these are asked.
+//     for those that watch several attributes: these are called and test the id.
 //
 // EXAMPLE
 //   class Port final : public Rok::Notifier {
@@ -55,7 +55,7 @@ struct Attribute {
 // Base class of all observers.
 class QOS_EXPORT PtrInterface::NotifieeConst : public PtrInterface {
  public:
-  // `interest` is what the notifiee wants to hear of: one attribute, or one key of one
+  // `interest` is what the notifiee is called for: one attribute, or one key of one
   // (NotifieeList::interestIn); 0 is everything. A notifiee of one attribute may be called for
   // others as well, so its onAttribute tests the id.
   explicit NotifieeConst(std::uint64_t interest = 0) : interest_(interest) {}
@@ -90,7 +90,7 @@ class QOS_EXPORT PtrInterface::NotifieeConst : public PtrInterface {
   std::uint64_t interest_;
 };
 
-// The observers of one notifier. One word while nobody or a single notifiee watches.
+// The notifiees of one notifier. One word while there is none or a single one.
 class QOS_EXPORT NotifieeList {
  public:
   using Notifiee = PtrInterface::NotifieeConst;
@@ -111,8 +111,8 @@ class QOS_EXPORT NotifieeList {
   // Requires: notifieeNew(notifiee) came before.
   void notifieeDel(const Notifiee& notifiee) noexcept;
 
-  // Tells everybody. Requires: somebody holds the notifier meanwhile.
-  // Throws: the first exception that left a notifiee, once all have been told.
+  // Calls all notifiees that are switched on. Requires: a reference to the notifier is held
+  // meanwhile. Throws: the first exception that left a notifiee, once all have been called.
   void notify(AttributeId id) const { notify(id, nullptr, 0); }
   template <class Key>
   void notify(AttributeId id, const Key& key) const {
@@ -135,7 +135,7 @@ class QOS_EXPORT NotifieeList {
   }
   bool hasKeys() const { return (word_ & 1) != 0 && manyHaveKeys(); }
   bool manyHaveKeys() const;
-  // To a single notifiee, who is most often the only one, a notification is a mere call.
+  // A notification of a single notifiee, which is the usual case, is a mere call.
   void notify(AttributeId id, const void* key, std::uint64_t interest) const {
     if ((word_ & 1) != 0) return notifySeveral(id, key, interest);
     const Notifiee* notifiee = single();
@@ -177,7 +177,7 @@ class QOS_EXPORT Notifier : public PtrInterface {
   // Inserts or replaces an entry of a hash map; an equal value notifies nothing.
   template <class Map, class Key, class Value>
   void memberIs(Map& map, const Key& key, const Value& value, Attribute<Key> attribute) {
-    // `key` may be a part of what a handler lets go.
+    // `key` may be a part of an object that a handler releases.
     // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): so it is kept
     const Key kept(key);
     const auto [node, isNew] = map.newMember(kept, value);

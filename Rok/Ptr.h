@@ -102,7 +102,7 @@ class QOS_EXPORT PtrInterface : public VFPtrInterface {
 
   PtrInterface() = default;
 
-  // The observers of this object; null for an object that nobody can watch.
+  // The observers of this object; null for an object that can't be watched.
   virtual NotifieeList* notifieeList() const;
   // Whether this object reacts. State machines hand it down to their notifiees and children.
   virtual void hasNotificationActiveIs(bool v);
@@ -157,7 +157,7 @@ class Ptr {
   }
   ~Ptr() { drop(); }
 
-  // Takes over a reference that somebody else took.
+  // Takes over a reference that the caller has taken.
   static Ptr adopt(T* object) noexcept {
     Ptr result;
     result.object_ = object;
