@@ -5,12 +5,20 @@
 #include <gtest/gtest.h>
 
 #include "EachAllocation.h"
-#include "Events.h"
-#include "House.h"
+#include "tests/support/Events.h"
+#include "tests/support/House.h"
 
 namespace faults::allocationFaultTest {
 namespace {
 
+using support::Change;
+using support::Event;
+using support::events;
+using support::freshModel;
+using support::House;
+using support::text;
+using support::Watched;
+using support::watched;
 using testing::AnyOf;
 using testing::IsEmpty;
 

@@ -7,15 +7,22 @@
 #include <algorithm>
 
 #include "Allocations.h"
-#include "Events.h"
 #include "Faults.h"
-#include "House.h"
 #include "host/Place.h"
+#include "tests/support/Events.h"
 #include "tests/support/HostListener.h"
+#include "tests/support/House.h"
 
 namespace faults::exceptionTest {
 namespace {
 
+using support::Change;
+using support::freshModel;
+using support::House;
+using support::prepared;
+using support::text;
+using support::Watched;
+using support::watched;
 using testing::IsEmpty;
 using testing::SizeIs;
 

@@ -2,12 +2,16 @@
 
 #include <ostream>
 
-#include "House.h"
+#include "tests/support/House.h"
 
 namespace faults {
 namespace {
 
 using host::Native;
+using support::acls;
+using support::classMaps;
+using support::newClassAction;
+using support::policyMaps;
 
 constexpr const char* percentText =
     "range: QosOc::PercentType::value < QosOc::PercentType::min or > QosOc::PercentType::max not "

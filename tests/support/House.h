@@ -11,7 +11,7 @@
 #include "host/Native.h"
 #include "host/Roots.h"
 
-namespace faults {
+namespace support {
 
 using Roots = std::vector<Rok::Ptr<Rok::PtrInterface>>;
 
@@ -51,4 +51,4 @@ std::string freshModel(const host::Native& native, std::string_view root);
 using Watched = std::map<std::string, std::size_t>;
 Watched watched(const host::Native& native);
 
-}  // namespace faults
+}  // namespace support

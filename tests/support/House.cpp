@@ -1,11 +1,11 @@
-#include "House.h"
+#include "tests/support/House.h"
 
 #include <sstream>
 
 #include "host/ModelWriter.h"
 #include "host/Sections.h"
 
-namespace faults {
+namespace support {
 
 const std::string_view smallDocument = R"({
   "class-maps": {"qos": {
@@ -159,4 +159,4 @@ class Census {
 
 Watched watched(const host::Native& native) { return Census(native).found(); }
 
-}  // namespace faults
+}  // namespace support

@@ -8,7 +8,7 @@
 
 #include "host/Native.h"
 
-namespace faults {
+namespace support {
 
 struct Change {
   std::function<void()> write;
@@ -28,4 +28,4 @@ std::span<const Event> events();
 // The changes of the event of that name. Requires: there is one.
 Change prepared(const host::Native& native, std::string_view name);
 
-}  // namespace faults
+}  // namespace support

@@ -1,11 +1,11 @@
-#include "Events.h"
+#include "tests/support/Events.h"
 
 #include <algorithm>
 #include <ostream>
 
-#include "House.h"
+#include "tests/support/House.h"
 
-namespace faults {
+namespace support {
 namespace {
 
 using host::Native;
@@ -186,6 +186,13 @@ Change actionChanges(const Native& native) {
   return {[=] { action->valueIs(1); }, [=] { action->valueIs(5); }};
 }
 
+Change mapTypeComes(const Native& native) {
+  const Qos::MapType type{7};  // which is not translated
+  const auto made = Rok::make<Qos::Input::PolicyMapTypeConfig>(type);
+  return {[&, type, made] { native.aclConfig->pmapTypeIs(type, made); },
+          [&, type] { native.aclConfig->pmapTypeDel(type); }};
+}
+
 Change groupNameIs(const Native& native, const char* name, unsigned char tc,
                    const std::function<void(Qos::ForwardingGroupNameToTcMap&)>& undo) {
   const auto map = native.qosConfig->forwardingGroupNameToTcMap();
@@ -311,6 +318,12 @@ Change profileBodyIsReplaced(const Native& native) {
   return {[&, made] { profile(native).qosProfileIs(made); },
           [&, old] { profile(native).qosProfileIs(old); }};
 }
+Change profileTxQueueComes(const Native& native) {
+  const auto body = profile(native).qosProfile();
+  const auto made = newQueue(7);  // which no profile reads
+  return {[=] { body->txQueueConfigIs(made->txQueue(), made); },
+          [=] { body->txQueueConfigDel(made->txQueue()); }};
+}
 Change wredChanges(const Native& native) {
   const auto queue = *profile(native).qosProfile()->txQueueConfig().find(unicast(0));
   const auto made = newThresholds();
@@ -372,6 +385,7 @@ constexpr Event table[] = {
     {"AnActionComes", actionComes},
     {"AnActionGoes", actionGoes},
     {"AnActionChanges", actionChanges},
+    {"AMapTypeComes", mapTypeComes},
     {"AGroupNameComes", groupNameComes},
     {"AGroupNameMoves", groupNameMoves},
     {"AGroupNameGoes", groupNameGoes},
@@ -394,6 +408,7 @@ constexpr Event table[] = {
     {"APolicyProfileComes", policyProfileComes},
     {"AProfileGoes", profileGoes},
     {"TheBodyOfAProfileIsReplaced", profileBodyIsReplaced},
+    {"ATxQueueOfAProfileComes", profileTxQueueComes},
     {"WredSettingsChange", wredChanges},
     {"AnAttachmentComes", attachmentComes},
     {"AnAttachmentGoes", attachmentGoes},
@@ -414,4 +429,4 @@ Change prepared(const host::Native& native, std::string_view name) {
   return found->prepare(native);
 }
 
-}  // namespace faults
+}  // namespace support

@@ -1,0 +1,651 @@
+// What each machine of the library is made from, what it computes, which events of Events.h it
+// hears, and it alone in its tree. A child says where it stands in the House: its parent and the
+// collection, its key there and another one, how the native side mounts an object for it, and what
+// its parent is told of that. A machine with a chained input says which, an event that it hears
+// through it, and where the object for it is mounted.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include "QosOpenConfig/QosOpenConfigClassifierKivToOCSm.h"
+#include "QosOpenConfig/QosOpenConfigForwardingGroupKivToOcSm.h"
+#include "QosOpenConfig/QosOpenConfigIntfClassifierKivToOcSm.h"
+#include "QosOpenConfig/QosOpenConfigPfcKivToOCSm.h"
+#include "QosOpenConfig/QosOpenConfigQueueKivToOcSm.h"
+#include "QosOpenConfig/QosOpenConfigQueueManagementProfileKivToOcSm.h"
+#include "QosOpenConfig/QosOpenConfigSchedulerPolicyKivToOCSm.h"
+#include "tests/support/Machines.h"
+
+namespace support {
+
+// The keys of the House.
+inline const Velmo::String termName("__yang_[c4]_[t]");
+inline const Velmo::String otherTermName("__yang_[c4]_[other]");
+inline const Velmo::String policyMapName("__yang_[IPV4__c4][IPV6__c6]");
+inline const Velmo::String otherPolicyMapName("__yang_[IPV4__other]");
+inline const Velmo::String profileName("__YANG_QMP_[drop]");
+inline const Nerit::IntfId ethernet1("Ethernet1");
+inline const Nerit::IntfId ethernet3("Ethernet3");
+inline const Nerit::IntfId otherInterface("Ethernet9");
+inline constexpr Qos::TxQueue txQueue0{Qos::TxQueueId{0}, Qos::unicast};
+inline constexpr Qos::TxQueue txQueue1{Qos::TxQueueId{1}, Qos::unicast};
+inline constexpr Qos::TxQueue otherTxQueue{Qos::TxQueueId{9}, Qos::unicast};
+
+inline Qos::IntfConfig& interfaceIn(const House& house, const Nerit::IntfId& intfId) {
+  return **house.native.qosConfig->intfConfig().find(intfId);
+}
+inline Qos::PolicyMapConfig& policyMapIn(const House& house) {
+  return **policyMaps(house.native).pmap().find(policyMapName);
+}
+
+// What the children of a collection have in common.
+template <class Sm, class ParentSm>
+struct ChildFacts {
+  using Parent = ParentSm;
+  // The child under the key of the table.
+  static Rok::Ptr<Sm> in(const Parent& parent) {
+    return collectionOf(parent).child(Facts<Sm>::key());
+  }
+  static const auto& collectionOf(const Parent& parent) {
+    return std::invoke(Facts<Sm>::collection.children, parent);
+  }
+};
+
+// What children of interfaces, and of tx queues, have in common.
+template <class Sm, class ParentSm>
+struct InterfaceFacts : ChildFacts<Sm, ParentSm> {
+  static Nerit::IntfId otherKey() { return otherInterface; }
+  static auto made(const Nerit::IntfId& key) { return Rok::make<Qos::IntfConfig>(key); }
+  static void mount(const House& house, const Rok::Ptr<Qos::IntfConfig>& input) {
+    house.native.qosConfig->intfConfigIs(Facts<Sm>::key(), input);
+  }
+  static auto computed() {
+    return std::tuple{Computed{&Sm::intfId, Nerit::IntfId(Facts<Sm>::key())}};
+  }
+};
+template <class Sm, class ParentSm>
+struct TxQueueFacts : ChildFacts<Sm, ParentSm> {
+  static Qos::TxQueue key() { return txQueue1; }
+  static Qos::TxQueue otherKey() { return otherTxQueue; }
+  static auto made(const Qos::TxQueue& key) { return Rok::make<Qos::TxQueueConfig>(key); }
+  static void mount(const House& house, const Rok::Ptr<Qos::TxQueueConfig>& input) {
+    interfaceIn(house, ethernet3).txQueueConfigIs(txQueue1, input);
+  }
+  static auto computed() { return std::tuple{Computed{&Sm::txQueue, Facts<Sm>::key()}}; }
+};
+
+// ===== Class maps
+
+template <>
+struct Facts<QosOc::ClassMapKivToOcSm> {
+  using Sm = QosOc::ClassMapKivToOcSm;
+  static constexpr auto name = "ClassMapKivToOcSm";
+  static constexpr auto factory = &QosOc::classMapKivToOcSmFactory;
+  static constexpr auto arguments = std::tuple{Named{"qosAclConfig", &Sm::qosAclConfig},
+                                               Named{"classifierDir", &Sm::classifierDir}};
+};
+
+template <>
+struct Facts<QosOc::ClassMapTypeSm> : ChildFacts<QosOc::ClassMapTypeSm, QosOc::ClassMapKivToOcSm> {
+  using Sm = QosOc::ClassMapTypeSm;
+  static constexpr auto name = "ClassMapTypeSm";
+  static constexpr auto factory = &QosOc::classMapTypeSmFactory;
+  static constexpr auto arguments = std::tuple{Named{"cmapTypeConfig", &Sm::cmapTypeConfig},
+                                               Named{"classifierDir", &Sm::classifierDir}};
+  static auto computed() { return std::tuple{Computed{&Sm::type, Qos::mapQos}}; }
+  static constexpr std::array events{"AClassMapGoes"};
+  static constexpr auto collection =
+      Collection{&Parent::cmapTypeConfigSm, &Parent::cmapTypeConfigSmIs,
+                 &Parent::cmapTypeConfigSmDel, &Parent::cmapTypeConfigSmDelAll};
+  static Qos::MapType key() { return Qos::mapQos; }
+  static Qos::MapType otherKey() { return Qos::MapType{7}; }
+  static auto made(const Qos::MapType& key) {
+    return Rok::make<Qos::Input::ClassMapTypeConfig>(key);
+  }
+};
+
+template <>
+struct Facts<QosOc::ClassMapSm> : ChildFacts<QosOc::ClassMapSm, QosOc::ClassMapTypeSm> {
+  using Sm = QosOc::ClassMapSm;
+  static constexpr auto name = "ClassMapSm";
+  static constexpr auto factory = &QosOc::classMapSmFactory;
+  static constexpr auto arguments =
+      std::tuple{Named{"cmapConfig", &Sm::cmapConfig}, Named{"classifierDir", &Sm::classifierDir}};
+  static auto computed() {
+    return std::tuple{Computed{&Sm::cmapName, termName}, Computed{&Sm::type, Qos::mapQos}};
+  }
+  static constexpr std::array events{"AMatchStatementComes"};
+  static constexpr auto collection =
+      Collection{&Parent::cmapConfigSm, &Parent::cmapConfigSmIs, &Parent::cmapConfigSmDel,
+                 &Parent::cmapConfigSmDelAll};
+  static constexpr auto told = &Parent::handleClassMapConfig;
+  static Velmo::String key() { return termName; }
+  static Velmo::String otherKey() { return otherTermName; }
+  static auto made(const Velmo::String& key) {
+    return Rok::make<Qos::ClassMapConfig>(key, Qos::mapQos);
+  }
+  static void mount(const House& house, const Rok::Ptr<Qos::ClassMapConfig>& input) {
+    classMaps(house.native).cmapIs(termName, input);
+  }
+};
+
+// ===== ACLs
+
+template <>
+struct Facts<QosOc::AclKivToOcSm> {
+  using Sm = QosOc::AclKivToOcSm;
+  static constexpr auto name = "AclKivToOcSm";
+  static constexpr auto factory = &QosOc::aclKivToOcSmFactory;
+  static constexpr auto arguments = std::tuple{Named{"aclCliConfig", &Sm::aclCliConfig},
+                                               Named{"classifierDir", &Sm::classifierDir}};
+};
+
+template <>
+struct Facts<QosOc::AclTypeSm> : ChildFacts<QosOc::AclTypeSm, QosOc::AclKivToOcSm> {
+  using Sm = QosOc::AclTypeSm;
+  static constexpr auto name = "AclTypeSm";
+  static constexpr auto factory = &QosOc::aclTypeSmFactory;
+  static constexpr auto arguments = std::tuple{Named{"aclTypeConfig", &Sm::aclTypeConfig},
+                                               Named{"classifierDir", &Sm::classifierDir}};
+  static auto computed() { return std::tuple{Computed{&Sm::type, Acl::aclTypeIpv4}}; }
+  static constexpr std::array events{"AnAclGoes"};
+  static constexpr auto collection = Collection{&Parent::aclTypeSm, &Parent::aclTypeSmIs,
+                                                &Parent::aclTypeSmDel, &Parent::aclTypeSmDelAll};
+  static Acl::AclType key() { return Acl::aclTypeIpv4; }
+  static Acl::AclType otherKey() { return Acl::aclTypeIpv6; }
+  static auto made(const Acl::AclType& key) { return Rok::make<Acl::Input::AclTypeConfig>(key); }
+};
+
+template <>
+struct Facts<QosOc::AclConfigSm> : ChildFacts<QosOc::AclConfigSm, QosOc::AclTypeSm> {
+  using Sm = QosOc::AclConfigSm;
+  static constexpr auto name = "AclConfigSm";
+  static constexpr auto factory = &QosOc::aclConfigSmFactory;
+  static constexpr auto arguments =
+      std::tuple{Named{"aclConfig", &Sm::aclConfig}, Named{"classifierDir", &Sm::classifierDir}};
+  static auto computed() {
+    return std::tuple{Computed{&Sm::aclName, termName}, Computed{&Sm::type, Acl::aclTypeIpv4}};
+  }
+  static constexpr std::array events{"TheRulesOfAnAclAreReplaced"};
+  static constexpr auto collection =
+      Collection{&Parent::aclConfigSm, &Parent::aclConfigSmIs, &Parent::aclConfigSmDel,
+                 &Parent::aclConfigSmDelAll};
+  static constexpr auto told = &Parent::handleAclConfig;
+  static Velmo::String key() { return termName; }
+  static Velmo::String otherKey() { return otherTermName; }
+  static auto made(const Velmo::String& key) {
+    return Rok::make<Acl::AclConfig>(key, Acl::aclTypeIpv4);
+  }
+  static void mount(const House& house, const Rok::Ptr<Acl::AclConfig>& input) {
+    acls(house.native).aclIs(termName, input);
+  }
+};
+
+// The only child outside a collection: it is replaced instead of refused.
+template <>
+struct Facts<QosOc::AclSubConfigSm> {
+  using Sm = QosOc::AclSubConfigSm;
+  using Parent = QosOc::AclConfigSm;
+  static constexpr auto name = "AclSubConfigSm";
+  static constexpr auto factory = &QosOc::aclSubConfigSmFactory;
+  static constexpr auto arguments = std::tuple{Named{"aclSubConfig", &Sm::aclSubConfig},
+                                               Named{"classifierDir", &Sm::classifierDir},
+                                               Named{"aclNameAndType", &Sm::aclNameAndType}};
+  static constexpr std::array events{"ARuleComes"};
+  static Rok::Ptr<Sm> in(const Parent& parent) { return parent.aclSubConfigSm(); }
+};
+
+// ===== Policy maps
+
+template <>
+struct Facts<QosOc::ClassActionKivToOcSm> {
+  using Sm = QosOc::ClassActionKivToOcSm;
+  static constexpr auto name = "ClassActionKivToOcSm";
+  static constexpr auto factory = &QosOc::classActionKivToOcSmFactory;
+  static constexpr auto arguments =
+      std::tuple{Named{"qosAclConfig", &Sm::qosAclConfig}, Named{"cliConfig", &Sm::cliConfig},
+                 Named{"classifierDir", &Sm::classifierDir}};
+  static constexpr std::array events{"AMapTypeComes"};
+};
+
+template <>
+struct Facts<QosOc::PmapTypeSm> : ChildFacts<QosOc::PmapTypeSm, QosOc::ClassActionKivToOcSm> {
+  using Sm = QosOc::PmapTypeSm;
+  static constexpr auto name = "PmapTypeSm";
+  static constexpr auto factory = &QosOc::pmapTypeSmFactory;
+  static constexpr auto arguments =
+      std::tuple{Named{"pmapTypeConfig", &Sm::pmapTypeConfig}, Named{"cliConfig", &Sm::cliConfig},
+                 Named{"classifierDir", &Sm::classifierDir}};
+  static auto computed() { return std::tuple{Computed{&Sm::pmapType, Qos::mapQos}}; }
+  static constexpr std::array events{"APolicyMapComes"};
+  static constexpr auto collection = Collection{&Parent::pmapTypeSm, &Parent::pmapTypeSmIs,
+                                                &Parent::pmapTypeSmDel, &Parent::pmapTypeSmDelAll};
+  static constexpr auto told = &Parent::handlePmapTypeConfig;
+  static Qos::MapType key() { return Qos::mapQos; }
+  static Qos::MapType otherKey() { return Qos::MapType{7}; }
+  static auto made(const Qos::MapType& key) {
+    return Rok::make<Qos::Input::PolicyMapTypeConfig>(key);
+  }
+  static void mount(const House& house, const Rok::Ptr<Qos::Input::PolicyMapTypeConfig>& input) {
+    house.native.aclConfig->pmapTypeIs(Qos::mapQos, input);
+  }
+};
+
+template <>
+struct Facts<QosOc::PmapConfigSm> : ChildFacts<QosOc::PmapConfigSm, QosOc::PmapTypeSm> {
+  using Sm = QosOc::PmapConfigSm;
+  static constexpr auto name = "PmapConfigSm";
+  static constexpr auto factory = &QosOc::pmapConfigSmFactory;
+  static constexpr auto arguments = std::tuple{
+      Named{"pmapConfig", &Sm::pmapConfig}, Named{"ipv4ClassifierName", &Sm::ipv4ClassifierName},
+      Named{"ipv6ClassifierName", &Sm::ipv6ClassifierName}, Named{"cliConfig", &Sm::cliConfig},
+      Named{"classifierDir", &Sm::classifierDir}};
+  static auto computed() { return std::tuple{Computed{&Sm::pmapName, policyMapName}}; }
+  static constexpr std::array events{"AClassComes"};
+  static constexpr auto collection =
+      Collection{&Parent::pmapConfigSm, &Parent::pmapConfigSmIs, &Parent::pmapConfigSmDel,
+                 &Parent::pmapConfigSmDelAll};
+  static constexpr auto told = &Parent::handlePmapConfig;
+  static Velmo::String key() { return policyMapName; }
+  static Velmo::String otherKey() { return otherPolicyMapName; }
+  static auto made(const Velmo::String& key) { return Rok::make<Qos::PolicyMapConfig>(key); }
+  static void mount(const House& house, const Rok::Ptr<Qos::PolicyMapConfig>& input) {
+    policyMaps(house.native).pmapIs(policyMapName, input);
+  }
+};
+
+template <>
+struct Facts<QosOc::ClassActionSm> : ChildFacts<QosOc::ClassActionSm, QosOc::PmapConfigSm> {
+  using Sm = QosOc::ClassActionSm;
+  static constexpr auto name = "ClassActionSm";
+  static constexpr auto factory = &QosOc::classActionSmFactory;
+  static constexpr auto arguments = std::tuple{
+      Named{"classAction", &Sm::classAction},       Named{"classifierName", &Sm::classifierName},
+      Named{"classifierType", &Sm::classifierType}, Named{"termId", &Sm::termId},
+      Named{"cliConfig", &Sm::cliConfig},           Named{"classifierDir", &Sm::classifierDir},
+      Named{"pmapConfigSm", &Sm::pmapConfigSm}};
+  static auto computed() { return std::tuple{Computed{&Sm::cmapName, termName}}; }
+  static constexpr std::array events{"AnActionGoes"};
+  static constexpr auto collection =
+      Collection{&Parent::classActionSm, &Parent::classActionSmIs, &Parent::classActionSmDel,
+                 &Parent::classActionSmDelAll};
+  static constexpr auto told = &Parent::handleClassAction;
+  static Velmo::String key() { return termName; }
+  static Velmo::String otherKey() { return otherTermName; }
+  static auto made(const Velmo::String& key) { return Rok::make<Qos::ClassAction>(key); }
+  static void mount(const House& house, const Rok::Ptr<Qos::ClassAction>& input) {
+    policyMapIn(house).classActionIs(termName, input);
+  }
+  static constexpr auto chain = Chain{&Sm::rok_CliConfig_ForwardingGroupNameToTcMapIn,
+                                      &Sm::rok_CliConfig_ForwardingGroupNameToTcMapInIs,
+                                      &Sm::rok_CliConfig_ForwardingGroupNameToTcMapInDel};
+  static constexpr auto chainEvent = "AGroupNameComes";
+  static auto mounted(const House& house) {
+    return house.native.qosConfig->forwardingGroupNameToTcMap();
+  }
+  static void mountChained(const House& house,
+                           const Rok::Ptr<Qos::ForwardingGroupNameToTcMap>& input) {
+    house.native.qosConfig->forwardingGroupNameToTcMapIs(input);
+  }
+};
+
+template <>
+struct Facts<QosOc::PolicyActionSm> : ChildFacts<QosOc::PolicyActionSm, QosOc::ClassActionSm> {
+  using Sm = QosOc::PolicyActionSm;
+  static constexpr auto name = "PolicyActionSm";
+  static constexpr auto factory = &QosOc::policyActionSmFactory;
+  static constexpr auto arguments = std::tuple{
+      Named{"policyAction", &Sm::policyAction},     Named{"classifierName", &Sm::classifierName},
+      Named{"classifierType", &Sm::classifierType}, Named{"termId", &Sm::termId},
+      Named{"cliConfig", &Sm::cliConfig},           Named{"classifierDir", &Sm::classifierDir},
+      Named{"classActionSm", &Sm::classActionSm}};
+  static auto computed() { return std::tuple{Computed{&Sm::actionType, Qos::actionSetTc}}; }
+  static constexpr std::array events{"AnActionChanges"};
+  static constexpr auto collection =
+      Collection{&Parent::policyActionSm, &Parent::policyActionSmIs, &Parent::policyActionSmDel,
+                 &Parent::policyActionSmDelAll};
+  static constexpr auto told = &Parent::handlePolicyAction;
+  static Qos::ActionType key() { return Qos::actionSetTc; }
+  static Qos::ActionType otherKey() { return Qos::ActionType{9}; }
+  static auto made(const Qos::ActionType& key) { return Rok::make<Qos::Action>(key); }
+  static void mount(const House& house, const Rok::Ptr<Qos::Action>& input) {
+    (*policyMapIn(house).classAction().find(termName))->policyActionIs(Qos::actionSetTc, input);
+  }
+};
+
+// ===== Service policies
+
+template <>
+struct Facts<QosOc::InterfaceClassifierKivToOcSm> {
+  using Sm = QosOc::InterfaceClassifierKivToOcSm;
+  static constexpr auto name = "InterfaceClassifierKivToOcSm";
+  static constexpr auto factory = &QosOc::interfaceClassifierKivToOcSmFactory;
+  static constexpr auto arguments =
+      std::tuple{Named{"cliConfig", &Sm::cliConfig}, Named{"interfacesDir", &Sm::interfacesDir}};
+  static constexpr std::array events{"AServicePolicyComes"};
+};
+
+template <>
+struct Facts<QosOc::ServicePolicySm>
+    : ChildFacts<QosOc::ServicePolicySm, QosOc::InterfaceClassifierKivToOcSm> {
+  using Sm = QosOc::ServicePolicySm;
+  static constexpr auto name = "ServicePolicySm";
+  static constexpr auto factory = &QosOc::servicePolicySmFactory;
+  static constexpr auto arguments =
+      std::tuple{Named{"servicePolicyConfig", &Sm::servicePolicyConfig},
+                 Named{"interfacesDir", &Sm::interfacesDir},
+                 Named{"intfClassifierKivToOcSm", &Sm::intfClassifierKivToOcSm}};
+  static auto computed() { return std::tuple{Computed{&Sm::pmapName, policyMapName}}; }
+  static constexpr std::array events{"AnInterfaceIsBound"};
+  static constexpr auto collection =
+      Collection{&Parent::servicePolicySm, &Parent::servicePolicySmIs, &Parent::servicePolicySmDel,
+                 &Parent::servicePolicySmDelAll};
+  static Velmo::String key() { return policyMapName; }
+  static Velmo::String otherKey() { return otherPolicyMapName; }
+  static auto made(const Velmo::String& key) {
+    return Rok::make<Qos::ServicePolicyConfig>(Qos::ServicePolicyKey{1, key});
+  }
+  static void mount(const House& house, const Rok::Ptr<Qos::ServicePolicyConfig>& input) {
+    house.native.qosConfig->servicePolicyConfigIs({1, policyMapName}, input);
+  }
+  static void told(Parent& parent, const Velmo::String& key) {
+    parent.handleServicePolicyConfig(Qos::ServicePolicyKey{1, key});
+  }
+};
+
+// ===== Forwarding groups
+
+template <>
+struct Facts<QosOc::ForwardingGroupKivToOcSm> {
+  using Sm = QosOc::ForwardingGroupKivToOcSm;
+  static constexpr auto name = "ForwardingGroupKivToOcSm";
+  static constexpr auto factory = &QosOc::forwardingGroupKivToOcSmFactory;
+  static constexpr auto arguments =
+      std::tuple{Named{"cliConfig", &Sm::cliConfig},
+                 Named{"forwardingGroupConfigDir", &Sm::forwardingGroupConfigDir},
+                 Named{"queuesDir", &Sm::queuesDir}};
+  static constexpr std::array events{"ATrafficClassMoves"};
+};
+
+// ===== Queues
+
+template <>
+struct Facts<QosOc::QueueKivToOcSm> {
+  using Sm = QosOc::QueueKivToOcSm;
+  static constexpr auto name = "QueueKivToOcSm";
+  static constexpr auto factory = &QosOc::queueKivToOcSmFactory;
+  static constexpr auto arguments =
+      std::tuple{Named{"qosCliConfig", &Sm::qosCliConfig}, Named{"queuesDir", &Sm::queuesDir},
+                 Named{"cliConfig", &Sm::cliConfig}};
+  static constexpr std::array events{"AnInterfaceComes"};
+};
+
+template <>
+struct Facts<QosOc::IntfSm> : InterfaceFacts<QosOc::IntfSm, QosOc::QueueKivToOcSm> {
+  using Sm = QosOc::IntfSm;
+  static constexpr auto name = "IntfSm";
+  static constexpr auto factory = &QosOc::intfSmFactory;
+  static constexpr auto arguments =
+      std::tuple{Named{"queuesDir", &Sm::queuesDir}, Named{"intfConfig", &Sm::intfConfig},
+                 Named{"cliConfig", &Sm::cliConfig}};
+  static constexpr std::array events{"ATxQueueComes"};
+  static constexpr auto collection =
+      Collection{&Parent::intfSm, &Parent::intfSmIs, &Parent::intfSmDel, &Parent::intfSmDelAll};
+  static constexpr auto told = &Parent::handleIntfConfig;
+  static Nerit::IntfId key() { return ethernet3; }
+};
+
+template <>
+struct Facts<QosOc::TxQueueSm> : TxQueueFacts<QosOc::TxQueueSm, QosOc::IntfSm> {
+  using Sm = QosOc::TxQueueSm;
+  static constexpr auto name = "TxQueueSm";
+  static constexpr auto factory = &QosOc::txQueueSmFactory;
+  static constexpr auto arguments =
+      std::tuple{Named{"intfId", &Sm::intfId}, Named{"queuesDir", &Sm::queuesDir},
+                 Named{"txQueueConfig", &Sm::txQueueConfig}, Named{"cliConfig", &Sm::cliConfig}};
+  static constexpr std::array events{"ABandwidthChanges", "EcnSettingsChange", "AnAttachmentComes"};
+  static constexpr auto collection = Collection{&Parent::txQueueSm, &Parent::txQueueSmIs,
+                                                &Parent::txQueueSmDel, &Parent::txQueueSmDelAll};
+  static constexpr auto told = &Parent::handleTxQueueConfig;
+};
+
+// ===== Priority flow control
+
+template <>
+struct Facts<QosOc::PfcKivToOCSm> {
+  using Sm = QosOc::PfcKivToOCSm;
+  static constexpr auto name = "PfcKivToOCSm";
+  static constexpr auto factory = &QosOc::pfcKivToOCSmFactory;
+  static constexpr auto arguments =
+      std::tuple{Named{"cliConfig", &Sm::cliConfig}, Named{"pfcConfig", &Sm::pfcConfig}};
+  static constexpr std::array events{"TheWatchdogChanges"};
+};
+
+template <>
+struct Facts<QosOc::IntfPfcKivToOCSm> {
+  using Sm = QosOc::IntfPfcKivToOCSm;
+  static constexpr auto name = "IntfPfcKivToOCSm";
+  static constexpr auto factory = &QosOc::intfPfcKivToOCSmFactory;
+  static constexpr auto arguments =
+      std::tuple{Named{"cliConfig", &Sm::cliConfig}, Named{"interfacesDir", &Sm::interfacesDir}};
+  static constexpr std::array events{"AnInterfaceComes"};
+};
+
+template <>
+struct Facts<QosOc::InterfaceConfigSm>
+    : InterfaceFacts<QosOc::InterfaceConfigSm, QosOc::IntfPfcKivToOCSm> {
+  using Sm = QosOc::InterfaceConfigSm;
+  static constexpr auto name = "InterfaceConfigSm";
+  static constexpr auto factory = &QosOc::interfaceConfigSmFactory;
+  static constexpr auto arguments =
+      std::tuple{Named{"intfConfig", &Sm::intfConfig}, Named{"interfacesDir", &Sm::interfacesDir}};
+  static constexpr std::array events{"APortRecordIsReplaced", "PrioritiesChange"};
+  static constexpr auto collection =
+      Collection{&Parent::intfConfigSm, &Parent::intfConfigSmIs, &Parent::intfConfigSmDel,
+                 &Parent::intfConfigSmDelAll};
+  static constexpr auto told = &Parent::handleIntfConfig;
+  static Nerit::IntfId key() { return ethernet1; }
+};
+
+// ===== Queue-management profiles
+
+template <>
+struct Facts<QosOc::QueueManagementProfileKivToOcSm> {
+  using Sm = QosOc::QueueManagementProfileKivToOcSm;
+  static constexpr auto name = "QueueManagementProfileKivToOcSm";
+  static constexpr auto factory = &QosOc::queueManagementProfileKivToOcSmFactory;
+  static constexpr auto arguments =
+      std::tuple{Named{"cliConfig", &Sm::cliConfig}, Named{"cli", &Sm::cli},
+                 Named{"qosProfileConfigDir", &Sm::qosProfileConfigDir},
+                 Named{"queueManagementProfilesDir", &Sm::queueManagementProfilesDir},
+                 Named{"interfacesDir", &Sm::interfacesDir}};
+  static constexpr std::array events{"AManagementProfileComes", "AnInterfaceComes",
+                                     "AQueueNameComes", "AnAttachmentComes"};
+  static constexpr auto chain = Chain{&Sm::rok_CliConfig_QueueNameToTxQueueIdMapIn,
+                                      &Sm::rok_CliConfig_QueueNameToTxQueueIdMapInIs,
+                                      &Sm::rok_CliConfig_QueueNameToTxQueueIdMapInDel};
+  static constexpr auto chainEvent = "AQueueNameComes";
+  static auto mounted(const House& house) {
+    return house.native.qosConfig->queueNameToTxQueueIdMap();
+  }
+  static void mountChained(const House& house,
+                           const Rok::Ptr<Qos::QueueNameToTxQueueIdMap>& input) {
+    house.native.qosConfig->queueNameToTxQueueIdMapIs(input);
+  }
+};
+
+template <>
+struct Facts<QosOc::QueueManagementProfileQosProfileSm>
+    : ChildFacts<QosOc::QueueManagementProfileQosProfileSm,
+                 QosOc::QueueManagementProfileKivToOcSm> {
+  using Sm = QosOc::QueueManagementProfileQosProfileSm;
+  static constexpr auto name = "QueueManagementProfileQosProfileSm";
+  static constexpr auto factory = &QosOc::queueManagementProfileQosProfileSmFactory;
+  static constexpr auto arguments =
+      std::tuple{Named{"queueManagementProfileKivToOcSm", &Sm::queueManagementProfileKivToOcSm},
+                 Named{"queueManagementProfilesDir", &Sm::queueManagementProfilesDir},
+                 Named{"qosProfileConfig", &Sm::qosProfileConfig}};
+  static auto computed() { return std::tuple{Computed{&Sm::profileName, profileName}}; }
+  static constexpr std::array events{"TheBodyOfAProfileIsReplaced", "ATxQueueOfAProfileComes"};
+  static constexpr auto collection =
+      Collection{&Parent::qosProfileSm, &Parent::qosProfileSmIs, &Parent::qosProfileSmDel,
+                 &Parent::qosProfileSmDelAll};
+  static constexpr auto told = &Parent::handleProfileConfig;
+  static Velmo::String key() { return profileName; }
+  static Velmo::String otherKey() { return Velmo::String("__YANG_QMP_[other]"); }
+  static auto made(const Velmo::String& key) { return Rok::make<Qos::QosProfileConfig>(key); }
+  static void mount(const House& house, const Rok::Ptr<Qos::QosProfileConfig>& input) {
+    house.native.qosProfiles->configIs(profileName, input);
+  }
+  static constexpr auto chain =
+      Chain{&Sm::rok_QosProfileConfig_QosProfileIn, &Sm::rok_QosProfileConfig_QosProfileInIs,
+            &Sm::rok_QosProfileConfig_QosProfileInDel};
+  static constexpr auto chainEvent = "ATxQueueOfAProfileComes";
+  static auto mounted(const House& house) {
+    return (*house.native.qosProfiles->config().find(profileName))->qosProfile();
+  }
+  static void mountChained(const House& house, const Rok::Ptr<Qos::QosProfile>& input) {
+    (*house.native.qosProfiles->config().find(profileName))->qosProfileIs(input);
+  }
+};
+
+template <>
+struct Facts<QosOc::QueueManagementProfileQosProfileTxQueueSm>
+    : ChildFacts<QosOc::QueueManagementProfileQosProfileTxQueueSm,
+                 QosOc::QueueManagementProfileQosProfileSm> {
+  using Sm = QosOc::QueueManagementProfileQosProfileTxQueueSm;
+  static constexpr auto name = "QueueManagementProfileQosProfileTxQueueSm";
+  static constexpr auto factory = &QosOc::queueManagementProfileQosProfileTxQueueSmFactory;
+  static constexpr auto arguments =
+      std::tuple{Named{"profileSm", &Sm::profileSm}, Named{"profileName", &Sm::profileName},
+                 Named{"queueManagementProfilesDir", &Sm::queueManagementProfilesDir},
+                 Named{"txQueueConfig", &Sm::txQueueConfig}};
+  static auto computed() { return std::tuple{Computed{&Sm::txQueue, txQueue0}}; }
+  static constexpr std::array events{"WredSettingsChange"};
+  static constexpr auto collection = Collection{&Parent::txQueueSm, &Parent::txQueueSmIs,
+                                                &Parent::txQueueSmDel, &Parent::txQueueSmDelAll};
+  static constexpr auto told = &Parent::handleTxQueueConfig;
+  static Qos::TxQueue key() { return txQueue0; }
+  static Qos::TxQueue otherKey() { return otherTxQueue; }
+  static auto made(const Qos::TxQueue& key) { return Rok::make<Qos::TxQueueConfig>(key); }
+  static void mount(const House& house, const Rok::Ptr<Qos::TxQueueConfig>& input) {
+    (*house.native.qosProfiles->config().find(profileName))
+        ->qosProfile()
+        ->txQueueConfigIs(txQueue0, input);
+  }
+};
+
+template <>
+struct Facts<QosOc::QueueManagementProfileIntfSm>
+    : InterfaceFacts<QosOc::QueueManagementProfileIntfSm, QosOc::QueueManagementProfileKivToOcSm> {
+  using Sm = QosOc::QueueManagementProfileIntfSm;
+  static constexpr auto name = "QueueManagementProfileIntfSm";
+  static constexpr auto factory = &QosOc::queueManagementProfileIntfSmFactory;
+  static constexpr auto arguments =
+      std::tuple{Named{"queueManagementProfileKivToOcSm", &Sm::queueManagementProfileKivToOcSm},
+                 Named{"interfacesDir", &Sm::interfacesDir}, Named{"intfConfig", &Sm::intfConfig}};
+  static constexpr std::array events{"ATxQueueComes"};
+  static constexpr auto collection =
+      Collection{&Parent::intfSm, &Parent::intfSmIs, &Parent::intfSmDel, &Parent::intfSmDelAll};
+  static constexpr auto told = &Parent::handleIntfConfig;
+  static Nerit::IntfId key() { return ethernet3; }
+};
+
+template <>
+struct Facts<QosOc::QueueManagementProfileTxQueueSm>
+    : TxQueueFacts<QosOc::QueueManagementProfileTxQueueSm, QosOc::QueueManagementProfileIntfSm> {
+  using Sm = QosOc::QueueManagementProfileTxQueueSm;
+  static constexpr auto name = "QueueManagementProfileTxQueueSm";
+  static constexpr auto factory = &QosOc::queueManagementProfileTxQueueSmFactory;
+  static constexpr auto arguments = std::tuple{
+      Named{"intfSm", &Sm::intfSm}, Named{"intfId", &Sm::intfId},
+      Named{"interfacesDir", &Sm::interfacesDir}, Named{"txQueueConfig", &Sm::txQueueConfig}};
+  static constexpr std::array events{"EcnSettingsChange"};
+  static constexpr auto collection = Collection{&Parent::txQueueSm, &Parent::txQueueSmIs,
+                                                &Parent::txQueueSmDel, &Parent::txQueueSmDelAll};
+  static constexpr auto told = &Parent::handleTxQueueConfig;
+};
+
+// ===== Scheduler policies
+
+template <>
+struct Facts<QosOc::SchedulerPolicyKivToOCSm> {
+  using Sm = QosOc::SchedulerPolicyKivToOCSm;
+  static constexpr auto name = "SchedulerPolicyKivToOCSm";
+  static constexpr auto factory = &QosOc::schedulerPolicyKivToOCSmFactory;
+  static constexpr auto arguments =
+      std::tuple{Named{"cliConfig", &Sm::cliConfig}, Named{"qosCliConfig", &Sm::qosCliConfig},
+                 Named{"qosProfileConfigDir", &Sm::qosProfileConfigDir},
+                 Named{"schedulerPoliciesDir", &Sm::schedulerPoliciesDir},
+                 Named{"interfacesDir", &Sm::interfacesDir}};
+  static constexpr std::array events{"APolicyProfileComes", "AnInterfaceComes", "AQueueNameComes",
+                                     "SchedulersCome"};
+  static constexpr auto chain = Chain{&Sm::rok_QosCliConfig_QueueNameToTxQueueIdMapIn,
+                                      &Sm::rok_QosCliConfig_QueueNameToTxQueueIdMapInIs,
+                                      &Sm::rok_QosCliConfig_QueueNameToTxQueueIdMapInDel};
+  static constexpr auto chainEvent = "AQueueNameComes";
+  static auto mounted(const House& house) {
+    return house.native.qosConfig->queueNameToTxQueueIdMap();
+  }
+  static void mountChained(const House& house,
+                           const Rok::Ptr<Qos::QueueNameToTxQueueIdMap>& input) {
+    house.native.qosConfig->queueNameToTxQueueIdMapIs(input);
+  }
+};
+
+template <>
+struct Facts<QosOc::SchedulerPolicyIntfSm>
+    : InterfaceFacts<QosOc::SchedulerPolicyIntfSm, QosOc::SchedulerPolicyKivToOCSm> {
+  using Sm = QosOc::SchedulerPolicyIntfSm;
+  static constexpr auto name = "SchedulerPolicyIntfSm";
+  static constexpr auto factory = &QosOc::schedulerPolicyIntfSmFactory;
+  static constexpr auto arguments =
+      std::tuple{Named{"schedulerPolicyKivToOCSm", &Sm::schedulerPolicyKivToOCSm},
+                 Named{"schedulerPoliciesDir", &Sm::schedulerPoliciesDir},
+                 Named{"interfacesDir", &Sm::interfacesDir}, Named{"intfConfig", &Sm::intfConfig}};
+  static constexpr std::array events{"ATxQueueComes"};
+  static constexpr auto collection =
+      Collection{&Parent::intfSm, &Parent::intfSmIs, &Parent::intfSmDel, &Parent::intfSmDelAll};
+  static constexpr auto told = &Parent::handleIntfConfig;
+  static Nerit::IntfId key() { return ethernet3; }
+};
+
+template <>
+struct Facts<QosOc::SchedulerPolicyTxQueueSm>
+    : TxQueueFacts<QosOc::SchedulerPolicyTxQueueSm, QosOc::SchedulerPolicyIntfSm> {
+  using Sm = QosOc::SchedulerPolicyTxQueueSm;
+  static constexpr auto name = "SchedulerPolicyTxQueueSm";
+  static constexpr auto factory = &QosOc::schedulerPolicyTxQueueSmFactory;
+  static constexpr auto arguments = std::tuple{
+      Named{"schedulerPolicyIntfSm", &Sm::schedulerPolicyIntfSm}, Named{"intfId", &Sm::intfId},
+      Named{"schedulerPoliciesDir", &Sm::schedulerPoliciesDir},
+      Named{"interfacesDir", &Sm::interfacesDir}, Named{"txQueueConfig", &Sm::txQueueConfig}};
+  static constexpr std::array events{"ABandwidthChanges"};
+  static constexpr auto collection = Collection{&Parent::txQueueSm, &Parent::txQueueSmIs,
+                                                &Parent::txQueueSmDel, &Parent::txQueueSmDelAll};
+  static constexpr auto told = &Parent::handleTxQueueConfig;
+};
+
+// ===== All of them
+
+// Every machine that the library exports.
+using Machines = testing::Types<
+    QosOc::ClassMapKivToOcSm, QosOc::ClassMapTypeSm, QosOc::ClassMapSm, QosOc::AclKivToOcSm,
+    QosOc::AclTypeSm, QosOc::AclConfigSm, QosOc::AclSubConfigSm, QosOc::ClassActionKivToOcSm,
+    QosOc::PmapTypeSm, QosOc::PmapConfigSm, QosOc::ClassActionSm, QosOc::PolicyActionSm,
+    QosOc::InterfaceClassifierKivToOcSm, QosOc::ServicePolicySm, QosOc::ForwardingGroupKivToOcSm,
+    QosOc::QueueKivToOcSm, QosOc::IntfSm, QosOc::TxQueueSm, QosOc::PfcKivToOCSm,
+    QosOc::IntfPfcKivToOCSm, QosOc::InterfaceConfigSm, QosOc::QueueManagementProfileKivToOcSm,
+    QosOc::QueueManagementProfileQosProfileSm, QosOc::QueueManagementProfileQosProfileTxQueueSm,
+    QosOc::QueueManagementProfileIntfSm, QosOc::QueueManagementProfileTxQueueSm,
+    QosOc::SchedulerPolicyKivToOCSm, QosOc::SchedulerPolicyIntfSm, QosOc::SchedulerPolicyTxQueueSm>;
+
+// Names the tests of a typed suite after its machines.
+struct ByName {
+  template <class Sm>
+  static std::string GetName(int /*number*/) {
+    return Facts<Sm>::name;
+  }
+};
+
+}  // namespace support
