@@ -86,7 +86,9 @@ TYPED_TEST(Pattern, TheSwitchOfTheRootReachesIt) {
 TYPED_TEST(Pattern, TheEndOfTheRootEndsItAndLeavesTheOutput) {
   const std::string before = this->model();
   EXPECT_GT(blocks<TypeParam>(), 0u);
+  const TraceCapture trace({0, 1, 2, 3, 4, 5, 6, 7, 8, 9});
   this->house_.roots.clear();
+  EXPECT_THAT(trace.lines(), IsEmpty());
   EXPECT_EQ(blocks<TypeParam>(), 0u);
   EXPECT_THAT(support::watched(this->house_.native), IsEmpty());
   EXPECT_EQ(this->model(), before);
@@ -445,6 +447,19 @@ TYPED_TEST(PatternChild, DeletingAllLeavesTheOutputAndEndsThem) {
   EXPECT_EQ(this->model(), before);
 }
 
+TYPED_TEST(PatternChild, TheFactoryBuildsWhatItsParentBuilds) {
+  const auto given = this->given();
+  const auto lines = [&](const auto& make) {
+    this->del(Facts<TypeParam>::key());
+    const TraceCapture trace({0, 1, 2, 3, 4, 5, 6, 7, 8, 9});
+    make();
+    return trace.linesWithoutAddresses();
+  };
+  const auto byParent = lines([&] { this->is(given); });
+  EXPECT_THAT(byParent, Not(IsEmpty()));
+  EXPECT_EQ(lines([&] { support::makeFrom<TypeParam>(given); }), byParent);
+}
+
 TYPED_TEST(PatternChild, AZombieParentLeavesItAsItIs) {
   this->parent()->rokDoZombieReactors(true);
   EXPECT_FALSE(this->machine()->rokMarkedForDeletion());
@@ -485,9 +500,22 @@ TYPED_TEST(PatternMirror, AnotherNativeObjectUnderItsKeyIsRefused) {
   EXPECT_EQ(this->model(), before);
 }
 
-TYPED_TEST(PatternMirror, AParentThatIsToldOfItAgainKeepsIt) {
-  const std::string before = this->model();
+// Not even over an output that others emptied.
+TYPED_TEST(PatternMirror, AParentThatIsToldOfItAgainKeepsItAndWritesNothing) {
   const auto child = this->machine();
+  const host::Model& model = this->house_.model;
+  for (const auto& [name, each] : model.classifiers->classifier()) {
+    model.classifiers->classifierDel(name);
+  }
+  for (const auto& [name, each] : model.queues->q()) model.queues->qDel(name);
+  for (const auto& [name, each] : model.queueManagementProfiles->queueManagementProfile()) {
+    model.queueManagementProfiles->queueManagementProfileDel(name);
+  }
+  for (const auto& [name, each] : model.interfaces->interface()) {
+    each->inputDel();
+    each->outputDel();
+  }
+  const std::string before = this->model();
   std::invoke(Facts<TypeParam>::told, *this->parent(), Facts<TypeParam>::key());
   EXPECT_EQ(this->machine(), child);
   EXPECT_EQ(this->model(), before);
