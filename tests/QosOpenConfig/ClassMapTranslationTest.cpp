@@ -10,7 +10,6 @@
 
 #include "QosOpenConfig/QosOpenConfigClassifierKivToOCSm.h"
 #include "tests/support/ClassMapDevice.h"
-#include "tests/support/Refusals.h"
 #include "tests/support/TraceCapture.h"
 
 namespace QosOc::classMapTranslationTest {
@@ -21,7 +20,6 @@ using Qos::matchIpv6AccessGroup;
 using support::classMap;
 using support::ClassMapDevice;
 using support::Model;
-using support::reinstantiating;
 using support::TraceCapture;
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -391,18 +389,6 @@ TEST(ClassMapTranslation, ARestartKeepsTermsWithTheirConditions) {
   EXPECT_EQ(device.classifiers->classifier("edge-in")->terms()->term("voice"), term);
 }
 
-TEST(ClassMapTranslation, StoppingLeavesTheOutputAsItStands) {
-  ClassMapDevice device;
-  device.add("__yang_[edge-in]_[]");
-  device.add("__yang_[edge-in]_[voice]");
-  device.start();
-  const Model before = device.model();
-  device.stop();
-  EXPECT_EQ(device.model(), before);
-  device.remove("__yang_[edge-in]_[voice]");
-  EXPECT_EQ(device.model(), before) << "nobody watches any more";
-}
-
 TEST(ClassMapTranslation, SweepsOfManyClassifiersDoNotInterfere) {
   for (std::uint32_t seed = 0; seed < 8; ++seed) {
     Rok::HashHelper::orderSeedIs(seed);
@@ -446,6 +432,7 @@ TEST(ClassMapTranslation, OnlyTheClassMapsOfMapQosAreTranslated) {
   other->cmapIs("__yang_[core-in]_[]", classMap("__yang_[core-in]_[]"));
   EXPECT_EQ(device.model(), Model{});
   EXPECT_EQ(device.root->cmapTypeConfigSm().members(), 1u);
+  EXPECT_EQ(ClassMapKivToOcSm::mapType(), Qos::mapQos);
 }
 
 TEST(ClassMapTranslation, TheRootFollowsTheMapQosEntryOfItsConstructionForLife) {
@@ -461,93 +448,6 @@ TEST(ClassMapTranslation, TheRootFollowsTheMapQosEntryOfItsConstructionForLife) 
 }
 
 // ===== Failures
-
-TEST(ClassMapTranslation, AMissingMapQosEntryThrowsOutOfTheFactory) {
-  const auto aclConfig = Rok::make<Qos::Input::AclConfig>();
-  const auto classifiers = Rok::make<Config::ClassifiersDir>();
-  try {
-    classMapKivToOcSmFactory(aclConfig, classifiers);
-    FAIL() << "no exception";
-  } catch (const Rok::MutatorArgNullPointerException& e) {
-    EXPECT_EQ(e.attribute(), "cmapTypeConfig");
-    EXPECT_STREQ(e.what(),
-                 "ClassMapTypeSm: argument cmapTypeConfig (attribute 130) must not be null");
-  }
-  EXPECT_EQ(Rok::AllocTrackTypeInfo::of<ClassMapKivToOcSm>().blocks(), 0u);
-}
-
-TEST(ClassMapTranslation, ANullEntryThrowsOutOfTheHandlerAndTheNextEventIsServed) {
-  ClassMapDevice device;
-  device.start();
-  try {
-    device.classMaps->cmapIs("__yang_[edge-in]_[voice]", nullptr);
-    FAIL() << "no exception";
-  } catch (const Rok::MutatorArgNullPointerException& e) {
-    EXPECT_EQ(e.attribute(), "cmapConfig");
-    EXPECT_STREQ(e.what(), "ClassMapSm: argument cmapConfig (attribute 130) must not be null");
-  }
-  device.add("__yang_[edge-in]_[video]");
-  EXPECT_EQ(device.model(), (Model{{"edge-in/v4", {"video"}}}));
-}
-
-TEST(ClassMapTranslation, ANullEntryAtStartThrowsOutOfTheFactoryAndLeavesNothingRegistered) {
-  ClassMapDevice device;
-  device.classMaps->cmapIs("broken", nullptr);
-  EXPECT_THROW(device.start(), Rok::MutatorArgNullPointerException);
-  EXPECT_EQ(device.classMaps->notifieeList()->notifiees(), 0u);
-  EXPECT_EQ(Rok::AllocTrackTypeInfo::of<ClassMapTypeSm>().blocks(), 0u);
-}
-
-TEST(ClassMapTranslation, AnotherClassMapUnderAMirroredNameThrowsAndChangesNothing) {
-  ClassMapDevice device;
-  device.start();
-  const auto first = device.add("__yang_[edge-in]_[voice]");
-  try {
-    device.add("__yang_[edge-in]_[voice]", {matchIpv6AccessGroup});
-    FAIL() << "no exception";
-  } catch (const Rok::MutatorReinstantiatingException& e) {
-    EXPECT_EQ(e.attribute(), "cmapConfig");
-    EXPECT_EQ(e.attributeId(), 130u);
-  }
-  EXPECT_EQ(device.machine("__yang_[edge-in]_[voice]")->cmapConfig(), first);
-  EXPECT_EQ(device.model(), (Model{{"edge-in/v4", {"voice"}}}));
-}
-
-TEST(ClassMapTranslation, TheSameClassMapAgainChangesNothing) {
-  ClassMapDevice device;
-  device.start();
-  device.add("__yang_[edge-in]_[voice]");
-  const auto before = device.machine("__yang_[edge-in]_[voice]");
-  device.types()->handleClassMapConfig("__yang_[edge-in]_[voice]");
-  EXPECT_EQ(device.machine("__yang_[edge-in]_[voice]"), before);
-}
-
-TEST(ClassMapTranslation, AnotherOutputDirectoryForAMirroredNameThrows) {
-  ClassMapDevice device;
-  device.start();
-  const auto voice = device.add("__yang_[edge-in]_[voice]");
-  try {
-    device.types()->cmapConfigSmIs(voice, Rok::make<Config::ClassifiersDir>());
-    FAIL() << "no exception";
-  } catch (const Rok::MutatorReinstantiatingException& e) {
-    EXPECT_EQ(e.attribute(), "classifierDir");
-    EXPECT_EQ(e.attributeId(), 131u);
-  }
-  EXPECT_EQ(device.types()->cmapConfigSm().members(), 1u);
-}
-
-TEST(ClassMapTranslation, AnotherOutputDirectoryForTheMapTypeThrows) {
-  ClassMapDevice device;
-  device.start();
-  const auto types = device.types();
-  EXPECT_EQ(reinstantiating([&] {
-              device.root->cmapTypeConfigSmIs(device.classMaps,
-                                              Rok::make<Config::ClassifiersDir>());
-            }),
-            "classifierDir 131");
-  EXPECT_EQ(device.types(), types);
-  EXPECT_EQ(types->classifierDir(), device.classifiers);
-}
 
 TEST(ClassMapTranslation, ADeletedClassMapMayComeBackAsAnotherObject) {
   ClassMapDevice device;
@@ -569,28 +469,6 @@ TEST(ClassMapTranslationDeathTest, TheDeletionOfAKeyWithoutAMachineEndsTheProces
 
 // ===== Life
 
-TEST(ClassMapTranslation, TheFactoryReturnsAnActiveTree) {
-  ClassMapDevice device;
-  device.add("__yang_[edge-in]_[voice]");
-  device.start();
-  EXPECT_TRUE(device.root->hasNotificationActive());
-  EXPECT_TRUE(device.types()->hasNotificationActive());
-  EXPECT_TRUE(device.machine("__yang_[edge-in]_[voice]")->hasNotificationActive());
-}
-
-TEST(ClassMapTranslation, SwitchingTheRootOffSilencesTheTreeAndOnWakesIt) {
-  ClassMapDevice device;
-  const auto voice = device.add("__yang_[edge-in]_[voice]", {});
-  device.start();
-  device.root->hasNotificationActiveIs(false);
-  voice->matchIs(matchIpAccessGroup, Rok::make<Qos::ClassMapMatch>());
-  device.add("__yang_[edge-in]_[]");
-  EXPECT_EQ(device.model(), Model{});
-  device.root->hasNotificationActiveIs(true);
-  voice->matchIs(matchIpv6AccessGroup, Rok::make<Qos::ClassMapMatch>());
-  EXPECT_EQ(device.model(), (Model{{"edge-in/v6", {"voice"}}}));
-}
-
 TEST(ClassMapTranslation, TheTypesPrepareToDieTakesBackEveryChildsOutputAndKeepsTheChildren) {
   ClassMapDevice device;
   device.add("__yang_[edge-in]_[]");
@@ -601,43 +479,6 @@ TEST(ClassMapTranslation, TheTypesPrepareToDieTakesBackEveryChildsOutputAndKeeps
   device.types()->doPrepareToDie();
   EXPECT_EQ(device.model(), Model{});
   EXPECT_EQ(device.types()->cmapConfigSm().members(), 4u);
-}
-
-TEST(ClassMapTranslation, TheMutatorsOfTheCollectionsReleaseChildrenAndLeaveTheOutput) {
-  ClassMapDevice device;
-  device.start();
-  device.add("__yang_[edge-in]_[voice]");
-  device.add("__yang_[edge-in]_[video]");
-  device.types()->cmapConfigSmDel("__yang_[edge-in]_[voice]");
-  EXPECT_EQ(device.types()->cmapConfigSm().members(), 1u);
-  device.types()->cmapConfigSmDelAll();
-  EXPECT_EQ(device.types()->cmapConfigSm().members(), 0u);
-  device.root->cmapTypeConfigSmDel(Qos::mapQos);
-  EXPECT_EQ(device.root->cmapTypeConfigSm().members(), 0u);
-  device.root->cmapTypeConfigSmDelAll();
-  EXPECT_EQ(device.model(), (Model{{"edge-in/v4", {"video", "voice"}}}));
-  EXPECT_EQ(device.classMaps->notifieeList()->notifiees(), 0u);
-}
-
-TEST(ClassMapTranslation, ComputedAttributesReadTheInputs) {
-  ClassMapDevice device;
-  device.start();
-  device.add("__yang_[edge-in]_[voice]");
-  const auto sm = device.machine("__yang_[edge-in]_[voice]");
-  EXPECT_EQ(sm->cmapName(), "__yang_[edge-in]_[voice]");
-  EXPECT_EQ(sm->type(), Qos::mapQos);
-  EXPECT_EQ(device.types()->type(), Qos::mapQos);
-  EXPECT_EQ(ClassMapKivToOcSm::mapType(), Qos::mapQos);
-}
-
-TEST(ClassMapTranslation, EachFactoryBuildsItsOwnMachine) {
-  ClassMapDevice device;
-  device.add("__yang_[edge-in]_[]");
-  const auto type = classMapTypeSmFactory(device.classMaps, device.classifiers);
-  EXPECT_TRUE(type->hasNotificationActive());
-  const auto voice = classMapSmFactory(classMap("__yang_[edge-in]_[voice]"), device.classifiers);
-  EXPECT_TRUE(voice->hasNotificationActive());
-  EXPECT_EQ(device.model(), (Model{{"edge-in/v4", {"voice"}}}));
 }
 
 // ===== Traces
