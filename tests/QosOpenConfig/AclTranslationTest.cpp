@@ -824,19 +824,6 @@ TEST(AclStart, SweepsOfManyClassifiersAndTermsDoNotInterfere) {
   }
 }
 
-TEST_F(AclTranslation, StoppingLeavesTheOutputAndEndsEveryWatch) {
-  const auto sub = add(voiceName, {{10, dscp(46)}});
-  const auto kept = acl(voiceName);
-  stop();
-  EXPECT_EQ(voice(), "ipv4 46");
-  EXPECT_EQ(ipv4->notifieeList()->notifiees(), 0u);
-  EXPECT_EQ(ipv6->notifieeList()->notifiees(), 0u);
-  EXPECT_EQ(kept->notifieeList()->notifiees(), 0u);
-  EXPECT_EQ(sub->notifieeList()->notifiees(), 0u);
-  remove(voiceName);
-  EXPECT_EQ(voice(), "ipv4 46");
-}
-
 TEST_F(AclTranslation, TheRootFollowsTheEntriesOfItsConstructionForLife) {
   const auto replacement = Rok::make<Acl::Input::AclTypeConfig>(aclTypeIpv4);
   const auto old = ipv4;
@@ -903,75 +890,6 @@ TEST(AclFailure, OneEntryUnderBothFamiliesIsTheSameMachineAndAnotherOfThatTypeTh
   EXPECT_THROW(device.restart(), Rok::MutatorReinstantiatingException);
 }
 
-TEST_F(AclTranslation, ANullAclThrowsOutOfTheHandlerAndTheNextEventIsServed) {
-  try {
-    ipv4->aclIs(voiceName, nullptr);
-    FAIL() << "no exception";
-  } catch (const Rok::MutatorArgNullPointerException& e) {
-    EXPECT_EQ(e.attribute(), "aclConfig");
-    EXPECT_STREQ(e.what(), "AclConfigSm: argument aclConfig (attribute 130) must not be null");
-  }
-  add("__yang_[edge-in]_[video]", {{10, dscp(34)}});
-  EXPECT_EQ(model(), (Model{{"edge-in/v4", {"video: ipv4 34"}}}));
-}
-
-TEST(AclFailure, ANullAclAtStartThrowsOutOfTheFactoryAndLeavesNothingRegistered) {
-  AclDevice device;
-  device.add("a", {{10, dscp(46)}});
-  device.ipv4->aclIs("broken", nullptr);
-  EXPECT_THROW(device.start(), Rok::MutatorArgNullPointerException);
-  EXPECT_EQ(device.ipv4->notifieeList()->notifiees(), 0u);
-  EXPECT_EQ(device.acl("a")->notifieeList()->notifiees(), 0u);
-  EXPECT_EQ(Rok::AllocTrackTypeInfo::of<AclTypeSm>().blocks(), 0u);
-}
-
-TEST_F(AclTranslation, AnotherAclUnderAMirroredNameThrowsAndChangesNothing) {
-  add(voiceName, {{10, dscp(46)}});
-  const auto first = acl(voiceName);
-  const auto another = Rok::make<Acl::AclConfig>(voiceName, aclTypeIpv4);
-  another->aclSubConfigIs(subConfig({{10, dscp(8)}}));
-  try {
-    ipv4->aclIs(voiceName, another);
-    FAIL() << "no exception";
-  } catch (const Rok::MutatorReinstantiatingException& e) {
-    EXPECT_EQ(e.attribute(), "aclConfig");
-    EXPECT_EQ(e.attributeId(), 130u);
-    EXPECT_THAT(e.what(), StartsWith("AclConfigSm: a child built with another aclConfig "
-                                     "(attribute 130) exists: "));
-  }
-  EXPECT_EQ(machine(voiceName)->aclConfig(), first);
-  EXPECT_EQ(voice(), "ipv4 46");
-}
-
-TEST_F(AclTranslation, AnotherOutputDirectoryForAMirroredKeyThrows) {
-  add(voiceName, {{10, dscp(46)}});
-  const auto other = Rok::make<Config::ClassifiersDir>();
-  const auto expectRefused = [](const auto& mutator) {
-    try {
-      mutator();
-      FAIL() << "no exception";
-    } catch (const Rok::MutatorReinstantiatingException& e) {
-      EXPECT_EQ(e.attribute(), "classifierDir");
-      EXPECT_EQ(e.attributeId(), 131u);
-    }
-  };
-  expectRefused([&] { types()->aclConfigSmIs(acl(voiceName), other); });
-  expectRefused([&] { root->aclTypeSmIs(ipv4, other); });
-  EXPECT_EQ(types()->aclConfigSm().members(), 1u);
-  EXPECT_EQ(root->aclTypeSm().members(), 2u);
-  EXPECT_EQ(other->classifier().members(), 0u);
-}
-
-TEST_F(AclTranslation, TheSameArgumentsAgainGiveTheSameChild) {
-  add(voiceName, {{10, dscp(46)}});
-  const auto sm = machine(voiceName);
-  EXPECT_EQ(types()->aclConfigSmIs(acl(voiceName), classifiers), sm);
-  types()->handleAclConfig(voiceName);
-  EXPECT_EQ(machine(voiceName), sm);
-  EXPECT_EQ(root->aclTypeSmIs(ipv4, classifiers), types());
-  EXPECT_EQ(root->aclTypeSmIs(ipv6, classifiers), types(aclTypeIpv6));
-}
-
 using AclTranslationDeathTest = AclTranslation;
 
 // A deletion that was never announced as an addition is a fault of the notifier, and fatal.
@@ -1025,30 +943,6 @@ TEST_F(AclTranslation, AnUnknownFamilyUnderAForeignNameOrWithoutRulesIsNoFault) 
 
 // ===== Life
 
-TEST_F(AclTranslation, TheFactoryReturnsAnActiveTree) {
-  add(voiceName, {{10, dscp(46)}});
-  restart();
-  EXPECT_TRUE(root->hasNotificationActive());
-  EXPECT_TRUE(types(aclTypeIpv4)->hasNotificationActive());
-  EXPECT_TRUE(types(aclTypeIpv6)->hasNotificationActive());
-  EXPECT_TRUE(machine(voiceName)->hasNotificationActive());
-  EXPECT_TRUE(machine(voiceName)->aclNameAndType()->hasNotificationActive());
-  EXPECT_TRUE(machine(voiceName)->aclSubConfigSm()->hasNotificationActive());
-}
-
-TEST_F(AclTranslation, SwitchingTheRootOffSilencesTheTreeDownToTheRulesAndOnWakesIt) {
-  const auto sub = add(voiceName, {{10, dscp(46)}});
-  root->hasNotificationActiveIs(false);
-  EXPECT_FALSE(machine(voiceName)->aclSubConfigSm()->hasNotificationActive());
-  addRule(*sub, 20, dscp(34));
-  acl(voiceName)->aclSubConfigIs(nullptr);
-  add("__yang_[edge-in]_[video]", {{10, dscp(8)}});
-  EXPECT_EQ(model(), (Model{{"edge-in/v4", {"voice: ipv4 46"}}}));
-  root->hasNotificationActiveIs(true);
-  addRule(*sub, 30, dscp(8));
-  EXPECT_EQ(voice(), "ipv4 [46, 8]");
-}
-
 TEST_F(AclTranslation, ATypesPrepareToDieResetsEveryTermAndKeepsTheChildren) {
   add(voiceName, {{10, dscp(46)}});
   add("__yang_[core-in]_[voice]", {{10, dscp(46)}});
@@ -1061,36 +955,13 @@ TEST_F(AclTranslation, ATypesPrepareToDieResetsEveryTermAndKeepsTheChildren) {
   EXPECT_EQ(types()->aclConfigSm().members(), 3u);
 }
 
-TEST_F(AclTranslation, TheMutatorsOfTheCollectionsReleaseChildrenAndLeaveTheOutput) {
-  add(voiceName, {{10, dscp(46)}});
-  add("__yang_[edge-in]_[video]", {{10, dscp(34)}});
-  const Model before = model();
-  types()->aclConfigSmDel(voiceName);
-  EXPECT_EQ(types()->aclConfigSm().members(), 1u);
-  types()->aclConfigSmDelAll();
-  EXPECT_EQ(types()->aclConfigSm().members(), 0u);
-  root->aclTypeSmDel(aclTypeIpv4);
-  EXPECT_EQ(root->aclTypeSm().members(), 1u);
-  root->aclTypeSmDelAll();
-  EXPECT_EQ(root->aclTypeSm().members(), 0u);
-  EXPECT_EQ(model(), before);
-  EXPECT_EQ(ipv4->notifieeList()->notifiees(), 0u);
-}
-
-TEST_F(AclTranslation, AttributesReadBack) {
+TEST_F(AclTranslation, TheRulesAreMadeFromTheNameAndTypeOfTheirAcl) {
   add6(voiceName, {{10, trafficClass(0xb8)}});
   const auto sm = machine(voiceName, aclTypeIpv6);
-  EXPECT_EQ(root->aclCliConfig().get(), config.get());
-  EXPECT_EQ(root->classifierDir(), classifiers);
-  EXPECT_EQ(types(aclTypeIpv6)->type(), aclTypeIpv6);
-  EXPECT_EQ(types(aclTypeIpv6)->aclTypeConfig().get(), ipv6.get());
-  EXPECT_EQ(types(aclTypeIpv6)->classifierDir(), classifiers);
-  EXPECT_EQ(sm->aclName(), voiceName);
-  EXPECT_EQ(sm->type(), aclTypeIpv6);
+  EXPECT_TRUE(sm->aclNameAndType()->hasNotificationActive());
   EXPECT_EQ(sm->aclNameAndType()->aclName(), voiceName);
   EXPECT_EQ(sm->aclNameAndType()->aclType(), aclTypeIpv6);
   EXPECT_EQ(sm->aclSubConfigSm()->aclNameAndType().get(), sm->aclNameAndType().get());
-  EXPECT_EQ(sm->aclSubConfigSm()->classifierDir(), classifiers);
   EXPECT_EQ(sm->aclSubConfigSm()->aclSubConfig().get(), sm->aclConfig()->aclSubConfig().get());
 }
 
@@ -1120,26 +991,6 @@ TEST_F(AclTranslation, TheMutatorsOfTheValuesChangeTheVectorAlone) {
   EXPECT_EQ(voice(), "ipv4 [46, 34]");
   addRule(*sub, 30, dscp(1));
   EXPECT_EQ(voice(), "ipv4 1") << "the next event takes the vector as it stands";
-}
-
-TEST(AclLife, EachFactoryBuildsItsOwnMachine) {
-  AclDevice device;
-  device.add(voiceName, {{10, dscp(46)}});
-  const auto type = aclTypeSmFactory(device.ipv4, device.classifiers);
-  EXPECT_TRUE(type->hasNotificationActive());
-  EXPECT_EQ(device.model(), (Model{{"edge-in/v4", {"voice: ipv4 46"}}}));
-
-  const auto config = Rok::make<Acl::AclConfig>("__yang_[a]_[b]", aclTypeIpv4);
-  config->aclSubConfigIs(subConfig({{10, dscp(1)}}));
-  const auto one = aclConfigSmFactory(config, device.classifiers);
-  EXPECT_TRUE(one->hasNotificationActive());
-  EXPECT_EQ(conditionsText(device.term("a", "b")), "ipv4 1");
-
-  const auto rules =
-      aclSubConfigSmFactory(subConfig({{10, dscp(2)}}), device.classifiers,
-                            Rok::make<AclNameAndType>("__yang_[a]_[c]", aclTypeIpv4));
-  EXPECT_TRUE(rules->hasNotificationActive());
-  EXPECT_EQ(conditionsText(device.term("a", "c")), "ipv4 2");
 }
 
 // ===== Traces
