@@ -10,6 +10,7 @@
 
 #include "QosOpenConfig/QosOpenConfigClassifierKivToOCSm.h"
 #include "tests/support/PolicyDevice.h"
+#include "tests/support/Refusals.h"
 #include "tests/support/TraceCapture.h"
 #include "tests/support/WalkOrder.h"
 
@@ -19,7 +20,9 @@ namespace {
 using Qos::actionSetTc;
 using support::ActionModel;
 using support::classAction;
+using support::nullArgument;
 using support::PolicyDevice;
+using support::reinstantiating;
 using support::TraceCapture;
 using support::WalkOrder;
 using testing::ElementsAre;
@@ -46,19 +49,6 @@ Config::TermConditions voiceConditions() {
   conditions.ipv4.dscp = 46;
   return conditions;
 }
-
-// What a write throws, as "argument id"; "" when it throws nothing.
-template <class Exception>
-std::string refused(const std::function<void()>& write) {
-  try {
-    write();
-  } catch (const Exception& e) {
-    return e.attribute() + " " + std::to_string(e.attributeId());
-  }
-  return "";
-}
-const auto reinstantiating = refused<Rok::MutatorReinstantiatingException>;
-const auto nullArgument = refused<Rok::MutatorArgNullPointerException>;
 
 // ===== The road of one event
 
@@ -337,34 +327,12 @@ TEST_F(PolicyMapEvents, AReplacedMapThatLacksTheNameBlanksWithItsFirstChange) {
   EXPECT_EQ(model(), edgeVoice("blank"));
 }
 
-TEST_F(PolicyMapEvents, TheOldMapIsNotHeardAnyMore) {
-  const auto old = groups;
-  addClass(edge, voice, 5);
-  EXPECT_EQ(old->notifieeList()->notifiees(), 1u);
-  replaceGroups({});
-  EXPECT_EQ(old->notifieeList()->notifiees(), 0u);
-  EXPECT_EQ(groups->notifieeList()->notifiees(), 1u);
-  old->forwardingGroupNameToTcIs("expedited", 5);
-  EXPECT_EQ(model(), edgeVoice("blank"));
-}
-
 TEST_F(PolicyMapEvents, AValueThatChangesAfterTheReplacementReadsTheNewMap) {
   addGroup("expedited", 5);
   addClass(edge, voice, 5);
   replaceGroups({{"assured", 3}});
   setTc(edge, voice, 3);
   EXPECT_EQ(model(), edgeVoice("assured"));
-}
-
-TEST_F(PolicyMapEvents, ANullMapReleasesTheChainedInputAndALaterOneIsFollowed) {
-  addClass(edge, voice, 5);
-  config->forwardingGroupNameToTcMapIs(nullptr);
-  EXPECT_EQ(machine(edge, voice)->rok_CliConfig_ForwardingGroupNameToTcMapIn(), nullptr);
-  EXPECT_EQ(groups->notifieeList()->notifiees(), 0u);
-  replaceGroups({});
-  EXPECT_EQ(machine(edge, voice)->rok_CliConfig_ForwardingGroupNameToTcMapIn(), groups);
-  addGroup("expedited", 5);
-  EXPECT_EQ(model(), edgeVoice("expedited"));
 }
 
 TEST_F(PolicyMapEvents, TheChainedInputMayBePointedElsewhereAndTheHandlerStillReadsTheMountedMap) {
@@ -379,21 +347,6 @@ TEST_F(PolicyMapEvents, TheChainedInputMayBePointedElsewhereAndTheHandlerStillRe
   EXPECT_EQ(model(), edgeVoice("expedited")) << "nobody watches the mounted map";
   other->forwardingGroupNameToTcIs("other", 5);
   EXPECT_EQ(model(), edgeVoice("blank")) << "the other map wakes, the mounted one is read";
-}
-
-TEST_F(PolicyMapEvents, PointingTheChainedInputAtTheSameMapRegistersNothingTwice) {
-  addClass(edge, voice, 5);
-  machine(edge, voice)->rok_CliConfig_ForwardingGroupNameToTcMapInIs(groups);
-  EXPECT_EQ(groups->notifieeList()->notifiees(), 1u);
-}
-
-TEST_F(PolicyMapEvents, TheChainedInputCanBeReleased) {
-  addClass(edge, voice, 5);
-  const auto sm = machine(edge, voice);
-  sm->rok_CliConfig_ForwardingGroupNameToTcMapInDel();
-  EXPECT_EQ(sm->rok_CliConfig_ForwardingGroupNameToTcMapIn(), nullptr);
-  addGroup("expedited", 5);
-  EXPECT_EQ(model(), edgeVoice("blank"));
 }
 
 TEST_F(PolicyMapEvents, OfTwoNamesOfATrafficClassTheLeastWinsWhateverTheOrderOfArrival) {
@@ -709,6 +662,7 @@ TEST(PolicyMapAction, OnlyTheMapTypeOfQosIsTranslated) {
   device.aclConfig->pmapTypeDel(otherType);
   EXPECT_EQ(device.model(), ActionModel{});
   EXPECT_EQ(device.root->pmapTypeSm().members(), 1u);
+  EXPECT_EQ(ClassActionKivToOcSm::mapType(), Qos::mapQos);
 }
 
 TEST(PolicyMapAction, WithoutAMapTypeTheRootWaitsForIt) {
@@ -880,20 +834,6 @@ TEST(PolicyMapActionStart, TheOtherWritersTermsOfAnEarlierLifeSurviveARestartBla
   EXPECT_EQ(device.model(), edgeVoice("blank")) << "live, the term would have gone";
 }
 
-TEST(PolicyMapActionStart, StoppingLeavesTheOutputAsItStands) {
-  PolicyDevice device;
-  device.addClass(edge, voice, 5);
-  device.start();
-  device.stop();
-  EXPECT_EQ(device.model(), edgeVoice("expedited"));
-  device.removeGroup("expedited");
-  device.setTc(edge, voice, 3);
-  device.removeClass(edge, voice);
-  EXPECT_EQ(device.model(), edgeVoice("expedited")) << "nobody watches any more";
-  EXPECT_EQ(device.policyMaps->notifieeList()->notifiees(), 0u);
-  EXPECT_EQ(device.aclConfig->notifieeList()->notifiees(), 0u);
-}
-
 TEST(PolicyMapActionStart, SweepsOfManyClassifiersAreTheSameInAnyWalkOrderTracedOrNot) {
   for (std::uint32_t seed = 0; seed < 10; ++seed) {
     const WalkOrder order(seed);
@@ -1042,42 +982,6 @@ TEST(PolicyMapActionLife, WithoutAConfigAClassHasNoChainedInput) {
 
 // ===== Life
 
-TEST(PolicyMapActionLife, TheFactoryReturnsAnActiveTree) {
-  PolicyDevice device;
-  device.addClass(edge, voice, 5);
-  device.start();
-  EXPECT_TRUE(device.root->hasNotificationActive());
-  EXPECT_TRUE(device.types()->hasNotificationActive());
-  EXPECT_TRUE(device.machine(edge)->hasNotificationActive());
-  EXPECT_TRUE(device.machine(edge, voice)->hasNotificationActive());
-  EXPECT_TRUE(device.actionMachine(edge, voice)->hasNotificationActive());
-}
-
-TEST(PolicyMapActionLife, SwitchingTheRootOffSilencesEveryLevelAndOnWakesThem) {
-  PolicyDevice device;
-  device.addClass(edge, voice, 5);
-  device.start();
-  device.root->hasNotificationActiveIs(false);
-  device.setTc(edge, voice, 3);
-  device.addGroup("assured", 5);
-  device.addClass(edge, video, 5);
-  device.addPolicyMap(edge6);
-  device.findClass(edge, voice)->policyActionDel(actionSetTc);
-  device.aclConfig->pmapTypeDel(Qos::mapQos);
-  EXPECT_EQ(device.model(), edgeVoice("expedited"));
-  device.aclConfig->pmapTypeIs(Qos::mapQos, device.policyMaps);
-  device.root->hasNotificationActiveIs(true);
-  device.addGroup("zeta", 5);
-  device.removeTc(edge, voice);
-  EXPECT_EQ(device.model(), edgeVoice("expedited")) << "waking replays nothing";
-  device.setTc(edge, video, 5);
-  device.machine(edge)->handleClassAction(video);
-  device.types()->handlePmapConfig(edge6);
-  EXPECT_EQ(device.model(),
-            (ActionModel{{"edge-in/v4", {{"voice", "expedited"}, {"video", "assured"}}},
-                         {"edge-in6/v6", {}}}));
-}
-
 TEST(PolicyMapActionLife, EachOfTheSevenInputsWakesItsHandlerAndNothingElseDoes) {
   PolicyDevice device;
   device.addClass(edge, voice, 5);
@@ -1125,251 +1029,50 @@ TEST(PolicyMapActionLife, EachOfTheSevenInputsWakesItsHandlerAndNothingElseDoes)
             "");
 }
 
-TEST(PolicyMapActionLife, ComputedAttributesReadTheInputs) {
+TEST(PolicyMapActionLife, NamesAreDecodedOnceAndHandedDown) {
   PolicyDevice device;
   device.addClass(both, voice6, 5);
   device.start();
-  EXPECT_EQ(ClassActionKivToOcSm::mapType(), Qos::mapQos);
-  EXPECT_EQ(device.types()->pmapType(), Qos::mapQos);
-  EXPECT_EQ(device.machine(both)->pmapName(), both);
   EXPECT_EQ(device.machine(both)->ipv4ClassifierName(), "edge-in");
   EXPECT_EQ(device.machine(both)->ipv6ClassifierName(), "edge-in6");
   const auto sm = device.machine(both, voice6);
-  EXPECT_EQ(sm->cmapName(), voice6);
   EXPECT_EQ(sm->classifierName(), "edge-in6");
   EXPECT_EQ(sm->termId(), "voice");
   EXPECT_EQ(sm->pmapConfigSm(), device.machine(both).get());
-  EXPECT_EQ(sm->rok_CliConfig_ForwardingGroupNameToTcMapIn(), device.groups);
   const auto action = device.actionMachine(both, voice6);
-  EXPECT_EQ(action->actionType(), actionSetTc);
   EXPECT_EQ(action->classifierName(), "edge-in6");
   EXPECT_EQ(action->termId(), "voice");
   EXPECT_EQ(action->classActionSm(), sm.get());
 }
 
-TEST(PolicyMapActionLife, EachFactoryBuildsItsOwnMachine) {
-  PolicyDevice device;
-  const auto made = device.addClass(edge, voice, 5);
-  const auto type = pmapTypeSmFactory(device.policyMaps, device.config, device.classifiers);
-  EXPECT_TRUE(type->hasNotificationActive());
-  EXPECT_EQ(device.model(), edgeVoice("expedited"));
-  const auto pmap =
-      pmapConfigSmFactory(device.addPolicyMap(edge), "a", "b", device.config, device.classifiers);
-  EXPECT_TRUE(pmap->hasNotificationActive());
-  const auto classSm =
-      classActionSmFactory(made, "c", v6, "t", device.config, device.classifiers, pmap.get());
-  EXPECT_TRUE(classSm->hasNotificationActive());
-  const auto action = policyActionSmFactory(device.findAction(edge, voice), "d", v6, "t",
-                                            device.config, device.classifiers, classSm.get());
-  EXPECT_TRUE(action->hasNotificationActive());
-  EXPECT_EQ(device.model(), (ActionModel{{"edge-in/v6", {{"voice", "expedited"}}},
-                                         {"a/v4", {}},
-                                         {"b/v6", {}},
-                                         {"c/v6", {{"t", "expedited"}}},
-                                         {"d/v6", {{"t", "expedited"}}}}));
-}
-
-TEST(PolicyMapActionLife, TheMutatorsOfTheCollectionsReleaseChildrenAndLeaveTheOutput) {
-  PolicyDevice device;
-  device.addClass(edge, voice, 5);
-  device.addClass(edge, video, 5);
-  device.addClass(edge6, voice6, 5);
-  device.start();
-  const auto before = device.model();
-  device.machine(edge, voice)->policyActionSmDel(actionSetTc);
-  EXPECT_EQ(device.actionMachine(edge, voice), nullptr);
-  device.machine(edge, video)->policyActionSmDelAll();
-  EXPECT_EQ(device.actionMachine(edge, video), nullptr);
-  device.machine(edge)->classActionSmDel(voice);
-  EXPECT_EQ(device.machine(edge)->classActionSm().members(), 1u);
-  device.machine(edge)->classActionSmDelAll();
-  EXPECT_EQ(device.machine(edge)->classActionSm().members(), 0u);
-  device.types()->pmapConfigSmDel(edge);
-  EXPECT_EQ(device.types()->pmapConfigSm().members(), 1u);
-  device.types()->pmapConfigSmDelAll();
-  EXPECT_EQ(device.types()->pmapConfigSm().members(), 0u);
-  device.root->pmapTypeSmDel(Qos::mapQos);
-  EXPECT_EQ(device.root->pmapTypeSm().members(), 0u);
-  device.root->pmapTypeSmDelAll();
-  EXPECT_EQ(device.model(), before);
-  EXPECT_EQ(device.policyMaps->notifieeList()->notifiees(), 0u);
-  EXPECT_EQ(device.groups->notifieeList()->notifiees(), 0u);
-}
-
 // ===== Refusals
 
-struct PolicyMapActionRefusal : testing::Test, PolicyDevice {
-  PolicyMapActionRefusal() {
-    addClass(both, voice, 5);
-    start();
-    before = model();
-    pmap = addPolicyMap(both);
-    classOf = findClass(both, voice);
-    action = findAction(both, voice);
-    pmapSm = machine(both);
-    classSm = machine(both, voice);
-  }
-  ~PolicyMapActionRefusal() override { EXPECT_EQ(model(), before) << "nothing is written"; }
-
-  ActionModel before;
-  Rok::Ptr<Qos::PolicyMapConfig> pmap;
-  Rok::Ptr<Qos::ClassAction> classOf;
-  Rok::Ptr<Qos::Action> action;
-  Rok::Ptr<PmapConfigSm> pmapSm;
-  Rok::Ptr<ClassActionSm> classSm;
-  const Rok::Ptr<Qos::Input::Config> otherConfig = Rok::make<Qos::Input::Config>();
-  const Rok::Ptr<Config::ClassifiersDir> otherDir = Rok::make<Config::ClassifiersDir>();
-};
-
-TEST_F(PolicyMapActionRefusal, TheSameArgumentsGiveTheSameChild) {
-  EXPECT_EQ(root->pmapTypeSmIs(policyMaps, config, classifiers), types());
-  EXPECT_EQ(types()->pmapConfigSmIs(pmap, "edge-in", "edge-in6", config, classifiers), pmapSm);
-  EXPECT_EQ(
-      pmapSm->classActionSmIs(classOf, "edge-in", v4, "voice", config, classifiers, pmapSm.get()),
-      classSm);
-  EXPECT_EQ(
-      classSm->policyActionSmIs(action, "edge-in", v4, "voice", config, classifiers, classSm.get()),
-      actionMachine(both, voice));
-  EXPECT_EQ(classSm->policyActionSm().members(), 1u);
-}
-
-TEST_F(PolicyMapActionRefusal, AMapTypeRefusesEveryOtherArgument) {
-  const auto otherTypeConfig = Rok::make<Qos::Input::PolicyMapTypeConfig>(Qos::mapQos);
-  EXPECT_EQ(reinstantiating([&] { root->pmapTypeSmIs(otherTypeConfig, config, classifiers); }),
-            "pmapTypeConfig 130");
-  EXPECT_EQ(reinstantiating([&] { root->pmapTypeSmIs(policyMaps, otherConfig, classifiers); }),
-            "cliConfig 131");
-  EXPECT_EQ(reinstantiating([&] { root->pmapTypeSmIs(policyMaps, config, otherDir); }),
-            "classifierDir 132");
-  EXPECT_EQ(reinstantiating([&] { aclConfig->pmapTypeIs(Qos::mapQos, otherTypeConfig); }),
-            "pmapTypeConfig 130");
-}
-
-TEST_F(PolicyMapActionRefusal, APolicyMapRefusesEveryOtherArgument) {
-  const auto is = [&](const auto&... arguments) {
-    return reinstantiating([&] { types()->pmapConfigSmIs(arguments...); });
-  };
-  const auto otherPmap = Rok::make<Qos::PolicyMapConfig>(both);
-  EXPECT_EQ(is(otherPmap, "edge-in", "edge-in6", config, classifiers), "pmapConfig 130");
-  EXPECT_EQ(is(pmap, "other", "edge-in6", config, classifiers), "ipv4ClassifierName 131");
-  EXPECT_EQ(is(pmap, "edge-in", "", config, classifiers), "ipv6ClassifierName 132");
-  EXPECT_EQ(is(pmap, "edge-in", "edge-in6", otherConfig, classifiers), "cliConfig 133");
-  EXPECT_EQ(is(pmap, "edge-in", "edge-in6", config, otherDir), "classifierDir 134");
-  EXPECT_EQ(reinstantiating([&] { policyMaps->pmapIs(both, otherPmap); }), "pmapConfig 130");
-}
-
-TEST_F(PolicyMapActionRefusal, AClassRefusesEveryOtherArgument) {
-  PmapConfigSm* const me = pmapSm.get();
-  const auto is = [&](const auto&... arguments) {
-    return reinstantiating([&] { pmapSm->classActionSmIs(arguments...); });
-  };
-  const auto otherClass = classAction(voice, 5);
-  EXPECT_EQ(is(otherClass, "edge-in", v4, "voice", config, classifiers, me), "classAction 130");
-  EXPECT_EQ(is(classOf, "other", v4, "voice", config, classifiers, me), "classifierName 131");
-  EXPECT_EQ(is(classOf, "edge-in", v6, "voice", config, classifiers, me), "classifierType 132");
-  EXPECT_EQ(is(classOf, "edge-in", v4, "other", config, classifiers, me), "termId 133");
-  EXPECT_EQ(is(classOf, "edge-in", v4, "voice", otherConfig, classifiers, me), "cliConfig 134");
-  EXPECT_EQ(is(classOf, "edge-in", v4, "voice", config, otherDir, me), "classifierDir 135");
-  const auto otherPmapSm = pmapConfigSmFactory(Rok::make<Qos::PolicyMapConfig>("other"), "", "",
-                                               config, Rok::make<Config::ClassifiersDir>());
-  EXPECT_EQ(is(classOf, "edge-in", v4, "voice", config, classifiers, otherPmapSm.get()),
-            "pmapConfigSm 136");
-  EXPECT_EQ(reinstantiating([&] { pmap->classActionIs(voice, otherClass); }), "classAction 130");
-}
-
-TEST_F(PolicyMapActionRefusal, AnActionRefusesEveryOtherArgument) {
-  ClassActionSm* const me = classSm.get();
-  const auto is = [&](const auto&... arguments) {
-    return reinstantiating([&] { classSm->policyActionSmIs(arguments...); });
-  };
-  const auto otherAction = Rok::make<Qos::Action>(actionSetTc, 5);
-  EXPECT_EQ(is(otherAction, "edge-in", v4, "voice", config, classifiers, me), "policyAction 130");
-  EXPECT_EQ(is(action, "other", v4, "voice", config, classifiers, me), "classifierName 131");
-  EXPECT_EQ(is(action, "edge-in", v6, "voice", config, classifiers, me), "classifierType 132");
-  EXPECT_EQ(is(action, "edge-in", v4, "other", config, classifiers, me), "termId 133");
-  EXPECT_EQ(is(action, "edge-in", v4, "voice", otherConfig, classifiers, me), "cliConfig 134");
-  EXPECT_EQ(is(action, "edge-in", v4, "voice", config, otherDir, me), "classifierDir 135");
-  const auto otherClassSm = classActionSmFactory(classAction("other"), "c", v4, "t", config,
-                                                 Rok::make<Config::ClassifiersDir>(), nullptr);
-  EXPECT_EQ(is(action, "edge-in", v4, "voice", config, classifiers, otherClassSm.get()),
-            "classActionSm 136");
-}
-
-TEST_F(PolicyMapActionRefusal,
-       ANativeActionReplacedWithoutARemovalIsRefusedAndTheOldOneIsStillFollowed) {
+TEST_F(PolicyMapEvents, ANativeActionReplacedWithoutARemovalIsRefusedAndTheOldOneIsStillFollowed) {
+  addGroup("expedited", 5);
+  addClass(edge, voice, 5);
+  const auto action = findAction(edge, voice);
   const auto replacement = Rok::make<Qos::Action>(actionSetTc, 5);
-  EXPECT_EQ(reinstantiating([&] { classOf->policyActionIs(actionSetTc, replacement); }),
-            "policyAction 130");
-  EXPECT_EQ(actionMachine(both, voice)->policyAction(), action);
+  EXPECT_EQ(
+      reinstantiating([&] { findClass(edge, voice)->policyActionIs(actionSetTc, replacement); }),
+      "policyAction 130");
+  EXPECT_EQ(actionMachine(edge, voice)->policyAction(), action);
+  EXPECT_EQ(model(), edgeVoice("expedited"));
   action->valueIs(3);
-  EXPECT_EQ(PolicyDevice::action(term("edge-in", "voice")), "blank");
-  action->valueIs(5);
+  EXPECT_EQ(model(), edgeVoice("blank"));
 }
 
-TEST_F(PolicyMapActionRefusal, TheTextsNameTheOldAndTheNewValue) {
+TEST_F(PolicyMapEvents, ARefusalNamesTheOldAndTheNewValue) {
+  addClass(edge, voice, 5);
+  const auto pmapSm = machine(edge);
   try {
-    pmapSm->classActionSmIs(classOf, "edge-in", v6, "voice", config, classifiers, pmapSm.get());
+    pmapSm->classActionSmIs(findClass(edge, voice), "edge-in", v6, "voice", config, classifiers,
+                            pmapSm.get());
     FAIL() << "no exception";
   } catch (const Rok::MutatorReinstantiatingException& e) {
     EXPECT_STREQ(e.what(),
                  "ClassActionSm: a child built with another classifierType (attribute 132) exists: "
                  "classifierTypeIpv4, not classifierTypeIpv6");
   }
-}
-
-TEST_F(PolicyMapActionRefusal, NullArgumentsAreRefusedByName) {
-  PmapConfigSm* const pmapMe = pmapSm.get();
-  ClassActionSm* const classMe = classSm.get();
-  const auto type = [&](const auto&... a) {
-    return nullArgument([&] { root->pmapTypeSmIs(a...); });
-  };
-  EXPECT_EQ(type(nullptr, config, classifiers), "pmapTypeConfig 130");
-  EXPECT_EQ(type(policyMaps, nullptr, classifiers), "cliConfig 131");
-  EXPECT_EQ(type(policyMaps, config, nullptr), "classifierDir 132");
-  const auto policy = [&](const auto&... a) {
-    return nullArgument([&] { types()->pmapConfigSmIs(a...); });
-  };
-  EXPECT_EQ(policy(nullptr, "a", "b", config, classifiers), "pmapConfig 130");
-  EXPECT_EQ(policy(pmap, "a", "b", nullptr, classifiers), "cliConfig 133");
-  EXPECT_EQ(policy(pmap, "a", "b", config, nullptr), "classifierDir 134");
-  const auto aClass = [&](const auto&... a) {
-    return nullArgument([&] { pmapSm->classActionSmIs(a...); });
-  };
-  EXPECT_EQ(aClass(nullptr, "c", v4, "t", config, classifiers, pmapMe), "classAction 130");
-  EXPECT_EQ(aClass(classOf, "c", v4, "t", nullptr, classifiers, pmapMe), "cliConfig 134");
-  EXPECT_EQ(aClass(classOf, "c", v4, "t", config, nullptr, pmapMe), "classifierDir 135");
-  EXPECT_EQ(aClass(classOf, "c", v4, "t", config, classifiers, nullptr), "pmapConfigSm 136");
-  const auto anAction = [&](const auto&... a) {
-    return nullArgument([&] { classSm->policyActionSmIs(a...); });
-  };
-  EXPECT_EQ(anAction(nullptr, "c", v4, "t", config, classifiers, classMe), "policyAction 130");
-  EXPECT_EQ(anAction(action, "c", v4, "t", nullptr, classifiers, classMe), "cliConfig 134");
-  EXPECT_EQ(anAction(action, "c", v4, "t", config, nullptr, classMe), "classifierDir 135");
-  EXPECT_EQ(anAction(action, "c", v4, "t", config, classifiers, nullptr), "classActionSm 136");
-}
-
-TEST_F(PolicyMapActionRefusal, NullNativeEntriesThrowOutOfTheWriteAndTheNextEventIsServed) {
-  EXPECT_EQ(nullArgument([&] { policyMaps->pmapIs(edge6, nullptr); }), "pmapConfig 130");
-  EXPECT_EQ(nullArgument([&] { pmap->classActionIs(video, nullptr); }), "classAction 130");
-  removeTc(both, voice);
-  EXPECT_EQ(nullArgument([&] { classOf->policyActionIs(actionSetTc, nullptr); }),
-            "policyAction 130");
-  classOf->policyActionDel(actionSetTc);
-  setTc(both, voice, 5);
-}
-
-TEST(PolicyMapActionFailure, AnExceptionOutOfAStartLeavesNothingRegistered) {
-  PolicyDevice device;
-  device.addClass(edge, voice, 5);
-  device.findClass(edge, voice)->policyActionIs(otherKind, nullptr);
-  device.addPolicyMap(edge)->classActionIs(video, nullptr);
-  EXPECT_EQ(nullArgument([&] { device.start(); }), "classAction 130");
-  EXPECT_EQ(device.aclConfig->notifieeList()->notifiees(), 0u);
-  EXPECT_EQ(device.policyMaps->notifieeList()->notifiees(), 0u);
-  EXPECT_EQ(device.groups->notifieeList()->notifiees(), 0u);
-  EXPECT_EQ(device.config->notifieeList()->notifiees(), 0u);
-  EXPECT_EQ(Rok::AllocTrackTypeInfo::of<ClassActionKivToOcSm>().blocks(), 0u);
-  EXPECT_EQ(Rok::AllocTrackTypeInfo::of<PmapConfigSm>().blocks(), 0u);
 }
 
 // ===== Traces
