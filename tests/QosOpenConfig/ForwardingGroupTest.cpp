@@ -391,24 +391,6 @@ TEST_F(Expedited, NoChangeAfterStartTouchesTheMemories) {
   EXPECT_EQ(root->txQueueIdToQueueNameMap(7).name, "high");
 }
 
-TEST_F(Expedited, StoppingLeavesTheOutputAndEndsTheWatch) {
-  lead(5, 7);
-  stop();
-  EXPECT_EQ(config->notifieeList()->notifiees(), 0u);
-  lead(5, 16);
-  EXPECT_EQ(model(), (Groups{{"expedited", "high"}}));
-}
-
-TEST_F(Expedited, SwitchedOffItIsSilentAndSwitchedOnItGoesOn) {
-  EXPECT_TRUE(root->hasNotificationActive());
-  root->hasNotificationActiveIs(false);
-  lead(5, 7);
-  EXPECT_EQ(model(), (Groups{{"expedited", ""}}));
-  root->hasNotificationActiveIs(true);
-  lead(5, 1);
-  EXPECT_EQ(model(), (Groups{{"expedited", "low"}}));
-}
-
 TEST_F(Expedited, AStartSweepsNothing) {
   groups->forwardingGroupIs("stale")->configIs({"stale", "high"});
   queues->qIs(Config::Queue("stale"));
@@ -425,12 +407,6 @@ TEST_F(Expedited, ARestartMakesAGroupAgainThatHadLostItsQueue) {
   EXPECT_EQ(model(), Groups{});
   restart();
   EXPECT_EQ(model(), (Groups{{"expedited", ""}}));
-}
-
-TEST_F(Expedited, TheInputsReadBack) {
-  EXPECT_EQ(root->cliConfig().get(), config.get());
-  EXPECT_EQ(root->forwardingGroupConfigDir(), groups);
-  EXPECT_EQ(root->queuesDir(), queues);
 }
 
 // ===== Traces

@@ -19,7 +19,6 @@ namespace {
 
 using support::BindingModel;
 using support::intf;
-using support::nullArgument;
 using support::reinstantiating;
 using support::ServicePolicyDevice;
 using support::TraceCapture;
@@ -365,18 +364,6 @@ TEST(InterfaceClassifierStart, EntriesWithEmptyNamesOfAnEarlierLifeAreSweptAsThe
             (BindingModel{{"Ethernet1", "v4 "}, {"Ethernet2", "v6 "}, {"Ethernet3", "v4 a v6 "}}));
 }
 
-TEST(InterfaceClassifierStart, StoppingLeavesTheOutputAsItStands) {
-  ServicePolicyDevice device;
-  const auto policy = device.add(mapAB, {"Ethernet1"});
-  device.start();
-  device.stop();
-  policy->intfIdsDel(intf("Ethernet1"));
-  device.remove(mapAB);
-  EXPECT_EQ(device.model(), (BindingModel{{"Ethernet1", "v4 a v6 b"}}));
-  EXPECT_EQ(device.config->notifieeList()->notifiees(), 0u);
-  EXPECT_EQ(policy->notifieeList()->notifiees(), 0u);
-}
-
 // ===== A service policy that comes later sweeps too
 
 TEST_F(ServicePolicyEvents, ANewServicePolicyUnbindsTheInterfacesThatHoldItsNamesAndAreNotItsOwn) {
@@ -499,27 +486,6 @@ TEST(InterfaceClassifierStart, AmongManyBindingsAServicePolicyFindsThoseOfItsNam
 
 // ===== Life
 
-TEST(InterfaceClassifierLife, TheFactoryReturnsAnActiveTree) {
-  ServicePolicyDevice device;
-  device.add(mapA, {"Ethernet1"});
-  device.start();
-  EXPECT_TRUE(device.root->hasNotificationActive());
-  EXPECT_TRUE(device.machine(mapA)->hasNotificationActive());
-}
-
-TEST(InterfaceClassifierLife, SwitchingTheRootOffSilencesTheTreeAndOnWakesIt) {
-  ServicePolicyDevice device;
-  const auto policy = device.add(mapA);
-  device.start();
-  device.root->hasNotificationActiveIs(false);
-  policy->intfIdsIs(intf("Ethernet1"), true);
-  device.add(mapB, {"Ethernet2"});
-  EXPECT_EQ(device.model(), BindingModel{});
-  device.root->hasNotificationActiveIs(true);
-  policy->intfIdsIs(intf("Ethernet3"), true);
-  EXPECT_EQ(device.model(), (BindingModel{{"Ethernet3", "v4 a"}}));
-}
-
 TEST(InterfaceClassifierLife, OtherAttributesOfTheConfigurationWakeNothing) {
   ServicePolicyDevice device;
   device.start();
@@ -529,75 +495,9 @@ TEST(InterfaceClassifierLife, OtherAttributesOfTheConfigurationWakeNothing) {
   EXPECT_THAT(trace.lines(), IsEmpty());
 }
 
-TEST(InterfaceClassifierLife, AServicePolicyKnowsItsPolicyMapItsRootAndItsOutput) {
-  ServicePolicyDevice device;
-  const auto policy = device.add(mapAB);
-  device.start();
-  const auto sm = device.machine(mapAB);
-  EXPECT_EQ(sm->pmapName(), mapAB);
-  EXPECT_EQ(sm->servicePolicyConfig(), policy);
-  EXPECT_EQ(sm->intfClassifierKivToOcSm(), device.root.get());
-  EXPECT_EQ(sm->interfacesDir(), device.interfaces);
-  EXPECT_EQ(device.root->cliConfig(), device.config);
-  EXPECT_EQ(device.root->interfacesDir(), device.interfaces);
-}
-
-TEST(InterfaceClassifierLife, TheFactoryOfAServicePolicyBindsThroughTheRoot) {
-  ServicePolicyDevice device;
-  device.start();
-  const auto policy = Rok::make<Qos::ServicePolicyConfig>(ServicePolicyDevice::key(mapA));
-  policy->intfIdsIs(intf("Ethernet1"), true);
-  const auto sm = servicePolicySmFactory(policy, device.interfaces, device.root.get());
-  EXPECT_TRUE(sm->hasNotificationActive());
-  EXPECT_EQ(device.model(), (BindingModel{{"Ethernet1", "v4 a"}}));
-  EXPECT_EQ(device.root->servicePolicySm().members(), 0u);
-}
-
-TEST(InterfaceClassifierLife, TheMutatorsOfTheCollectionReleaseChildrenAndLeaveTheOutput) {
-  ServicePolicyDevice device;
-  device.add(mapA, {"Ethernet1"});
-  device.add(mapB, {"Ethernet2"});
-  device.start();
-  const BindingModel before = device.model();
-  device.root->servicePolicySmDel(mapA);
-  EXPECT_EQ(device.root->servicePolicySm().members(), 1u);
-  device.root->servicePolicySmDelAll();
-  EXPECT_EQ(device.root->servicePolicySm().members(), 0u);
-  EXPECT_EQ(device.model(), before);
-}
-
 // ===== Refusals
 
-TEST_F(ServicePolicyEvents, TheSameArgumentsGiveTheSameChildAndEveryOtherIsRefused) {
-  const auto policy = add(mapA, {"Ethernet1"});
-  const auto me = root.get();
-  EXPECT_EQ(root->servicePolicySmIs(policy, interfaces, me), machine(mapA));
-  const auto otherPolicy = Rok::make<Qos::ServicePolicyConfig>(key(mapA));
-  const auto otherDir = Rok::make<Config::InterfacesDir>();
-  const auto otherRoot =
-      interfaceClassifierKivToOcSmFactory(Rok::make<Qos::Input::Config>(), otherDir);
-  EXPECT_EQ(reinstantiating([&] { root->servicePolicySmIs(otherPolicy, interfaces, me); }),
-            "servicePolicyConfig 130");
-  EXPECT_EQ(reinstantiating([&] { root->servicePolicySmIs(policy, otherDir, me); }),
-            "interfacesDir 131");
-  EXPECT_EQ(reinstantiating([&] { root->servicePolicySmIs(policy, interfaces, otherRoot.get()); }),
-            "intfClassifierKivToOcSm 132");
-  EXPECT_EQ(reinstantiating([&] { config->servicePolicyConfigIs(key(mapA), otherPolicy); }),
-            "servicePolicyConfig 130");
-  EXPECT_EQ(root->servicePolicySm().members(), 1u);
-  EXPECT_EQ(model(), (BindingModel{{"Ethernet1", "v4 a"}}));
-}
-
-TEST_F(ServicePolicyEvents, NullArgumentsAreRefusedByName) {
-  const auto policy = Rok::make<Qos::ServicePolicyConfig>(key(mapA));
-  EXPECT_EQ(nullArgument([&] { root->servicePolicySmIs(nullptr, interfaces, root.get()); }),
-            "servicePolicyConfig 130");
-  EXPECT_EQ(nullArgument([&] { root->servicePolicySmIs(policy, nullptr, root.get()); }),
-            "interfacesDir 131");
-  EXPECT_EQ(nullArgument([&] { root->servicePolicySmIs(policy, interfaces, nullptr); }),
-            "intfClassifierKivToOcSm 132");
-  EXPECT_EQ(nullArgument([&] { config->servicePolicyConfigIs(key(mapA), nullptr); }),
-            "servicePolicyConfig 130");
+TEST_F(ServicePolicyEvents, ANullServicePolicyOfAnOrdinaryPolicyMapIsNoFault) {
   EXPECT_NO_THROW(config->servicePolicyConfigIs(key("plain"), nullptr));
   EXPECT_EQ(root->servicePolicySm().members(), 0u);
 }
