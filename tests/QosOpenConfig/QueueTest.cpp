@@ -30,7 +30,6 @@ using support::outOfRange;
 using support::QueueDevice;
 using support::QueueModel;
 using support::QueueSettings;
-using support::reinstantiating;
 using support::TraceCapture;
 using support::WalkOrder;
 using testing::Each;
@@ -840,114 +839,7 @@ TEST(QueueStart, ATxQueueRemovedWhileNobodyWatchedKeepsItsEntry) {
   EXPECT_EQ(device.model(), (QueueModel{{queue3, "named 40%"}}));
 }
 
-TEST_F(Queues, StoppingLeavesTheOutputAndEndsEveryWatch) {
-  const auto queue = add(intf, uc3, all());
-  const auto config = interface(intf);
-  stop();
-  for (const auto* notifier : std::initializer_list<const Rok::Notifier*>{
-           this->config.get(), comments.get(), config.get(), queue.get()}) {
-    EXPECT_EQ(notifier->notifieeList()->notifiees(), 0u);
-  }
-  queue->bandwidthIs(1);
-  comment(intf, uc3, both);
-  remove(intf);
-  EXPECT_EQ(model(), (QueueModel{{queue3, allShown}}));
-}
-
 // ===== Life
-
-TEST_F(Queues, TheFactoryReturnsAnActiveTree) {
-  add(intf, uc3);
-  EXPECT_TRUE(root->hasNotificationActive());
-  EXPECT_TRUE(machine(intf)->hasNotificationActive());
-  EXPECT_TRUE(machine(intf, uc3)->hasNotificationActive());
-}
-
-TEST_F(Queues, SwitchingTheRootOffSilencesTheTreeAndOnWakesIt) {
-  const auto queue = add(intf, uc3, all());
-  root->hasNotificationActiveIs(false);
-  root->hasNotificationActiveIs(false);
-  queue->bandwidthIs(41);
-  queue->ecnConfigIs(nullptr);
-  comment(intf, uc3, both);
-  add(intf, unicast(4));
-  add("Ethernet2", uc3);
-  EXPECT_EQ(model(), (QueueModel{{queue3, allShown}}));
-  root->hasNotificationActiveIs(true);
-  root->hasNotificationActiveIs(true);
-  comment(intf, uc3, profile);
-  queue->bandwidthIs(42);
-  add(intf, unicast(5));
-  add("Ethernet3", uc3);
-  EXPECT_EQ(model(), (QueueModel{{queue3, "named strict 42%"},
-                                 {"Ethernet1-unicast-5", "blank"},
-                                 {"Ethernet3-unicast-3", "blank"}}));
-}
-
-TEST_F(Queues, AZombieHearsNothing) {
-  const auto queue = add(intf, uc3, all());
-  machine(intf, uc3)->rokDoZombieReactors(true);
-  queue->bandwidthIs(41);
-  queue->ecnConfigIs(nullptr);
-  comment(intf, uc3, both);
-  EXPECT_EQ(model(), (QueueModel{{queue3, allShown}}));
-  machine(intf)->rokDoZombieReactors(true);
-  add(intf, unicast(4));
-  root->rokDoZombieReactors(true);
-  add("Ethernet2", uc3);
-  EXPECT_EQ(model(), (QueueModel{{queue3, allShown}}));
-}
-
-TEST_F(Queues, TheInputsReadBack) {
-  const auto queue = add(intf, uc3);
-  const auto parent = machine(intf);
-  const auto sm = machine(intf, uc3);
-  EXPECT_EQ(root->qosCliConfig(), config);
-  EXPECT_EQ(root->queuesDir(), queues);
-  EXPECT_EQ(root->cliConfig(), comments);
-  EXPECT_EQ(parent->queuesDir(), queues);
-  EXPECT_EQ(parent->intfConfig(), interface(intf));
-  EXPECT_EQ(parent->cliConfig(), comments);
-  EXPECT_EQ(parent->intfId(), id(intf));
-  EXPECT_EQ(sm->intfId(), id(intf));
-  EXPECT_EQ(sm->queuesDir(), queues);
-  EXPECT_EQ(sm->txQueueConfig(), queue);
-  EXPECT_EQ(sm->cliConfig(), comments);
-  EXPECT_EQ(sm->txQueue(), uc3);
-  EXPECT_EQ(sm->queueName(), queue3);
-}
-
-TEST(IntfSm, TheFactoryWritesAndFollowsWithoutARoot) {
-  QueueDevice device;
-  device.add(intf, uc3, bandwidth(1));
-  const auto sm = intfSmFactory(device.queues, device.interface(intf), device.comments);
-  EXPECT_TRUE(sm->hasNotificationActive());
-  device.add(intf, QueueDevice::unicast(4));
-  device.remove(intf, uc3);
-  EXPECT_EQ(device.model(), (QueueModel{{"Ethernet1-unicast-4", "blank"}}));
-}
-
-TEST(IntfSm, WithoutAConfigItIsDeafAndTheInterfaceOfNoName) {
-  QueueDevice device;
-  const auto sm = intfSmFactory(device.queues, nullptr, device.comments);
-  EXPECT_EQ(sm->intfConfig(), nullptr);
-  EXPECT_EQ(sm->intfId(), Nerit::IntfId());
-  EXPECT_EQ(sm->txQueueSm().members(), 0u);
-  EXPECT_EQ(device.model(), QueueModel{});
-}
-
-TEST(TxQueueSm, TheFactoryWritesAndFollowsWithoutAParent) {
-  QueueDevice device;
-  const auto queue = QueueDevice::txQueueConfig(uc3, all());
-  const auto sm =
-      txQueueSmFactory(QueueDevice::id("Ethernet9"), device.queues, queue, device.comments);
-  EXPECT_TRUE(sm->hasNotificationActive());
-  EXPECT_EQ(device.model(), (QueueModel{{"Ethernet9-unicast-3", allShown}}));
-  queue->ecnConfigIs(nullptr);
-  EXPECT_EQ(device.model(), (QueueModel{{"Ethernet9-unicast-3", "named strict 40%"}}));
-  device.comment("Ethernet9", uc3, policy);
-  EXPECT_EQ(device.model(), (QueueModel{{"Ethernet9-unicast-3", "blank"}}));
-}
 
 TEST(TxQueueSm, WithoutAConfigItIsDeafAndOfTheDefaultTxQueue) {
   QueueDevice device;
@@ -962,38 +854,6 @@ TEST(TxQueueSm, WithoutAConfigItIsDeafAndOfTheDefaultTxQueue) {
   EXPECT_EQ(device.model(), QueueModel{});
 }
 
-TEST_F(Queues, TheMutatorsOfTheCollectionsReleaseChildrenAndLeaveTheOutput) {
-  for (const char* name : {"Ethernet1", "Ethernet2", "Ethernet3"}) {
-    for (unsigned char number = 0; number < 3; ++number) add(name, unicast(number), all());
-  }
-  const QueueModel before = model();
-  const auto parent = machine("Ethernet1");
-  parent->txQueueSmDel(unicast(1));
-  parent->txQueueSmDel(unicast(1));
-  EXPECT_EQ(parent->txQueueSm().members(), 2u);
-  parent->txQueueSmDelAll();
-  EXPECT_EQ(parent->txQueueSm().members(), 0u);
-  root->intfSmDel(id("Ethernet2"));
-  root->intfSmDel(id("Ethernet2"));
-  EXPECT_EQ(machine("Ethernet2"), nullptr);
-  EXPECT_EQ(root->intfSm().members(), 2u);
-  root->intfSmDelAll();
-  EXPECT_EQ(root->intfSm().members(), 0u);
-  EXPECT_EQ(model(), before);
-}
-
-TEST_F(Queues, ANotificationOfWhatIsMirroredAlreadyDoesNothing) {
-  add(intf, uc3, all());
-  const auto parent = machine(intf);
-  const auto sm = machine(intf, uc3);
-  queues->qDel(queue3);
-  root->handleIntfConfig(id(intf));
-  parent->handleTxQueueConfig(uc3);
-  EXPECT_EQ(machine(intf), parent);
-  EXPECT_EQ(machine(intf, uc3), sm);
-  EXPECT_EQ(model(), QueueModel{});
-}
-
 TEST_F(Queues, OtherAttributesWakeNothing) {
   add(intf, uc3);
   TraceCapture trace({0, 1, 2, 3, 4, 5, 6, 7, 8, 9});
@@ -1005,60 +865,6 @@ TEST_F(Queues, OtherAttributesWakeNothing) {
 }
 
 // ===== Refusals
-
-TEST_F(Queues, TheSameArgumentsGiveTheSameChildAndEveryOtherIsRefused) {
-  const auto queue = add(intf, uc3, all());
-  const auto config = interface(intf);
-  const auto other = Rok::make<Qos::IntfConfig>(id(intf));
-  const auto otherQueue = txQueueConfig(uc3);
-  const auto otherQueues = Rok::make<Config::QueuesDir>();
-  const auto otherComments = Rok::make<Cli::Config>();
-  EXPECT_EQ(root->intfSmIs(queues, config, comments), machine(intf));
-  EXPECT_EQ(reinstantiating([&] { root->intfSmIs(otherQueues, config, comments); }),
-            "queuesDir 130");
-  EXPECT_EQ(reinstantiating([&] { root->intfSmIs(queues, other, comments); }), "intfConfig 131");
-  EXPECT_EQ(reinstantiating([&] { root->intfSmIs(queues, config, otherComments); }),
-            "cliConfig 132");
-  EXPECT_EQ(reinstantiating([&] { this->config->intfConfigIs(id(intf), other); }),
-            "intfConfig 131");
-  const auto parent = machine(intf);
-  const auto is = [&](const char* name, const auto& dir, const auto& txQueue, const auto& store) {
-    return parent->txQueueSmIs(id(name), dir, txQueue, store);
-  };
-  EXPECT_EQ(is(intf, queues, queue, comments), machine(intf, uc3));
-  EXPECT_EQ(reinstantiating([&] { is("Ethernet2", queues, queue, comments); }), "intfId 130");
-  EXPECT_EQ(reinstantiating([&] { is(intf, otherQueues, queue, comments); }), "queuesDir 131");
-  EXPECT_EQ(reinstantiating([&] { is(intf, queues, otherQueue, comments); }), "txQueueConfig 132");
-  EXPECT_EQ(reinstantiating([&] { is(intf, queues, queue, otherComments); }), "cliConfig 133");
-  EXPECT_EQ(reinstantiating([&] { config->txQueueConfigIs(uc3, otherQueue); }),
-            "txQueueConfig 132");
-  EXPECT_EQ(root->intfSm().members(), 1u);
-  EXPECT_EQ(machine(intf, uc3)->txQueueConfig(), queue);
-  EXPECT_EQ(model(), (QueueModel{{queue3, allShown}}));
-}
-
-TEST_F(Queues, NullArgumentsAreRefusedByName) {
-  const auto config = Rok::make<Qos::IntfConfig>(id("Ethernet2"));
-  EXPECT_EQ(nullArgument([&] { root->intfSmIs(nullptr, config, comments); }), "queuesDir 130");
-  EXPECT_EQ(nullArgument([&] { root->intfSmIs(queues, nullptr, comments); }), "intfConfig 131");
-  EXPECT_EQ(nullArgument([&] { root->intfSmIs(queues, config, nullptr); }), "cliConfig 132");
-  EXPECT_EQ(nullArgument([&] { this->config->intfConfigIs(id("Ethernet2"), nullptr); }),
-            "intfConfig 131");
-  interface(intf);
-  const auto parent = machine(intf);
-  const auto queue = txQueueConfig(uc3);
-  EXPECT_EQ(nullArgument([&] { parent->txQueueSmIs(id(intf), nullptr, queue, comments); }),
-            "queuesDir 131");
-  EXPECT_EQ(nullArgument([&] { parent->txQueueSmIs(id(intf), queues, nullptr, comments); }),
-            "txQueueConfig 132");
-  EXPECT_EQ(nullArgument([&] { parent->txQueueSmIs(id(intf), queues, queue, nullptr); }),
-            "cliConfig 133");
-  EXPECT_EQ(nullArgument([&] { interface(intf)->txQueueConfigIs(uc3, nullptr); }),
-            "txQueueConfig 132");
-  EXPECT_EQ(root->intfSm().members(), 1u);
-  EXPECT_EQ(parent->txQueueSm().members(), 0u);
-  EXPECT_EQ(model(), QueueModel{});
-}
 
 TEST(QueueStart, WithoutADirectoryOrACommentStoreNoInterfaceIsBuilt) {
   QueueDevice device;
@@ -1262,13 +1068,6 @@ TEST_F(Queues, TheKeyOfAnotherQueueTracesNothingAtAnyLevel) {
   TraceCapture trace({0, 1, 2, 3, 4, 5, 6, 7, 8, 9});
   comments->commentIs("if-Et1-uc-txq-4", policy);
   machine(intf, uc3)->handleComment("if-Et1-uc-txq-4");
-  EXPECT_THAT(trace.lines(), IsEmpty());
-}
-
-TEST_F(Queues, StoppingTracesNothing) {
-  add(intf, uc3, all());
-  TraceCapture trace({0, 1, 2, 3, 4, 5, 6, 7, 8, 9});
-  stop();
   EXPECT_THAT(trace.lines(), IsEmpty());
 }
 
