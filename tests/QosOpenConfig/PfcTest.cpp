@@ -14,17 +14,14 @@
 
 #include "QosOpenConfig/QosOpenConfigPfcKivToOCSm.h"
 #include "tests/support/PfcDevice.h"
-#include "tests/support/Refusals.h"
 #include "tests/support/TraceCapture.h"
 #include "tests/support/WalkOrder.h"
 
 namespace QosOc::pfcTest {
 namespace {
 
-using support::nullArgument;
 using support::PortDevice;
 using support::PortModel;
-using support::reinstantiating;
 using support::TraceCapture;
 using support::WalkOrder;
 using support::WatchdogDevice;
@@ -151,39 +148,9 @@ TEST_F(Watchdog, TimesAreCopiedAsTheyStand) {
   EXPECT_TRUE(std::isnan(model().timeB));
 }
 
-TEST_F(Watchdog, StoppingLeavesTheOutputAndEndsTheWatch) {
-  stop();
-  EXPECT_EQ(config->notifieeList()->notifiees(), 0u);
-  config->pfcWatchdogTimeAIs(10);
-  EXPECT_EQ(model(), configured);
-  start();
-  EXPECT_EQ(model().timeA, 10);
-}
-
 TEST_F(Watchdog, ARestartChangesNothing) {
   restart();
   EXPECT_EQ(model(), configured);
-}
-
-TEST_F(Watchdog, SwitchedOffItIsSilentAndSwitchedOnItGoesOn) {
-  EXPECT_TRUE(root->hasNotificationActive());
-  root->hasNotificationActiveIs(false);
-  config->pfcWatchdogTimeAIs(10);
-  EXPECT_EQ(model(), configured);
-  root->hasNotificationActiveIs(true);
-  config->pfcWatchdogTimeBIs(20);
-  EXPECT_EQ(model(), (Config::PfcWatchdog{10, 20, 2.5, 2, "1f"}));
-}
-
-TEST_F(Watchdog, AZombieHearsNothing) {
-  root->rokDoZombieReactors(true);
-  config->pfcWatchdogTimeAIs(10);
-  EXPECT_EQ(model(), configured);
-}
-
-TEST_F(Watchdog, TheInputsReadBack) {
-  EXPECT_EQ(root->cliConfig(), config);
-  EXPECT_EQ(root->pfcConfig(), pfc);
 }
 
 TEST(WatchdogTrace, AStartTracesBothOperationsInOrderAtLevelTwo) {
@@ -520,6 +487,7 @@ TEST_F(Ports, TheInputIsThePortRecordThatTheInterfaceHolds) {
   EXPECT_EQ(machine("Ethernet1")->pfcPortConfig(), intf->pfcPortConfig());
   intf->pfcPortConfigIs(nullptr);
   EXPECT_EQ(machine("Ethernet1")->pfcPortConfig(), nullptr);
+  EXPECT_EQ(interfaceConfigSmFactory(nullptr, interfaces)->pfcPortConfig(), nullptr);
 }
 
 TEST_F(Ports, AnotherRecordInTheInputWritesWhatTheInterfaceHoldsAndNotWhatTheInputHolds) {
@@ -645,95 +613,7 @@ TEST(PortsStart, AnInterfaceRemovedWhileNobodyWatchedKeepsItsRecord) {
   EXPECT_EQ(device.model(), (PortModel{{"Ethernet1", "1"}}));
 }
 
-TEST_F(Ports, StoppingLeavesTheOutputAndEndsEveryWatch) {
-  const auto intf = add("Ethernet1", 8);
-  const auto old = intf->pfcPortConfig();
-  stop();
-  EXPECT_EQ(config->notifieeList()->notifiees(), 0u);
-  EXPECT_EQ(intf->notifieeList()->notifiees(), 0u);
-  EXPECT_EQ(old->notifieeList()->notifiees(), 0u);
-  old->prioritiesIs(9);
-  remove("Ethernet1");
-  EXPECT_EQ(model(), (PortModel{{"Ethernet1", "8"}}));
-}
-
 // ===== Life
-
-TEST_F(Ports, TheFactoryReturnsAnActiveTree) {
-  add("Ethernet1", 8);
-  EXPECT_TRUE(root->hasNotificationActive());
-  EXPECT_TRUE(machine("Ethernet1")->hasNotificationActive());
-}
-
-TEST_F(Ports, SwitchingTheRootOffSilencesTheTreeAndOnWakesIt) {
-  const auto intf = add("Ethernet1", 8);
-  const auto late = add("Ethernet2");
-  root->hasNotificationActiveIs(false);
-  root->hasNotificationActiveIs(false);
-  intf->pfcPortConfig()->prioritiesIs(9);
-  late->pfcPortConfigIs(port(1));
-  add("Ethernet3", 3);
-  EXPECT_EQ(model(), (PortModel{{"Ethernet1", "8"}}));
-  root->hasNotificationActiveIs(true);
-  root->hasNotificationActiveIs(true);
-  intf->pfcPortConfig()->prioritiesIs(0xa);
-  late->pfcPortConfigIs(port(2));
-  late->pfcPortConfig()->prioritiesIs(4);
-  EXPECT_EQ(model(), (PortModel{{"Ethernet1", "a"}, {"Ethernet2", "4"}}));
-}
-
-TEST_F(Ports, TheInputsReadBack) {
-  const auto intf = add("Ethernet1", 8);
-  const auto sm = machine("Ethernet1");
-  EXPECT_EQ(root->cliConfig(), config);
-  EXPECT_EQ(root->interfacesDir(), interfaces);
-  EXPECT_EQ(sm->intfConfig(), intf);
-  EXPECT_EQ(sm->interfacesDir(), interfaces);
-  EXPECT_EQ(sm->intfId(), id("Ethernet1"));
-}
-
-TEST(InterfaceConfigSm, TheFactoryWritesAndFollowsWithoutARoot) {
-  PortDevice device;
-  const auto intf = Rok::make<Qos::IntfConfig>(PortDevice::id("Ethernet1"));
-  intf->pfcPortConfigIs(PortDevice::port(8));
-  const auto sm = interfaceConfigSmFactory(intf, device.interfaces);
-  EXPECT_TRUE(sm->hasNotificationActive());
-  EXPECT_EQ(device.model(), (PortModel{{"Ethernet1", "8"}}));
-  intf->pfcPortConfig()->prioritiesIs(9);
-  EXPECT_EQ(device.model(), (PortModel{{"Ethernet1", "9"}}));
-}
-
-TEST(InterfaceConfigSm, WithoutAConfigItIsDeafAndOfTheInterfaceOfNoName) {
-  PortDevice device;
-  const auto sm = interfaceConfigSmFactory(nullptr, device.interfaces);
-  EXPECT_EQ(sm->intfConfig(), nullptr);
-  EXPECT_EQ(sm->intfId(), Nerit::IntfId());
-  EXPECT_EQ(sm->pfcPortConfig(), nullptr);
-  EXPECT_EQ(device.model(), PortModel{});
-}
-
-TEST_F(Ports, TheMutatorsOfTheCollectionReleaseChildrenAndLeaveTheOutput) {
-  add("Ethernet1", 1);
-  add("Ethernet2", 2);
-  add("Ethernet3", 3);
-  const PortModel before = model();
-  root->intfConfigSmDel(id("Ethernet1"));
-  root->intfConfigSmDel(id("Ethernet1"));
-  EXPECT_EQ(machine("Ethernet1"), nullptr);
-  EXPECT_EQ(root->intfConfigSm().members(), 2u);
-  root->intfConfigSmDelAll();
-  EXPECT_EQ(root->intfConfigSm().members(), 0u);
-  EXPECT_EQ(model(), before);
-}
-
-TEST_F(Ports, ANotificationOfAnInterfaceThatIsMirroredAlreadyDoesNothing) {
-  add("Ethernet1", 8);
-  const auto sm = machine("Ethernet1");
-  earlier("Ethernet1", "tampered");
-  root->handleIntfConfig(id("Ethernet1"));
-  EXPECT_EQ(machine("Ethernet1"), sm);
-  EXPECT_EQ(model(), (PortModel{{"Ethernet1", "tampered"}}));
-}
 
 TEST_F(Ports, OtherAttributesWakeNothing) {
   const auto intf = add("Ethernet1", 8);
@@ -744,42 +624,6 @@ TEST_F(Ports, OtherAttributesWakeNothing) {
   const Qos::TxQueue queue{3, Qos::unicast};
   intf->txQueueConfigIs(queue, Rok::make<Qos::TxQueueConfig>(queue));
   EXPECT_THAT(trace.lines(), IsEmpty());
-}
-
-// ===== Refusals
-
-TEST_F(Ports, TheSameArgumentsGiveTheSameChildAndEveryOtherIsRefused) {
-  const auto intf = add("Ethernet1", 8);
-  const auto other = Rok::make<Qos::IntfConfig>(id("Ethernet1"));
-  EXPECT_EQ(root->intfConfigSmIs(intf, interfaces), machine("Ethernet1"));
-  EXPECT_EQ(reinstantiating([&] { root->intfConfigSmIs(other, interfaces); }), "intfConfig 130");
-  EXPECT_EQ(
-      reinstantiating([&] { root->intfConfigSmIs(intf, Rok::make<Config::InterfacesDir>()); }),
-      "interfacesDir 131");
-  EXPECT_EQ(reinstantiating([&] { config->intfConfigIs(id("Ethernet1"), other); }),
-            "intfConfig 130");
-  EXPECT_EQ(root->intfConfigSm().members(), 1u);
-  EXPECT_EQ(machine("Ethernet1")->intfConfig(), intf);
-  EXPECT_EQ(model(), (PortModel{{"Ethernet1", "8"}}));
-}
-
-TEST_F(Ports, NullArgumentsAreRefusedByName) {
-  const auto intf = Rok::make<Qos::IntfConfig>(id("Ethernet1"));
-  EXPECT_EQ(nullArgument([&] { root->intfConfigSmIs(nullptr, interfaces); }), "intfConfig 130");
-  EXPECT_EQ(nullArgument([&] { root->intfConfigSmIs(intf, nullptr); }), "interfacesDir 131");
-  EXPECT_EQ(nullArgument([&] { config->intfConfigIs(id("Ethernet1"), nullptr); }),
-            "intfConfig 130");
-  EXPECT_EQ(root->intfConfigSm().members(), 0u);
-  EXPECT_EQ(model(), PortModel{});
-}
-
-TEST(PortsStart, ANullInterfaceThrowsOutOfTheFactoryAndNothingStaysBehind) {
-  PortDevice device;
-  device.config->intfConfigIs(PortDevice::id("Ethernet1"), nullptr);
-  EXPECT_EQ(nullArgument([&] { device.start(); }), "intfConfig 130");
-  EXPECT_EQ(device.config->notifieeList()->notifiees(), 0u);
-  EXPECT_EQ(Rok::AllocTrackTypeInfo::of<IntfPfcKivToOCSm>().blocks(), 0u);
-  EXPECT_EQ(Rok::AllocTrackTypeInfo::of<InterfaceConfigSm>().blocks(), 0u);
 }
 
 // ===== Traces
@@ -834,13 +678,6 @@ TEST_F(Ports, ARemovedInterfaceTracesItsPrepareToDieAndOneWithoutAMachineItsEntr
   root->handleIntfConfig(id("Ethernet1"));
   EXPECT_THAT(trace.lines(),
               ElementsAre("2 IntfPfcKivToOCSm handleIntfConfig: interface id = Ethernet1"));
-}
-
-TEST_F(Ports, StoppingTracesNothing) {
-  add("Ethernet1", 8);
-  TraceCapture trace({0, 1, 2, 3, 4, 5, 6, 7, 8, 9});
-  stop();
-  EXPECT_THAT(trace.lines(), IsEmpty());
 }
 
 // ===== Oracles
