@@ -9,7 +9,6 @@
 
 #include "QosOpenConfig/QosOpenConfigQueueManagementProfileKivToOcSm.h"
 #include "tests/support/QueueManagementDevice.h"
-#include "tests/support/Refusals.h"
 #include "tests/support/TraceCapture.h"
 
 namespace QosOc::queueManagementInterfaceTest {
@@ -17,19 +16,14 @@ namespace {
 
 using support::AttachmentModel;
 using support::multicast;
-using support::nullArgument;
 using support::ProfileModel;
 using support::QueueManagementDevice;
 using support::queueManagementLines;
-using support::reinstantiating;
 using support::settings;
 using support::TraceCapture;
 using support::unicast;
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-using IntfSm = QueueManagementProfileIntfSm;
-using TxQueueSm = QueueManagementProfileTxQueueSm;
 
 struct QueueManagementAttachments : testing::Test, QueueManagementDevice {
   QueueManagementAttachments() { start(); }
@@ -353,80 +347,6 @@ TEST_F(QueueManagementAttachments, ARemovedInterfaceBlanksAllItsAttachmentsAndNo
 
 // ===== Life
 
-TEST_F(QueueManagementAttachments, TheInputsReadBack) {
-  const auto config = attach();
-  const auto parent = intfSm("Ethernet1");
-  const auto sm = txQueueSm("Ethernet1", unicast(2));
-  EXPECT_EQ(parent->queueManagementProfileKivToOcSm(), root.get());
-  EXPECT_EQ(parent->interfacesDir(), interfaces);
-  EXPECT_EQ(parent->intfConfig(), intf("Ethernet1"));
-  EXPECT_EQ(parent->intfId(), id("Ethernet1"));
-  EXPECT_EQ(sm->intfSm(), parent.get());
-  EXPECT_EQ(sm->intfId(), id("Ethernet1"));
-  EXPECT_EQ(sm->interfacesDir(), interfaces);
-  EXPECT_EQ(sm->txQueueConfig(), config);
-  EXPECT_EQ(sm->txQueue(), unicast(2));
-  EXPECT_EQ(sm->commentKey(), "if-Et1-uc-txq-2");
-  EXPECT_TRUE(parent->hasNotificationActive());
-  EXPECT_TRUE(sm->hasNotificationActive());
-}
-
-TEST_F(QueueManagementAttachments, SwitchedOffTheTreeIsSilentAndSwitchedOnItGoesOn) {
-  const auto config = attach();
-  const AttachmentModel tampered{{"Ethernet1 q7", "tampered"}};
-  root->hasNotificationActiveIs(false);
-  root->hasNotificationActiveIs(false);
-  earlierAttachment("Ethernet1", "q7", "tampered");
-  config->ecnConfigIs(settings(1, 2, 3));
-  comment("Ethernet1", unicast(2), "gold");
-  name("q8", 2);
-  queue("Ethernet1", multicast(2));
-  queue("Ethernet2", unicast(2));
-  comment("Ethernet2", unicast(2), "gold");
-  EXPECT_EQ(attachmentModel(), tampered);
-  EXPECT_EQ(intfSm("Ethernet1")->txQueueSm().members(), 1u);
-  EXPECT_EQ(intfSm("Ethernet2"), nullptr);
-  root->hasNotificationActiveIs(true);
-  root->hasNotificationActiveIs(true);
-  config->ecnConfigIs(nullptr);
-  EXPECT_EQ(attachmentModel(), (AttachmentModel{{"Ethernet1 q7", "gold"}}));
-}
-
-TEST_F(QueueManagementAttachments, AZombieHearsNothing) {
-  const auto config = attach();
-  txQueueSm("Ethernet1", unicast(2))->rokDoZombieReactors(true);
-  intfSm("Ethernet1")->rokDoZombieReactors(true);
-  TraceCapture trace({0, 1, 2, 3, 4, 5, 6, 7, 8, 9});
-  config->ecnConfigIs(settings(1, 2, 3));
-  intf("Ethernet1")->txQueueConfigIs(unicast(3), txQueue(unicast(3)));
-  EXPECT_THAT(trace.lines(), IsEmpty());
-}
-
-TEST_F(QueueManagementAttachments, StoppingLeavesTheAttachmentsAndEndsEveryWatch) {
-  const auto config = attach();
-  stop();
-  EXPECT_EQ(this->config->notifieeList()->notifiees(), 0u);
-  EXPECT_EQ(cli->notifieeList()->notifiees(), 0u);
-  EXPECT_EQ(queueNames->notifieeList()->notifiees(), 0u);
-  EXPECT_EQ(intf("Ethernet1")->notifieeList()->notifiees(), 0u);
-  EXPECT_EQ(config->notifieeList()->notifiees(), 0u);
-  EXPECT_EQ(Rok::AllocTrackTypeInfo::of<TxQueueSm>().blocks(), 0u);
-  removeQueue("Ethernet1", unicast(2));
-  EXPECT_EQ(attachmentModel(), attached);
-}
-
-TEST_F(QueueManagementAttachments, ANotificationOfWhatIsMirroredAlreadyDoesNothing) {
-  attach();
-  const auto parent = intfSm("Ethernet1");
-  const auto sm = txQueueSm("Ethernet1", unicast(2));
-  earlierAttachment("Ethernet1", "q7", "tampered");
-  root->handleIntfConfig(id("Ethernet1"));
-  parent->handleTxQueueConfig(unicast(2));
-  EXPECT_EQ(intfSm("Ethernet1"), parent);
-  EXPECT_EQ(txQueueSm("Ethernet1", unicast(2)), sm);
-  EXPECT_EQ(attachmentModel(), (AttachmentModel{{"Ethernet1 q7", "tampered"}}));
-}
-
 TEST_F(QueueManagementAttachments, ARemovalOfWhatIsNotMirroredHasNoEffect) {
   attach();
   root->handleIntfConfig(id("Ethernet9"));
@@ -453,116 +373,16 @@ TEST_F(QueueManagementAttachments, AMachineOutsideTheCollectionsIsNotReachedByCo
 
 // ===== Factories
 
-TEST_F(QueueManagementAttachments, TheFactoryOfAnInterfaceWritesAndFollowsOutsideItsParent) {
-  attach();
-  root->intfSmDelAll();
-  earlierAttachment("Ethernet1", "q7", "old");
-  const auto sm = queueManagementProfileIntfSmFactory(root.get(), interfaces, intf("Ethernet1"));
-  EXPECT_TRUE(sm->hasNotificationActive());
-  EXPECT_EQ(attachmentModel(), attached);
-  removeQueue("Ethernet1", unicast(2));
-  EXPECT_EQ(attachmentModel(), blanked);
-}
-
-TEST_F(QueueManagementAttachments, TheFactoryOfATxQueueWritesAndFollowsOutsideItsParent) {
-  const auto config = attach();
-  const auto parent = intfSm("Ethernet1");
-  parent->txQueueSmDelAll();
-  earlierAttachment("Ethernet1", "q7", "old");
-  const auto sm =
-      queueManagementProfileTxQueueSmFactory(parent.get(), id("Ethernet1"), interfaces, config);
-  EXPECT_TRUE(sm->hasNotificationActive());
-  EXPECT_EQ(attachmentModel(), attached);
-  sm->doPrepareToDie();
-  EXPECT_EQ(attachmentModel(), blanked);
-}
-
-TEST_F(QueueManagementAttachments, WithoutAConfigAMachineIsDeafAndOfNoTxQueue) {
-  intf("Ethernet1");
-  const auto sm = queueManagementProfileIntfSmFactory(root.get(), interfaces, nullptr);
-  EXPECT_EQ(sm->intfConfig(), nullptr);
-  EXPECT_EQ(sm->intfId(), Nerit::IntfId());
-  EXPECT_EQ(sm->txQueueSm().members(), 0u);
-  const auto child = queueManagementProfileTxQueueSmFactory(intfSm("Ethernet1").get(),
-                                                            id("Ethernet1"), interfaces, nullptr);
-  EXPECT_EQ(child->txQueueConfig(), nullptr);
-  EXPECT_EQ(child->txQueue(), Qos::TxQueue());
-  EXPECT_EQ(attachmentModel(), AttachmentModel{});
-}
-
-TEST_F(QueueManagementAttachments, TheMutatorsOfTheCollectionsReleaseMachinesAndLeaveTheOutput) {
+TEST_F(QueueManagementAttachments, ReleasedMachinesLeaveTheIndexesOfTheRoot) {
   attach();
   queue("Ethernet2", unicast(2));
-  comment("Ethernet2", unicast(2), "gold");
   queue("Ethernet3", unicast(2));
-  const AttachmentModel before = attachmentModel();
   intfSm("Ethernet1")->txQueueSmDel(unicast(2));
-  intfSm("Ethernet1")->txQueueSmDel(unicast(2));
-  EXPECT_EQ(txQueueSm("Ethernet1", unicast(2)), nullptr);
   intfSm("Ethernet2")->txQueueSmDelAll();
-  EXPECT_EQ(txQueueSm("Ethernet2", unicast(2)), nullptr);
-  root->intfSmDel(id("Ethernet3"));
-  root->intfSmDel(id("Ethernet3"));
-  EXPECT_EQ(root->intfSm().members(), 2u);
+  EXPECT_EQ(root->txQueues().byTxQueueId()->keys(), 1u);
   root->intfSmDelAll();
-  EXPECT_EQ(root->intfSm().members(), 0u);
-  EXPECT_EQ(attachmentModel(), before);
   EXPECT_EQ(root->txQueues().byCommentKey()->keys(), 0u);
   EXPECT_EQ(root->txQueues().byTxQueueId()->keys(), 0u);
-}
-
-// ===== Refusals
-
-TEST_F(QueueManagementAttachments, TheSameArgumentsGiveTheSameMachineAndEveryOtherIsRefused) {
-  const auto config = attach();
-  const auto made = intf("Ethernet1");
-  const auto parent = intfSm("Ethernet1");
-  const auto otherDir = Rok::make<Config::InterfacesDir>();
-  const auto otherIntf = Rok::make<Qos::IntfConfig>(id("Ethernet1"));
-  intf("Ethernet2");
-  QueueManagementDevice other;
-  other.start();
-  EXPECT_EQ(root->intfSmIs(root.get(), interfaces, made), parent);
-  EXPECT_EQ(reinstantiating([&] { root->intfSmIs(other.root.get(), interfaces, made); }),
-            "queueManagementProfileKivToOcSm 130");
-  EXPECT_EQ(reinstantiating([&] { root->intfSmIs(root.get(), otherDir, made); }),
-            "interfacesDir 131");
-  EXPECT_EQ(reinstantiating([&] { this->config->intfConfigIs(id("Ethernet1"), otherIntf); }),
-            "intfConfig 132");
-  EXPECT_EQ(parent->txQueueSmIs(parent.get(), id("Ethernet1"), interfaces, config),
-            txQueueSm("Ethernet1", unicast(2)));
-  EXPECT_EQ(reinstantiating([&] {
-              parent->txQueueSmIs(intfSm("Ethernet2").get(), id("Ethernet1"), interfaces, config);
-            }),
-            "intfSm 130");
-  EXPECT_EQ(reinstantiating(
-                [&] { parent->txQueueSmIs(parent.get(), id("Ethernet2"), interfaces, config); }),
-            "intfId 131");
-  EXPECT_EQ(reinstantiating(
-                [&] { parent->txQueueSmIs(parent.get(), id("Ethernet1"), otherDir, config); }),
-            "interfacesDir 132");
-  EXPECT_EQ(reinstantiating([&] { made->txQueueConfigIs(unicast(2), txQueue(unicast(2))); }),
-            "txQueueConfig 133");
-  EXPECT_EQ(attachmentModel(), attached);
-}
-
-TEST_F(QueueManagementAttachments, NullArgumentsAreRefusedByName) {
-  const auto made = intf("Ethernet1");
-  const auto parent = intfSm("Ethernet1");
-  const auto config = txQueue(unicast(2));
-  EXPECT_EQ(nullArgument([&] { root->intfSmIs(nullptr, interfaces, made); }),
-            "queueManagementProfileKivToOcSm 130");
-  EXPECT_EQ(nullArgument([&] { root->intfSmIs(root.get(), nullptr, made); }), "interfacesDir 131");
-  EXPECT_EQ(nullArgument([&] { this->config->intfConfigIs(id("Ethernet2"), nullptr); }),
-            "intfConfig 132");
-  EXPECT_EQ(
-      nullArgument([&] { parent->txQueueSmIs(nullptr, id("Ethernet1"), interfaces, config); }),
-      "intfSm 130");
-  EXPECT_EQ(
-      nullArgument([&] { parent->txQueueSmIs(parent.get(), id("Ethernet1"), nullptr, config); }),
-      "interfacesDir 132");
-  EXPECT_EQ(nullArgument([&] { made->txQueueConfigIs(unicast(2), nullptr); }), "txQueueConfig 133");
-  EXPECT_EQ(parent->txQueueSm().members(), 0u);
 }
 
 // ===== Traces
@@ -661,13 +481,6 @@ TEST_F(QueueManagementAttachments, ARemovedInterfaceTracesItsEndAndThatOfItsTxQu
                           onTxQueue + "doPrepareToDie() intf: Ethernet1 txQueue: unicast-2",
                           "2 doPrepareToDie deleting QMP intf attachment, intf: Ethernet1 txQueue: "
                           "unicast-2"));
-}
-
-TEST_F(QueueManagementAttachments, StoppingTracesNothing) {
-  attach();
-  TraceCapture trace({0, 1, 2, 3, 4, 5, 6, 7, 8, 9});
-  stop();
-  EXPECT_THAT(trace.lines(), IsEmpty());
 }
 
 }  // namespace

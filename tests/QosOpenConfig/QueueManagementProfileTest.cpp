@@ -16,7 +16,6 @@ namespace {
 
 using support::EcnWred;
 using support::multicast;
-using support::nullArgument;
 using support::outOfRange;
 using support::ProfileModel;
 using support::QueueManagementDevice;
@@ -303,57 +302,6 @@ TEST_F(QueueManagementProfiles, AProfileThatComesBackIsWrittenAnew) {
 
 // ===== Life
 
-TEST_F(QueueManagementProfiles, TheInputsReadBack) {
-  const auto queue = profile("qmp-wred", settings(10, 20, 30));
-  const auto sm = profileSm("qmp-wred");
-  const auto child = profileTxQueueSm("qmp-wred");
-  EXPECT_EQ(sm->queueManagementProfileKivToOcSm(), root.get());
-  EXPECT_EQ(sm->queueManagementProfilesDir(), profiles);
-  EXPECT_EQ(sm->qosProfileConfig(), *qosProfiles->config().find(native("qmp-wred")));
-  EXPECT_EQ(sm->profileName(), "__YANG_QMP_[qmp-wred]");
-  EXPECT_EQ(sm->rok_QosProfileConfig_QosProfileIn(), bodyOf("qmp-wred"));
-  EXPECT_EQ(child->profileSm(), sm.get());
-  EXPECT_EQ(child->profileName(), "__YANG_QMP_[qmp-wred]");
-  EXPECT_EQ(child->queueManagementProfilesDir(), profiles);
-  EXPECT_EQ(child->txQueueConfig(), queue);
-  EXPECT_EQ(child->txQueue(), unicast(0));
-  EXPECT_TRUE(sm->hasNotificationActive());
-  EXPECT_TRUE(child->hasNotificationActive());
-}
-
-TEST_F(QueueManagementProfiles, SwitchedOffTheTreeIsSilentAndSwitchedOnItGoesOn) {
-  const auto queue = profile("qmp-wred", settings(10, 20, 30));
-  const auto bodiless = add(native("late"));
-  const auto empty = add(native("empty"), body({}));
-  root->hasNotificationActiveIs(false);
-  root->hasNotificationActiveIs(false);
-  queue->wredConfigIs(settings(1, 2, 3));
-  bodiless->qosProfileIs(body({txQueue(unicast(0))}));
-  empty->qosProfile()->txQueueConfigIs(unicast(0), txQueue(unicast(0)));
-  profile("new", settings(1, 2, 3));
-  EXPECT_EQ(profileModel(), (ProfileModel{{"qmp-wred", "10-20 30% ecn"}}));
-  root->hasNotificationActiveIs(true);
-  root->hasNotificationActiveIs(true);
-  queue->ecnConfigIs(nullptr);
-  bodiless->qosProfileIs(body({txQueue(unicast(0), settings(4, 5, 6))}));
-  empty->qosProfile()->txQueueConfigIs(multicast(0), txQueue(multicast(0), settings(7, 8, 9)));
-  EXPECT_EQ(
-      profileModel(),
-      (ProfileModel{{"empty", "7-8 9% ecn"}, {"late", "4-5 6% ecn"}, {"qmp-wred", "1-2 3% drop"}}));
-}
-
-TEST_F(QueueManagementProfiles, AZombieHearsNothing) {
-  const auto queue = profile("qmp-wred", settings(10, 20, 30));
-  const auto config = add(native("late"), body({}));
-  profileSm("late")->rokDoZombieReactors(true);
-  profileTxQueueSm("qmp-wred")->rokDoZombieReactors(true);
-  TraceCapture trace({0, 1, 2, 3, 4, 5, 6, 7, 8, 9});
-  queue->ecnConfigIs(nullptr);
-  config->qosProfile()->txQueueConfigIs(unicast(0), txQueue(unicast(0)));
-  config->qosProfileIs(body({txQueue(unicast(0))}));
-  EXPECT_THAT(trace.lines(), IsEmpty());
-}
-
 // The one reaction that a zombie still has, as long as it is told of changes: its chained input
 // goes along with the body, and is a zombie as well.
 TEST_F(QueueManagementProfiles, AZombieStillFollowsTheBodyWithoutHandlingIt) {
@@ -368,22 +316,6 @@ TEST_F(QueueManagementProfiles, AZombieStillFollowsTheBodyWithoutHandlingIt) {
   config->qosProfile()->txQueueConfigIs(multicast(0), txQueue(multicast(0)));
   EXPECT_THAT(trace.lines(), IsEmpty());
   EXPECT_EQ(profileModel(), ProfileModel{});
-}
-
-TEST_F(QueueManagementProfiles, TheChainedInputCanBeMovedAndReleasedByHandAndCallsNoHandler) {
-  add(native("qmp-wred"), body({}));
-  const auto sm = profileSm("qmp-wred");
-  const auto other = body({txQueue(unicast(0))});
-  TraceCapture trace({2});
-  sm->rok_QosProfileConfig_QosProfileInIs(other);
-  sm->rok_QosProfileConfig_QosProfileInIs(other);
-  EXPECT_EQ(sm->rok_QosProfileConfig_QosProfileIn(), other);
-  EXPECT_EQ(other->notifieeList()->notifiees(), 1u);
-  sm->rok_QosProfileConfig_QosProfileInDel();
-  EXPECT_EQ(sm->rok_QosProfileConfig_QosProfileIn(), nullptr);
-  EXPECT_EQ(other->notifieeList()->notifiees(), 0u);
-  bodyOf("qmp-wred")->txQueueConfigIs(unicast(0), txQueue(unicast(0)));
-  EXPECT_THAT(trace.lines(), IsEmpty());
 }
 
 // The walk at start sees the tx queues first, and only then does the body tell of changes.
@@ -402,58 +334,7 @@ TEST_F(QueueManagementProfiles, TheBodyIsWatchedAfterItsTxQueuesHaveBeenSeen) {
   EXPECT_EQ(made->notifieeList()->notifiees(), 1u);
 }
 
-TEST_F(QueueManagementProfiles, StoppingLeavesTheRecordsAndEndsEveryWatch) {
-  const auto queue = profile("qmp-wred", settings(10, 20, 30));
-  const auto config = *qosProfiles->config().find(native("qmp-wred"));
-  stop();
-  EXPECT_EQ(qosProfiles->notifieeList()->notifiees(), 0u);
-  EXPECT_EQ(config->notifieeList()->notifiees(), 0u);
-  EXPECT_EQ(config->qosProfile()->notifieeList()->notifiees(), 0u);
-  EXPECT_EQ(queue->notifieeList()->notifiees(), 0u);
-  queue->ecnConfigIs(nullptr);
-  removeProfile("qmp-wred");
-  EXPECT_EQ(profileModel(), (ProfileModel{{"qmp-wred", "10-20 30% ecn"}}));
-}
-
-TEST_F(QueueManagementProfiles, ANotificationOfWhatIsMirroredAlreadyDoesNothing) {
-  profile("qmp-wred", settings(10, 20, 30));
-  const auto sm = profileSm("qmp-wred");
-  const auto child = profileTxQueueSm("qmp-wred");
-  earlierProfile("qmp-wred");
-  root->handleProfileConfig(native("qmp-wred"));
-  sm->handleTxQueueConfig(unicast(0));
-  sm->handleProfileConfig();
-  EXPECT_EQ(profileSm("qmp-wred"), sm);
-  EXPECT_EQ(profileTxQueueSm("qmp-wred"), child);
-  EXPECT_EQ(profileModel(), (ProfileModel{{"qmp-wred", "77-0 100%"}}));
-}
-
 // ===== Factories
-
-TEST_F(QueueManagementProfiles, TheFactoryOfAProfileWritesAndFollowsOutsideItsParent) {
-  const auto queue = profile("qmp-wred", settings(10, 20, 30));
-  root->qosProfileSmDelAll();
-  earlierProfile("qmp-wred");
-  const auto sm = queueManagementProfileQosProfileSmFactory(
-      root.get(), profiles, *qosProfiles->config().find(native("qmp-wred")));
-  EXPECT_TRUE(sm->hasNotificationActive());
-  EXPECT_EQ(profileModel(), (ProfileModel{{"qmp-wred", "10-20 30% ecn"}}));
-  queue->wredConfigIs(settings(1, 2, 3));
-  EXPECT_EQ(profileModel(), (ProfileModel{{"qmp-wred", "10-20 30% ecn drop"}}));
-}
-
-TEST_F(QueueManagementProfiles, TheFactoryOfAProfilesTxQueueWritesAndFollowsOutsideItsParent) {
-  const auto queue = profile("qmp-wred", settings(10, 20, 30));
-  const auto parent = profileSm("qmp-wred");
-  parent->txQueueSmDelAll();
-  earlierProfile("qmp-wred");
-  const auto sm = queueManagementProfileQosProfileTxQueueSmFactory(parent.get(), native("qmp-wred"),
-                                                                   profiles, queue);
-  EXPECT_TRUE(sm->hasNotificationActive());
-  EXPECT_EQ(profileModel(), (ProfileModel{{"qmp-wred", "10-20 30% ecn"}}));
-  queue->ecnConfigIs(nullptr);
-  EXPECT_EQ(profileModel(), (ProfileModel{{"qmp-wred", "0-0 100%"}}));
-}
 
 // The root turns such profiles away, but a factory doesn't ask: they all decode to the empty name.
 TEST_F(QueueManagementProfiles, AMachineOfAnotherNativeNameWritesAndDeletesTheRecordOfNoName) {
@@ -469,99 +350,6 @@ TEST_F(QueueManagementProfiles, AMachineOfAnotherNativeNameWritesAndDeletesTheRe
   const auto child =
       queueManagementProfileQosProfileTxQueueSmFactory(sm.get(), "plain", profiles, queue);
   EXPECT_EQ(profileModel(), (ProfileModel{{"", "0-0 100%"}}));
-}
-
-TEST_F(QueueManagementProfiles, WithoutAConfigAMachineIsDeafAndOfNoName) {
-  add(native("qmp-wred"), body({}));
-  const auto sm = queueManagementProfileQosProfileSmFactory(root.get(), profiles, nullptr);
-  EXPECT_EQ(sm->qosProfileConfig(), nullptr);
-  EXPECT_EQ(sm->profileName(), "");
-  EXPECT_EQ(sm->rok_QosProfileConfig_QosProfileIn(), nullptr);
-  const auto child = queueManagementProfileQosProfileTxQueueSmFactory(
-      profileSm("qmp-wred").get(), native("qmp-wred"), profiles, nullptr);
-  EXPECT_EQ(child->txQueueConfig(), nullptr);
-  EXPECT_EQ(child->txQueue(), Qos::TxQueue());
-  EXPECT_EQ(profileModel(), ProfileModel{});
-}
-
-TEST_F(QueueManagementProfiles, TheMutatorsOfTheCollectionsReleaseMachinesAndLeaveTheOutput) {
-  profile("a", settings(1, 2, 3));
-  profile("b", settings(4, 5, 6));
-  profile("c", settings(7, 8, 9));
-  const ProfileModel before = profileModel();
-  profileSm("a")->txQueueSmDel(unicast(0));
-  profileSm("a")->txQueueSmDel(unicast(0));
-  EXPECT_EQ(profileTxQueueSm("a"), nullptr);
-  profileSm("b")->txQueueSmDelAll();
-  EXPECT_EQ(profileTxQueueSm("b"), nullptr);
-  root->qosProfileSmDel(native("c"));
-  root->qosProfileSmDel(native("c"));
-  EXPECT_EQ(profileSm("c"), nullptr);
-  root->qosProfileSmDelAll();
-  EXPECT_EQ(root->qosProfileSm().members(), 0u);
-  EXPECT_EQ(profileModel(), before);
-}
-
-// ===== Refusals
-
-TEST_F(QueueManagementProfiles, TheSameArgumentsGiveTheSameMachineAndEveryOtherIsRefused) {
-  const auto queue = profile("qmp-wred", settings(10, 20, 30));
-  const auto sm = profileSm("qmp-wred");
-  const auto config = *qosProfiles->config().find(native("qmp-wred"));
-  const auto otherDir = Rok::make<Config::QueueManagementProfilesDir>();
-  const auto otherConfig = Rok::make<Qos::QosProfileConfig>(native("qmp-wred"));
-  QueueManagementDevice other;
-  other.start();
-  EXPECT_EQ(root->qosProfileSmIs(root.get(), profiles, config), sm);
-  EXPECT_EQ(reinstantiating([&] { root->qosProfileSmIs(other.root.get(), profiles, config); }),
-            "queueManagementProfileKivToOcSm 130");
-  EXPECT_EQ(reinstantiating([&] { root->qosProfileSmIs(root.get(), otherDir, config); }),
-            "queueManagementProfilesDir 131");
-  EXPECT_EQ(reinstantiating([&] { qosProfiles->configIs(native("qmp-wred"), otherConfig); }),
-            "qosProfileConfig 132");
-  EXPECT_EQ(root->qosProfileSm().members(), 1u);
-  EXPECT_EQ(profileModel(), (ProfileModel{{"qmp-wred", "10-20 30% ecn"}}));
-}
-
-TEST_F(QueueManagementProfiles, TheSameArgumentsGiveTheSameTxQueueAndEveryOtherIsRefused) {
-  const auto queue = profile("qmp-wred", settings(10, 20, 30));
-  add(native("other"), body({}));
-  const auto sm = profileSm("qmp-wred");
-  const auto name = native("qmp-wred");
-  const auto otherDir = Rok::make<Config::QueueManagementProfilesDir>();
-  EXPECT_EQ(sm->txQueueSmIs(sm.get(), name, profiles, queue), profileTxQueueSm("qmp-wred"));
-  EXPECT_EQ(
-      reinstantiating([&] { sm->txQueueSmIs(profileSm("other").get(), name, profiles, queue); }),
-      "profileSm 130");
-  EXPECT_EQ(reinstantiating([&] { sm->txQueueSmIs(sm.get(), "other", profiles, queue); }),
-            "profileName 131");
-  EXPECT_EQ(reinstantiating([&] { sm->txQueueSmIs(sm.get(), name, otherDir, queue); }),
-            "queueManagementProfilesDir 132");
-  EXPECT_EQ(reinstantiating(
-                [&] { bodyOf("qmp-wred")->txQueueConfigIs(unicast(0), txQueue(unicast(0))); }),
-            "txQueueConfig 133");
-  EXPECT_EQ(sm->txQueueSm().members(), 1u);
-  EXPECT_EQ(profileModel(), (ProfileModel{{"qmp-wred", "10-20 30% ecn"}}));
-}
-
-TEST_F(QueueManagementProfiles, NullArgumentsAreRefusedByName) {
-  const auto config = add(native("qmp-wred"), body({}));
-  const auto sm = profileSm("qmp-wred");
-  const auto queue = txQueue(unicast(0));
-  const auto name = native("qmp-wred");
-  EXPECT_EQ(nullArgument([&] { root->qosProfileSmIs(nullptr, profiles, config); }),
-            "queueManagementProfileKivToOcSm 130");
-  EXPECT_EQ(nullArgument([&] { root->qosProfileSmIs(root.get(), nullptr, config); }),
-            "queueManagementProfilesDir 131");
-  EXPECT_EQ(nullArgument([&] { qosProfiles->configIs(native("null"), nullptr); }),
-            "qosProfileConfig 132");
-  EXPECT_EQ(nullArgument([&] { sm->txQueueSmIs(nullptr, name, profiles, queue); }),
-            "profileSm 130");
-  EXPECT_EQ(nullArgument([&] { sm->txQueueSmIs(sm.get(), name, nullptr, queue); }),
-            "queueManagementProfilesDir 132");
-  EXPECT_EQ(nullArgument([&] { bodyOf("qmp-wred")->txQueueConfigIs(unicast(0), nullptr); }),
-            "txQueueConfig 133");
-  EXPECT_EQ(profileModel(), ProfileModel{});
 }
 
 // ===== Traces

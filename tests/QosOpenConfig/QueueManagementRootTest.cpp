@@ -236,25 +236,6 @@ TEST_F(QueueManagementRoot, WhatWentWhileNobodyWatchedIsSweptForProfilesAndStays
   EXPECT_EQ(attachmentModel(), (AttachmentModel{{"Ethernet1 q7", "gold"}}));
 }
 
-TEST_F(QueueManagementRoot, TheInputsReadBack) {
-  EXPECT_EQ(root->cliConfig(), config);
-  EXPECT_EQ(root->cli(), cli);
-  EXPECT_EQ(root->qosProfileConfigDir(), qosProfiles);
-  EXPECT_EQ(root->queueManagementProfilesDir(), profiles);
-  EXPECT_EQ(root->interfacesDir(), interfaces);
-  EXPECT_TRUE(root->hasNotificationActive());
-}
-
-TEST_F(QueueManagementRoot, AZombieHearsNothing) {
-  root->rokDoZombieReactors(true);
-  TraceCapture trace({0, 1, 2, 3, 4, 5, 6, 7, 8, 9});
-  intf("Ethernet1");
-  cli->commentIs("key", "text");
-  name("q7", 2);
-  add("gold");
-  EXPECT_THAT(trace.lines(), IsEmpty());
-}
-
 // Told of changes again, it doesn't even follow another map of names.
 TEST_F(QueueManagementRoot, AZombieThatIsSwitchedOffAndOnKeepsItsMapOfNames) {
   root->rokDoZombieReactors(true);
@@ -542,16 +523,6 @@ TEST_F(QueueManagementRoot, AMapOfNamesThatGoesIsReleasedAndItsNamesAreKept) {
   config->queueNameToTxQueueIdMapIs(queueNames);
   name("q9", 4);
   EXPECT_EQ(nameOf(4), "q9");
-}
-
-TEST_F(QueueManagementRoot, TheChainedInputCanBeMovedAndReleasedByHand) {
-  const auto other = Rok::make<Qos::QueueNameToTxQueueIdMap>();
-  root->rok_CliConfig_QueueNameToTxQueueIdMapInIs(other);
-  EXPECT_EQ(other->notifieeList()->notifiees(), 1u);
-  EXPECT_EQ(queueNames->notifieeList()->notifiees(), 0u);
-  root->rok_CliConfig_QueueNameToTxQueueIdMapInDel();
-  EXPECT_EQ(root->rok_CliConfig_QueueNameToTxQueueIdMapIn(), nullptr);
-  EXPECT_EQ(other->notifieeList()->notifiees(), 0u);
 }
 
 TEST_F(QueueManagementRoot, TheMapOfIdsIsReadReplacedAndForgotten) {
