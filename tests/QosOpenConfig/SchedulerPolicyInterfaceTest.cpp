@@ -10,7 +10,6 @@
 #include <vector>
 
 #include "QosOpenConfig/QosOpenConfigSchedulerPolicyKivToOCSm.h"
-#include "tests/support/Refusals.h"
 #include "tests/support/SchedulerDevice.h"
 #include "tests/support/TraceCapture.h"
 #include "tests/support/WalkOrder.h"
@@ -19,8 +18,6 @@ namespace QosOc::schedulerPolicyInterfaceTest {
 namespace {
 
 using support::AttachmentModel;
-using support::nullArgument;
-using support::reinstantiating;
 using support::SchedulerDevice;
 using support::schedulerLines;
 using support::TraceCapture;
@@ -95,6 +92,7 @@ TEST_F(PolicyAttachments, InterfacesAreKnownByTheirLongNames) {
   name("Ethernet7/1", unicast3, "a");
   name("Port-Channel3", unicast3, "b");
   EXPECT_EQ(attachments(), (AttachmentModel{{"Ethernet7/1", "a"}, {"Port-Channel3", "b"}}));
+  EXPECT_EQ(machine("Ethernet7/1", unicast3)->commentKey(), "if-Et7/1-uc-txq-3");
 }
 
 TEST_F(PolicyAttachments, EachTypeOfQueueHasACommentOfItsOwn) {
@@ -576,112 +574,6 @@ TEST_F(PolicyAttachments, TracingChangesNothing) {
 
 // ===== Life
 
-TEST_F(PolicyAttachments, TheFactoryReturnsAnActiveTree) {
-  queue("Ethernet1", unicast3);
-  EXPECT_TRUE(root->hasNotificationActive());
-  EXPECT_TRUE(machine("Ethernet1")->hasNotificationActive());
-  EXPECT_TRUE(machine("Ethernet1", unicast3)->hasNotificationActive());
-}
-
-TEST_F(PolicyAttachments, SwitchingTheRootOffSilencesTheTreeAndOnWakesIt) {
-  const auto config = queue("Ethernet1", unicast3);
-  root->hasNotificationActiveIs(false);
-  name("Ethernet1", unicast3, "sp-gold");
-  config->bandwidthIs(40);
-  queue("Ethernet1", unicast4);
-  queue("Ethernet2", unicast3);
-  queueName("q3", 3);
-  profile("sp-gold");
-  EXPECT_EQ(attachments(), AttachmentModel{});
-  EXPECT_EQ(model(), support::PolicyModel{});
-  root->hasNotificationActiveIs(true);
-  config->bandwidthIs(50);
-  EXPECT_EQ(attachments(), (AttachmentModel{{"Ethernet1", "sp-gold"}}));
-}
-
-TEST_F(PolicyAttachments, ZombiesHearNothing) {
-  const auto config = queue("Ethernet1", unicast3);
-  machine("Ethernet1", unicast3)->rokDoZombieReactors(true);
-  machine("Ethernet1")->rokDoZombieReactors(true);
-  root->rokDoZombieReactors(true);
-  TraceCapture trace({2});
-  name("Ethernet1", unicast3, "sp-gold");
-  config->bandwidthIs(40);
-  queue("Ethernet1", unicast4);
-  queueName("q3", 3);
-  profile("sp-gold");
-  EXPECT_THAT(trace.lines(), IsEmpty());
-  EXPECT_EQ(attachments(), AttachmentModel{});
-}
-
-TEST_F(PolicyAttachments, TheInputsReadBack) {
-  const auto config = queue("Ethernet1", unicast3);
-  const auto intfSm = machine("Ethernet1");
-  const auto txQueueSm = machine("Ethernet1", unicast3);
-  EXPECT_EQ(intfSm->schedulerPolicyKivToOCSm(), root.get());
-  EXPECT_EQ(intfSm->schedulerPoliciesDir(), policies);
-  EXPECT_EQ(intfSm->interfacesDir(), interfaces);
-  EXPECT_EQ(intfSm->intfConfig(), intf("Ethernet1"));
-  EXPECT_EQ(intfSm->intfId(), id("Ethernet1"));
-  EXPECT_EQ(txQueueSm->schedulerPolicyIntfSm(), intfSm.get());
-  EXPECT_EQ(txQueueSm->intfId(), id("Ethernet1"));
-  EXPECT_EQ(txQueueSm->schedulerPoliciesDir(), policies);
-  EXPECT_EQ(txQueueSm->interfacesDir(), interfaces);
-  EXPECT_EQ(txQueueSm->txQueueConfig(), config);
-  EXPECT_EQ(txQueueSm->txQueue(), unicast3);
-  EXPECT_EQ(txQueueSm->commentKey(), "if-Et1-uc-txq-3");
-}
-
-TEST_F(PolicyAttachments, WithoutAConfigATxQueueIsDeafAndTheDefaultOne) {
-  intf("Ethernet1");
-  cli->commentIs("if-Et1-uc-txq-16", naming("sp-gold"));
-  const auto sm = schedulerPolicyTxQueueSmFactory(machine("Ethernet1").get(), id("Ethernet1"),
-                                                  policies, interfaces, nullptr);
-  EXPECT_EQ(sm->txQueueConfig(), nullptr);
-  EXPECT_EQ(sm->txQueue(), Qos::TxQueue());
-  EXPECT_EQ(attachments(), AttachmentModel{});
-}
-
-TEST_F(PolicyAttachments, WithoutAConfigAnInterfaceIsDeafAndOfNoName) {
-  const auto sm = schedulerPolicyIntfSmFactory(root.get(), policies, interfaces, nullptr);
-  EXPECT_EQ(sm->intfConfig(), nullptr);
-  EXPECT_EQ(sm->intfId(), Nerit::IntfId());
-  EXPECT_EQ(sm->txQueueSm().members(), 0u);
-  EXPECT_EQ(attachments(), AttachmentModel{});
-}
-
-TEST_F(PolicyAttachments, TheFactoryOfAnInterfaceBuildsItsQueues) {
-  const auto made = Rok::make<Qos::IntfConfig>(id("Ethernet1"));
-  made->txQueueConfigIs(unicast3, Rok::make<Qos::TxQueueConfig>(unicast3));
-  name("Ethernet1", unicast3, "sp-gold");
-  const auto sm = schedulerPolicyIntfSmFactory(root.get(), policies, interfaces, made);
-  EXPECT_TRUE(sm->hasNotificationActive());
-  EXPECT_EQ(sm->txQueueSm().members(), 1u);
-  EXPECT_EQ(attachments(), (AttachmentModel{{"Ethernet1", "sp-gold"}}));
-}
-
-TEST_F(PolicyAttachments, TheMutatorsOfTheCollectionsReleaseChildrenAndLeaveTheOutput) {
-  for (const char* name : {"Ethernet1", "Ethernet2", "Ethernet3"}) {
-    queue(name, unicast3);
-    queue(name, unicast4);
-    queue(name, multicast3);
-    this->name(name, multicast3, "sp-gold");
-  }
-  const auto before = attachments();
-  const auto sm = machine("Ethernet1");
-  sm->txQueueSmDel(unicast3);
-  sm->txQueueSmDel(unicast3);
-  EXPECT_EQ(sm->txQueueSm().members(), 2u);
-  sm->txQueueSmDelAll();
-  EXPECT_EQ(sm->txQueueSm().members(), 0u);
-  root->intfSmDel(id("Ethernet2"));
-  EXPECT_EQ(machine("Ethernet2"), nullptr);
-  EXPECT_EQ(root->intfSm().members(), 2u);
-  root->intfSmDelAll();
-  EXPECT_EQ(root->intfSm().members(), 0u);
-  EXPECT_EQ(attachments(), before);
-}
-
 TEST_F(PolicyAttachments, TheMutatorsOfTheMapReplaceAndDelete) {
   root->interfaceToSchedulerPolicyMapIs(id("Ethernet1"), "a");
   root->interfaceToSchedulerPolicyMapIs(id("Ethernet1"), "b");
@@ -693,76 +585,6 @@ TEST_F(PolicyAttachments, TheMutatorsOfTheMapReplaceAndDelete) {
   EXPECT_EQ(root->interfaceToSchedulerPolicyMap().members(), 1u);
   root->interfaceToSchedulerPolicyMapDelAll();
   EXPECT_EQ(root->interfaceToSchedulerPolicyMap().members(), 0u);
-}
-
-// ===== Refusals
-
-TEST_F(PolicyAttachments, TheSameInterfaceGivesTheSameChildAndEveryOtherIsRefused) {
-  const auto config = intf("Ethernet1");
-  const auto other = Rok::make<Qos::IntfConfig>(id("Ethernet1"));
-  const auto otherPolicies = Rok::make<Config::SchedulerPoliciesDir>();
-  const auto otherInterfaces = Rok::make<Config::InterfacesDir>();
-  auto* self = root.get();
-  SchedulerDevice otherDevice;
-  otherDevice.start();
-  auto* otherRoot = otherDevice.root.get();
-  EXPECT_EQ(root->intfSmIs(self, policies, interfaces, config), machine("Ethernet1"));
-  EXPECT_EQ(reinstantiating([&] { root->intfSmIs(otherRoot, policies, interfaces, config); }),
-            "schedulerPolicyKivToOCSm 130");
-  EXPECT_EQ(reinstantiating([&] { root->intfSmIs(self, otherPolicies, interfaces, config); }),
-            "schedulerPoliciesDir 131");
-  EXPECT_EQ(reinstantiating([&] { root->intfSmIs(self, policies, otherInterfaces, config); }),
-            "interfacesDir 132");
-  EXPECT_EQ(reinstantiating([&] { this->config->intfConfigIs(id("Ethernet1"), other); }),
-            "intfConfig 133");
-  EXPECT_EQ(nullArgument([&] { root->intfSmIs(nullptr, policies, interfaces, config); }),
-            "schedulerPolicyKivToOCSm 130");
-  EXPECT_EQ(nullArgument([&] { root->intfSmIs(self, nullptr, interfaces, config); }),
-            "schedulerPoliciesDir 131");
-  EXPECT_EQ(nullArgument([&] { root->intfSmIs(self, policies, nullptr, config); }),
-            "interfacesDir 132");
-  EXPECT_EQ(nullArgument([&] { this->config->intfConfigIs(id("Ethernet2"), nullptr); }),
-            "intfConfig 133");
-  EXPECT_EQ(root->intfSm().members(), 1u);
-}
-
-TEST_F(PolicyAttachments, TheSameTxQueueGivesTheSameChildAndEveryOtherIsRefused) {
-  const auto config = queue("Ethernet1", unicast3);
-  const auto other = Rok::make<Qos::TxQueueConfig>(unicast3);
-  const auto sm = machine("Ethernet1");
-  const auto make = [&](const Nerit::IntfId& intfId, const auto& policiesDir,
-                        const auto& interfacesDir, const auto& txQueueConfig) {
-    return sm->txQueueSmIs(sm.get(), intfId, policiesDir, interfacesDir, txQueueConfig);
-  };
-  const auto one = id("Ethernet1");
-  intf("Ethernet2");
-  EXPECT_EQ(make(one, policies, interfaces, config), machine("Ethernet1", unicast3));
-  EXPECT_EQ(reinstantiating([&] {
-              sm->txQueueSmIs(machine("Ethernet2").get(), one, policies, interfaces, config);
-            }),
-            "schedulerPolicyIntfSm 130");
-  EXPECT_EQ(reinstantiating([&] { make(id("Ethernet2"), policies, interfaces, config); }),
-            "intfId 131");
-  EXPECT_EQ(reinstantiating(
-                [&] { make(one, Rok::make<Config::SchedulerPoliciesDir>(), interfaces, config); }),
-            "schedulerPoliciesDir 132");
-  EXPECT_EQ(
-      reinstantiating([&] { make(one, policies, Rok::make<Config::InterfacesDir>(), config); }),
-      "interfacesDir 133");
-  EXPECT_EQ(reinstantiating([&] { intf("Ethernet1")->txQueueConfigIs(unicast3, other); }),
-            "txQueueConfig 134");
-  EXPECT_EQ(nullArgument([&] {
-              sm->txQueueSmIs(nullptr, one, policies, interfaces,
-                              Rok::Ptr<Qos::TxQueueConfig const>(config));
-            }),
-            "schedulerPolicyIntfSm 130");
-  EXPECT_EQ(nullArgument([&] { sm->txQueueSmIs(sm.get(), one, nullptr, interfaces, config); }),
-            "schedulerPoliciesDir 132");
-  EXPECT_EQ(nullArgument([&] { sm->txQueueSmIs(sm.get(), one, policies, nullptr, config); }),
-            "interfacesDir 133");
-  EXPECT_EQ(nullArgument([&] { intf("Ethernet1")->txQueueConfigIs(unicast4, nullptr); }),
-            "txQueueConfig 134");
-  EXPECT_EQ(sm->txQueueSm().members(), 1u);
 }
 
 // ===== Traces
