@@ -20,6 +20,7 @@
 namespace QosOc::pfcTest {
 namespace {
 
+using support::AtEachLine;
 using support::PortDevice;
 using support::PortModel;
 using support::TraceCapture;
@@ -537,18 +538,15 @@ TEST_F(Ports, AReleasedInputIsDeafUntilTheNextRecord) {
 TEST_F(Ports, ANewRecordIsHandledAfterItIsSetAndBeforeItIsWatched) {
   const auto intf = add("Ethernet1");
   const auto next = port(8);
-  int handled = 0;
-  const auto before = Rok::TraceFacility::sinkIs([&](const Rok::TraceFacility::Line& line) {
-    EXPECT_EQ(line.text, "InterfaceConfigSm handlePfcPortConfig");
-    EXPECT_EQ(machine("Ethernet1")->pfcPortConfig(), next);
-    EXPECT_EQ(next->notifieeList()->notifiees(), 0u);
-    ++handled;
-  });
-  Rok::TraceFacility::levelIs(2, true);
-  intf->pfcPortConfigIs(next);
-  Rok::TraceFacility::levelDelAll();
-  Rok::TraceFacility::sinkIs(before);
-  EXPECT_EQ(handled, 1);
+  {
+    const AtEachLine trace(2, [&](std::string_view text) {
+      EXPECT_EQ(text, "InterfaceConfigSm handlePfcPortConfig");
+      EXPECT_EQ(machine("Ethernet1")->pfcPortConfig(), next);
+      EXPECT_EQ(next->notifieeList()->notifiees(), 0u);
+    });
+    intf->pfcPortConfigIs(next);
+    EXPECT_EQ(trace.lines(), 1u);
+  }
   EXPECT_EQ(next->notifieeList()->notifiees(), 1u);
 }
 

@@ -14,6 +14,7 @@
 namespace QosOc::queueManagementProfileTest {
 namespace {
 
+using support::AtEachLine;
 using support::EcnWred;
 using support::multicast;
 using support::outOfRange;
@@ -321,16 +322,12 @@ TEST_F(QueueManagementProfiles, AZombieStillFollowsTheBodyWithoutHandlingIt) {
 // The walk at start sees the tx queues first, and only then does the body tell of changes.
 TEST_F(QueueManagementProfiles, TheBodyIsWatchedAfterItsTxQueuesHaveBeenSeen) {
   const auto made = body({txQueue(unicast(0))});
-  int lines = 0;
-  const auto before = Rok::TraceFacility::sinkIs([&](const Rok::TraceFacility::Line&) {
-    EXPECT_EQ(made->notifieeList()->notifiees(), 0u);
-    ++lines;
-  });
-  Rok::TraceFacility::levelIs(2, true);
-  add(native("qmp-wred"), made);
-  Rok::TraceFacility::levelDelAll();
-  Rok::TraceFacility::sinkIs(before);
-  EXPECT_GT(lines, 5);
+  {
+    const AtEachLine trace(
+        2, [&](std::string_view) { EXPECT_EQ(made->notifieeList()->notifiees(), 0u); });
+    add(native("qmp-wred"), made);
+    EXPECT_GT(trace.lines(), 5u);
+  }
   EXPECT_EQ(made->notifieeList()->notifiees(), 1u);
 }
 

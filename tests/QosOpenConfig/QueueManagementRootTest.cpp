@@ -18,6 +18,7 @@
 namespace QosOc::queueManagementRootTest {
 namespace {
 
+using support::AtEachLine;
 using support::AttachmentModel;
 using support::EcnWred;
 using support::multicast;
@@ -104,19 +105,16 @@ TEST(QueueManagementStart, TheMapOfNamesIsWatchedLast) {
   device.name("q6", 1);
   device.queue("Ethernet1", unicast(1));
   device.earlierProfile("old");
-  int lines = 0;
-  const auto before = Rok::TraceFacility::sinkIs([&](const Rok::TraceFacility::Line&) {
-    EXPECT_EQ(device.queueNames->notifieeList()->notifiees(), 0u);
-    EXPECT_EQ(device.config->notifieeList()->notifiees(), 1u);
-    EXPECT_EQ(device.cli->notifieeList()->notifiees(), 1u);
-    EXPECT_EQ(device.qosProfiles->notifieeList()->notifiees(), 1u);
-    ++lines;
-  });
-  Rok::TraceFacility::levelIs(2, true);
-  device.start();
-  Rok::TraceFacility::levelDelAll();
-  Rok::TraceFacility::sinkIs(before);
-  EXPECT_GT(lines, 5);
+  {
+    const AtEachLine trace(2, [&](std::string_view) {
+      EXPECT_EQ(device.queueNames->notifieeList()->notifiees(), 0u);
+      EXPECT_EQ(device.config->notifieeList()->notifiees(), 1u);
+      EXPECT_EQ(device.cli->notifieeList()->notifiees(), 1u);
+      EXPECT_EQ(device.qosProfiles->notifieeList()->notifiees(), 1u);
+    });
+    device.start();
+    EXPECT_GT(trace.lines(), 5u);
+  }
   EXPECT_EQ(device.queueNames->notifieeList()->notifiees(), 1u);
   EXPECT_EQ(device.root->rok_CliConfig_QueueNameToTxQueueIdMapIn(), device.queueNames);
 }

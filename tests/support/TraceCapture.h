@@ -2,8 +2,12 @@
 #pragma once
 
 #include <algorithm>
+#include <cstddef>
+#include <functional>
 #include <initializer_list>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 #include "Rok/Trace.h"
@@ -55,6 +59,34 @@ class TraceCapture {
   Rok::TraceFacility::Sink before_;
   std::vector<std::string> lines_;
   std::vector<std::string> handles_;
+};
+
+// Looks at the state of things while each line of a level is traced, and leaves the trace silent. What
+// it does may change nothing.
+class AtEachLine {
+ public:
+  using Look = std::function<void(std::string_view text)>;
+
+  AtEachLine(unsigned level, Look look) : look_(std::move(look)) {
+    Rok::TraceFacility::levelIs(level, true);
+    before_ = Rok::TraceFacility::sinkIs([this](const Rok::TraceFacility::Line& line) {
+      ++lines_;
+      look_(line.text);
+    });
+  }
+  AtEachLine(const AtEachLine&) = delete;
+  AtEachLine& operator=(const AtEachLine&) = delete;
+  ~AtEachLine() {
+    Rok::TraceFacility::sinkIs(before_);
+    Rok::TraceFacility::levelDelAll();
+  }
+
+  std::size_t lines() const { return lines_; }
+
+ private:
+  Look look_;
+  std::size_t lines_ = 0;
+  Rok::TraceFacility::Sink before_;
 };
 
 }  // namespace support
