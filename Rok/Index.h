@@ -132,7 +132,7 @@ class Index final : public PtrInterface {
 
   Ptr<List> listIs(const Key& key) {
     if (const Ptr<List>* found = lists_.find(key)) return *found;
-    const Ptr<List> made = make<List>(key);
+    Ptr<List> made = make<List>(key);
     lists_.newMember(key, made);
     return made;
   }

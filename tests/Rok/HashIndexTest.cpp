@@ -42,7 +42,7 @@ TEST(HashIndex, FindsEveryNodeWhateverTheHomes) {
         index.insert(hash, next);
         hashes[next++] = hash;
       } else {
-        const auto victim = std::next(hashes.begin(), random() % hashes.size());
+        const auto victim = std::next(hashes.begin(), static_cast<int>(random() % hashes.size()));
         index.erase(victim->second, victim->first);
         const std::uint32_t node = victim->first;
         const std::uint32_t hash = victim->second;
