@@ -94,4 +94,23 @@ inline Rok::Ptr<Listener> listen(const Rok::Ptr<Bell>& bell, const std::string& 
   return listener;
 }
 
+// What an observer wants to hear of.
+enum class Wish { all, attribute, key };
+
+inline std::uint64_t interestOf(Wish wish, const Rok::String& chime) {
+  if (wish == Wish::all) return 0;
+  if (wish == Wish::attribute) return Rok::NotifieeList::interestIn(Bell::Attr::chime.id);
+  return interestInChime(chime);
+}
+
+// So many that others are found by their interest. They are switched off.
+inline std::vector<Rok::Ptr<Listener>> crowd(const Rok::Ptr<Bell>& bell, Calls& calls) {
+  std::vector<Rok::Ptr<Listener>> all;
+  for (int i = 0; i < 16; ++i) {
+    all.push_back(listen(bell, "one of the crowd", calls));
+    all.back()->hasNotificationActiveIs(false);
+  }
+  return all;
+}
+
 }  // namespace RokTest
