@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 #include <sstream>
-#include <string>
 
 namespace QosOc::Config::classifierTest {
 namespace {
@@ -16,34 +15,6 @@ TEST(Term, HasItsIdAndNothingElseAtFirst) {
   EXPECT_EQ(term.configId, "");
   EXPECT_FALSE(term.conditions.has_value());
   EXPECT_FALSE(term.actions.has_value());
-}
-
-TEST(Term, IsTrueWhenItDiffersFromTheDefaultInAnyField) {
-  EXPECT_FALSE(Term());
-  EXPECT_TRUE(Term("voice"));
-  Term term;
-  term.configId = "voice";
-  EXPECT_TRUE(term);
-  term = Term();
-  term.conditions = TermConditions();
-  EXPECT_TRUE(term) << "present, default conditions differ from absent ones";
-  term = Term();
-  term.actions = TermActions();
-  EXPECT_TRUE(term) << "a blanked action differs from an absent one";
-}
-
-TEST(Term, EqualityComparesAllFields) {
-  Term term("voice");
-  Term other("voice");
-  EXPECT_EQ(term, other);
-  other.configId = "voice";
-  EXPECT_NE(term, other);
-  other = Term("voice");
-  other.conditions = TermConditions();
-  EXPECT_NE(term, other);
-  term.conditions = TermConditions();
-  term.conditions->ipv6.dscpSetPush(46);
-  EXPECT_NE(term, other);
 }
 
 TEST(Term, PrintsAllItHolds) {
@@ -160,15 +131,6 @@ TEST(Classifier, TermsIsCreatesOnceAndTermsDelRemoves) {
   classifier->termsDel();
   EXPECT_EQ(classifier->terms(), nullptr);
   EXPECT_NE(classifier->termsIs(), terms);
-}
-
-TEST(ClassifierConfig, IsDefaultUntilItHoldsANameOrAType) {
-  EXPECT_FALSE(ClassifierConfig());
-  EXPECT_TRUE((ClassifierConfig{"edge-in", {}}));
-  EXPECT_TRUE((ClassifierConfig{"", QosOc::Classifier::classifierTypeIpv4}));
-  std::ostringstream out;
-  out << ClassifierConfig{"edge-in", QosOc::Classifier::classifierTypeIpv6} << ClassifierConfig();
-  EXPECT_EQ(out.str(), "{name edge-in, type classifierTypeIpv6}{name , type (absent)}");
 }
 
 TEST(ClassifierType, HasTheValuesOfTheModel) {

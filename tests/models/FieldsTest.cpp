@@ -56,28 +56,6 @@ TEST(Fields, ARecordThatOnlyWrapsAnotherPrintsLikeIt) {
   EXPECT_EQ(printed(TermActions{{"gold"}}), printed(TermActionsConfig{"gold"}));
 }
 
-TEST(Fields, EveryConfigPrintsAllItHolds) {
-  EXPECT_EQ(printed(TermActionsConfig{"gold"}), "{targetGroup gold}");
-  EXPECT_EQ(printed(QueueManagementProfileConfig{"red"}), "{name red}");
-  EXPECT_EQ(printed(WredUniform{1, 2, true, false, 3, 4}),
-            "{minThreshold 1, maxThreshold 2, enableEcn true, drop false, weight 3, "
-            "maxDropProbabilityPercent 4}");
-  EXPECT_EQ(printed(InterfaceConfig{"Ethernet1"}), "{interfaceId Ethernet1}");
-  EXPECT_EQ(printed(InterfaceInputClassifierConfig{"edge", QosOc::Classifier::classifierTypeIpv6}),
-            "{name edge, type classifierTypeIpv6}");
-  EXPECT_EQ(printed(InterfaceOutputQueueConfig{"voice", "red"}),
-            "{name voice, queueManagementProfile red}");
-}
-
-TEST(Records, AConfigIsTrueWhenItDiffersFromTheDefault) {
-  EXPECT_FALSE(InterfaceInputClassifierConfig());
-  EXPECT_TRUE((InterfaceInputClassifierConfig{"edge"}));
-  EXPECT_TRUE((InterfaceInputClassifierConfig{"", QosOc::Classifier::classifierTypeIpv6}));
-  EXPECT_FALSE(InterfaceOutputQueueConfig());
-  EXPECT_TRUE((InterfaceOutputQueueConfig{"voice", ""}));
-  EXPECT_TRUE((InterfaceOutputQueueConfig{"", "red"}));
-}
-
 // ===== Writing in place
 
 // Another record than the one that is there, given to a writer as a whole.

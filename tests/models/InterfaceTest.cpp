@@ -4,21 +4,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <sstream>
-#include <string>
-
 namespace QosOc::Config::interfaceTest {
 namespace {
 
 using QosOc::Classifier::classifierTypeIpv4;
 using QosOc::Classifier::classifierTypeIpv6;
-
-template <class T>
-std::string printed(const T& value) {
-  std::ostringstream out;
-  out << value;
-  return out.str();
-}
 
 InterfaceInputClassifier inputClassifier(QosOc::Classifier::Type type, const Rok::String& name) {
   InterfaceInputClassifier classifier(type);
@@ -27,33 +17,6 @@ InterfaceInputClassifier inputClassifier(QosOc::Classifier::Type type, const Rok
 }
 
 // ===== Input
-
-TEST(InterfaceInputClassifier, IsTrueWhenItDiffersFromTheDefaultInAnyField) {
-  EXPECT_FALSE(InterfaceInputClassifier());
-  EXPECT_FALSE(InterfaceInputClassifier(classifierTypeIpv4)) << "the default's own type";
-  EXPECT_TRUE(InterfaceInputClassifier(classifierTypeIpv6));
-  EXPECT_TRUE(inputClassifier(classifierTypeIpv4, "a"));
-  InterfaceInputClassifier classifier;
-  classifier.config.type = classifierTypeIpv6;
-  EXPECT_TRUE(classifier);
-}
-
-TEST(InterfaceInputClassifier, EqualityComparesAllFields) {
-  const auto classifier = inputClassifier(classifierTypeIpv4, "a");
-  EXPECT_EQ(classifier, inputClassifier(classifierTypeIpv4, "a"));
-  EXPECT_NE(classifier, inputClassifier(classifierTypeIpv4, "b"));
-  auto other = classifier;
-  other.type = classifierTypeIpv6;
-  EXPECT_NE(classifier, other);
-  other = classifier;
-  other.config.type = classifierTypeIpv6;
-  EXPECT_NE(classifier, other);
-}
-
-TEST(InterfaceInputClassifier, PrintsAllItHolds) {
-  EXPECT_EQ(printed(inputClassifier(classifierTypeIpv6, "a")),
-            "{type classifierTypeIpv6, config {name a, type classifierTypeIpv6}}");
-}
 
 TEST(InterfaceInputClassifiers, AMissingEntryReadsAsTheDefaultWhateverTheType) {
   const auto classifiers = Rok::make<InterfaceInputClassifiers>();
@@ -84,25 +47,6 @@ TEST(InterfaceInput, ClassifiersIsCreatesOnce) {
 }
 
 // ===== Output
-
-TEST(InterfaceOutputQueue, IsTheDefaultUntilItHoldsSomething) {
-  EXPECT_FALSE(InterfaceOutputQueue());
-  EXPECT_FALSE(InterfaceOutputQueue(""));
-  EXPECT_TRUE(InterfaceOutputQueue("q"));
-  for (const auto field :
-       {&InterfaceOutputQueueConfig::name, &InterfaceOutputQueueConfig::queueManagementProfile}) {
-    InterfaceOutputQueue queue;
-    queue.config.*field = "x";
-    EXPECT_TRUE(queue);
-    EXPECT_NE(queue, InterfaceOutputQueue());
-  }
-}
-
-TEST(InterfaceOutputQueue, PrintsAllItHolds) {
-  InterfaceOutputQueue queue("q");
-  queue.config = {"q", "gold"};
-  EXPECT_EQ(printed(queue), "{name q, config {name q, queueManagementProfile gold}}");
-}
 
 TEST(InterfaceOutputQueues, AWriteReplacesTheWholeRecordAndAMissingOneReadsAsTheDefault) {
   const auto queues = Rok::make<InterfaceOutputQueues>("");
@@ -149,25 +93,7 @@ TEST(InterfaceOutput, PfcIsReplacedWhole) {
   EXPECT_FALSE(output->pfc());
 }
 
-TEST(InterfaceOutput, ItsRecordsCompareAndPrintAllTheyHold) {
-  EXPECT_FALSE(InterfaceOutputSchedulerPolicy());
-  EXPECT_TRUE((InterfaceOutputSchedulerPolicy{{"wan"}}));
-  EXPECT_NE((InterfaceOutputSchedulerPolicy{{"wan"}}), (InterfaceOutputSchedulerPolicy{{"lan"}}));
-  EXPECT_EQ(printed(InterfaceOutputSchedulerPolicy{{"wan"}}), "{config {name wan}}");
-  EXPECT_FALSE(InterfaceOutputSchedulerPolicyConfig());
-  EXPECT_TRUE(InterfaceOutputSchedulerPolicyConfig{"wan"});
-  EXPECT_EQ(printed(InterfaceOutputSchedulerPolicyConfig{"wan"}), "{name wan}");
-  EXPECT_NE(IntfPfc{"1"}, IntfPfc{"2"});
-  EXPECT_EQ(printed(IntfPfc{"18"}), "{priorities 18}");
-}
-
 // ===== Interfaces
-
-TEST(InterfaceConfig, IsDefaultUntilItHoldsAnId) {
-  EXPECT_FALSE(InterfaceConfig());
-  EXPECT_TRUE((InterfaceConfig{"Ethernet1"}));
-  EXPECT_NE((InterfaceConfig{"Ethernet1"}), (InterfaceConfig{"Ethernet2"}));
-}
 
 TEST(Interface, HasItsIdAndNothingElseAtFirst) {
   const auto interface = Rok::make<Interface>("Ethernet1");

@@ -5,17 +5,9 @@
 #include <gtest/gtest.h>
 
 #include <limits>
-#include <sstream>
-#include <string>
 
 namespace QosOc::Config::pfcTest {
 namespace {
-
-std::string printed(const PfcWatchdog& watchdog) {
-  std::ostringstream out;
-  out << watchdog;
-  return out.str();
-}
 
 TEST(PfcWatchdog, HasActionOneAndNothingElseAtFirst) {
   const PfcWatchdog watchdog;
@@ -24,25 +16,6 @@ TEST(PfcWatchdog, HasActionOneAndNothingElseAtFirst) {
   EXPECT_EQ(watchdog.timeC, 0);
   EXPECT_EQ(watchdog.action, 1);
   EXPECT_EQ(watchdog.priorities, "");
-}
-
-TEST(PfcWatchdog, ComparesAllFields) {
-  const auto differs = [](const auto& change) {
-    PfcWatchdog watchdog;
-    change(watchdog);
-    return watchdog != PfcWatchdog() && static_cast<bool>(watchdog);
-  };
-  EXPECT_FALSE(differs([](PfcWatchdog&) {}));
-  EXPECT_TRUE(differs([](PfcWatchdog& watchdog) { watchdog.timeA = 0.01; }));
-  EXPECT_TRUE(differs([](PfcWatchdog& watchdog) { watchdog.timeB = 0.01; }));
-  EXPECT_TRUE(differs([](PfcWatchdog& watchdog) { watchdog.timeC = 0.01; }));
-  EXPECT_TRUE(differs([](PfcWatchdog& watchdog) { watchdog.action = 0; }));
-  EXPECT_TRUE(differs([](PfcWatchdog& watchdog) { watchdog.priorities = "0"; }));
-}
-
-TEST(PfcWatchdog, PrintsAllItHolds) {
-  EXPECT_EQ(printed({0.5, 1.5, 2.5, 5, "ff"}),
-            "{timeA 0.5, timeB 1.5, timeC 2.5, action 5, priorities ff}");
 }
 
 TEST(Pfc, TheWatchdogIsTheDefaultAtFirstAndReplacedWhole) {

@@ -140,64 +140,6 @@ TEST(Queue, BuiltFromANameHasTheKeyAndNothingElse) {
   EXPECT_TRUE(queue);
 }
 
-TEST(Queue, EachFieldTellsItFromTheDefault) {
-  Queue queue;
-  queue.config.strictPriority = true;
-  EXPECT_TRUE(queue);
-  queue = Queue();
-  queue.config.name = "high";
-  EXPECT_TRUE(queue);
-  queue = Queue();
-  queue.config.bandwidth = PercentType();
-  EXPECT_TRUE(queue) << "a bandwidth of 0 is one";
-  queue = Queue();
-  queue.ecnConfig = QueueEcnConfig();
-  EXPECT_TRUE(queue) << "an empty ECN block is one";
-}
-
-TEST(QueueConfig, ComparesAllFields) {
-  const auto differs = [](const auto& change) {
-    QueueConfig config;
-    change(config);
-    return config != QueueConfig() && static_cast<bool>(config);
-  };
-  EXPECT_FALSE(differs([](QueueConfig&) {}));
-  EXPECT_TRUE(differs([](QueueConfig& config) { config.name = "high"; }));
-  EXPECT_TRUE(differs([](QueueConfig& config) { config.strictPriority = true; }));
-  EXPECT_TRUE(differs([](QueueConfig& config) { config.bandwidth = PercentType(); }));
-  EXPECT_EQ(QueueConfig("high").name, "high");
-}
-
-TEST(QueueEcnConfig, IsAllZeroAtFirstAndComparesAllFields) {
-  const auto differs = [](const auto& change) {
-    QueueEcnConfig config;
-    change(config);
-    return config != QueueEcnConfig() && static_cast<bool>(config);
-  };
-  EXPECT_EQ(QueueEcnConfig().maxDropProbabilityPercent.value(), 0);
-  EXPECT_FALSE(differs([](QueueEcnConfig&) {}));
-  EXPECT_TRUE(differs([](QueueEcnConfig& config) { config.maxDropProbabilityPercent = 1; }));
-  EXPECT_TRUE(differs([](QueueEcnConfig& config) { config.maxThreshold = 1u; }));
-  EXPECT_TRUE(differs([](QueueEcnConfig& config) { config.minThreshold = 1u; }));
-  EXPECT_TRUE(differs([](QueueEcnConfig& config) { config.thresholdUnit = 1; }));
-  EXPECT_TRUE(differs([](QueueEcnConfig& config) { config.weight = 1; }));
-}
-
-TEST(Queue, PrintsAllItHolds) {
-  Queue queue("high");
-  EXPECT_EQ(printed(queue),
-            "{name high, config {name , strictPriority false, bandwidth (absent)}, ecnConfig "
-            "(absent)}");
-  queue.config = QueueConfig("seven");
-  queue.config.strictPriority = true;
-  queue.config.bandwidth = PercentType(30);
-  queue.ecnConfig = QueueEcnConfig{1, 2u, 3u, 4, 5};
-  EXPECT_EQ(printed(queue),
-            "{name high, config {name seven, strictPriority true, bandwidth 30}, ecnConfig "
-            "{maxDropProbabilityPercent 1, maxThreshold 2, minThreshold 3, thresholdUnit 4, weight "
-            "5}}");
-}
-
 TEST(QueuesDir, AWriteReplacesEveryFieldOfTheRecordOfThatName) {
   const auto dir = Rok::make<QueuesDir>();
   Queue queue("high");
@@ -243,25 +185,6 @@ TEST(QueueManagementProfile, AFreshOneDropsAtAHundredPercentAndIsEmptyOtherwise)
   EXPECT_EQ(profile.wredUniform.maxDropProbabilityPercent.value(), 100);
 }
 
-TEST(QueueManagementProfile, ComparesAllFields) {
-  const auto differs = [](const auto& change) {
-    QueueManagementProfile profile;
-    change(profile);
-    return profile != QueueManagementProfile() && static_cast<bool>(profile);
-  };
-  using Profile = QueueManagementProfile;
-  EXPECT_FALSE(differs([](Profile&) {}));
-  EXPECT_TRUE(differs([](Profile& profile) { profile.name = "gold"; }));
-  EXPECT_TRUE(differs([](Profile& profile) { profile.config.name = "gold"; }));
-  EXPECT_TRUE(differs([](Profile& profile) { profile.wredUniform.minThreshold = 1; }));
-  EXPECT_TRUE(differs([](Profile& profile) { profile.wredUniform.maxThreshold = 1; }));
-  EXPECT_TRUE(differs([](Profile& profile) { profile.wredUniform.enableEcn = true; }));
-  EXPECT_TRUE(differs([](Profile& profile) { profile.wredUniform.drop = true; }));
-  EXPECT_TRUE(differs([](Profile& profile) { profile.wredUniform.weight = 1; }));
-  EXPECT_TRUE(
-      differs([](Profile& profile) { profile.wredUniform.maxDropProbabilityPercent = 99; }));
-}
-
 TEST(QueueManagementProfile, HoldsThresholdsOfSixtyFourBitsAndPrintsAll) {
   QueueManagementProfile profile("gold");
   profile.config.name = "gold";
@@ -302,13 +225,6 @@ TEST(ForwardingGroupsDir, CreatesOrGetsAndConfigIsReplacesTheWholeConfig) {
   dir->forwardingGroupDel("bulk");
   EXPECT_EQ(dir->forwardingGroup("bulk"), nullptr);
   EXPECT_NE(dir->forwardingGroupIs("bulk"), made);
-}
-
-TEST(ForwardingGroupConfig, ComparesBothFieldsAndPrintsThem) {
-  EXPECT_FALSE(ForwardingGroupConfig());
-  EXPECT_TRUE((ForwardingGroupConfig{"bulk", {}}));
-  EXPECT_TRUE((ForwardingGroupConfig{{}, "low"}));
-  EXPECT_EQ(printed(ForwardingGroupConfig{"bulk", "low"}), "{name bulk, outputQueue low}");
 }
 
 // ===== What the directories have in common
