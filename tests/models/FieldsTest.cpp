@@ -1,4 +1,4 @@
-// Records by their fields: how they print, when they are true, and what writers in place can reach.
+// Records by their fields: how values print, and what writers in place can reach.
 #include "models/openconfig/Fields.h"
 
 #include <gtest/gtest.h>

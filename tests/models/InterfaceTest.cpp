@@ -1,7 +1,6 @@
 // The OpenConfig interface records.
 #include "models/openconfig/Interface.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 namespace QosOc::Config::interfaceTest {

@@ -1,7 +1,6 @@
 // The OpenConfig priority flow control of the whole device.
 #include "models/openconfig/Pfc.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <limits>

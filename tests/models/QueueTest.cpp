@@ -2,7 +2,6 @@
 // numbers, and what all directories of the output have in common.
 #include "models/openconfig/Queue.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cstdint>

@@ -1,7 +1,6 @@
 // The OpenConfig scheduler-policy records, and the attachment of a policy to an interface.
 #include "models/openconfig/SchedulerPolicy.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cstdint>
