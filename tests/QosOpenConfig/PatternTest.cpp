@@ -109,14 +109,7 @@ class PatternComputed : public Tree<Sm> {
                Facts<Sm>::computed());
   }
 };
-using ComputingMachines =
-    testing::Types<ClassMapTypeSm, ClassMapSm, AclTypeSm, AclConfigSm, PmapTypeSm, PmapConfigSm,
-                   ClassActionSm, PolicyActionSm, ServicePolicySm, IntfSm, TxQueueSm,
-                   InterfaceConfigSm, QueueManagementProfileQosProfileSm,
-                   QueueManagementProfileQosProfileTxQueueSm, QueueManagementProfileIntfSm,
-                   QueueManagementProfileTxQueueSm, SchedulerPolicyIntfSm,
-                   SchedulerPolicyTxQueueSm>;
-TYPED_TEST_SUITE(PatternComputed, ComputingMachines, support::ByName);
+TYPED_TEST_SUITE(PatternComputed, support::ComputingMachines, support::ByName);
 
 TYPED_TEST(PatternComputed, AttributesReadTheInput) { this->expect(*this->machine(), true); }
 
@@ -139,16 +132,7 @@ class PatternWatch : public Tree<Sm> {
     EXPECT_EQ(this->model(), before);
   }
 };
-using WatchingMachines =
-    testing::Types<ClassMapTypeSm, ClassMapSm, AclTypeSm, AclConfigSm, AclSubConfigSm,
-                   ClassActionKivToOcSm, PmapTypeSm, PmapConfigSm, ClassActionSm, PolicyActionSm,
-                   InterfaceClassifierKivToOcSm, ServicePolicySm, ForwardingGroupKivToOcSm,
-                   QueueKivToOcSm, IntfSm, TxQueueSm, PfcKivToOCSm, IntfPfcKivToOCSm,
-                   InterfaceConfigSm, QueueManagementProfileKivToOcSm,
-                   QueueManagementProfileQosProfileSm, QueueManagementProfileQosProfileTxQueueSm,
-                   QueueManagementProfileIntfSm, QueueManagementProfileTxQueueSm,
-                   SchedulerPolicyKivToOCSm, SchedulerPolicyIntfSm, SchedulerPolicyTxQueueSm>;
-TYPED_TEST_SUITE(PatternWatch, WatchingMachines, support::ByName);
+TYPED_TEST_SUITE(PatternWatch, support::WatchingMachines, support::ByName);
 
 TYPED_TEST(PatternWatch, EachEventIsHeard) { this->expectHears(); }
 
@@ -220,10 +204,7 @@ class PatternChainedInput : public Tree<Sm> {
   }
   std::size_t linesOfTheEvent() { return this->heard(Facts<Sm>::chainEvent).size(); }
 };
-using ChainedMachines =
-    testing::Types<ClassActionSm, QueueManagementProfileKivToOcSm,
-                   QueueManagementProfileQosProfileSm, SchedulerPolicyKivToOCSm>;
-TYPED_TEST_SUITE(PatternChainedInput, ChainedMachines, support::ByName);
+TYPED_TEST_SUITE(PatternChainedInput, support::ChainedMachines, support::ByName);
 
 std::size_t watchers(const Rok::Notifier& notifier) { return notifier.notifieeList()->notifiees(); }
 
@@ -338,14 +319,7 @@ class PatternChild : public Tree<Sm> {
   }
   House otherHouse_;
 };
-using Children =
-    testing::Types<ClassMapTypeSm, ClassMapSm, AclTypeSm, AclConfigSm, PmapTypeSm, PmapConfigSm,
-                   ClassActionSm, PolicyActionSm, ServicePolicySm, IntfSm, TxQueueSm,
-                   InterfaceConfigSm, QueueManagementProfileQosProfileSm,
-                   QueueManagementProfileQosProfileTxQueueSm, QueueManagementProfileIntfSm,
-                   QueueManagementProfileTxQueueSm, SchedulerPolicyIntfSm,
-                   SchedulerPolicyTxQueueSm>;
-TYPED_TEST_SUITE(PatternChild, Children, support::ByName);
+TYPED_TEST_SUITE(PatternChild, support::CollectedMachines, support::ByName);
 
 // What a write throws, as its text, the argument and the id; "" when it throws nothing.
 template <class Exception>
@@ -477,13 +451,7 @@ TYPED_TEST(PatternChild, AParentWithoutAnInputHasNone) {
 
 template <class Sm>
 class PatternMirror : public PatternChild<Sm> {};
-using MirroredMachines =
-    testing::Types<ClassMapSm, AclConfigSm, PmapTypeSm, PmapConfigSm, ClassActionSm, PolicyActionSm,
-                   ServicePolicySm, IntfSm, TxQueueSm, InterfaceConfigSm,
-                   QueueManagementProfileQosProfileSm, QueueManagementProfileQosProfileTxQueueSm,
-                   QueueManagementProfileIntfSm, QueueManagementProfileTxQueueSm,
-                   SchedulerPolicyIntfSm, SchedulerPolicyTxQueueSm>;
-TYPED_TEST_SUITE(PatternMirror, MirroredMachines, support::ByName);
+TYPED_TEST_SUITE(PatternMirror, support::MirroredMachines, support::ByName);
 
 TYPED_TEST(PatternMirror, AnotherNativeObjectUnderItsKeyIsRefused) {
   const std::string before = this->model();

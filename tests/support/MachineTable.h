@@ -640,6 +640,46 @@ using Machines = testing::Types<
     QosOc::QueueManagementProfileIntfSm, QosOc::QueueManagementProfileTxQueueSm,
     QosOc::SchedulerPolicyKivToOCSm, QosOc::SchedulerPolicyIntfSm, QosOc::SchedulerPolicyTxQueueSm>;
 
+// Those of them whose rows say something.
+template <class Sm>
+concept Computing = requires {
+  Facts<Sm>::computed();
+};
+template <class Sm>
+concept Watching = requires {
+  Facts<Sm>::events;
+};
+template <class Sm>
+concept Chained = requires {
+  Facts<Sm>::chain;
+};
+template <class Sm>
+concept Collected = requires {
+  Facts<Sm>::collection;
+};
+template <class Sm>
+concept Mirrored = requires {
+  Facts<Sm>::told;
+};
+
+// `says` is a lambda that asks one of these of a pointer to a machine.
+template <auto says, class... Sm>
+auto machinesThat(testing::Types<Sm...> /*machines*/) {
+  using Rows = decltype(std::tuple_cat(
+      std::conditional_t<says(static_cast<Sm*>(nullptr)), std::tuple<Sm*>, std::tuple<>>()...));
+  return []<class... Kept>(std::type_identity<std::tuple<Kept*...>>) {
+    return std::type_identity<testing::Types<Kept...>>();
+  }(std::type_identity<Rows>());
+}
+template <auto says>
+using MachinesThat = typename decltype(machinesThat<says>(Machines()))::type;
+
+using ComputingMachines = MachinesThat<[]<class Sm>(Sm*) { return Computing<Sm>; }>;
+using WatchingMachines = MachinesThat<[]<class Sm>(Sm*) { return Watching<Sm>; }>;
+using ChainedMachines = MachinesThat<[]<class Sm>(Sm*) { return Chained<Sm>; }>;
+using CollectedMachines = MachinesThat<[]<class Sm>(Sm*) { return Collected<Sm>; }>;
+using MirroredMachines = MachinesThat<[]<class Sm>(Sm*) { return Mirrored<Sm>; }>;
+
 // Names the tests of a typed suite after its machines.
 struct ByName {
   template <class Sm>
