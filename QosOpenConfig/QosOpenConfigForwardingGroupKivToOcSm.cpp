@@ -1,43 +1,32 @@
 #include "QosOpenConfig/QosOpenConfigForwardingGroupKivToOcSm.h"
 
-#include "QosOpenConfig/QosOpenConfigHelper.h"
+#include "QosOpenConfig/QosOpenConfigHelperNames.h"
 
 namespace QosOc {
 namespace {
 
 constinit Rok::TraceHandle traceHandle("OpenConfigQos", false);
 
-constexpr Rok::TraceFacility::FacilityLevel handler = 2;
-constexpr Rok::TraceFacility::FacilityLevel detail = 9;
+constexpr Rok::TraceLevel handler{traceHandle, 2};
+constexpr Rok::TraceLevel detail{traceHandle, 9};
 
 }  // namespace
 
-Rok::Ptr<ForwardingGroupKivToOcSm> ForwardingGroupKivToOcSm::ForwardingGroupKivToOcSmIs(
-    const Rok::Ptr<Qos::Input::Config const>& cliConfig,
-    const Rok::Ptr<Config::ForwardingGroupsDir>& forwardingGroupConfigDir,
-    const Rok::Ptr<Config::QueuesDir>& queuesDir) {
-  return create(cliConfig, forwardingGroupConfigDir, queuesDir);
-}
-
 ForwardingGroupKivToOcSm::ForwardingGroupKivToOcSm(
-    const Rok::Ptr<Qos::Input::Config const>& cliConfig,
-    const Rok::Ptr<Config::ForwardingGroupsDir>& forwardingGroupConfigDir,
-    const Rok::Ptr<Config::QueuesDir>& queuesDir)
+    Rok::In<Qos::Input::Config> cliConfig,
+    Rok::Out<Config::ForwardingGroupsDir> forwardingGroupConfigDir,
+    Rok::Out<Config::QueuesDir> queuesDir)
     : cliConfig_(*this, cliConfig),
       forwardingGroupConfigDir_(forwardingGroupConfigDir),
       queuesDir_(queuesDir) {
-  rokInitialize<&ForwardingGroupKivToOcSm::handleInitialized>();
+  rokInitialize<&Self::handleInitialized>();
 }
 
 void ForwardingGroupKivToOcSm::handleTcToTxQueueMap(Qos::TrafficClass tc) {
-  if (Rok::TraceHelper line{traceHandle, handler}) {
-    line << "ForwardingGroupKivToOcSm "
-         << "handleTcToTxQueueMap"
-         << " tc " << tc;
-  }
+  Rok::traceLine(handler, "ForwardingGroupKivToOcSm handleTcToTxQueueMap tc ", tc);
   const Rok::String groupName = trafficClassToForwardingGroupNameMap(tc).name;
   // A traffic class that had no group at start deletes the group of the empty name. That is
-  // nothing, unless the native side names a group so. Deliberate: here an empty name means none.
+  // nothing, unless the native side names a group so: an empty name means none here.
   if (groupName.empty()) return forwardingGroupConfigDir_->forwardingGroupDel(groupName);
   const Qos::TxQueueId id = cliConfig_->tcToTxQueueMap(tc);
   // Unlike at start, a traffic class that loses its queue loses its group. It comes back by the
@@ -47,10 +36,7 @@ void ForwardingGroupKivToOcSm::handleTcToTxQueueMap(Qos::TrafficClass tc) {
 }
 
 void ForwardingGroupKivToOcSm::handleInitialized() {
-  if (Rok::TraceHelper line{traceHandle, handler}) {
-    line << "ForwardingGroupKivToOcSm "
-         << "handleInitialized";
-  }
+  Rok::traceLine(handler, "ForwardingGroupKivToOcSm handleInitialized");
   Helper::requireQueueNames(*cliConfig_);
   Helper::requireGroupNames(*cliConfig_);
   makeQueues();
@@ -69,13 +55,11 @@ void ForwardingGroupKivToOcSm::makeQueues() {
 
 // One group for each forwarding-group name, with the queue of its traffic class or with none. Where
 // several names hold one traffic class, later changes reach the last in name order alone, while a
-// term's action takes the first: both are deliberate.
+// term's action takes the first. Devices with such names rely on both.
 void ForwardingGroupKivToOcSm::makeForwardingGroups() {
   const auto& names = cliConfig_->forwardingGroupNameToTcMap()->forwardingGroupNameToTc();
   for (const auto& [groupName, tc] : names) {
-    if (Rok::TraceHelper line{traceHandle, detail}) {
-      line.of(*this) << " forwardingGroup: " << groupName << " tc " << tc;
-    }
+    Rok::traceOf(detail, *this, " forwardingGroup: ", groupName, " tc ", tc);
     trafficClassToForwardingGroupNameMapIs(tc, groupName);
     writeForwardingGroup(groupName.name, cliConfig_->tcToTxQueueMap(tc));
   }
@@ -85,17 +69,15 @@ void ForwardingGroupKivToOcSm::writeForwardingGroup(const Rok::String& name, Qos
   Config::ForwardingGroupConfig config{name, {}};
   if (id != Qos::noTxQueue) {
     config.outputQueue = txQueueIdToQueueNameMap(id).name;
-    if (Rok::TraceHelper line{traceHandle, detail}) {
-      line.of(*this) << " queueName " << config.outputQueue << " qId " << id;
-    }
+    Rok::traceOf(detail, *this, " queueName ", config.outputQueue, " qId ", id);
   }
   forwardingGroupConfigDir_->forwardingGroupIs(name)->configIs(config);
 }
 
 Rok::Ptr<ForwardingGroupKivToOcSm> forwardingGroupKivToOcSmFactory(
-    const Rok::Ptr<Qos::Input::Config const>& cliConfig,
-    const Rok::Ptr<Config::ForwardingGroupsDir>& forwardingGroupConfigDir,
-    const Rok::Ptr<Config::QueuesDir>& queuesDir) {
+    Rok::In<Qos::Input::Config> cliConfig,
+    Rok::Out<Config::ForwardingGroupsDir> forwardingGroupConfigDir,
+    Rok::Out<Config::QueuesDir> queuesDir) {
   return ForwardingGroupKivToOcSm::ForwardingGroupKivToOcSmIs(cliConfig, forwardingGroupConfigDir,
                                                               queuesDir);
 }

@@ -19,24 +19,20 @@ class ForwardingGroupKivToOcSm final : public Rok::StateMachine<ForwardingGroupK
  public:
   static constexpr std::string_view rokTypeName = "ForwardingGroupKivToOcSm";
   static constexpr auto rokArguments() {
-    return std::tuple{Rok::Argument{"cliConfig", &ForwardingGroupKivToOcSm::cliConfig},
-                      Rok::Argument{"forwardingGroupConfigDir",
-                                    &ForwardingGroupKivToOcSm::forwardingGroupConfigDir},
-                      Rok::Argument{"queuesDir", &ForwardingGroupKivToOcSm::queuesDir}};
+    return std::tuple{Rok::Argument{"cliConfig", &Self::cliConfig},
+                      Rok::Argument{"forwardingGroupConfigDir", &Self::forwardingGroupConfigDir},
+                      Rok::Argument{"queuesDir", &Self::queuesDir}};
   }
   using GroupNames = Rok::ValueMap<0x8eb44a87u, Qos::TrafficClass, Qos::ForwardingGroupName>;
   using QueueNames = Rok::ValueMap<0xdb0c2e0du, Qos::TxQueueId, Qos::QueueName>;
 
-  static Rok::Ptr<ForwardingGroupKivToOcSm> ForwardingGroupKivToOcSmIs(
-      const Rok::Ptr<Qos::Input::Config const>& cliConfig,
-      const Rok::Ptr<Config::ForwardingGroupsDir>& forwardingGroupConfigDir,
-      const Rok::Ptr<Config::QueuesDir>& queuesDir);
+  static auto ForwardingGroupKivToOcSmIs(const auto&... arguments) { return create(arguments...); }
 
   Rok::Ptr<Qos::Input::Config const> cliConfig() const { return cliConfig_.ptr(); }
-  const Rok::Ptr<Config::ForwardingGroupsDir>& forwardingGroupConfigDir() const {
+  Rok::Out<Config::ForwardingGroupsDir> forwardingGroupConfigDir() const {
     return forwardingGroupConfigDir_;
   }
-  const Rok::Ptr<Config::QueuesDir>& queuesDir() const { return queuesDir_; }
+  Rok::Out<Config::QueuesDir> queuesDir() const { return queuesDir_; }
 
   // What handleInitialized saw of the maps of names, turned round. A missing key reads as the empty
   // name.
@@ -62,14 +58,14 @@ class ForwardingGroupKivToOcSm final : public Rok::StateMachine<ForwardingGroupK
   void handleInitialized();
 
  private:
-  friend Rok::StateMachine<ForwardingGroupKivToOcSm>;
-  using RokCliConfig = Rok::Watch<ForwardingGroupKivToOcSm, Qos::Input::Config,
-                                  Rok::On<Qos::Input::Config::Attr::tcToTxQueueMap,
-                                          &ForwardingGroupKivToOcSm::handleTcToTxQueueMap>>;
+  friend Rok::StateMachine<Self>;
+  using RokCliConfig =
+      Rok::Watch<Self, Qos::Input::Config,
+                 Rok::On<Qos::Input::Config::Attr::tcToTxQueueMap, &Self::handleTcToTxQueueMap>>;
 
-  ForwardingGroupKivToOcSm(const Rok::Ptr<Qos::Input::Config const>& cliConfig,
-                           const Rok::Ptr<Config::ForwardingGroupsDir>& forwardingGroupConfigDir,
-                           const Rok::Ptr<Config::QueuesDir>& queuesDir);
+  ForwardingGroupKivToOcSm(Rok::In<Qos::Input::Config> cliConfig,
+                           Rok::Out<Config::ForwardingGroupsDir> forwardingGroupConfigDir,
+                           Rok::Out<Config::QueuesDir> queuesDir);
   auto parts() { return std::tie(cliConfig_); }
   void makeQueues();
   void makeForwardingGroups();
@@ -82,18 +78,12 @@ class ForwardingGroupKivToOcSm final : public Rok::StateMachine<ForwardingGroupK
   QueueNames queueNames_;
 };
 
-// ===== The factory. It returns when the names are read and the output is in line.
-//
-// The argument named after "Deaf without" may be null: the machine then does nothing, for good.
-// What is required must be there.
+// ===== The factory
 
 // Deaf without cliConfig. Requires: forwardingGroupConfigDir, queuesDir.
 // Throws: MutatorArgNullPointerException "queueNameToTxQueueIdMap" or "forwardingGroupNameToTcMap"
 // when that map is not mounted; nothing is written then. RangeException when a group's traffic
 // class is above 16; what was written before stays.
-QOS_EXPORT Rok::Ptr<ForwardingGroupKivToOcSm> forwardingGroupKivToOcSmFactory(
-    const Rok::Ptr<Qos::Input::Config const>& cliConfig,
-    const Rok::Ptr<Config::ForwardingGroupsDir>& forwardingGroupConfigDir,
-    const Rok::Ptr<Config::QueuesDir>& queuesDir);
+QOS_EXPORT Rok::Factory<ForwardingGroupKivToOcSm> forwardingGroupKivToOcSmFactory;
 
 }  // namespace QosOc

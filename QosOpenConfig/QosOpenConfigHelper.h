@@ -1,76 +1,9 @@
-// What more than one translator needs: policy-map names, the JSON form of comments, and the keys
-// and texts of the comment store.
+// Comments: their JSON form, and the keys and texts of the comment store.
 #pragma once
-
-#include <optional>
-#include <string_view>
 
 #include "QosOpenConfig/QosOpenConfigTypes.h"
 #include "Rok/Rok.h"
 #include "models/native/Values.h"
-
-namespace Qos::Input {
-class Config;
-}
-
-namespace QosOc::Helper {
-
-// For a root that reads a map of names at its start: the host has mounted it.
-// Throws: MutatorArgNullPointerException with the name of the attribute that holds the map.
-void requireGroupNames(const Qos::Input::Config& config);
-void requireQueueNames(const Qos::Input::Config& config);
-
-// The classifiers in a policy map's name, each of them optional.
-struct PmapClassifiers {
-  std::string_view ipv4;
-  std::string_view ipv6;
-};
-
-// Takes a name of the form "^__yang_(?:\[IPV4__([^\]]+)\])?(?:\[IPV6__([^\]]+)\])?$" apart, and
-// returns nothing for any other. The order is fixed, with nothing between the two groups, and the
-// bare `__yang_` has neither. The result points into `pmapName`.
-std::optional<PmapClassifiers> pmapClassifiers(std::string_view pmapName);
-
-// What stands between `opening`, which ends in "[", and the last "]" in the name of a QoS profile
-// of the form "^<opening>(.+)\]$": any bytes but line terminators. Empty for any other name. The
-// result points into `profileName`.
-std::string_view nameInProfileName(std::string_view profileName, std::string_view opening);
-
-// CommentHelper::commentKey without its trace, for who computes a key once and keeps it.
-Velmo::String commentKey(const Nerit::IntfId& intfId, const Qos::TxQueue& txQueue);
-// What CommentHelper::commentKey traces. Who keeps a key tells of it as if it were computed anew.
-void traceCommentKey(const Nerit::IntfId& intfId, const Qos::TxQueue& txQueue);
-// Whether CommentHelper traces the keys that it computes.
-bool keysAreTraced();
-// What the comment of a tx queue names, for who asks again and again: a text is decoded once for as
-// long as it stays the same. Where decodings are traced, each question makes one.
-class CommentMemo {
- public:
-  CommentMemo() = default;
-  // Asks another memo, which outlives it, before it decodes.
-  explicit CommentMemo(CommentMemo& other) : other_(&other) {}
-  CommentMemo(const CommentMemo&) = delete;
-  CommentMemo& operator=(const CommentMemo&) = delete;
-
-  // As those of CommentHelper, trace and all.
-  const SchedulerPolicyCommentInfo& schedulerPolicyInfo(const Velmo::String& comment);
-  const QueueManagementProfileCommentInfo& queueManagementProfileInfo(const Velmo::String& comment);
-
- private:
-  const CommentInfo& info(const Velmo::String& comment);
-
-  CommentMemo* other_ = nullptr;
-  Velmo::String comment_;
-  CommentInfo info_;
-};
-// The other way round from CommentHelper::profileCommentKey: the name of the profile whose key it
-// is, or nothing when it is no profile's. The result points into `key`. The key is also that of
-// every profile whose name goes on behind it with a NUL.
-std::optional<std::string_view> profileNameFromCommentKey(std::string_view key);
-// Whether a name has a NUL, so that a comment key doesn't hold all of it.
-bool isCutInCommentKey(std::string_view name);
-
-}  // namespace QosOc::Helper
 
 // ===== The JSON form of comments
 //

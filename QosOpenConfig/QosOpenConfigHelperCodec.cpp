@@ -11,7 +11,9 @@
 #include <utility>
 
 #include "QosOpenConfig/QosOpenConfigHelper.h"
-#include "QosOpenConfig/QosOpenConfigHelperJson.h"
+#include "QosOpenConfig/QosOpenConfigHelperSax.h"
+
+constinit Rok::TraceHandle QosOc::HelperUnit::traceHandle("OpenConfigQos", false);
 
 namespace QosOc::Helper {
 
@@ -23,7 +25,8 @@ void jsonAssertionFailed(const char* expression) {
 
 namespace {
 
-namespace json = QosOc::Helper::rapidjson;
+using namespace QosOc::Helper;
+using namespace QosOc::HelperUnit;
 
 using QosOc::CommentInfo;
 using QosOc::OneRateTwoColorCommentInfo;
@@ -33,11 +36,6 @@ using QosOc::SchedulerInputCommentInfo;
 using QosOc::SchedulerPolicyCommentInfo;
 using QosOc::SchedulerPolicyProfileCommentInfo;
 
-constinit Rok::TraceHandle traceHandle("OpenConfigQos", false);
-
-constexpr Rok::TraceFacility::FacilityLevel handler = 2;
-
-constexpr const char* metaDataKey = "MetaData-OpenConfig";
 constexpr const char* schedulerPolicyKey = "scheduler-policy";
 constexpr const char* queueManagementProfileKey = "queue-management-profile";
 constexpr const char* nameKey = "name";
@@ -48,20 +46,6 @@ constexpr const char* cirPctKey = "cir-pct";
 constexpr const char* inputsKey = "inputs";
 constexpr const char* queueKey = "queue";
 constexpr const char* weightKey = "weight";
-
-// The heap as RapidJSON asks for it. RapidJSON doesn't look whether it got a block, so the end of
-// memory is an exception, as everywhere.
-struct Heap {
-  [[maybe_unused]] static const bool kNeedFree = true;
-  static void* Malloc(std::size_t size) { return size != 0 ? ::operator new(size) : nullptr; }
-  static void* Realloc(void* block, std::size_t oldSize, std::size_t size) {
-    void* moved = Malloc(size);
-    if (block != nullptr && moved != nullptr) std::memcpy(moved, block, std::min(oldSize, size));
-    Free(block);
-    return moved;
-  }
-  static void Free(void* block) { ::operator delete(block); }
-};
 
 // ===== Writing
 
@@ -129,174 +113,6 @@ void writeScheduler(Writer& writer, const SchedulerCommentInfo& scheduler) {
   });
 }
 
-// ===== Parsing
-
-// Where a value stands that a reader asks for; any other is foreign.
-enum class Place : unsigned char {
-  foreign,
-  root,
-  metaData,
-  // in an attachment document
-  part,
-  name,
-  // in a profile document
-  scheduler,
-  priority,
-  rate,
-  cir,
-  cirPct,
-  inputs,
-  input,
-  queue,
-  weight
-};
-
-// A value, as far as anybody asks for it.
-struct Found {
-  enum Kind : unsigned char { object, string, number, other };
-
-  Kind kind = other;
-  const char* text = nullptr;  // of a string
-  std::uint64_t value = 0;     // of a number, which is whole and not negative
-};
-
-// Leads RapidJSON's parser through a document, and tells the reader what stands at its places, from
-// the member of the root that is ours on:
-//   Place memberOf(Place object, std::string_view key)   where the member of an object stands
-//   void found(Place, const Found&)                      what stands there
-//   void ends(Place object)                              that was all of it
-// What is below a foreign value or in an array is passed over.
-template <class Reader>
-class Guide : public json::BaseReaderHandler<json::UTF8<>, Guide<Reader>> {
- public:
-  explicit Guide(Reader& reader) : reader_(reader) {}
-
-  bool isObject() const { return isObject_; }        // the root
-  bool hasMetaData() const { return hasMetaData_; }  // the root has the member
-
-  // ---- what the parser calls; Default stands for all other values
-  bool Default() { return tell({}); }
-  bool Int(int value) { return value == 0 ? Uint64(0) : Default(); }  // -0 is not negative
-  bool Uint(unsigned value) { return Uint64(value); }
-  bool Uint64(std::uint64_t value) { return tell({Found::number, nullptr, value}); }
-  bool String(const char* text, json::SizeType /*size*/, bool /*copy*/) {
-    return tell({Found::string, text});
-  }
-  bool StartObject() {
-    tell({Found::object});
-    if (next_ != Place::foreign) {
-      objects_[depth_++] = next_;
-    } else {
-      ++foreign_;
-    }
-    return true;
-  }
-  bool Key(const char* text, json::SizeType size, bool /*copy*/) {
-    if (foreign_ == 0) next_ = memberOf(objects_[depth_ - 1], std::string_view(text, size));
-    return true;
-  }
-  bool EndObject(json::SizeType /*members*/) {
-    if (foreign_ == 0) {
-      reader_.ends(objects_[--depth_]);
-    } else {
-      --foreign_;
-    }
-    return true;
-  }
-  bool StartArray() {
-    tell({});
-    next_ = Place::foreign;
-    ++foreign_;
-    return true;
-  }
-  bool EndArray(json::SizeType /*elements*/) {
-    --foreign_;
-    return true;
-  }
-
- private:
-  bool tell(const Found& found) {
-    if (next_ == Place::root) {
-      isObject_ = found.kind == Found::object;
-    } else if (next_ != Place::foreign) {
-      reader_.found(next_, found);
-    }
-    return true;
-  }
-  Place memberOf(Place object, std::string_view key) {
-    if (object != Place::root) return reader_.memberOf(object, key);
-    if (key != metaDataKey || hasMetaData_) return Place::foreign;
-    hasMetaData_ = true;
-    return Place::metaData;
-  }
-
-  Reader& reader_;
-  Place next_ = Place::root;  // of the next value
-  bool isObject_ = false;
-  bool hasMetaData_ = false;
-  // The objects that the parser is in: those at places, and the number of foreign ones, and of
-  // arrays, below them.
-  std::array<Place, 8> objects_;
-  unsigned depth_ = 0;
-  unsigned foreign_ = 0;
-};
-
-// Whether a text may nest so deeply that a parser by recursion is at the end of its stack. It
-// counts more than there is, brackets in strings included; but the two parsers give one result.
-bool mayNestDeeply(std::string_view text) {
-  constexpr std::size_t deep = 1000;
-  if (text.size() <= deep) return false;
-  std::size_t brackets = 0;
-  for (; !text.empty(); text.remove_prefix(std::min<std::size_t>(text.size(), 255))) {
-    unsigned char inBlock = 0;  // a byte, so that the compiler counts in vectors of bytes
-    for (const char c : text.substr(0, 255)) inBlock += (c | 0x20) == '{';  // either bracket
-    brackets += inBlock;
-  }
-  return brackets > deep;
-}
-
-// A text for the parser to write in: it unescapes strings where they stand. Twice the profile of
-// eight schedulers with eight inputs each fits on the stack; what is longer takes the heap.
-class Scratch {
- public:
-  explicit Scratch(std::string_view text) {
-    if (text.size() >= onStack_.size()) onHeap_.resize(text.size() + 1);
-    *std::ranges::copy(text, this->text()).out = '\0';
-  }
-  char* text() { return onHeap_.empty() ? onStack_.data() : onHeap_.data(); }
-
- private:
-  std::array<char, 12288> onStack_;
-  std::string onHeap_;
-};
-
-// Shows a comment to the reader. Returns whether it has something of ours; a trace says why not.
-// Nobody asks what went wrong with the parsing: a text that isn't one document from end to end, and
-// not only up to a NUL in it, is none.
-template <class Reader>
-bool read(const Velmo::String& comment, Reader& reader) {
-  constexpr unsigned flags = json::kParseDefaultFlags | json::kParseInsituFlag;
-  Scratch scratch(comment);
-  json::InsituStringStream stream(scratch.text());
-  json::GenericReader<json::UTF8<>, json::UTF8<>, Heap> parser;
-  Guide<Reader> guide(reader);
-  if (mayNestDeeply(comment)) {
-    parser.template Parse<flags | json::kParseIterativeFlag>(stream, guide);
-  } else {
-    parser.template Parse<flags>(stream, guide);
-  }
-  if (parser.HasParseError() || stream.Tell() != comment.size() || !guide.isObject()) {
-    if (Rok::TraceHelper line{traceHandle, handler}) line << "Comment not json: " << comment;
-    return false;
-  }
-  if (!guide.hasMetaData()) {
-    if (Rok::TraceHelper line{traceHandle, handler}) {
-      line << "Comment has no MetaData-OpenConfig: " << comment;
-    }
-  }
-  return guide.hasMetaData();
-}
-
 // ===== Reading
 
 // What is required of values. It is judged at the end: a text that turns out to be no document may
@@ -347,7 +163,7 @@ class AttachmentReader {
   CommentInfo info() const {
     required_.enforce();
     if (!isGood(schedulerPolicy_, "SP name not found")) return {};
-    // This drops the scheduler policy's name too, deliberately: a document with a bad half counts
+    // This drops the scheduler policy's name too: a document with a bad half counts
     // as no document.
     if (!isGood(queueManagementProfile_, "QMP name not found")) return {};
     return {SchedulerPolicyCommentInfo(schedulerPolicy_.name),
@@ -373,7 +189,7 @@ class AttachmentReader {
   static bool isGood(const Part& part, const char* otherwise) {
     part.required.enforce();
     if (!part.isThere || part.hasName) return true;
-    if (Rok::TraceHelper line{traceHandle, handler}) line << "deserializeJsonComment " << otherwise;
+    Rok::traceLine(handler, "deserializeJsonComment ", otherwise);
     return false;
   }
 
@@ -389,7 +205,7 @@ class ProfileReader {
   Place memberOf(Place object, std::string_view key) {
     switch (object) {
       case Place::metaData:
-        // The key isn't checked, deliberately: what doesn't begin with a number is scheduler 0.
+        // The key isn't checked: what doesn't begin with a number is scheduler 0.
         scheduler_ =
             SchedulerCommentInfo(static_cast<std::uint32_t>(std::strtol(key.data(), nullptr, 10)));
         return Place::scheduler;
@@ -411,7 +227,7 @@ class ProfileReader {
   }
   void found(Place place, const Found& found) {
     switch (place) {
-      // That the member is there is all that counts, deliberately: only STRICT is ever written.
+      // That the member is there is all that counts: the writers write nothing but STRICT.
       case Place::priority:
         return scheduler_.priorityIs(QosOc::STRICT);
       case Place::cir:
@@ -419,8 +235,7 @@ class ProfileReader {
         return rate_.cirIs(found.value);
       case Place::cirPct:
         required_.number32(found);
-        // Only the low eight bits count, deliberately: whether the percentage makes sense is for
-        // the one to say who uses it.
+        // Only the low eight bits count: the translator that uses the percentage judges it.
         return rate_.cirPctIs(static_cast<std::uint8_t>(found.value));
       case Place::queue:
         required_.string(found);
@@ -456,7 +271,7 @@ class ProfileReader {
 }  // namespace
 
 Velmo::String serializeJsonComment(CommentInfo info) {
-  if (Rok::TraceHelper line{traceHandle, handler}) line << "serializeJsonComment";
+  Rok::traceLine(handler, "serializeJsonComment");
   if (!info) return {};
   const Velmo::String comment = document([&](Writer& writer) {
     if (info.sPInfo()) {
@@ -468,33 +283,27 @@ Velmo::String serializeJsonComment(CommentInfo info) {
                   [&] { writeString(writer, nameKey, info.qMPInfo().queueManagementProfile()); });
     }
   });
-  if (Rok::TraceHelper line{traceHandle, handler}) line << "Comment: " << comment;
+  Rok::traceLine(handler, "Comment: ", comment);
   return comment;
 }
 
 CommentInfo deserializeJsonComment(const Velmo::String& comment) {
-  if (Rok::TraceHelper line{traceHandle, handler}) {
-    line << "deserializeJsonComment "
-         << "comment: " << comment;
-  }
+  Rok::traceLine(handler, "deserializeJsonComment comment: ", comment);
   AttachmentReader reader;
   return read(comment, reader) ? reader.info() : CommentInfo();
 }
 
 Velmo::String serializeJsonProfileComment(SchedulerPolicyProfileCommentInfo info) {
-  if (Rok::TraceHelper line{traceHandle, handler}) line << "serializeJsonProfileComment";
+  Rok::traceLine(handler, "serializeJsonProfileComment");
   const Velmo::String comment = document([&](Writer& writer) {
     for (const auto& [sequence, scheduler] : info.schedulers()) writeScheduler(writer, scheduler);
   });
-  if (Rok::TraceHelper line{traceHandle, handler}) line << "Profile Comment: " << comment;
+  Rok::traceLine(handler, "Profile Comment: ", comment);
   return comment;
 }
 
 SchedulerPolicyProfileCommentInfo deserializeJsonProfileComment(const Velmo::String& comment) {
-  if (Rok::TraceHelper line{traceHandle, handler}) {
-    line << "deserializeJsonProfileComment "
-         << "comment: " << comment;
-  }
+  Rok::traceLine(handler, "deserializeJsonProfileComment comment: ", comment);
   ProfileReader reader;
   return read(comment, reader) ? reader.info() : SchedulerPolicyProfileCommentInfo("");
 }

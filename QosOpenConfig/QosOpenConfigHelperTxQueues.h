@@ -2,39 +2,46 @@
 // what the translators of comments share.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
+#include <tuple>
+#include <vector>
 
-#include "QosOpenConfig/QosOpenConfigHelper.h"
+#include "QosOpenConfig/QosOpenConfigHelperComments.h"
 #include "Rok/Rok.h"
 #include "models/native/Values.h"
 #include "models/openconfig/Interface.h"
 
 namespace QosOc::Helper {
 
-// What is attached to one tx queue: what its comment names, and the interface that it goes to. Both
-// are remembered.
-class Attachment {
+// What is kept of one tx queue: the key of its comment, what that named last, and the interface in
+// the output that it writes to.
+class TxQueueMemo {
  public:
-  // The root's memo is asked first: of a comment that changes, the root hears before the tx queue.
-  explicit Attachment(CommentMemo& ofRoot) : comment_(ofRoot) {}
+  // ofRoot: see CommentMemo.
+  TxQueueMemo(const Nerit::IntfId& intfId, const Qos::TxQueue& txQueue, CommentMemo& ofRoot)
+      : interfaceId_(intfId.stringValue()),
+        commentKey_(Helper::commentKey(intfId, txQueue)),
+        comment_(ofRoot) {}
 
+  const Velmo::String& commentKey() const { return commentKey_; }
   CommentMemo& comment() { return comment_; }
-  // The interface in the output; null when there is none yet. Once made, it stays.
-  const Rok::Ptr<Config::Interface>& interface(const Config::InterfacesDir& dir,
-                                               const Nerit::IntfId& intfId) {
-    if (!interface_) interface_ = dir.interface(intfId.stringValue());
-    return interface_;
+  // The interface, or null when there is none.
+  Config::Interface* interface(const Config::InterfacesDir& dir) {
+    const auto* found = foundInterface_.in(dir.interface(), interfaceId_);
+    return found != nullptr ? found->get() : nullptr;
   }
   // The same, made if need be.
-  const Rok::Ptr<Config::Interface>& interfaceIs(Config::InterfacesDir& dir,
-                                                 const Nerit::IntfId& intfId) {
-    if (!interface_) interface_ = dir.interfaceIs(intfId.stringValue());
-    return interface_;
+  Config::Interface& interfaceIs(Config::InterfacesDir& dir) {
+    Config::Interface* found = interface(dir);
+    return found != nullptr ? *found : *dir.interfaceIs(interfaceId_);
   }
 
  private:
+  Velmo::String interfaceId_;
+  Velmo::String commentKey_;
   CommentMemo comment_;
-  Rok::Ptr<Config::Interface> interface_;
+  Rok::Found foundInterface_;
 };
 
 // All machines of tx queues below one root. It finds what a walk over all interfaces and their tx
@@ -47,43 +54,47 @@ class TxQueues {
   using ByCommentKey = Rok::Index<Velmo::String, TxQueueSm, keySeed>;
   using ByTxQueueId = Rok::Index<Qos::TxQueueId, TxQueueSm, idSeed>;
 
-  // A machine's place here, a member of it, which keeps the key of its comment.
+  // A machine's place here, a member of it.
   class Entry {
    public:
-    Entry(const TxQueues& all, const Nerit::IntfId& intfId, const Qos::TxQueue& txQueue,
-          TxQueueSm& sm)
-        : commentKey_(Helper::commentKey(intfId, txQueue)),
-          byCommentKey_(all.byCommentKey_, commentKey_, sm),
+    Entry(TxQueues& all, const Nerit::IntfId& intfId, const Qos::TxQueue& txQueue, TxQueueSm& sm)
+        : memo_(intfId, txQueue, all.commentMemo_),
+          byCommentKey_(all.byCommentKey_, memo_.commentKey(), sm),
           byTxQueueId_(all.byTxQueueId_, txQueue.id, sm) {}
 
-    const Velmo::String& commentKey() const { return commentKey_; }
+    TxQueueMemo& memo() { return memo_; }
+    const TxQueueMemo& memo() const { return memo_; }
 
    private:
     friend TxQueues;
-    // The machine was seen in its tree. While no interface comes or goes, nor a tx queue of this
-    // one, it still is.
-    struct Seen {
-      const Rok::PtrInterface* intfSm = nullptr;
-      std::uint64_t intfSms = 0;  // the versions of the collections
-      std::uint64_t txQueueSms = 0;
-    };
 
-    Seen seen_;
-    Velmo::String commentKey_;
+    TxQueueMemo memo_;
+    // Its place in the tree.
+    Rok::Found foundIntf_;
+    Rok::Found foundTxQueue_;
     typename ByCommentKey::Entry byCommentKey_;
     typename ByTxQueueId::Entry byTxQueueId_;
   };
 
   const Rok::Ptr<ByCommentKey>& byCommentKey() const { return byCommentKey_; }
   const Rok::Ptr<ByTxQueueId>& byTxQueueId() const { return byTxQueueId_; }
+  // The comment that the root read last. It comes before those of the tx queues: the root hears of
+  // a comment first.
+  CommentMemo& commentMemo() { return commentMemo_; }
 
-  // Calls act(machine) for each tx queue whose comment has that key. Several may: interfaces may
-  // share a short name. A walk computes the key of each tx queue, and traces that; where it is to
-  // be seen, the walk is made.
+  // Calls act(machine) for each tx queue whose comment has that key, in the order of a walk over
+  // all: several have it where interfaces share a short name. Such a walk computes the key of each
+  // tx queue, and a trace shows that.
   template <class IntfSms, class Act>
   void eachOfComment(const IntfSms& intfSms, const Velmo::String& key, const Act& act) const {
-    if (keysAreTraced()) return walk(intfSms, key, act);
-    eachIn(*byCommentKey_, intfSms, key, act);
+    TxQueueSm* first = nullptr;
+    bool several = false;
+    eachIn(*byCommentKey_, intfSms, key, [&](TxQueueSm& sm) {
+      several = several || first != nullptr;
+      first = &sm;
+    });
+    if (several || keysAreTraced()) return eachInWalk(intfSms, key, act);
+    if (first != nullptr) act(*first);
   }
   // Calls act(machine) for each tx queue of that id, of either type.
   template <class IntfSms, class Act>
@@ -98,35 +109,56 @@ class TxQueues {
       if (isInTree(intfSms, sm)) act(sm);
     });
   }
-  // A machine outside the tree, made by a factory of its own or still held by somebody, is in the
+  // A machine outside the tree, made by a factory of its own or held beyond its time, is in the
   // index but not the root's affair.
   template <class IntfSms>
   static bool isInTree(const IntfSms& intfSms, TxQueueSm& sm) {
-    using IntfSm = typename IntfSms::Map::Value::element_type;
-    typename Entry::Seen& seen = sm.entry().seen_;
-    if (seen.intfSm != nullptr && seen.intfSms == intfSms.map().version() &&
-        seen.txQueueSms == static_cast<const IntfSm*>(seen.intfSm)->txQueueSm().map().version()) {
-      return true;
-    }
-    const auto* intf = intfSms.map().find(sm.intfId());
+    Entry& entry = sm.entry();
+    const auto* intf = entry.foundIntf_.in(intfSms.map(), sm.intfId());
     if (intf == nullptr) return false;
-    const auto& txQueueSms = (*intf)->txQueueSm().map();
-    const auto* found = txQueueSms.find(sm.txQueue());
-    if (found == nullptr || found->get() != &sm) return false;
-    seen = {intf->get(), intfSms.map().version(), txQueueSms.version()};
-    return true;
+    const auto* found = entry.foundTxQueue_.in((*intf)->txQueueSm().map(), sm.txQueue());
+    return found != nullptr && found->get() == &sm;
   }
+
+  // Serves what the index finds in the order of the walk. Its lines come between.
   template <class IntfSms, class Act>
-  static void walk(const IntfSms& intfSms, const Velmo::String& key, const Act& act) {
+  void eachInWalk(const IntfSms& intfSms, const Velmo::String& key, const Act& act) const {
+    const TxQueueSm* last = nullptr;
+    for (TxQueueSm* sm : inWalkOrder(intfSms, key)) {
+      traceWalk(intfSms, last, sm);
+      last = sm;
+      act(*sm);
+    }
+    traceWalk(intfSms, last, nullptr);
+  }
+  template <class IntfSms>
+  std::vector<TxQueueSm*> inWalkOrder(const IntfSms& intfSms, const Velmo::String& key) const {
+    std::vector<TxQueueSm*> found;
+    eachIn(*byCommentKey_, intfSms, key, [&](TxQueueSm& sm) { found.push_back(&sm); });
+    std::ranges::sort(found, {}, [&](const TxQueueSm* sm) {
+      const auto& intf = intfSms.child(sm->intfId());
+      return std::tuple{intfSms.map().walkPlace(sm->intfId()),
+                        intf->txQueueSm().map().walkPlace(sm->txQueue())};
+    });
+    return found;
+  }
+  // The lines of the walk behind one tx queue, up to another; null stands for its ends.
+  template <class IntfSms>
+  static void traceWalk(const IntfSms& intfSms, const TxQueueSm* from, const TxQueueSm* to) {
+    if (!keysAreTraced()) return;
+    bool isBehind = from == nullptr;
     for (const auto& [intfId, intf] : intfSms.map()) {
       for (const auto& [txQueue, sm] : intf->txQueueSm().map()) {
-        if (CommentHelper::commentKey(intfId, txQueue) == key) act(*sm);
+        if (isBehind) traceCommentKey(intfId, txQueue);
+        if (isBehind && sm.get() == to) return;
+        isBehind = isBehind || sm.get() == from;
       }
     }
   }
 
   Rok::Ptr<ByCommentKey> byCommentKey_ = Rok::make<ByCommentKey>();
   Rok::Ptr<ByTxQueueId> byTxQueueId_ = Rok::make<ByTxQueueId>();
+  CommentMemo commentMemo_;
 };
 
 }  // namespace QosOc::Helper

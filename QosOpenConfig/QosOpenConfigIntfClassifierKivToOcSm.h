@@ -9,9 +9,10 @@
 //   intfIds of Qos::ServicePolicyConfig          ServicePolicySm::handleIntfId(interface)
 #pragma once
 
-#include <cstdint>
+#include <set>
 #include <utility>
 
+#include "QosOpenConfig/QosOpenConfigIntfClassifierKivToOcSmBindings.h"
 #include "Rok/Rok.h"
 #include "models/native/QosInput.h"
 #include "models/openconfig/Interface.h"
@@ -30,23 +31,21 @@ class ServicePolicySm final : public Rok::StateMachine<ServicePolicySm> {
  public:
   static constexpr std::string_view rokTypeName = "ServicePolicySm";
   static constexpr auto rokArguments() {
-    return std::tuple{
-        Rok::Argument{"servicePolicyConfig", &ServicePolicySm::servicePolicyConfig},
-        Rok::Argument{"interfacesDir", &ServicePolicySm::interfacesDir},
-        Rok::Argument{"intfClassifierKivToOcSm", &ServicePolicySm::intfClassifierKivToOcSm}};
+    return std::tuple{Rok::Argument{"servicePolicyConfig", &Self::servicePolicyConfig},
+                      Rok::Argument{"interfacesDir", &Self::interfacesDir},
+                      Rok::Argument{"intfClassifierKivToOcSm", &Self::intfClassifierKivToOcSm}};
   }
-  static Rok::Ptr<ServicePolicySm> ServicePolicySmIs(
-      const Rok::Ptr<Qos::ServicePolicyConfig const>& servicePolicyConfig,
-      const Rok::Ptr<Config::InterfacesDir>& interfacesDir,
-      InterfaceClassifierKivToOcSm* intfClassifierKivToOcSm);
+  static auto ServicePolicySmIs(const auto&... arguments) { return create(arguments...); }
 
   Rok::Ptr<Qos::ServicePolicyConfig const> servicePolicyConfig() const {
     return servicePolicyConfig_.ptr();
   }
-  const Rok::Ptr<Config::InterfacesDir>& interfacesDir() const { return interfacesDir_; }
+  Rok::Out<Config::InterfacesDir> interfacesDir() const { return interfacesDir_; }
   InterfaceClassifierKivToOcSm* intfClassifierKivToOcSm() const { return intfClassifierKivToOcSm_; }
   // Empty without a config.
-  Velmo::String pmapName() const;
+  Velmo::String pmapName() const {
+    return servicePolicyConfig_.read(&Qos::ServicePolicyConfig::pmapName);
+  }
 
   // Unbinds the interfaces that the service policy still has.
   void doPrepareToDie();
@@ -55,13 +54,13 @@ class ServicePolicySm final : public Rok::StateMachine<ServicePolicySm> {
   void handleInitialized();
 
  private:
-  friend Rok::StateMachine<ServicePolicySm>;
+  friend Rok::StateMachine<Self>;
   using RokServicePolicyConfig =
-      Rok::Watch<ServicePolicySm, Qos::ServicePolicyConfig,
-                 Rok::On<Qos::ServicePolicyConfig::Attr::intfIds, &ServicePolicySm::handleIntfId>>;
+      Rok::Watch<Self, Qos::ServicePolicyConfig,
+                 Rok::On<Qos::ServicePolicyConfig::Attr::intfIds, &Self::handleIntfId>>;
 
-  ServicePolicySm(const Rok::Ptr<Qos::ServicePolicyConfig const>& servicePolicyConfig,
-                  const Rok::Ptr<Config::InterfacesDir>& interfacesDir,
+  ServicePolicySm(Rok::In<Qos::ServicePolicyConfig> servicePolicyConfig,
+                  Rok::Out<Config::InterfacesDir> interfacesDir,
                   InterfaceClassifierKivToOcSm* intfClassifierKivToOcSm);
   auto parts() { return std::tie(servicePolicyConfig_); }
 
@@ -76,28 +75,23 @@ class InterfaceClassifierKivToOcSm final : public Rok::StateMachine<InterfaceCla
  public:
   static constexpr std::string_view rokTypeName = "InterfaceClassifierKivToOcSm";
   static constexpr auto rokArguments() {
-    return std::tuple{Rok::Argument{"cliConfig", &InterfaceClassifierKivToOcSm::cliConfig},
-                      Rok::Argument{"interfacesDir", &InterfaceClassifierKivToOcSm::interfacesDir}};
+    return std::tuple{Rok::Argument{"cliConfig", &Self::cliConfig},
+                      Rok::Argument{"interfacesDir", &Self::interfacesDir}};
   }
   // By policy-map name alone: of two service policies with one policy map, the second is refused.
   using ServicePolicySmKeyFunktor =
       Rok::KeyFunktor<&ServicePolicySm::servicePolicyConfig, &Qos::ServicePolicyConfig::pmapName>;
   using ServicePolicySms = Rok::Children<ServicePolicySm, 0x47b5481du, ServicePolicySmKeyFunktor>;
 
-  static Rok::Ptr<InterfaceClassifierKivToOcSm> InterfaceClassifierKivToOcSmIs(
-      const Rok::Ptr<Qos::Input::Config const>& cliConfig,
-      const Rok::Ptr<Config::InterfacesDir>& interfacesDir);
+  static auto InterfaceClassifierKivToOcSmIs(const auto&... arguments) {
+    return create(arguments...);
+  }
 
   Rok::Ptr<Qos::Input::Config const> cliConfig() const { return cliConfig_.ptr(); }
-  const Rok::Ptr<Config::InterfacesDir>& interfacesDir() const { return interfacesDir_; }
+  Rok::Out<Config::InterfacesDir> interfacesDir() const { return interfacesDir_; }
 
   const ServicePolicySms& servicePolicySm() const { return servicePolicySm_; }
-  Rok::Ptr<ServicePolicySm> servicePolicySmIs(
-      const Rok::Ptr<Qos::ServicePolicyConfig const>& servicePolicyConfig,
-      const Rok::Ptr<Config::InterfacesDir>& interfacesDir,
-      InterfaceClassifierKivToOcSm* intfClassifierKivToOcSm) {
-    return servicePolicySm_.is(servicePolicyConfig, interfacesDir, intfClassifierKivToOcSm);
-  }
+  auto servicePolicySmIs(const auto&... arguments) { return servicePolicySm_.is(arguments...); }
   void servicePolicySmDel(const Velmo::String& pmapName) { servicePolicySm_.del(pmapName); }
   void servicePolicySmDelAll() { servicePolicySm_.delAll(); }
 
@@ -114,73 +108,36 @@ class InterfaceClassifierKivToOcSm final : public Rok::StateMachine<InterfaceCla
   void handleInitialized();
 
  private:
-  friend Rok::StateMachine<InterfaceClassifierKivToOcSm>;
+  friend Rok::StateMachine<Self>;
   friend ServicePolicySm;
-  using RokCliConfig =
-      Rok::Watch<InterfaceClassifierKivToOcSm, Qos::Input::Config,
-                 Rok::On<Qos::Input::Config::Attr::servicePolicyConfig,
-                         &InterfaceClassifierKivToOcSm::handleServicePolicyConfig>>;
-  // The names of an interface's classifiers; empty where there is none.
-  struct Names {
-    Velmo::String ipv4;
-    Velmo::String ipv6;
+  using RokCliConfig = Rok::Watch<
+      Self, Qos::Input::Config,
+      Rok::On<Qos::Input::Config::Attr::servicePolicyConfig, &Self::handleServicePolicyConfig>>;
+  // What the service policies are for.
+  using KnownNames = std::set<ClassifierNames>;
 
-    std::uint32_t hash(std::uint32_t seed) const {
-      return Rok::hashSingleAttr(Rok::hashSingleAttr(seed, ipv4), ipv6);
-    }
-    friend auto operator<=>(const Names&, const Names&) = default;
-  };
-  // The name that an interface's classifier of each family has, if it has one.
-  struct Bound {
-    Rok::Optional<Velmo::String> ipv4;
-    Rok::Optional<Velmo::String> ipv6;
-
-    bool operator==(const Bound&) const = default;
-  };
-  struct Entry;
-  using InterfaceSet = Rok::HashMap2018<Rok::Hm2018NEI<0xae5f9156u, Velmo::String, bool>>;
-  using NamesToInterfaces = Rok::HashMap2018<Rok::Hm2018NEI<0xcf6c85d3u, Names, InterfaceSet>>;
-  using InterfaceToNames = Rok::HashMap2018<Rok::Hm2018NEI<0x2f73477du, Velmo::String, Names>>;
-
-  InterfaceClassifierKivToOcSm(const Rok::Ptr<Qos::Input::Config const>& cliConfig,
-                               const Rok::Ptr<Config::InterfacesDir>& interfacesDir);
+  InterfaceClassifierKivToOcSm(Rok::In<Qos::Input::Config> cliConfig,
+                               Rok::Out<Config::InterfacesDir> interfacesDir);
   auto parts() { return std::tie(cliConfig_, servicePolicySm_); }
 
-  static Bound boundClassifiers(const Config::InterfaceInputClassifiers& classifiers);
-  static Names boundNames(const Config::InterfaceInputClassifiers& classifiers);
   Rok::Ptr<Config::InterfaceInputClassifiers> classifiersOf(const Velmo::String& interfaceId) const;
-  void indexInterface(const Velmo::String& interfaceId,
-                      const Config::InterfaceInputClassifiers& classifiers);
-  void unindexInterface(const Velmo::String& interfaceId);
-  void removeFromSet(const Velmo::String& interfaceId, const Names& names);
-  template <class Visit>
-  void eachInterfaceBoundTo(const Names& names, const Visit& visit);
+  KnownNames mirrorServicePolicies();
+  void sweepStaleBindings(const KnownNames& known);
 
   RokCliConfig cliConfig_;
   Rok::Ptr<Config::InterfacesDir> interfacesDir_;
   ServicePolicySms servicePolicySm_;
-  // Which interfaces hold which classifiers, so that a new service policy finds its stale bindings
-  // without a walk over all interfaces. Follows the output, which nobody else writes here.
-  NamesToInterfaces interfacesByNames_;
-  InterfaceToNames namesByInterface_;
+  BindingIndex bindings_;
 };
 
-// ===== Factories. Each returns when its whole tree is built and the output is in line.
-//
-// The argument named after "Deaf without" may be null: the machine then does nothing, for good.
-// What is required must be there.
+// ===== Factories
 
 // Deaf without cliConfig. Requires: interfacesDir, and that nothing else writes an interface's
 // `input` there while the root lives: an index of the root follows what the root wrote.
 // Throws: MutatorReinstantiatingException for two service policies of one policy map.
-QOS_EXPORT Rok::Ptr<InterfaceClassifierKivToOcSm> interfaceClassifierKivToOcSmFactory(
-    const Rok::Ptr<Qos::Input::Config const>& cliConfig,
-    const Rok::Ptr<Config::InterfacesDir>& interfacesDir);
+QOS_EXPORT Rok::Factory<InterfaceClassifierKivToOcSm> interfaceClassifierKivToOcSmFactory;
 // Deaf without servicePolicyConfig. Requires: interfacesDir, intfClassifierKivToOcSm, which
 // outlives the machine, and that nothing else writes an interface's `input` while that root lives.
-QOS_EXPORT Rok::Ptr<ServicePolicySm> servicePolicySmFactory(
-    const Rok::Ptr<Qos::ServicePolicyConfig const>& servicePolicyConfig,
-    const Rok::Ptr<Config::InterfacesDir>& interfacesDir,
-    InterfaceClassifierKivToOcSm* intfClassifierKivToOcSm);
+QOS_EXPORT Rok::Factory<ServicePolicySm> servicePolicySmFactory;
 
 }  // namespace QosOc

@@ -9,9 +9,9 @@ namespace {
 
 constinit Rok::TraceHandle traceHandle("OpenConfigQos", false);
 
-constexpr Rok::TraceFacility::FacilityLevel handler = 2;
+constexpr Rok::TraceLevel handler{traceHandle, 2};
 
-// Two actions are told apart; whatever else the native side holds is the default.
+// Two actions have a value of their own; any other native one reads as the default.
 std::uint8_t watchdogAction(std::uint8_t action) {
   return action == 2 || action == 5 ? action : Config::PfcWatchdog().action;
 }
@@ -26,22 +26,13 @@ Velmo::String priorityConverter(unsigned char value) {
 
 // ===== PfcKivToOCSm
 
-Rok::Ptr<PfcKivToOCSm> PfcKivToOCSm::PfcKivToOCSmIs(
-    const Rok::Ptr<Qos::Input::Config const>& cliConfig, const Rok::Ptr<Config::Pfc>& pfcConfig) {
-  return create(cliConfig, pfcConfig);
-}
-
-PfcKivToOCSm::PfcKivToOCSm(const Rok::Ptr<Qos::Input::Config const>& cliConfig,
-                           const Rok::Ptr<Config::Pfc>& pfcConfig)
+PfcKivToOCSm::PfcKivToOCSm(Rok::In<Qos::Input::Config> cliConfig, Rok::Out<Config::Pfc> pfcConfig)
     : cliConfig_(*this, cliConfig), pfcConfig_(pfcConfig) {
-  rokInitialize<&PfcKivToOCSm::handleInitialized>();
+  rokInitialize<&Self::handleInitialized>();
 }
 
 void PfcKivToOCSm::handlePfcWatchdogConfig() {
-  if (Rok::TraceHelper line{traceHandle, handler}) {
-    line << "PfcKivToOCSm "
-         << "handlePfcWatchdogConfig";
-  }
+  Rok::traceLine(handler, "PfcKivToOCSm handlePfcWatchdogConfig");
   Config::PfcWatchdog watchdog;
   watchdog.timeA = cliConfig_->pfcWatchdogTimeA();
   watchdog.timeB = cliConfig_->pfcWatchdogTimeB();
@@ -52,79 +43,44 @@ void PfcKivToOCSm::handlePfcWatchdogConfig() {
 }
 
 void PfcKivToOCSm::handleInitialized() {
-  if (Rok::TraceHelper line{traceHandle, handler}) {
-    line << "PfcKivToOCSm "
-         << "handleInitialized";
-  }
+  Rok::traceLine(handler, "PfcKivToOCSm handleInitialized");
   handlePfcWatchdogConfig();
 }
 
 // ===== IntfPfcKivToOCSm
 
-Rok::Ptr<IntfPfcKivToOCSm> IntfPfcKivToOCSm::IntfPfcKivToOCSmIs(
-    const Rok::Ptr<Qos::Input::Config const>& cliConfig,
-    const Rok::Ptr<Config::InterfacesDir>& interfacesDir) {
-  return create(cliConfig, interfacesDir);
-}
-
-IntfPfcKivToOCSm::IntfPfcKivToOCSm(const Rok::Ptr<Qos::Input::Config const>& cliConfig,
-                                   const Rok::Ptr<Config::InterfacesDir>& interfacesDir)
+IntfPfcKivToOCSm::IntfPfcKivToOCSm(Rok::In<Qos::Input::Config> cliConfig,
+                                   Rok::Out<Config::InterfacesDir> interfacesDir)
     : cliConfig_(*this, cliConfig), interfacesDir_(interfacesDir), intfConfigSm_(*this) {
-  rokInitialize<&IntfPfcKivToOCSm::handleInitialized>();
+  rokInitialize<&Self::handleInitialized>();
 }
 
 void IntfPfcKivToOCSm::handleIntfConfig(const Nerit::IntfId& intfId) {
-  if (Rok::TraceHelper line{traceHandle, handler}) {
-    line << "IntfPfcKivToOCSm "
-         << "handleIntfConfig"
-         << ": interface id = " << intfId;
-  }
-  if (const auto* entry = cliConfig_->intfConfig().find(intfId)) {
-    intfConfigSmIs(*entry, interfacesDir_);
-  } else {
-    intfConfigSm_.withdraw(intfId);
-  }
+  Rok::traceLine(handler, "IntfPfcKivToOCSm handleIntfConfig: interface id = ", intfId);
+  intfConfigSm_.mirror(cliConfig_->intfConfig(), intfId, Rok::entry, interfacesDir_);
 }
 
 void IntfPfcKivToOCSm::handleInitialized() {
-  if (Rok::TraceHelper line{traceHandle, handler}) {
-    line << "IntfPfcKivToOCSm "
-         << "handleInitialized";
-  }
-  for (const auto& [intfId, config] : cliConfig_->intfConfig()) handleIntfConfig(intfId);
+  Rok::traceLine(handler, "IntfPfcKivToOCSm handleInitialized");
+  eachKey<&Self::handleIntfConfig>(cliConfig_->intfConfig());
 }
 
 // ===== InterfaceConfigSm
 
-Rok::Ptr<InterfaceConfigSm> InterfaceConfigSm::InterfaceConfigSmIs(
-    const Rok::Ptr<Qos::IntfConfig const>& intfConfig,
-    const Rok::Ptr<Config::InterfacesDir>& interfacesDir) {
-  return create(intfConfig, interfacesDir);
-}
-
 // The port record is handled twice at start, here and when the input is bound to it. Both write the
 // same.
-InterfaceConfigSm::InterfaceConfigSm(const Rok::Ptr<Qos::IntfConfig const>& intfConfig,
-                                     const Rok::Ptr<Config::InterfacesDir>& interfacesDir)
+InterfaceConfigSm::InterfaceConfigSm(Rok::In<Qos::IntfConfig> intfConfig,
+                                     Rok::Out<Config::InterfacesDir> interfacesDir)
     : intfConfig_(*this, intfConfig), interfacesDir_(interfacesDir), pfcPortConfig_(*this) {
-  rokInitialize<&InterfaceConfigSm::handlePfcPortConfig, &InterfaceConfigSm::followPfcPortConfig>();
+  rokInitialize<&Self::handlePfcPortConfig, &Self::followPfcPortConfig>();
 }
-
-Nerit::IntfId InterfaceConfigSm::intfId() const {
-  return intfConfig_ ? intfConfig_->intfId() : Nerit::IntfId();
-}
-
-void InterfaceConfigSm::followPfcPortConfig() { pfcPortConfigIs(intfConfig_->pfcPortConfig()); }
 
 // Reads the record that the interface holds, which the input only follows.
 void InterfaceConfigSm::handlePfcPortConfig() {
-  if (Rok::TraceHelper line{traceHandle, handler}) {
-    line << "InterfaceConfigSm "
-         << "handlePfcPortConfig";
-  }
+  Rok::traceLine(handler, "InterfaceConfigSm handlePfcPortConfig");
   const auto& port = intfConfig_->pfcPortConfig();
-  // A port record that went leaves its priorities in the output until the interface goes.
-  // Deliberate.
+  // A port record that went leaves its priorities in the output: only the interface's going blanks
+  // them.
   if (!port) return;
   // An interface that is made here gets no config: only the binding of classifiers writes one.
   const auto interface = interfacesDir_->interfaceIs(intfId().stringValue());
@@ -132,10 +88,7 @@ void InterfaceConfigSm::handlePfcPortConfig() {
 }
 
 void InterfaceConfigSm::doPrepareToDie() {
-  if (Rok::TraceHelper line{traceHandle, handler}) {
-    line << "InterfaceConfigSm "
-         << "doPrepareToDie";
-  }
+  Rok::traceLine(handler, "InterfaceConfigSm doPrepareToDie");
   const auto interface = interfacesDir_->interface(intfId().stringValue());
   if (!interface || !interface->output()) return;
   const auto output = interface->output();
@@ -146,20 +99,18 @@ void InterfaceConfigSm::doPrepareToDie() {
 
 // ===== Factories
 
-Rok::Ptr<PfcKivToOCSm> pfcKivToOCSmFactory(const Rok::Ptr<Qos::Input::Config const>& cliConfig,
-                                           const Rok::Ptr<Config::Pfc>& pfcConfig) {
+Rok::Ptr<PfcKivToOCSm> pfcKivToOCSmFactory(Rok::In<Qos::Input::Config> cliConfig,
+                                           Rok::Out<Config::Pfc> pfcConfig) {
   return PfcKivToOCSm::PfcKivToOCSmIs(cliConfig, pfcConfig);
 }
 
-Rok::Ptr<IntfPfcKivToOCSm> intfPfcKivToOCSmFactory(
-    const Rok::Ptr<Qos::Input::Config const>& cliConfig,
-    const Rok::Ptr<Config::InterfacesDir>& interfacesDir) {
+Rok::Ptr<IntfPfcKivToOCSm> intfPfcKivToOCSmFactory(Rok::In<Qos::Input::Config> cliConfig,
+                                                   Rok::Out<Config::InterfacesDir> interfacesDir) {
   return IntfPfcKivToOCSm::IntfPfcKivToOCSmIs(cliConfig, interfacesDir);
 }
 
 Rok::Ptr<InterfaceConfigSm> interfaceConfigSmFactory(
-    const Rok::Ptr<Qos::IntfConfig const>& intfConfig,
-    const Rok::Ptr<Config::InterfacesDir>& interfacesDir) {
+    Rok::In<Qos::IntfConfig> intfConfig, Rok::Out<Config::InterfacesDir> interfacesDir) {
   return InterfaceConfigSm::InterfaceConfigSmIs(intfConfig, interfacesDir);
 }
 

@@ -28,32 +28,30 @@ class PfcKivToOCSm final : public Rok::StateMachine<PfcKivToOCSm> {
  public:
   static constexpr std::string_view rokTypeName = "PfcKivToOCSm";
   static constexpr auto rokArguments() {
-    return std::tuple{Rok::Argument{"cliConfig", &PfcKivToOCSm::cliConfig},
-                      Rok::Argument{"pfcConfig", &PfcKivToOCSm::pfcConfig}};
+    return std::tuple{Rok::Argument{"cliConfig", &Self::cliConfig},
+                      Rok::Argument{"pfcConfig", &Self::pfcConfig}};
   }
-  static Rok::Ptr<PfcKivToOCSm> PfcKivToOCSmIs(const Rok::Ptr<Qos::Input::Config const>& cliConfig,
-                                               const Rok::Ptr<Config::Pfc>& pfcConfig);
+  static auto PfcKivToOCSmIs(const auto&... arguments) { return create(arguments...); }
 
   Rok::Ptr<Qos::Input::Config const> cliConfig() const { return cliConfig_.ptr(); }
-  const Rok::Ptr<Config::Pfc>& pfcConfig() const { return pfcConfig_; }
+  Rok::Out<Config::Pfc> pfcConfig() const { return pfcConfig_; }
 
   // One of the settings changed. Writes them all.
   void handlePfcWatchdogConfig();
   void handleInitialized();
 
  private:
-  friend Rok::StateMachine<PfcKivToOCSm>;
+  friend Rok::StateMachine<Self>;
   using Attr = Qos::Input::Config::Attr;
   using RokCliConfig =
-      Rok::Watch<PfcKivToOCSm, Qos::Input::Config,
-                 Rok::On<Attr::pfcWatchdogTimeA, &PfcKivToOCSm::handlePfcWatchdogConfig>,
-                 Rok::On<Attr::pfcWatchdogTimeB, &PfcKivToOCSm::handlePfcWatchdogConfig>,
-                 Rok::On<Attr::pfcWatchdogAction, &PfcKivToOCSm::handlePfcWatchdogConfig>,
-                 Rok::On<Attr::pfcWatchdogTimeC, &PfcKivToOCSm::handlePfcWatchdogConfig>,
-                 Rok::On<Attr::pfcWatchdogPriorities, &PfcKivToOCSm::handlePfcWatchdogConfig>>;
+      Rok::Watch<Self, Qos::Input::Config,
+                 Rok::On<Attr::pfcWatchdogTimeA, &Self::handlePfcWatchdogConfig>,
+                 Rok::On<Attr::pfcWatchdogTimeB, &Self::handlePfcWatchdogConfig>,
+                 Rok::On<Attr::pfcWatchdogAction, &Self::handlePfcWatchdogConfig>,
+                 Rok::On<Attr::pfcWatchdogTimeC, &Self::handlePfcWatchdogConfig>,
+                 Rok::On<Attr::pfcWatchdogPriorities, &Self::handlePfcWatchdogConfig>>;
 
-  PfcKivToOCSm(const Rok::Ptr<Qos::Input::Config const>& cliConfig,
-               const Rok::Ptr<Config::Pfc>& pfcConfig);
+  PfcKivToOCSm(Rok::In<Qos::Input::Config> cliConfig, Rok::Out<Config::Pfc> pfcConfig);
   auto parts() { return std::tie(cliConfig_); }
 
   RokCliConfig cliConfig_;
@@ -67,22 +65,20 @@ class InterfaceConfigSm final : public Rok::StateMachine<InterfaceConfigSm> {
  public:
   static constexpr std::string_view rokTypeName = "InterfaceConfigSm";
   static constexpr auto rokArguments() {
-    return std::tuple{Rok::Argument{"intfConfig", &InterfaceConfigSm::intfConfig},
-                      Rok::Argument{"interfacesDir", &InterfaceConfigSm::interfacesDir}};
+    return std::tuple{Rok::Argument{"intfConfig", &Self::intfConfig},
+                      Rok::Argument{"interfacesDir", &Self::interfacesDir}};
   }
-  static Rok::Ptr<InterfaceConfigSm> InterfaceConfigSmIs(
-      const Rok::Ptr<Qos::IntfConfig const>& intfConfig,
-      const Rok::Ptr<Config::InterfacesDir>& interfacesDir);
+  static auto InterfaceConfigSmIs(const auto&... arguments) { return create(arguments...); }
 
   Rok::Ptr<Qos::IntfConfig const> intfConfig() const { return intfConfig_.ptr(); }
-  const Rok::Ptr<Config::InterfacesDir>& interfacesDir() const { return interfacesDir_; }
+  Rok::Out<Config::InterfacesDir> interfacesDir() const { return interfacesDir_; }
   // The interface of no name without a config.
-  Nerit::IntfId intfId() const;
+  Nerit::IntfId intfId() const { return intfConfig_.read(&Qos::IntfConfig::intfId); }
 
   // The changing input: the port record that intfConfig() holds at the moment. Unlike other chained
-  // inputs it handles another record at once, since the new priorities may be told by nothing else.
+  // inputs it handles another record at once, since nothing else may announce the new priorities.
   Rok::Ptr<Pfc::PortConfig const> pfcPortConfig() const { return pfcPortConfig_.ptr(); }
-  void pfcPortConfigIs(const Rok::Ptr<Pfc::PortConfig const>& pfcPortConfig) {
+  void pfcPortConfigIs(Rok::In<Pfc::PortConfig> pfcPortConfig) {
     pfcPortConfig_.inputIs(pfcPortConfig);
   }
   void pfcPortConfigDel() { pfcPortConfig_.inputDel(); }
@@ -90,25 +86,26 @@ class InterfaceConfigSm final : public Rok::StateMachine<InterfaceConfigSm> {
   // Writes the priorities, if the interface has a port record. One that went away leaves what it
   // wrote.
   void handlePfcPortConfig();
-  // Blanks the priorities, and removes an output that nobody else needs. Creates nothing.
+  // Blanks the priorities, and removes an output that nothing else needs. Creates nothing.
   void doPrepareToDie();
 
  private:
-  friend Rok::StateMachine<InterfaceConfigSm>;
-  void followPfcPortConfig();
-  using RokIntfConfig = Rok::Watch<
-      InterfaceConfigSm, Qos::IntfConfig,
-      Rok::On<Qos::IntfConfig::Attr::pfcPortConfig, &InterfaceConfigSm::followPfcPortConfig>>;
-  using RokPfcPortConfig = Rok::Watch<
-      InterfaceConfigSm, Pfc::PortConfig, Rok::OnBound<&InterfaceConfigSm::handlePfcPortConfig>,
-      Rok::On<Pfc::PortConfig::Attr::priorities, &InterfaceConfigSm::handlePfcPortConfig>>;
+  friend Rok::StateMachine<Self>;
+  void followPfcPortConfig() { pfcPortConfig_.follow(*this); }
+  using RokIntfConfig =
+      Rok::Watch<Self, Qos::IntfConfig,
+                 Rok::On<Qos::IntfConfig::Attr::pfcPortConfig, &Self::followPfcPortConfig>>;
 
-  InterfaceConfigSm(const Rok::Ptr<Qos::IntfConfig const>& intfConfig,
-                    const Rok::Ptr<Config::InterfacesDir>& interfacesDir);
+  InterfaceConfigSm(Rok::In<Qos::IntfConfig> intfConfig,
+                    Rok::Out<Config::InterfacesDir> interfacesDir);
   auto parts() { return std::tie(intfConfig_, pfcPortConfig_); }
 
   RokIntfConfig intfConfig_;
   Rok::Ptr<Config::InterfacesDir> interfacesDir_;
+  using RokPfcPortConfig =
+      Rok::ChainedWatch<Self, &Self::intfConfig_, &Qos::IntfConfig::pfcPortConfig,
+                        Rok::OnBound<&Self::handlePfcPortConfig>,
+                        Rok::On<Pfc::PortConfig::Attr::priorities, &Self::handlePfcPortConfig>>;
   RokPfcPortConfig pfcPortConfig_;
 };
 
@@ -118,25 +115,20 @@ class IntfPfcKivToOCSm final : public Rok::StateMachine<IntfPfcKivToOCSm> {
  public:
   static constexpr std::string_view rokTypeName = "IntfPfcKivToOCSm";
   static constexpr auto rokArguments() {
-    return std::tuple{Rok::Argument{"cliConfig", &IntfPfcKivToOCSm::cliConfig},
-                      Rok::Argument{"interfacesDir", &IntfPfcKivToOCSm::interfacesDir}};
+    return std::tuple{Rok::Argument{"cliConfig", &Self::cliConfig},
+                      Rok::Argument{"interfacesDir", &Self::interfacesDir}};
   }
   using IntfConfigSmKeyFunktor =
       Rok::KeyFunktor<&InterfaceConfigSm::intfConfig, &Qos::IntfConfig::intfId>;
   using IntfConfigSms = Rok::Children<InterfaceConfigSm, 0x76f988dau, IntfConfigSmKeyFunktor>;
 
-  static Rok::Ptr<IntfPfcKivToOCSm> IntfPfcKivToOCSmIs(
-      const Rok::Ptr<Qos::Input::Config const>& cliConfig,
-      const Rok::Ptr<Config::InterfacesDir>& interfacesDir);
+  static auto IntfPfcKivToOCSmIs(const auto&... arguments) { return create(arguments...); }
 
   Rok::Ptr<Qos::Input::Config const> cliConfig() const { return cliConfig_.ptr(); }
-  const Rok::Ptr<Config::InterfacesDir>& interfacesDir() const { return interfacesDir_; }
+  Rok::Out<Config::InterfacesDir> interfacesDir() const { return interfacesDir_; }
 
   const IntfConfigSms& intfConfigSm() const { return intfConfigSm_; }
-  Rok::Ptr<InterfaceConfigSm> intfConfigSmIs(const Rok::Ptr<Qos::IntfConfig const>& intfConfig,
-                                             const Rok::Ptr<Config::InterfacesDir>& interfacesDir) {
-    return intfConfigSm_.is(intfConfig, interfacesDir);
-  }
+  auto intfConfigSmIs(const auto&... arguments) { return intfConfigSm_.is(arguments...); }
   void intfConfigSmDel(const Nerit::IntfId& intfId) { intfConfigSm_.del(intfId); }
   void intfConfigSmDelAll() { intfConfigSm_.delAll(); }
 
@@ -145,13 +137,13 @@ class IntfPfcKivToOCSm final : public Rok::StateMachine<IntfPfcKivToOCSm> {
   void handleInitialized();
 
  private:
-  friend Rok::StateMachine<IntfPfcKivToOCSm>;
-  using RokCliConfig = Rok::Watch<
-      IntfPfcKivToOCSm, Qos::Input::Config,
-      Rok::On<Qos::Input::Config::Attr::intfConfig, &IntfPfcKivToOCSm::handleIntfConfig>>;
+  friend Rok::StateMachine<Self>;
+  using RokCliConfig =
+      Rok::Watch<Self, Qos::Input::Config,
+                 Rok::On<Qos::Input::Config::Attr::intfConfig, &Self::handleIntfConfig>>;
 
-  IntfPfcKivToOCSm(const Rok::Ptr<Qos::Input::Config const>& cliConfig,
-                   const Rok::Ptr<Config::InterfacesDir>& interfacesDir);
+  IntfPfcKivToOCSm(Rok::In<Qos::Input::Config> cliConfig,
+                   Rok::Out<Config::InterfacesDir> interfacesDir);
   auto parts() { return std::tie(cliConfig_, intfConfigSm_); }
 
   RokCliConfig cliConfig_;
@@ -159,21 +151,13 @@ class IntfPfcKivToOCSm final : public Rok::StateMachine<IntfPfcKivToOCSm> {
   IntfConfigSms intfConfigSm_;
 };
 
-// ===== Factories. Each returns when its whole tree is built and the output is in line.
-//
-// The argument named after "Deaf without" may be null: the machine then does nothing, for good.
-// What is required must be there.
+// ===== Factories
 
 // Deaf without cliConfig. Requires: pfcConfig.
-QOS_EXPORT Rok::Ptr<PfcKivToOCSm> pfcKivToOCSmFactory(
-    const Rok::Ptr<Qos::Input::Config const>& cliConfig, const Rok::Ptr<Config::Pfc>& pfcConfig);
+QOS_EXPORT Rok::Factory<PfcKivToOCSm> pfcKivToOCSmFactory;
 // Deaf without cliConfig. Requires: interfacesDir.
-QOS_EXPORT Rok::Ptr<IntfPfcKivToOCSm> intfPfcKivToOCSmFactory(
-    const Rok::Ptr<Qos::Input::Config const>& cliConfig,
-    const Rok::Ptr<Config::InterfacesDir>& interfacesDir);
+QOS_EXPORT Rok::Factory<IntfPfcKivToOCSm> intfPfcKivToOCSmFactory;
 // Deaf without intfConfig. Requires: interfacesDir.
-QOS_EXPORT Rok::Ptr<InterfaceConfigSm> interfaceConfigSmFactory(
-    const Rok::Ptr<Qos::IntfConfig const>& intfConfig,
-    const Rok::Ptr<Config::InterfacesDir>& interfacesDir);
+QOS_EXPORT Rok::Factory<InterfaceConfigSm> interfaceConfigSmFactory;
 
 }  // namespace QosOc

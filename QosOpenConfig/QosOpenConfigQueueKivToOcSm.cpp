@@ -8,15 +8,15 @@ namespace {
 
 constinit Rok::TraceHandle traceHandle("OpenConfigQos", false);
 
-constexpr Rok::TraceFacility::FacilityLevel handler = 2;
-constexpr Rok::TraceFacility::FacilityLevel detail = 9;
+constexpr Rok::TraceLevel handler{traceHandle, 2};
+constexpr Rok::TraceLevel detail{traceHandle, 9};
 
 // The line with which a reaction without arguments opens.
 void traceEntry(const IntfSm& sm, std::source_location place = std::source_location::current()) {
-  if (Rok::TraceHelper line{traceHandle, handler, place}) line.in(sm) << "intf: " << sm.intfId();
+  if (Rok::TraceHelper line{handler, place}) line.in(sm) << "intf: " << sm.intfId();
 }
 void traceEntry(const TxQueueSm& sm, std::source_location place = std::source_location::current()) {
-  if (Rok::TraceHelper line{traceHandle, handler, place}) {
+  if (Rok::TraceHelper line{handler, place}) {
     line.in(sm) << "intf: " << sm.intfId() << "queue:" << sm.queueName();
   }
 }
@@ -59,67 +59,43 @@ Config::QueueConfig configOf(const Velmo::String& name, Qos::TxQueuePriority pri
 
 // ===== QueueKivToOcSm
 
-Rok::Ptr<QueueKivToOcSm> QueueKivToOcSm::QueueKivToOcSmIs(
-    const Rok::Ptr<Qos::Input::Config const>& qosCliConfig,
-    const Rok::Ptr<Config::QueuesDir>& queuesDir, const Rok::Ptr<Cli::Config const>& cliConfig) {
-  return create(qosCliConfig, queuesDir, cliConfig);
-}
-
-QueueKivToOcSm::QueueKivToOcSm(const Rok::Ptr<Qos::Input::Config const>& qosCliConfig,
-                               const Rok::Ptr<Config::QueuesDir>& queuesDir,
-                               const Rok::Ptr<Cli::Config const>& cliConfig)
+QueueKivToOcSm::QueueKivToOcSm(Rok::In<Qos::Input::Config> qosCliConfig,
+                               Rok::Out<Config::QueuesDir> queuesDir,
+                               Rok::In<Cli::Config> cliConfig)
     : qosCliConfig_(*this, qosCliConfig),
       queuesDir_(queuesDir),
       cliConfig_(cliConfig),
       intfSm_(*this) {
-  rokInitialize<&QueueKivToOcSm::handleInitialized>();
+  rokInitialize<&Self::handleInitialized>();
 }
 
 void QueueKivToOcSm::handleIntfConfig(const Nerit::IntfId& intfId) {
-  Rok::EntryTrace(traceHandle, handler, *this, intfId);
-  if (const auto* entry = qosCliConfig_->intfConfig().find(intfId)) {
-    intfSmIs(queuesDir_, *entry, cliConfig_);
-  } else {
-    intfSm_.withdraw(intfId);
-  }
+  Rok::traceEntry(handler, *this, intfId);
+  intfSm_.mirror(qosCliConfig_->intfConfig(), intfId, queuesDir_, Rok::entry, cliConfig_);
 }
 
 void QueueKivToOcSm::handleInitialized() {
-  Rok::EntryTrace(traceHandle, handler, *this);
-  for (const auto& [intfId, config] : qosCliConfig_->intfConfig()) handleIntfConfig(intfId);
+  Rok::traceEntry(handler, *this);
+  eachKey<&Self::handleIntfConfig>(qosCliConfig_->intfConfig());
 }
 
 // ===== IntfSm
 
-Rok::Ptr<IntfSm> IntfSm::IntfSmIs(const Rok::Ptr<Config::QueuesDir>& queuesDir,
-                                  const Rok::Ptr<Qos::IntfConfig const>& intfConfig,
-                                  const Rok::Ptr<Cli::Config const>& cliConfig) {
-  return create(queuesDir, intfConfig, cliConfig);
-}
-
-IntfSm::IntfSm(const Rok::Ptr<Config::QueuesDir>& queuesDir,
-               const Rok::Ptr<Qos::IntfConfig const>& intfConfig,
-               const Rok::Ptr<Cli::Config const>& cliConfig)
+IntfSm::IntfSm(Rok::Out<Config::QueuesDir> queuesDir, Rok::In<Qos::IntfConfig> intfConfig,
+               Rok::In<Cli::Config> cliConfig)
     : queuesDir_(queuesDir),
       intfConfig_(*this, intfConfig),
       cliConfig_(cliConfig),
       txQueueSm_(*this) {
-  rokInitialize<&IntfSm::handleInitialized>();
-}
-
-Nerit::IntfId IntfSm::intfId() const {
-  return intfConfig_ ? intfConfig_->intfId() : Nerit::IntfId();
+  rokInitialize<&Self::handleInitialized>();
 }
 
 void IntfSm::handleTxQueueConfig(const Qos::TxQueue& txQueue) {
-  if (Rok::TraceHelper line{traceHandle, handler}) {
+  if (Rok::TraceHelper line{handler}) {
     line.in(*this) << "intf: " << intfId() << "txQueue = " << txQueue;
   }
-  if (const auto* entry = intfConfig_->txQueueConfig().find(txQueue)) {
-    txQueueSmIs(intfId(), queuesDir_, *entry, cliConfig_);
-  } else {
-    txQueueSm_.withdraw(txQueue);
-  }
+  txQueueSm_.mirror(intfConfig_->txQueueConfig(), txQueue, intfId(), queuesDir_, Rok::entry,
+                    cliConfig_);
 }
 
 void IntfSm::doPrepareToDie() {
@@ -129,47 +105,27 @@ void IntfSm::doPrepareToDie() {
 
 void IntfSm::handleInitialized() {
   traceEntry(*this);
-  for (const auto& [txQueue, config] : intfConfig_->txQueueConfig()) handleTxQueueConfig(txQueue);
+  eachKey<&Self::handleTxQueueConfig>(intfConfig_->txQueueConfig());
 }
 
 // ===== TxQueueSm
 
-Rok::Ptr<TxQueueSm> TxQueueSm::TxQueueSmIs(const Nerit::IntfId& intfId,
-                                           const Rok::Ptr<Config::QueuesDir>& queuesDir,
-                                           const Rok::Ptr<Qos::TxQueueConfig const>& txQueueConfig,
-                                           const Rok::Ptr<Cli::Config const>& cliConfig) {
-  return create(intfId, queuesDir, txQueueConfig, cliConfig);
-}
-
-TxQueueSm::TxQueueSm(const Nerit::IntfId& intfId, const Rok::Ptr<Config::QueuesDir>& queuesDir,
-                     const Rok::Ptr<Qos::TxQueueConfig const>& txQueueConfig,
-                     const Rok::Ptr<Cli::Config const>& cliConfig)
+TxQueueSm::TxQueueSm(const Nerit::IntfId& intfId, Rok::Out<Config::QueuesDir> queuesDir,
+                     Rok::In<Qos::TxQueueConfig> txQueueConfig, Rok::In<Cli::Config> cliConfig)
     : intfId_(intfId),
       queuesDir_(queuesDir),
       txQueueConfig_(*this, txQueueConfig),
       cliConfig_(*this, cliConfig, Helper::commentKey(intfId, txQueue())),
       queueName_(queueNameOf(intfId, txQueue())) {
-  rokInitialize<&TxQueueSm::handleInitialized>();
-}
-
-Qos::TxQueue TxQueueSm::txQueue() const {
-  return txQueueConfig_ ? txQueueConfig_->txQueue() : Qos::TxQueue();
+  rokInitialize<&Self::handleInitialized>();
 }
 
 // The key is computed once, and a trace shows the computing at each reading all the same. With the
 // test of the level the compiler takes this for too much to inline, and then a reading costs a call
 // in place of the test: so it is told to.
 [[gnu::always_inline]] inline Velmo::String TxQueueSm::comment() const {
-  if (traceHandle.isOn(detail)) Helper::traceCommentKey(intfId_, txQueue());
+  if (detail.isOn()) Helper::traceCommentKey(intfId_, txQueue());
   return cliConfig_->comment(cliConfig_.key());
-}
-
-bool TxQueueSm::namesProfile(const Velmo::String& comment) {
-  return bool(commentMemo_.queueManagementProfileInfo(comment));
-}
-
-bool TxQueueSm::namesPolicy(const Velmo::String& comment) {
-  return bool(commentMemo_.schedulerPolicyInfo(comment));
 }
 
 // A comment that goes from a profile to a policy alone clears `config` and doesn't bring the ECN
@@ -177,49 +133,37 @@ bool TxQueueSm::namesPolicy(const Velmo::String& comment) {
 // returns with its next change, as the code that writes comments expects.
 void TxQueueSm::handleComment(const Velmo::String& key) {
   if (key != cliConfig_.key()) return;
-  if (Rok::TraceHelper line{traceHandle, handler}) {
-    line.in(*this) << "intf: " << intfId_ << "queue:" << queueName_ << " commentKey: " << key;
-  }
+  Rok::traceIn(handler, *this, "intf: ", intfId_, "queue:", queueName_, " commentKey: ", key);
   const Velmo::String text = comment();
   if (text.empty()) {
-    if (Rok::TraceHelper line{traceHandle, handler}) {
-      line.of(*this) << "Comment not found, Updating the config";
-    }
+    Rok::traceOf(handler, *this, "Comment not found, Updating the config");
     handleTxQueueEcnConfig();
     handleQueueConfig();
     return;
   }
   const Config::Queue* const q = queuesDir_->q().find(queueName_);
-  const bool profile = namesProfile(text);
+  const bool profile(commentMemo_.queueManagementProfileInfo(text));
   if (profile && q != nullptr) {
-    if (Rok::TraceHelper line{traceHandle, handler}) {
-      line.of(*this) << "Deleting the queue: " << queueName_ << "'s ecn config";
-    }
+    Rok::traceOf(handler, *this, "Deleting the queue: ", queueName_, "'s ecn config");
     queuesDir_->qContent(*q).ecnConfig.reset();
   }
-  const bool policy = namesPolicy(text);
+  const bool policy(commentMemo_.schedulerPolicyInfo(text));
   if (policy && q != nullptr) {
-    if (Rok::TraceHelper line{traceHandle, handler}) {
-      line.of(*this) << "Deleting the queue: " << queueName_ << " config";
-    }
+    Rok::traceOf(handler, *this, "Deleting the queue: ", queueName_, " config");
     queuesDir_->qContent(*q).config = Config::QueueConfig();
   }
   if (profile || policy) return;
-  if (Rok::TraceHelper line{traceHandle, handler}) {
-    line.of(*this) << "Comment not related to OpenConfig, Updating the config";
-  }
+  Rok::traceOf(handler, *this, "Comment not related to OpenConfig, Updating the config");
   handleTxQueueEcnConfig();
   handleQueueConfig();
 }
 
 void TxQueueSm::handleTxQueueEcnConfig() {
   traceEntry(*this);
-  if (const Velmo::String text = comment(); !text.empty() && namesProfile(text)) {
-    if (Rok::TraceHelper line{traceHandle, handler}) {
-      line.of(*this) << "skipping augmented queue ecn config for intf: " << intfId_
-                     << "queue: " << queueName_;
-    }
-    return;
+  if (const Velmo::String text = comment();
+      !text.empty() && commentMemo_.queueManagementProfileInfo(text)) {
+    return Rok::traceOf(handler, *this, "skipping augmented queue ecn config for intf: ", intfId_,
+                        "queue: ", queueName_);
   }
   Rok::Optional<Config::QueueEcnConfig> ecnConfig;
   if (const auto& ecn = txQueueConfig_->ecnConfig()) ecnConfig = ecnOf(*ecn);
@@ -232,16 +176,15 @@ void TxQueueSm::handleTxQueueEcnConfig() {
 
 void TxQueueSm::handleQueueConfig() {
   traceEntry(*this);
-  if (const Velmo::String text = comment(); !text.empty() && namesPolicy(text)) {
-    if (Rok::TraceHelper line{traceHandle, handler}) {
-      line.of(*this) << "Skiping augmented queue bandwidth/scheduling update for intf: " << intfId_
-                     << " queue: " << queueName_;
-    }
-    return;
+  if (const Velmo::String text = comment();
+      !text.empty() && commentMemo_.schedulerPolicyInfo(text)) {
+    return Rok::traceOf(handler, *this,
+                        "Skiping augmented queue bandwidth/scheduling update for intf: ", intfId_,
+                        " queue: ", queueName_);
   }
   const Qos::TxQueuePriority priority = txQueueConfig_->priority();
   const Qos::Percent bandwidth = txQueueConfig_->bandwidth();
-  if (Rok::TraceHelper line{traceHandle, handler}) {
+  if (Rok::TraceHelper line{handler}) {
     line.of(*this) << "priority: " << priority << " bandwidth: " << bandwidth;
   }
   if (isConfigured(priority, bandwidth)) {
@@ -273,22 +216,22 @@ void TxQueueSm::handleInitialized() {
 
 // ===== Factories
 
-Rok::Ptr<QueueKivToOcSm> queueKivToOcSmFactory(
-    const Rok::Ptr<Qos::Input::Config const>& qosCliConfig,
-    const Rok::Ptr<Config::QueuesDir>& queuesDir, const Rok::Ptr<Cli::Config const>& cliConfig) {
+Rok::Ptr<QueueKivToOcSm> queueKivToOcSmFactory(Rok::In<Qos::Input::Config> qosCliConfig,
+                                               Rok::Out<Config::QueuesDir> queuesDir,
+                                               Rok::In<Cli::Config> cliConfig) {
   return QueueKivToOcSm::QueueKivToOcSmIs(qosCliConfig, queuesDir, cliConfig);
 }
 
-Rok::Ptr<IntfSm> intfSmFactory(const Rok::Ptr<Config::QueuesDir>& queuesDir,
-                               const Rok::Ptr<Qos::IntfConfig const>& intfConfig,
-                               const Rok::Ptr<Cli::Config const>& cliConfig) {
+Rok::Ptr<IntfSm> intfSmFactory(Rok::Out<Config::QueuesDir> queuesDir,
+                               Rok::In<Qos::IntfConfig> intfConfig,
+                               Rok::In<Cli::Config> cliConfig) {
   return IntfSm::IntfSmIs(queuesDir, intfConfig, cliConfig);
 }
 
 Rok::Ptr<TxQueueSm> txQueueSmFactory(const Nerit::IntfId& intfId,
-                                     const Rok::Ptr<Config::QueuesDir>& queuesDir,
-                                     const Rok::Ptr<Qos::TxQueueConfig const>& txQueueConfig,
-                                     const Rok::Ptr<Cli::Config const>& cliConfig) {
+                                     Rok::Out<Config::QueuesDir> queuesDir,
+                                     Rok::In<Qos::TxQueueConfig> txQueueConfig,
+                                     Rok::In<Cli::Config> cliConfig) {
   return TxQueueSm::TxQueueSmIs(intfId, queuesDir, txQueueConfig, cliConfig);
 }
 

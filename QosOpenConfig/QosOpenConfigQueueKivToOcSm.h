@@ -14,7 +14,7 @@
 //   comment of Cli::Config at the queue's key    TxQueueSm::handleComment(key)
 #pragma once
 
-#include "QosOpenConfig/QosOpenConfigHelper.h"
+#include "QosOpenConfig/QosOpenConfigHelperComments.h"
 #include "Rok/Rok.h"
 #include "models/native/Cli.h"
 #include "models/native/QosInput.h"
@@ -30,22 +30,19 @@ class TxQueueSm final : public Rok::StateMachine<TxQueueSm> {
  public:
   static constexpr std::string_view rokTypeName = "TxQueueSm";
   static constexpr auto rokArguments() {
-    return std::tuple{Rok::Argument{"intfId", &TxQueueSm::intfId},
-                      Rok::Argument{"queuesDir", &TxQueueSm::queuesDir},
-                      Rok::Argument{"txQueueConfig", &TxQueueSm::txQueueConfig},
-                      Rok::Argument{"cliConfig", &TxQueueSm::cliConfig}};
+    return std::tuple{Rok::Argument{"intfId", &Self::intfId},
+                      Rok::Argument{"queuesDir", &Self::queuesDir},
+                      Rok::Argument{"txQueueConfig", &Self::txQueueConfig},
+                      Rok::Argument{"cliConfig", &Self::cliConfig}};
   }
-  static Rok::Ptr<TxQueueSm> TxQueueSmIs(const Nerit::IntfId& intfId,
-                                         const Rok::Ptr<Config::QueuesDir>& queuesDir,
-                                         const Rok::Ptr<Qos::TxQueueConfig const>& txQueueConfig,
-                                         const Rok::Ptr<Cli::Config const>& cliConfig);
+  static auto TxQueueSmIs(const auto&... arguments) { return create(arguments...); }
 
   const Nerit::IntfId& intfId() const { return intfId_; }
-  const Rok::Ptr<Config::QueuesDir>& queuesDir() const { return queuesDir_; }
+  Rok::Out<Config::QueuesDir> queuesDir() const { return queuesDir_; }
   Rok::Ptr<Qos::TxQueueConfig const> txQueueConfig() const { return txQueueConfig_.ptr(); }
   Rok::Ptr<Cli::Config const> cliConfig() const { return cliConfig_.ptr(); }
   // The default without a config.
-  Qos::TxQueue txQueue() const;
+  Qos::TxQueue txQueue() const { return txQueueConfig_.read(&Qos::TxQueueConfig::txQueue); }
   // The key of the queue in queuesDir: Ethernet7/1-unicast-3. It has nothing to do with the names
   // that the native configuration gives to queue ids.
   const Velmo::String& queueName() const { return queueName_; }
@@ -63,23 +60,19 @@ class TxQueueSm final : public Rok::StateMachine<TxQueueSm> {
   void handleInitialized();
 
  private:
-  friend Rok::StateMachine<TxQueueSm>;
+  friend Rok::StateMachine<Self>;
   using RokTxQueueConfig =
-      Rok::Watch<TxQueueSm, Qos::TxQueueConfig,
-                 Rok::On<Qos::TxQueueConfig::Attr::priority, &TxQueueSm::handleQueueConfig>,
-                 Rok::On<Qos::TxQueueConfig::Attr::bandwidth, &TxQueueSm::handleQueueConfig>,
-                 Rok::On<Qos::TxQueueConfig::Attr::ecnConfig, &TxQueueSm::handleTxQueueEcnConfig>>;
+      Rok::Watch<Self, Qos::TxQueueConfig,
+                 Rok::On<Qos::TxQueueConfig::Attr::priority, &Self::handleQueueConfig>,
+                 Rok::On<Qos::TxQueueConfig::Attr::bandwidth, &Self::handleQueueConfig>,
+                 Rok::On<Qos::TxQueueConfig::Attr::ecnConfig, &Self::handleTxQueueEcnConfig>>;
   using RokCliConfig =
-      Rok::KeyedWatch<TxQueueSm, Cli::Config,
-                      Rok::On<Cli::Config::Attr::comment, &TxQueueSm::handleComment>>;
+      Rok::KeyedWatch<Self, Cli::Config, Rok::On<Cli::Config::Attr::comment, &Self::handleComment>>;
 
-  TxQueueSm(const Nerit::IntfId& intfId, const Rok::Ptr<Config::QueuesDir>& queuesDir,
-            const Rok::Ptr<Qos::TxQueueConfig const>& txQueueConfig,
-            const Rok::Ptr<Cli::Config const>& cliConfig);
+  TxQueueSm(const Nerit::IntfId& intfId, Rok::Out<Config::QueuesDir> queuesDir,
+            Rok::In<Qos::TxQueueConfig> txQueueConfig, Rok::In<Cli::Config> cliConfig);
   auto parts() { return std::tie(txQueueConfig_, cliConfig_); }
   Velmo::String comment() const;
-  bool namesProfile(const Velmo::String& comment);
-  bool namesPolicy(const Velmo::String& comment);
 
   Nerit::IntfId intfId_;
   Rok::Ptr<Config::QueuesDir> queuesDir_;
@@ -96,31 +89,24 @@ class IntfSm final : public Rok::StateMachine<IntfSm> {
  public:
   static constexpr std::string_view rokTypeName = "IntfSm";
   static constexpr auto rokArguments() {
-    return std::tuple{Rok::Argument{"queuesDir", &IntfSm::queuesDir},
-                      Rok::Argument{"intfConfig", &IntfSm::intfConfig},
-                      Rok::Argument{"cliConfig", &IntfSm::cliConfig}};
+    return std::tuple{Rok::Argument{"queuesDir", &Self::queuesDir},
+                      Rok::Argument{"intfConfig", &Self::intfConfig},
+                      Rok::Argument{"cliConfig", &Self::cliConfig}};
   }
   using TxQueueSmKeyFunktor =
       Rok::KeyFunktor<&TxQueueSm::txQueueConfig, &Qos::TxQueueConfig::txQueue>;
   using TxQueueSms = Rok::Children<TxQueueSm, 0x2de92c6fu, TxQueueSmKeyFunktor>;
 
-  static Rok::Ptr<IntfSm> IntfSmIs(const Rok::Ptr<Config::QueuesDir>& queuesDir,
-                                   const Rok::Ptr<Qos::IntfConfig const>& intfConfig,
-                                   const Rok::Ptr<Cli::Config const>& cliConfig);
+  static auto IntfSmIs(const auto&... arguments) { return create(arguments...); }
 
-  const Rok::Ptr<Config::QueuesDir>& queuesDir() const { return queuesDir_; }
+  Rok::Out<Config::QueuesDir> queuesDir() const { return queuesDir_; }
   Rok::Ptr<Qos::IntfConfig const> intfConfig() const { return intfConfig_.ptr(); }
-  const Rok::Ptr<Cli::Config const>& cliConfig() const { return cliConfig_; }
+  Rok::In<Cli::Config> cliConfig() const { return cliConfig_; }
   // The interface of no name without a config.
-  Nerit::IntfId intfId() const;
+  Nerit::IntfId intfId() const { return intfConfig_.read(&Qos::IntfConfig::intfId); }
 
   const TxQueueSms& txQueueSm() const { return txQueueSm_; }
-  Rok::Ptr<TxQueueSm> txQueueSmIs(const Nerit::IntfId& intfId,
-                                  const Rok::Ptr<Config::QueuesDir>& queuesDir,
-                                  const Rok::Ptr<Qos::TxQueueConfig const>& txQueueConfig,
-                                  const Rok::Ptr<Cli::Config const>& cliConfig) {
-    return txQueueSm_.is(intfId, queuesDir, txQueueConfig, cliConfig);
-  }
+  auto txQueueSmIs(const auto&... arguments) { return txQueueSm_.is(arguments...); }
   void txQueueSmDel(const Qos::TxQueue& txQueue) { txQueueSm_.del(txQueue); }
   void txQueueSmDelAll() { txQueueSm_.delAll(); }
 
@@ -131,14 +117,13 @@ class IntfSm final : public Rok::StateMachine<IntfSm> {
   void handleInitialized();
 
  private:
-  friend Rok::StateMachine<IntfSm>;
+  friend Rok::StateMachine<Self>;
   using RokIntfConfig =
-      Rok::Watch<IntfSm, Qos::IntfConfig,
-                 Rok::On<Qos::IntfConfig::Attr::txQueueConfig, &IntfSm::handleTxQueueConfig>>;
+      Rok::Watch<Self, Qos::IntfConfig,
+                 Rok::On<Qos::IntfConfig::Attr::txQueueConfig, &Self::handleTxQueueConfig>>;
 
-  IntfSm(const Rok::Ptr<Config::QueuesDir>& queuesDir,
-         const Rok::Ptr<Qos::IntfConfig const>& intfConfig,
-         const Rok::Ptr<Cli::Config const>& cliConfig);
+  IntfSm(Rok::Out<Config::QueuesDir> queuesDir, Rok::In<Qos::IntfConfig> intfConfig,
+         Rok::In<Cli::Config> cliConfig);
   auto parts() { return std::tie(intfConfig_, txQueueSm_); }
 
   Rok::Ptr<Config::QueuesDir> queuesDir_;
@@ -154,27 +139,21 @@ class QueueKivToOcSm final : public Rok::StateMachine<QueueKivToOcSm> {
  public:
   static constexpr std::string_view rokTypeName = "QueueKivToOcSm";
   static constexpr auto rokArguments() {
-    return std::tuple{Rok::Argument{"qosCliConfig", &QueueKivToOcSm::qosCliConfig},
-                      Rok::Argument{"queuesDir", &QueueKivToOcSm::queuesDir},
-                      Rok::Argument{"cliConfig", &QueueKivToOcSm::cliConfig}};
+    return std::tuple{Rok::Argument{"qosCliConfig", &Self::qosCliConfig},
+                      Rok::Argument{"queuesDir", &Self::queuesDir},
+                      Rok::Argument{"cliConfig", &Self::cliConfig}};
   }
   using IntfSmKeyFunktor = Rok::KeyFunktor<&IntfSm::intfConfig, &Qos::IntfConfig::intfId>;
   using IntfSms = Rok::Children<IntfSm, 0x4a7484aau, IntfSmKeyFunktor>;
 
-  static Rok::Ptr<QueueKivToOcSm> QueueKivToOcSmIs(
-      const Rok::Ptr<Qos::Input::Config const>& qosCliConfig,
-      const Rok::Ptr<Config::QueuesDir>& queuesDir, const Rok::Ptr<Cli::Config const>& cliConfig);
+  static auto QueueKivToOcSmIs(const auto&... arguments) { return create(arguments...); }
 
   Rok::Ptr<Qos::Input::Config const> qosCliConfig() const { return qosCliConfig_.ptr(); }
-  const Rok::Ptr<Config::QueuesDir>& queuesDir() const { return queuesDir_; }
-  const Rok::Ptr<Cli::Config const>& cliConfig() const { return cliConfig_; }
+  Rok::Out<Config::QueuesDir> queuesDir() const { return queuesDir_; }
+  Rok::In<Cli::Config> cliConfig() const { return cliConfig_; }
 
   const IntfSms& intfSm() const { return intfSm_; }
-  Rok::Ptr<IntfSm> intfSmIs(const Rok::Ptr<Config::QueuesDir>& queuesDir,
-                            const Rok::Ptr<Qos::IntfConfig const>& intfConfig,
-                            const Rok::Ptr<Cli::Config const>& cliConfig) {
-    return intfSm_.is(queuesDir, intfConfig, cliConfig);
-  }
+  auto intfSmIs(const auto&... arguments) { return intfSm_.is(arguments...); }
   void intfSmDel(const Nerit::IntfId& intfId) { intfSm_.del(intfId); }
   void intfSmDelAll() { intfSm_.delAll(); }
 
@@ -183,14 +162,13 @@ class QueueKivToOcSm final : public Rok::StateMachine<QueueKivToOcSm> {
   void handleInitialized();
 
  private:
-  friend Rok::StateMachine<QueueKivToOcSm>;
+  friend Rok::StateMachine<Self>;
   using RokQosCliConfig =
-      Rok::Watch<QueueKivToOcSm, Qos::Input::Config,
-                 Rok::On<Qos::Input::Config::Attr::intfConfig, &QueueKivToOcSm::handleIntfConfig>>;
+      Rok::Watch<Self, Qos::Input::Config,
+                 Rok::On<Qos::Input::Config::Attr::intfConfig, &Self::handleIntfConfig>>;
 
-  QueueKivToOcSm(const Rok::Ptr<Qos::Input::Config const>& qosCliConfig,
-                 const Rok::Ptr<Config::QueuesDir>& queuesDir,
-                 const Rok::Ptr<Cli::Config const>& cliConfig);
+  QueueKivToOcSm(Rok::In<Qos::Input::Config> qosCliConfig, Rok::Out<Config::QueuesDir> queuesDir,
+                 Rok::In<Cli::Config> cliConfig);
   auto parts() { return std::tie(qosCliConfig_, intfSm_); }
 
   RokQosCliConfig qosCliConfig_;
@@ -199,24 +177,14 @@ class QueueKivToOcSm final : public Rok::StateMachine<QueueKivToOcSm> {
   IntfSms intfSm_;
 };
 
-// ===== Factories. Each returns when its whole tree is built and the output is in line.
-//
-// The argument named after "Deaf without" may be null: the machine then does nothing, for good.
-// What is required must be there.
+// ===== Factories
 
 // Deaf without qosCliConfig. Requires: queuesDir, cliConfig.
 // Throws: RangeException for settings that a queue can't hold; what was written before stays.
-QOS_EXPORT Rok::Ptr<QueueKivToOcSm> queueKivToOcSmFactory(
-    const Rok::Ptr<Qos::Input::Config const>& qosCliConfig,
-    const Rok::Ptr<Config::QueuesDir>& queuesDir, const Rok::Ptr<Cli::Config const>& cliConfig);
+QOS_EXPORT Rok::Factory<QueueKivToOcSm> queueKivToOcSmFactory;
 // Deaf without intfConfig. Requires: queuesDir, cliConfig. Throws: as the above.
-QOS_EXPORT Rok::Ptr<IntfSm> intfSmFactory(const Rok::Ptr<Config::QueuesDir>& queuesDir,
-                                          const Rok::Ptr<Qos::IntfConfig const>& intfConfig,
-                                          const Rok::Ptr<Cli::Config const>& cliConfig);
+QOS_EXPORT Rok::Factory<IntfSm> intfSmFactory;
 // Deaf without txQueueConfig. Requires: queuesDir, cliConfig. Throws: as the above.
-QOS_EXPORT Rok::Ptr<TxQueueSm> txQueueSmFactory(
-    const Nerit::IntfId& intfId, const Rok::Ptr<Config::QueuesDir>& queuesDir,
-    const Rok::Ptr<Qos::TxQueueConfig const>& txQueueConfig,
-    const Rok::Ptr<Cli::Config const>& cliConfig);
+QOS_EXPORT Rok::Factory<TxQueueSm> txQueueSmFactory;
 
 }  // namespace QosOc

@@ -56,8 +56,6 @@ class QueueManagementProfileQosProfileSm;
 // queue that goes leaves what it wrote.
 class QueueManagementProfileQosProfileTxQueueSm final
     : public Rok::StateMachine<QueueManagementProfileQosProfileTxQueueSm> {
-  using Self = QueueManagementProfileQosProfileTxQueueSm;
-
  public:
   static constexpr std::string_view rokTypeName = "QueueManagementProfileQosProfileTxQueueSm";
   static constexpr auto rokArguments() {
@@ -67,22 +65,20 @@ class QueueManagementProfileQosProfileTxQueueSm final
         Rok::Argument{"queueManagementProfilesDir", &Self::queueManagementProfilesDir},
         Rok::Argument{"txQueueConfig", &Self::txQueueConfig}};
   }
-  static Rok::Ptr<QueueManagementProfileQosProfileTxQueueSm>
-  QueueManagementProfileQosProfileTxQueueSmIs(
-      QueueManagementProfileQosProfileSm* profileSm, const Velmo::String& profileName,
-      const Rok::Ptr<Config::QueueManagementProfilesDir>& queueManagementProfilesDir,
-      const Rok::Ptr<Qos::TxQueueConfig const>& txQueueConfig);
+  static auto QueueManagementProfileQosProfileTxQueueSmIs(const auto&... arguments) {
+    return create(arguments...);
+  }
 
   QueueManagementProfileQosProfileSm* profileSm() const { return profileSm_; }
   const Velmo::String& profileName() const { return profileName_; }
   // What decodeQMPProfileName makes of it.
   const Velmo::String& decodedName() const { return decodedName_; }
-  const Rok::Ptr<Config::QueueManagementProfilesDir>& queueManagementProfilesDir() const {
+  Rok::Out<Config::QueueManagementProfilesDir> queueManagementProfilesDir() const {
     return queueManagementProfilesDir_;
   }
   Rok::Ptr<Qos::TxQueueConfig const> txQueueConfig() const { return txQueueConfig_.ptr(); }
   // No tx queue without a config.
-  Qos::TxQueue txQueue() const;
+  Qos::TxQueue txQueue() const { return txQueueConfig_.read(&Qos::TxQueueConfig::txQueue); }
 
   // Rewrites the profile's record. Throws: RangeException for a percentage above 100; the record
   // stays as it was.
@@ -90,7 +86,7 @@ class QueueManagementProfileQosProfileTxQueueSm final
   void handleInitialized();
 
  private:
-  friend Rok::StateMachine<QueueManagementProfileQosProfileTxQueueSm>;
+  friend Rok::StateMachine<Self>;
   using RokTxQueueConfig =
       Rok::Watch<Self, Qos::TxQueueConfig,
                  Rok::On<Qos::TxQueueConfig::Attr::ecnConfig, &Self::handleEcnWredConfig>,
@@ -98,8 +94,8 @@ class QueueManagementProfileQosProfileTxQueueSm final
 
   QueueManagementProfileQosProfileTxQueueSm(
       QueueManagementProfileQosProfileSm* profileSm, const Velmo::String& profileName,
-      const Rok::Ptr<Config::QueueManagementProfilesDir>& queueManagementProfilesDir,
-      const Rok::Ptr<Qos::TxQueueConfig const>& txQueueConfig);
+      Rok::Out<Config::QueueManagementProfilesDir> queueManagementProfilesDir,
+      Rok::In<Qos::TxQueueConfig> txQueueConfig);
   auto parts() { return std::tie(txQueueConfig_); }
 
   QueueManagementProfileQosProfileSm* profileSm_;
@@ -112,7 +108,6 @@ class QueueManagementProfileQosProfileTxQueueSm final
 // One QoS profile, with or without a body.
 class QueueManagementProfileQosProfileSm final
     : public Rok::StateMachine<QueueManagementProfileQosProfileSm> {
-  using Self = QueueManagementProfileQosProfileSm;
   using TxQueueSm = QueueManagementProfileQosProfileTxQueueSm;
 
  public:
@@ -127,39 +122,31 @@ class QueueManagementProfileQosProfileSm final
       Rok::KeyFunktor<&TxQueueSm::txQueueConfig, &Qos::TxQueueConfig::txQueue>;
   using TxQueueSms = Rok::Children<TxQueueSm, 0xd76aa478u, TxQueueSmKeyFunktor>;
 
-  static Rok::Ptr<QueueManagementProfileQosProfileSm> QueueManagementProfileQosProfileSmIs(
-      QueueManagementProfileKivToOcSm* queueManagementProfileKivToOcSm,
-      const Rok::Ptr<Config::QueueManagementProfilesDir>& queueManagementProfilesDir,
-      const Rok::Ptr<Qos::QosProfileConfig const>& qosProfileConfig);
+  static auto QueueManagementProfileQosProfileSmIs(const auto&... arguments) {
+    return create(arguments...);
+  }
 
   QueueManagementProfileKivToOcSm* queueManagementProfileKivToOcSm() const {
     return queueManagementProfileKivToOcSm_;
   }
-  const Rok::Ptr<Config::QueueManagementProfilesDir>& queueManagementProfilesDir() const {
+  Rok::Out<Config::QueueManagementProfilesDir> queueManagementProfilesDir() const {
     return queueManagementProfilesDir_;
   }
   Rok::Ptr<Qos::QosProfileConfig const> qosProfileConfig() const { return qosProfileConfig_.ptr(); }
   // The native name; empty without a config.
-  Velmo::String profileName() const;
+  Velmo::String profileName() const { return qosProfileConfig_.read(&Qos::QosProfileConfig::name); }
 
   const TxQueueSms& txQueueSm() const { return txQueueSm_; }
-  Rok::Ptr<TxQueueSm> txQueueSmIs(
-      QueueManagementProfileQosProfileSm* profileSm, const Velmo::String& profileName,
-      const Rok::Ptr<Config::QueueManagementProfilesDir>& queueManagementProfilesDir,
-      const Rok::Ptr<Qos::TxQueueConfig const>& txQueueConfig) {
-    return txQueueSm_.is(profileSm, profileName, queueManagementProfilesDir, txQueueConfig);
-  }
+  auto txQueueSmIs(const auto&... arguments) { return txQueueSm_.is(arguments...); }
   void txQueueSmDel(const Qos::TxQueue& txQueue) { txQueueSm_.del(txQueue); }
   void txQueueSmDelAll() { txQueueSm_.delAll(); }
 
   // The chained input: the body that qosProfileConfig() holds. Calls no handler.
-  Rok::Ptr<Qos::QosProfile const> rok_QosProfileConfig_QosProfileIn() const {
-    return rok_QosProfileConfig_QosProfileIn_.ptr();
+  auto rok_QosProfileConfig_QosProfileIn() const { return qosProfileIn_.ptr(); }
+  void rok_QosProfileConfig_QosProfileInIs(Rok::In<Qos::QosProfile> qosProfile) {
+    qosProfileIn_.inputIs(qosProfile);
   }
-  void rok_QosProfileConfig_QosProfileInIs(const Rok::Ptr<Qos::QosProfile const>& qosProfile) {
-    rok_QosProfileConfig_QosProfileIn_.inputIs(qosProfile);
-  }
-  void rok_QosProfileConfig_QosProfileInDel() { rok_QosProfileConfig_QosProfileIn_.inputDel(); }
+  void rok_QosProfileConfig_QosProfileInDel() { qosProfileIn_.inputDel(); }
 
   // The profile has a body, or another one. A body that goes leaves everything as it is.
   void handleProfileConfig();
@@ -171,30 +158,28 @@ class QueueManagementProfileQosProfileSm final
   void handleInitialized();
 
  private:
-  friend Rok::StateMachine<QueueManagementProfileQosProfileSm>;
-  void followQosProfile();
+  friend Rok::StateMachine<Self>;
+  void followQosProfile() { qosProfileIn_.follow(*this); }
   using RokQosProfileConfig = Rok::Watch<
       Self, Qos::QosProfileConfig,
       Rok::On<Qos::QosProfileConfig::Attr::qosProfile, &Self::handleProfileConfig>,
       Rok::OnEvenZombie<Qos::QosProfileConfig::Attr::qosProfile, &Self::followQosProfile>>;
-  using RokRok_QosProfileConfig_QosProfileIn =
-      Rok::Watch<Self, Qos::QosProfile,
-                 Rok::On<Qos::QosProfile::Attr::txQueueConfig, &Self::handleTxQueueConfig>>;
 
   QueueManagementProfileQosProfileSm(
       QueueManagementProfileKivToOcSm* queueManagementProfileKivToOcSm,
-      const Rok::Ptr<Config::QueueManagementProfilesDir>& queueManagementProfilesDir,
-      const Rok::Ptr<Qos::QosProfileConfig const>& qosProfileConfig);
-  auto parts() {
-    return std::tie(qosProfileConfig_, txQueueSm_, rok_QosProfileConfig_QosProfileIn_);
-  }
+      Rok::Out<Config::QueueManagementProfilesDir> queueManagementProfilesDir,
+      Rok::In<Qos::QosProfileConfig> qosProfileConfig);
+  auto parts() { return std::tie(qosProfileConfig_, txQueueSm_, qosProfileIn_); }
   void mirrorTxQueues();
 
   QueueManagementProfileKivToOcSm* queueManagementProfileKivToOcSm_;
   Rok::Ptr<Config::QueueManagementProfilesDir> queueManagementProfilesDir_;
   RokQosProfileConfig qosProfileConfig_;
   TxQueueSms txQueueSm_;
-  RokRok_QosProfileConfig_QosProfileIn rok_QosProfileConfig_QosProfileIn_;
+  using RokQosProfileIn =
+      Rok::ChainedWatch<Self, &Self::qosProfileConfig_, &Qos::QosProfileConfig::qosProfile,
+                        Rok::On<Qos::QosProfile::Attr::txQueueConfig, &Self::handleTxQueueConfig>>;
+  RokQosProfileIn qosProfileIn_;
 };
 
 // ===== Interfaces
@@ -203,8 +188,6 @@ class QueueManagementProfileQosProfileSm final
 // Once written, an attachment is blanked only when its tx queue goes.
 class QueueManagementProfileTxQueueSm final
     : public Rok::StateMachine<QueueManagementProfileTxQueueSm> {
-  using Self = QueueManagementProfileTxQueueSm;
-
  public:
   static constexpr std::string_view rokTypeName = "QueueManagementProfileTxQueueSm";
   static constexpr auto rokArguments() {
@@ -216,22 +199,21 @@ class QueueManagementProfileTxQueueSm final
   // How the root finds the tx queues that an event is about.
   using TxQueues = Helper::TxQueues<Self, 0xc1bdceeeu, 0xf57c0fafu>;
 
-  static Rok::Ptr<QueueManagementProfileTxQueueSm> QueueManagementProfileTxQueueSmIs(
-      QueueManagementProfileIntfSm* intfSm, const Nerit::IntfId& intfId,
-      const Rok::Ptr<Config::InterfacesDir>& interfacesDir,
-      const Rok::Ptr<Qos::TxQueueConfig const>& txQueueConfig);
+  static auto QueueManagementProfileTxQueueSmIs(const auto&... arguments) {
+    return create(arguments...);
+  }
 
   QueueManagementProfileIntfSm* intfSm() const { return intfSm_; }
   const Nerit::IntfId& intfId() const { return intfId_; }
-  const Rok::Ptr<Config::InterfacesDir>& interfacesDir() const { return interfacesDir_; }
+  Rok::Out<Config::InterfacesDir> interfacesDir() const { return interfacesDir_; }
   Rok::Ptr<Qos::TxQueueConfig const> txQueueConfig() const { return txQueueConfig_.ptr(); }
   // No tx queue without a config.
-  Qos::TxQueue txQueue() const;
-  const Velmo::String& commentKey() const { return entry_.commentKey(); }
+  Qos::TxQueue txQueue() const { return txQueueConfig_.read(&Qos::TxQueueConfig::txQueue); }
+  // The key of the comment of this tx queue.
+  const Velmo::String& commentKey() const { return entry_.memo().commentKey(); }
   TxQueues::Entry& entry() { return entry_; }
   // The comment's text; empty without a comment.
   Velmo::String comment() const;
-  Helper::Attachment& attachment() { return attachment_; }
 
   // Looks at the comment again.
   void handleEcnWredConfig();
@@ -240,15 +222,15 @@ class QueueManagementProfileTxQueueSm final
   void handleInitialized();
 
  private:
-  friend Rok::StateMachine<QueueManagementProfileTxQueueSm>;
+  friend Rok::StateMachine<Self>;
   using RokTxQueueConfig =
       Rok::Watch<Self, Qos::TxQueueConfig,
                  Rok::On<Qos::TxQueueConfig::Attr::ecnConfig, &Self::handleEcnWredConfig>,
                  Rok::On<Qos::TxQueueConfig::Attr::wredConfig, &Self::handleEcnWredConfig>>;
 
   QueueManagementProfileTxQueueSm(QueueManagementProfileIntfSm* intfSm, const Nerit::IntfId& intfId,
-                                  const Rok::Ptr<Config::InterfacesDir>& interfacesDir,
-                                  const Rok::Ptr<Qos::TxQueueConfig const>& txQueueConfig);
+                                  Rok::Out<Config::InterfacesDir> interfacesDir,
+                                  Rok::In<Qos::TxQueueConfig> txQueueConfig);
   auto parts() { return std::tie(txQueueConfig_); }
   QueueManagementProfileKivToOcSm& root() const;
 
@@ -257,12 +239,10 @@ class QueueManagementProfileTxQueueSm final
   Rok::Ptr<Config::InterfacesDir> interfacesDir_;
   RokTxQueueConfig txQueueConfig_;
   TxQueues::Entry entry_;
-  Helper::Attachment attachment_;
 };
 
 // One interface: mirrors its tx queues.
 class QueueManagementProfileIntfSm final : public Rok::StateMachine<QueueManagementProfileIntfSm> {
-  using Self = QueueManagementProfileIntfSm;
   using TxQueueSm = QueueManagementProfileTxQueueSm;
 
  public:
@@ -277,25 +257,20 @@ class QueueManagementProfileIntfSm final : public Rok::StateMachine<QueueManagem
       Rok::KeyFunktor<&TxQueueSm::txQueueConfig, &Qos::TxQueueConfig::txQueue>;
   using TxQueueSms = Rok::Children<TxQueueSm, 0x4787c62au, TxQueueSmKeyFunktor>;
 
-  static Rok::Ptr<QueueManagementProfileIntfSm> QueueManagementProfileIntfSmIs(
-      QueueManagementProfileKivToOcSm* queueManagementProfileKivToOcSm,
-      const Rok::Ptr<Config::InterfacesDir>& interfacesDir,
-      const Rok::Ptr<Qos::IntfConfig const>& intfConfig);
+  static auto QueueManagementProfileIntfSmIs(const auto&... arguments) {
+    return create(arguments...);
+  }
 
   QueueManagementProfileKivToOcSm* queueManagementProfileKivToOcSm() const {
     return queueManagementProfileKivToOcSm_;
   }
-  const Rok::Ptr<Config::InterfacesDir>& interfacesDir() const { return interfacesDir_; }
+  Rok::Out<Config::InterfacesDir> interfacesDir() const { return interfacesDir_; }
   Rok::Ptr<Qos::IntfConfig const> intfConfig() const { return intfConfig_.ptr(); }
   // The interface of no name without a config.
-  Nerit::IntfId intfId() const;
+  Nerit::IntfId intfId() const { return intfConfig_.read(&Qos::IntfConfig::intfId); }
 
   const TxQueueSms& txQueueSm() const { return txQueueSm_; }
-  Rok::Ptr<TxQueueSm> txQueueSmIs(QueueManagementProfileIntfSm* intfSm, const Nerit::IntfId& intfId,
-                                  const Rok::Ptr<Config::InterfacesDir>& interfacesDir,
-                                  const Rok::Ptr<Qos::TxQueueConfig const>& txQueueConfig) {
-    return txQueueSm_.is(intfSm, intfId, interfacesDir, txQueueConfig);
-  }
+  auto txQueueSmIs(const auto&... arguments) { return txQueueSm_.is(arguments...); }
   void txQueueSmDel(const Qos::TxQueue& txQueue) { txQueueSm_.del(txQueue); }
   void txQueueSmDelAll() { txQueueSm_.delAll(); }
 
@@ -306,14 +281,14 @@ class QueueManagementProfileIntfSm final : public Rok::StateMachine<QueueManagem
   void handleInitialized();
 
  private:
-  friend Rok::StateMachine<QueueManagementProfileIntfSm>;
+  friend Rok::StateMachine<Self>;
   using RokIntfConfig =
       Rok::Watch<Self, Qos::IntfConfig,
                  Rok::On<Qos::IntfConfig::Attr::txQueueConfig, &Self::handleTxQueueConfig>>;
 
   QueueManagementProfileIntfSm(QueueManagementProfileKivToOcSm* queueManagementProfileKivToOcSm,
-                               const Rok::Ptr<Config::InterfacesDir>& interfacesDir,
-                               const Rok::Ptr<Qos::IntfConfig const>& intfConfig);
+                               Rok::Out<Config::InterfacesDir> interfacesDir,
+                               Rok::In<Qos::IntfConfig> intfConfig);
   auto parts() { return std::tie(intfConfig_, txQueueSm_); }
 
   QueueManagementProfileKivToOcSm* queueManagementProfileKivToOcSm_;
@@ -328,7 +303,6 @@ class QueueManagementProfileIntfSm final : public Rok::StateMachine<QueueManagem
 // that no QoS profile stands for. Attachments are not swept.
 class QueueManagementProfileKivToOcSm final
     : public Rok::StateMachine<QueueManagementProfileKivToOcSm> {
-  using Self = QueueManagementProfileKivToOcSm;
   using IntfSm = QueueManagementProfileIntfSm;
   using QosProfileSm = QueueManagementProfileQosProfileSm;
   using NameToTxQueueIdMap = Qos::QueueNameToTxQueueIdMap;
@@ -350,21 +324,19 @@ class QueueManagementProfileKivToOcSm final
   using QosProfileSms = Rok::Children<QosProfileSm, 0x242070dbu, QosProfileSmKeyFunktor>;
   using TxQueues = QueueManagementProfileTxQueueSm::TxQueues;
 
-  static Rok::Ptr<QueueManagementProfileKivToOcSm> QueueManagementProfileKivToOcSmIs(
-      const Rok::Ptr<Qos::Input::Config const>& cliConfig, const Rok::Ptr<Cli::Config const>& cli,
-      const Rok::Ptr<Qos::QosProfileConfigDir const>& qosProfileConfigDir,
-      const Rok::Ptr<Config::QueueManagementProfilesDir>& queueManagementProfilesDir,
-      const Rok::Ptr<Config::InterfacesDir>& interfacesDir);
+  static auto QueueManagementProfileKivToOcSmIs(const auto&... arguments) {
+    return create(arguments...);
+  }
 
   Rok::Ptr<Qos::Input::Config const> cliConfig() const { return cliConfig_.ptr(); }
   Rok::Ptr<Cli::Config const> cli() const { return cli_.ptr(); }
   Rok::Ptr<Qos::QosProfileConfigDir const> qosProfileConfigDir() const {
     return qosProfileConfigDir_.ptr();
   }
-  const Rok::Ptr<Config::QueueManagementProfilesDir>& queueManagementProfilesDir() const {
+  Rok::Out<Config::QueueManagementProfilesDir> queueManagementProfilesDir() const {
     return queueManagementProfilesDir_;
   }
-  const Rok::Ptr<Config::InterfacesDir>& interfacesDir() const { return interfacesDir_; }
+  Rok::Out<Config::InterfacesDir> interfacesDir() const { return interfacesDir_; }
 
   // The map of queue names turned round, as far as it has been told. A missing id reads as the
   // empty name. Several ids may hold one name.
@@ -377,41 +349,25 @@ class QueueManagementProfileKivToOcSm final
   void txQueueIdToQueueNameMapDelAll() { queueNames_.delAll(); }
 
   const IntfSms& intfSm() const { return intfSm_; }
-  Rok::Ptr<IntfSm> intfSmIs(QueueManagementProfileKivToOcSm* queueManagementProfileKivToOcSm,
-                            const Rok::Ptr<Config::InterfacesDir>& interfacesDir,
-                            const Rok::Ptr<Qos::IntfConfig const>& intfConfig) {
-    return intfSm_.is(queueManagementProfileKivToOcSm, interfacesDir, intfConfig);
-  }
+  auto intfSmIs(const auto&... arguments) { return intfSm_.is(arguments...); }
   void intfSmDel(const Nerit::IntfId& intfId) { intfSm_.del(intfId); }
   void intfSmDelAll() { intfSm_.delAll(); }
 
   const QosProfileSms& qosProfileSm() const { return qosProfileSm_; }
-  Rok::Ptr<QosProfileSm> qosProfileSmIs(
-      QueueManagementProfileKivToOcSm* queueManagementProfileKivToOcSm,
-      const Rok::Ptr<Config::QueueManagementProfilesDir>& queueManagementProfilesDir,
-      const Rok::Ptr<Qos::QosProfileConfig const>& qosProfileConfig) {
-    return qosProfileSm_.is(queueManagementProfileKivToOcSm, queueManagementProfilesDir,
-                            qosProfileConfig);
-  }
+  auto qosProfileSmIs(const auto&... arguments) { return qosProfileSm_.is(arguments...); }
   void qosProfileSmDel(const Velmo::String& name) { qosProfileSm_.del(name); }
   void qosProfileSmDelAll() { qosProfileSm_.delAll(); }
 
   // The chained input: the map of queue names that cliConfig() holds. Calls no handler, so another
   // map takes effect only where it changes.
-  Rok::Ptr<NameToTxQueueIdMap const> rok_CliConfig_QueueNameToTxQueueIdMapIn() const {
-    return rok_CliConfig_QueueNameToTxQueueIdMapIn_.ptr();
+  auto rok_CliConfig_QueueNameToTxQueueIdMapIn() const { return nameToTxQueueIdMapIn_.ptr(); }
+  void rok_CliConfig_QueueNameToTxQueueIdMapInIs(Rok::In<NameToTxQueueIdMap> map) {
+    nameToTxQueueIdMapIn_.inputIs(map);
   }
-  void rok_CliConfig_QueueNameToTxQueueIdMapInIs(const Rok::Ptr<NameToTxQueueIdMap const>& map) {
-    rok_CliConfig_QueueNameToTxQueueIdMapIn_.inputIs(map);
-  }
-  void rok_CliConfig_QueueNameToTxQueueIdMapInDel() {
-    rok_CliConfig_QueueNameToTxQueueIdMapIn_.inputDel();
-  }
+  void rok_CliConfig_QueueNameToTxQueueIdMapInDel() { nameToTxQueueIdMapIn_.inputDel(); }
 
   // The tx queues of all interfaces, where they enter themselves.
-  const TxQueues& txQueues() const { return txQueues_; }
-  // The comment that was told of last.
-  Helper::CommentMemo& commentMemo() { return commentMemo_; }
+  TxQueues& txQueues() { return txQueues_; }
 
   // An interface came or went.
   void handleIntfConfig(const Nerit::IntfId& intfId);
@@ -420,24 +376,30 @@ class QueueManagementProfileKivToOcSm final
   // A queue name got an id, or lost it. The one writes the attachments of that id's tx queues, the
   // other only forgets the name: the attachments stay.
   void handleQueueNameToTxQueue(const Velmo::String& name);
-  void rok_handleCliConfig_queueNameToTxQueueIdMap_queueNameToTxQueueId(const Qos::QueueName& key);
+  void rok_handleCliConfig_queueNameToTxQueueIdMap_queueNameToTxQueueId(const Qos::QueueName& key) {
+    handleQueueNameToTxQueue(key.name);
+  }
   // Writes the attachment that the text of a tx queue's comment names, if it names one and the tx
   // queue's id has a name. Whether there is such a profile doesn't matter.
   void updateIntfQueueManagementProfile(const Nerit::IntfId& intfId, const Qos::TxQueue& txQueue,
                                         const Velmo::String& comment);
+  // The same, with what is kept of the tx queue.
+  void updateIntfQueueManagementProfile(const Nerit::IntfId& intfId, const Qos::TxQueue& txQueue,
+                                        const Velmo::String& comment, Helper::TxQueueMemo& memo);
   // Writes the record of a profile, known by its native name, from the settings of a tx queue of
   // it. Without that tx queue nothing is written.
   // Throws: RangeException for a percentage above 100; the record stays as it was.
   void updateQueueManagementProfile(const Velmo::String& profile, const Qos::TxQueue& txQueue);
+  // The same, with what decodeQMPProfileName makes of the name.
+  void updateQueueManagementProfile(const Velmo::String& profile, const Velmo::String& decoded,
+                                    const Qos::TxQueue& txQueue);
   // A QoS profile came or went. Throws: as QueueManagementProfileQosProfileSm.
   void handleProfileConfig(const Velmo::String& name);
   void handleInitialized();
 
  private:
-  friend Rok::StateMachine<QueueManagementProfileKivToOcSm>;
-  friend QueueManagementProfileQosProfileTxQueueSm;
-  friend QueueManagementProfileTxQueueSm;
-  void followQueueNameToTxQueueIdMap();
+  friend Rok::StateMachine<Self>;
+  void followQueueNameToTxQueueIdMap() { nameToTxQueueIdMapIn_.follow(*this); }
   using RokCliConfig =
       Rok::Watch<Self, Qos::Input::Config,
                  Rok::On<Qos::Input::Config::Attr::intfConfig, &Self::handleIntfConfig>,
@@ -448,31 +410,21 @@ class QueueManagementProfileKivToOcSm final
   using RokQosProfileConfigDir =
       Rok::Watch<Self, Qos::QosProfileConfigDir,
                  Rok::On<Qos::QosProfileConfigDir::Attr::config, &Self::handleProfileConfig>>;
-  using RokRok_CliConfig_QueueNameToTxQueueIdMapIn =
-      Rok::Watch<Self, NameToTxQueueIdMap,
-                 Rok::On<NameToTxQueueIdMap::Attr::queueNameToTxQueueId,
-                         &Self::rok_handleCliConfig_queueNameToTxQueueIdMap_queueNameToTxQueueId>>;
 
   QueueManagementProfileKivToOcSm(
-      const Rok::Ptr<Qos::Input::Config const>& cliConfig, const Rok::Ptr<Cli::Config const>& cli,
-      const Rok::Ptr<Qos::QosProfileConfigDir const>& qosProfileConfigDir,
-      const Rok::Ptr<Config::QueueManagementProfilesDir>& queueManagementProfilesDir,
-      const Rok::Ptr<Config::InterfacesDir>& interfacesDir);
+      Rok::In<Qos::Input::Config> cliConfig, Rok::In<Cli::Config> cli,
+      Rok::In<Qos::QosProfileConfigDir> qosProfileConfigDir,
+      Rok::Out<Config::QueueManagementProfilesDir> queueManagementProfilesDir,
+      Rok::Out<Config::InterfacesDir> interfacesDir);
   auto parts() {
     return std::tie(cliConfig_, cli_, qosProfileConfigDir_, intfSm_, qosProfileSm_,
-                    rok_CliConfig_QueueNameToTxQueueIdMapIn_);
+                    nameToTxQueueIdMapIn_);
   }
   void readQueueNames();
   void mirrorInterfaces();
   void mirrorProfiles();
   void sweepStaleProfiles();
   void forgetQueueName(const Velmo::String& name);
-  void update(QueueManagementProfileTxQueueSm& queue, const Velmo::String& comment);
-  void updateAttachment(const Nerit::IntfId& intfId, const Qos::TxQueue& txQueue,
-                        const Velmo::String& comment, Helper::Attachment& attachment);
-  void update(const QueueManagementProfileQosProfileTxQueueSm& queue);
-  void updateRecord(const Velmo::String& profile, const Velmo::String& decoded,
-                    const Qos::TxQueue& txQueue);
 
   RokCliConfig cliConfig_;
   RokCli cli_;
@@ -482,49 +434,34 @@ class QueueManagementProfileKivToOcSm final
   QueueNames queueNames_;
   // So that a comment and a queue name find their tx queues without a walk over all of the device.
   TxQueues txQueues_;
-  Helper::CommentMemo commentMemo_;
   IntfSms intfSm_;
   QosProfileSms qosProfileSm_;
-  RokRok_CliConfig_QueueNameToTxQueueIdMapIn rok_CliConfig_QueueNameToTxQueueIdMapIn_;
+  using RokNameToTxQueueIdMapIn = Rok::ChainedWatch<
+      Self, &Self::cliConfig_, &Qos::Input::Config::queueNameToTxQueueIdMap,
+      Rok::On<NameToTxQueueIdMap::Attr::queueNameToTxQueueId,
+              &Self::rok_handleCliConfig_queueNameToTxQueueIdMap_queueNameToTxQueueId>>;
+  RokNameToTxQueueIdMapIn nameToTxQueueIdMapIn_;
 };
 
-// ===== Factories. Each returns when its whole tree is built and the output is in line.
-//
-// The argument named after "Deaf without" may be null: the machine then does nothing, for good.
-// What is required must be there.
+// ===== Factories
 
 // Deaf without cliConfig. Requires: all other arguments.
 // Throws: MutatorArgNullPointerException "queueNameToTxQueueIdMap" when the names of queues are not
 // mounted in cliConfig; nothing is written then. RangeException as handleProfileConfig; what was
 // written before stays.
-QOS_EXPORT Rok::Ptr<QueueManagementProfileKivToOcSm> queueManagementProfileKivToOcSmFactory(
-    const Rok::Ptr<Qos::Input::Config const>& cliConfig, const Rok::Ptr<Cli::Config const>& cli,
-    const Rok::Ptr<Qos::QosProfileConfigDir const>& qosProfileConfigDir,
-    const Rok::Ptr<Config::QueueManagementProfilesDir>& queueManagementProfilesDir,
-    const Rok::Ptr<Config::InterfacesDir>& interfacesDir);
+QOS_EXPORT Rok::Factory<QueueManagementProfileKivToOcSm> queueManagementProfileKivToOcSmFactory;
 // Deaf without qosProfileConfig. Requires: queueManagementProfilesDir, and
 // queueManagementProfileKivToOcSm, which outlives the machine. Throws: as handleTxQueueConfig.
-QOS_EXPORT Rok::Ptr<QueueManagementProfileQosProfileSm> queueManagementProfileQosProfileSmFactory(
-    QueueManagementProfileKivToOcSm* queueManagementProfileKivToOcSm,
-    const Rok::Ptr<Config::QueueManagementProfilesDir>& queueManagementProfilesDir,
-    const Rok::Ptr<Qos::QosProfileConfig const>& qosProfileConfig);
+QOS_EXPORT Rok::Factory<QueueManagementProfileQosProfileSm>
+    queueManagementProfileQosProfileSmFactory;
 // Deaf without txQueueConfig. Requires: queueManagementProfilesDir, and profileSm, which outlives
 // the machine. Throws: as handleEcnWredConfig.
-QOS_EXPORT Rok::Ptr<QueueManagementProfileQosProfileTxQueueSm>
-queueManagementProfileQosProfileTxQueueSmFactory(
-    QueueManagementProfileQosProfileSm* profileSm, const Velmo::String& profileName,
-    const Rok::Ptr<Config::QueueManagementProfilesDir>& queueManagementProfilesDir,
-    const Rok::Ptr<Qos::TxQueueConfig const>& txQueueConfig);
+QOS_EXPORT Rok::Factory<QueueManagementProfileQosProfileTxQueueSm>
+    queueManagementProfileQosProfileTxQueueSmFactory;
 // Deaf without intfConfig. Requires: interfacesDir, and queueManagementProfileKivToOcSm, which
 // outlives the machine.
-QOS_EXPORT Rok::Ptr<QueueManagementProfileIntfSm> queueManagementProfileIntfSmFactory(
-    QueueManagementProfileKivToOcSm* queueManagementProfileKivToOcSm,
-    const Rok::Ptr<Config::InterfacesDir>& interfacesDir,
-    const Rok::Ptr<Qos::IntfConfig const>& intfConfig);
+QOS_EXPORT Rok::Factory<QueueManagementProfileIntfSm> queueManagementProfileIntfSmFactory;
 // Deaf without txQueueConfig. Requires: interfacesDir, and intfSm, which outlives the machine.
-QOS_EXPORT Rok::Ptr<QueueManagementProfileTxQueueSm> queueManagementProfileTxQueueSmFactory(
-    QueueManagementProfileIntfSm* intfSm, const Nerit::IntfId& intfId,
-    const Rok::Ptr<Config::InterfacesDir>& interfacesDir,
-    const Rok::Ptr<Qos::TxQueueConfig const>& txQueueConfig);
+QOS_EXPORT Rok::Factory<QueueManagementProfileTxQueueSm> queueManagementProfileTxQueueSmFactory;
 
 }  // namespace QosOc

@@ -1,26 +1,23 @@
 #include "QosOpenConfig/QosOpenConfigSchedulerPolicyKivToOCSm.h"
 
-#include <string_view>
-
 #include "QosOpenConfig/QosOpenConfigHelper.h"
+#include "QosOpenConfig/QosOpenConfigHelperNames.h"
 
 namespace {
 
 constinit Rok::TraceHandle traceHandle("OpenConfigQos", false);
 
-constexpr Rok::TraceFacility::FacilityLevel handler = 2;
+constexpr Rok::TraceLevel handler{traceHandle, 2};
 
 }  // namespace
 
 Velmo::String decodeSPProfileName(Velmo::String profileName) {
-  if (Rok::TraceHelper line{traceHandle, handler}) line.in() << ": profileName: " << profileName;
+  Rok::traceCall(handler, ": profileName: ", profileName);
   return QosOc::Helper::nameInProfileName(profileName, "__YANG_SP_[");
 }
 
 Velmo::String encodeSPProfileName(Velmo::String schedulerPolicyName) {
-  if (Rok::TraceHelper line{traceHandle, handler}) {
-    line.in() << ": schedulerPolicyName: " << schedulerPolicyName;
-  }
+  Rok::traceCall(handler, ": schedulerPolicyName: ", schedulerPolicyName);
   return Rok::_fmt("__YANG_SP_[%s]", schedulerPolicyName.data());
 }
 
@@ -59,81 +56,53 @@ Config::SchedulerInput schedulerInput(const SchedulerInputCommentInfo& comment) 
 
 // ===== SchedulerPolicyKivToOCSm
 
-Rok::Ptr<SchedulerPolicyKivToOCSm> SchedulerPolicyKivToOCSm::SchedulerPolicyKivToOCSmIs(
-    const Rok::Ptr<Cli::Config const>& cliConfig,
-    const Rok::Ptr<Qos::Input::Config const>& qosCliConfig,
-    const Rok::Ptr<Qos::QosProfileConfigDir const>& qosProfileConfigDir,
-    const Rok::Ptr<Config::SchedulerPoliciesDir>& schedulerPoliciesDir,
-    const Rok::Ptr<Config::InterfacesDir>& interfacesDir) {
-  return create(cliConfig, qosCliConfig, qosProfileConfigDir, schedulerPoliciesDir, interfacesDir);
-}
-
 // The queue names come last: what the map holds at start is not handled, since the machines of the
 // tx queues have read their comments by then.
 SchedulerPolicyKivToOCSm::SchedulerPolicyKivToOCSm(
-    const Rok::Ptr<Cli::Config const>& cliConfig,
-    const Rok::Ptr<Qos::Input::Config const>& qosCliConfig,
-    const Rok::Ptr<Qos::QosProfileConfigDir const>& qosProfileConfigDir,
-    const Rok::Ptr<Config::SchedulerPoliciesDir>& schedulerPoliciesDir,
-    const Rok::Ptr<Config::InterfacesDir>& interfacesDir)
+    Rok::In<Cli::Config> cliConfig, Rok::In<Qos::Input::Config> qosCliConfig,
+    Rok::In<Qos::QosProfileConfigDir> qosProfileConfigDir,
+    Rok::Out<Config::SchedulerPoliciesDir> schedulerPoliciesDir,
+    Rok::Out<Config::InterfacesDir> interfacesDir)
     : cliConfig_(*this, cliConfig),
       qosCliConfig_(*this, qosCliConfig),
       qosProfileConfigDir_(*this, qosProfileConfigDir),
       schedulerPoliciesDir_(schedulerPoliciesDir),
       interfacesDir_(interfacesDir),
       intfSm_(*this),
-      rok_QosCliConfig_QueueNameToTxQueueIdMapIn_(*this) {
-  rokInitialize<&SchedulerPolicyKivToOCSm::handleInitialized,
-                &SchedulerPolicyKivToOCSm::followQueueNameToTxQueueIdMap>();
-}
-
-void SchedulerPolicyKivToOCSm::followQueueNameToTxQueueIdMap() {
-  if (!qosCliConfig_) return;  // then it is the chained input alone that is missing
-  rok_QosCliConfig_QueueNameToTxQueueIdMapInIs(qosCliConfig_->queueNameToTxQueueIdMap());
+      nameToTxQueueIdMapIn_(*this) {
+  rokInitialize<&Self::handleInitialized, &Self::followQueueNameToTxQueueIdMap>();
 }
 
 // ===== SchedulerPolicyKivToOCSm: policies
 
-// Deliberate: what the comment says is only ever added. A value that it changes, or an item that
-// it no longer has, stays as it was first read until the profile goes and comes back.
+// What the comment says is only ever added: the code that changes a policy takes its profile away
+// first. A value that the comment changes, or an item that it no longer has, stays as it was first
+// read until the profile goes and comes back.
 void SchedulerPolicyKivToOCSm::udpateSchedulerPolicies(const Velmo::String& profileName) {
-  if (Rok::TraceHelper line{traceHandle, handler}) line.in(*this) << " profile: " << profileName;
+  Rok::traceIn(handler, *this, " profile: ", profileName);
   noteCutName(profileName);
   const Velmo::String policyName = decodeSPProfileName(profileName);
   if (policyName.empty()) {
-    if (Rok::TraceHelper line{traceHandle, handler}) {
-      line << "udpateSchedulerPolicies "
-           << "profile not related to OC: " << profileName;
-    }
-    return;
+    return Rok::traceLine(handler,
+                          "udpateSchedulerPolicies profile not related to OC: ", profileName);
   }
   if (qosProfileConfigDir_->config().find(profileName) == nullptr) return deletePolicy(policyName);
   const auto policy = makePolicy(policyName);
   const Velmo::String text = cliConfig_->comment(CommentHelper::profileCommentKey(profileName));
   if (text.empty()) {
-    if (Rok::TraceHelper line{traceHandle, handler}) {
-      line << "udpateSchedulerPolicies "
-           << "No comment for profile: " << profileName;
-    }
-    return;
+    return Rok::traceLine(handler, "udpateSchedulerPolicies No comment for profile: ", profileName);
   }
   const auto info = CommentHelper::schedulerPolicyProfileInfoFromComment(text);
-  // Deliberate: a bad comment is no reason to stop, it just has no schedulers.
+  // A bad comment is no reason to stop, it just has no schedulers.
   if (!info) {
-    if (Rok::TraceHelper line{traceHandle, handler}) {
-      line << "udpateSchedulerPolicies "
-           << "Bad comment for profile: " << profileName;
-    }
+    Rok::traceLine(handler, "udpateSchedulerPolicies Bad comment for profile: ", profileName);
   }
   for (auto i = info.schedulers().unsafeIterator(); i; ++i) addScheduler(*policy, i->value());
 }
 
 void SchedulerPolicyKivToOCSm::deletePolicy(const Velmo::String& policyName) {
   if (!schedulerPoliciesDir_->schedulerPolicy(policyName)) return;
-  if (Rok::TraceHelper line{traceHandle, handler}) {
-    line << "udpateSchedulerPolicies"
-         << " deleting scheduler policy: " << policyName;
-  }
+  Rok::traceLine(handler, "udpateSchedulerPolicies deleting scheduler policy: ", policyName);
   schedulerPoliciesDir_->schedulerPolicyDel(policyName);
 }
 
@@ -141,9 +110,7 @@ void SchedulerPolicyKivToOCSm::deletePolicy(const Velmo::String& policyName) {
 Rok::Ptr<Config::SchedulerPolicy> SchedulerPolicyKivToOCSm::makePolicy(
     const Velmo::String& policyName) {
   if (const auto policy = schedulerPoliciesDir_->schedulerPolicy(policyName)) return policy;
-  if (Rok::TraceHelper line{traceHandle, handler}) {
-    line.of(*this) << "creating scheduler Policy: " << policyName;
-  }
+  Rok::traceOf(handler, *this, "creating scheduler Policy: ", policyName);
   const auto policy = schedulerPoliciesDir_->schedulerPolicyIs(policyName);
   policy->configIs({policyName});
   return policy;
@@ -155,16 +122,12 @@ void SchedulerPolicyKivToOCSm::addScheduler(Config::SchedulerPolicy& policy,
                                             const SchedulerCommentInfo& comment) {
   const std::uint32_t sequence = comment.sequence();
   if (!policy.schedulers()) {
-    if (Rok::TraceHelper line{traceHandle, handler}) {
-      line.of(*this) << "creating schedulers for Policy: " << policy.name();
-    }
+    Rok::traceOf(handler, *this, "creating schedulers for Policy: ", policy.name());
   }
   const auto& schedulers = policy.schedulersIs();
   auto scheduler = schedulers->scheduler(sequence);
   if (!scheduler) {
-    if (Rok::TraceHelper line{traceHandle, handler}) {
-      line.of(*this) << "creating scheduler: " << sequence;
-    }
+    Rok::traceOf(handler, *this, "creating scheduler: ", sequence);
     scheduler = schedulers->schedulerIs(sequence);
     scheduler->configIs(schedulerConfig(comment));
   }
@@ -175,25 +138,19 @@ void SchedulerPolicyKivToOCSm::addScheduler(Config::SchedulerPolicy& policy,
 void SchedulerPolicyKivToOCSm::addRate(Config::Scheduler& scheduler,
                                        const OneRateTwoColorCommentInfo& comment) {
   if (scheduler.oneRateTwoColor() || !comment) return;
-  if (Rok::TraceHelper line{traceHandle, handler}) {
-    line.of(*this) << "creating oneRateTwoColor for scheduler: " << scheduler.sequence();
-  }
+  Rok::traceOf(handler, *this, "creating oneRateTwoColor for scheduler: ", scheduler.sequence());
   scheduler.oneRateTwoColorIs(oneRateTwoColor(comment));
 }
 
 void SchedulerPolicyKivToOCSm::addInput(Config::Scheduler& scheduler,
                                         const SchedulerInputCommentInfo& comment) {
   if (!scheduler.inputs()) {
-    if (Rok::TraceHelper line{traceHandle, handler}) {
-      line.of(*this) << "creating scheduler Inputs for scheduler: " << scheduler.sequence();
-    }
+    Rok::traceOf(handler, *this, "creating scheduler Inputs for scheduler: ", scheduler.sequence());
   }
   const auto& inputs = scheduler.inputsIs();
   const Config::SchedulerInput* found = inputs->input().find(comment.inputId());
   if (found != nullptr && *found) return;  // the default record stands for none
-  if (Rok::TraceHelper line{traceHandle, handler}) {
-    line.of(*this) << "creating scheduler input: " << comment.inputId();
-  }
+  Rok::traceOf(handler, *this, "creating scheduler input: ", comment.inputId());
   inputs->inputIs(schedulerInput(comment));
 }
 
@@ -205,59 +162,45 @@ void SchedulerPolicyKivToOCSm::addInput(Config::Scheduler& scheduler,
 // whose tx queues disagree rely on nothing else.
 void SchedulerPolicyKivToOCSm::udpateIntfSchedulerPolicies(const Nerit::IntfId& intfId,
                                                            const Qos::TxQueue& txQueue) {
-  Helper::Attachment attachment(commentMemo_);
-  const Velmo::String key = CommentHelper::commentKey(intfId, txQueue);
-  attachAsCommentSays(intfId, txQueue, cliConfig_->comment(key), attachment);
+  Helper::TxQueueMemo memo(intfId, txQueue, txQueues_.commentMemo());
+  udpateIntfSchedulerPolicies(intfId, txQueue, cliConfig_->comment(memo.commentKey()), memo);
 }
 
-// The same, with the key that the tx queue's machine keeps, and what it remembers.
-void SchedulerPolicyKivToOCSm::evaluate(SchedulerPolicyTxQueueSm& queue) {
-  Helper::traceCommentKey(queue.intfId(), queue.txQueue());
-  attachAsCommentSays(queue.intfId(), queue.txQueue(), cliConfig_->comment(queue.commentKey()),
-                      queue.attachment());
+void SchedulerPolicyKivToOCSm::udpateIntfSchedulerPolicies(const Nerit::IntfId& intfId,
+                                                           const Qos::TxQueue& txQueue,
+                                                           const Velmo::String& comment,
+                                                           Helper::TxQueueMemo& memo) {
+  Helper::traceCommentKey(intfId, txQueue);
+  const auto& info = memo.comment().schedulerPolicyInfo(comment);
+  if (info) return attach(intfId, info.schedulerPolicy(), memo);
+  Rok::traceLine(handler,
+                 "udpateIntfSchedulerPolicies No Scheduler Policy comment for intf: ", intfId,
+                 " TxQueueId: ", txQueue);
+  detach(intfId, memo);
 }
 
-void SchedulerPolicyKivToOCSm::attachAsCommentSays(const Nerit::IntfId& intfId,
-                                                   const Qos::TxQueue& txQueue,
-                                                   const Velmo::String& comment,
-                                                   Helper::Attachment& attachment) {
-  const auto& info = attachment.comment().schedulerPolicyInfo(comment);
-  if (info) return attach(intfId, info.schedulerPolicy(), attachment);
-  if (Rok::TraceHelper line{traceHandle, handler}) {
-    line << "udpateIntfSchedulerPolicies "
-         << "No Scheduler Policy comment for intf: " << intfId << " "
-         << "TxQueueId: " << txQueue;
-  }
-  detach(intfId, attachment);
-}
-
-// Nobody asks whether the policy exists: its profile may come later, or have gone.
+// Whether the policy exists doesn't matter: its profile may come later, or have gone.
 void SchedulerPolicyKivToOCSm::attach(const Nerit::IntfId& intfId, const Velmo::String& policyName,
-                                      Helper::Attachment& attachment) {
-  if (!attachment.interface(*interfacesDir_, intfId)) {
-    if (Rok::TraceHelper line{traceHandle, handler}) {
-      line.of(*this) << "creating interface: " << intfId;
-    }
+                                      Helper::TxQueueMemo& memo) {
+  Config::Interface* interface = memo.interface(*interfacesDir_);
+  if (interface == nullptr) {
+    Rok::traceOf(handler, *this, "creating interface: ", intfId);
+    interface = &memo.interfaceIs(*interfacesDir_);
   }
-  const auto& interface = attachment.interfaceIs(*interfacesDir_, intfId);
   if (!interface->output()) {
-    if (Rok::TraceHelper line{traceHandle, handler}) {
-      line.of(*this) << "creating interface output for intf: " << intfId;
-    }
+    Rok::traceOf(handler, *this, "creating interface output for intf: ", intfId);
   }
   interface->outputIs()->schedulerPolicyIs(Config::InterfaceOutputSchedulerPolicy{{policyName}});
   interfaceToSchedulerPolicyMapIs(intfId, policyName);
 }
 
-// Deliberate, and unlike a queue-management profile, which a comment without a name leaves: here
-// the attachment goes, whichever tx queue made it. Creates nothing.
-void SchedulerPolicyKivToOCSm::detach(const Nerit::IntfId& intfId, Helper::Attachment& attachment) {
-  const auto& interface = attachment.interface(*interfacesDir_, intfId);
-  if (!interface || !interface->output()) return;
-  if (Rok::TraceHelper line{traceHandle, handler}) {
-    line << "udpateIntfSchedulerPolicies "
-         << "deleting intf scheduler policy attachment: " << intfId;
-  }
+// Unlike a queue-management profile, which a comment without a name leaves, the attachment goes,
+// whichever tx queue made it: it is the interface's. Creates nothing.
+void SchedulerPolicyKivToOCSm::detach(const Nerit::IntfId& intfId, Helper::TxQueueMemo& memo) {
+  const Config::Interface* interface = memo.interface(*interfacesDir_);
+  if (interface == nullptr || !interface->output()) return;
+  Rok::traceLine(handler,
+                 "udpateIntfSchedulerPolicies deleting intf scheduler policy attachment: ", intfId);
   interface->output()->schedulerPolicyIs(Config::InterfaceOutput::SchedulerPolicy());
   interfaceToSchedulerPolicyMapDel(intfId);
 }
@@ -265,34 +208,27 @@ void SchedulerPolicyKivToOCSm::detach(const Nerit::IntfId& intfId, Helper::Attac
 // ===== SchedulerPolicyKivToOCSm: events
 
 void SchedulerPolicyKivToOCSm::handleIntfConfig(const Nerit::IntfId& intfId) {
-  Rok::EntryTrace(traceHandle, handler, *this, intfId);
-  if (const auto* entry = qosCliConfig_->intfConfig().find(intfId)) {
-    intfSmIs(this, schedulerPoliciesDir_, interfacesDir_, *entry);
-  } else {
-    intfSm_.withdraw(intfId);
-  }
+  Rok::traceEntry(handler, *this, intfId);
+  intfSm_.mirror(qosCliConfig_->intfConfig(), intfId, this, schedulerPoliciesDir_, interfacesDir_,
+                 Rok::entry);
 }
 
-// Deliberate: a comment that stops naming a policy ends here and leaves the attachment. It goes
-// with the next change of the tx queue's settings or queue name.
+// A comment that stops naming a policy ends here and leaves the attachment: it goes with the next
+// change of the tx queue's settings or queue name, which the code that writes comments makes.
 void SchedulerPolicyKivToOCSm::handleComment(const Velmo::String& key) {
-  if (Rok::TraceHelper line{traceHandle, handler}) {
-    line << "SchedulerPolicyKivToOCSm: "
-         << "handleComment";
-  }
-  updatePolicyOfComment(key);
+  Rok::traceLine(handler, "SchedulerPolicyKivToOCSm: handleComment");
+  updatePoliciesOfComment(key);
   const Velmo::String text = cliConfig_->comment(key);
-  if (commentMemo_.schedulerPolicyInfo(text)) {
-    txQueues_.eachOfComment(intfSm_, key, [&](SchedulerPolicyTxQueueSm& queue) {
-      Helper::traceCommentKey(queue.intfId(), queue.txQueue());
-      attachAsCommentSays(queue.intfId(), queue.txQueue(), text, queue.attachment());
-    });
-  } else if (Rok::TraceHelper line{traceHandle, handler}) {
-    line.of(*this) << "comment not related to Interface attachment of Scheduler Policy";
+  if (!txQueues_.commentMemo().schedulerPolicyInfo(text)) {
+    return Rok::traceOf(handler, *this,
+                        "comment not related to Interface attachment of Scheduler Policy");
   }
+  txQueues_.eachOfComment(intfSm_, key, [&](SchedulerPolicyTxQueueSm& queue) {
+    udpateIntfSchedulerPolicies(queue.intfId(), queue.txQueue(), text, queue.entry().memo());
+  });
 }
 
-// So that updatePolicyOfComment finds them.
+// So that updatePoliciesOfComment finds them.
 void SchedulerPolicyKivToOCSm::noteCutName(const Velmo::String& profileName) {
   if (!Helper::isCutInCommentKey(profileName)) return;
   if (qosProfileConfigDir_->config().find(profileName) != nullptr) {
@@ -303,206 +239,166 @@ void SchedulerPolicyKivToOCSm::noteCutName(const Velmo::String& profileName) {
 }
 
 // The profile whose comment has this key is found by its name, which the key holds, and so are
-// those whose names go on behind a NUL. A walk over all profiles finds no others, but it computes
-// the key of each and traces that. Where this is to be seen, the walk is made.
-void SchedulerPolicyKivToOCSm::updatePolicyOfComment(const Velmo::String& key) {
-  const auto& profiles = qosProfileConfigDir_->config();
-  if (!Helper::keysAreTraced()) {
-    const auto name = Helper::profileNameFromCommentKey(key);
-    if (!name) return;
-    const Velmo::String profileName(*name);
-    if (profiles.find(profileName) != nullptr) udpateSchedulerPolicies(profileName);
-    const Velmo::String cut = profileName.addRight(std::string_view("\0", 1));
-    for (const auto& [cutName, isThere] : cutNames_) {
-      if (std::string_view(cutName).starts_with(cut)) udpateSchedulerPolicies(cutName);
-    }
-    return;
+// those whose names go on behind a NUL. A walk over all profiles would find no others; it would
+// compute the key of each, and a trace shows that.
+void SchedulerPolicyKivToOCSm::updatePoliciesOfComment(const Velmo::String& key) {
+  const auto name = Helper::profileNameFromCommentKey(key);
+  if (!name && !Helper::keysAreTraced()) return;
+  Rok::inWalkOrder(
+      qosProfileConfigDir_->config(), name ? profilesNamed(*name) : std::vector<Velmo::String>(),
+      Helper::keysAreTraced(),
+      [](const Velmo::String& other) { CommentHelper::profileCommentKey(other); },
+      [this](const Velmo::String& profile) { udpateSchedulerPolicies(profile); });
+}
+
+// That name, and those that go on behind it with a NUL.
+std::vector<Velmo::String> SchedulerPolicyKivToOCSm::profilesNamed(std::string_view name) const {
+  std::vector<Velmo::String> names{name};
+  if (cutNames_.members() == 0) return names;
+  const Velmo::String cut = names.front().addRight(std::string_view("\0", 1));
+  for (const auto& [cutName, isThere] : cutNames_) {
+    if (std::string_view(cutName).starts_with(cut)) names.push_back(cutName);
   }
-  for (const auto& [name, profile] : profiles) {
-    if (CommentHelper::profileCommentKey(name) == key) udpateSchedulerPolicies(name);
-  }
+  return names;
 }
 
 // The name is only a reason to look at the comments again: unlike a queue-management profile, an
 // attachment doesn't need it. A name that went undoes nothing.
 void SchedulerPolicyKivToOCSm::handleQueueNameToTxQueue(const Velmo::String& queueName) {
-  if (Rok::TraceHelper line{traceHandle, handler}) {
-    line << "SchedulerPolicyKivToOCSm: "
-         << "handleQueueNameToTxQueue"
-         << " queue Name: " << queueName;
-  }
-  const auto& names = qosCliConfig_->queueNameToTxQueueIdMap()->queueNameToTxQueueId();
-  const Qos::TxQueueId* found = names.find(queueName);
-  const Qos::TxQueueId id = found != nullptr ? *found : Qos::noTxQueue;
+  Rok::traceLine(handler,
+                 "SchedulerPolicyKivToOCSm: handleQueueNameToTxQueue queue Name: ", queueName);
+  const auto& names = *qosCliConfig_->queueNameToTxQueueIdMap();
+  const Qos::TxQueueId id = names.queueNameToTxQueueId(queueName);  // 16 when there is none
   if (id != Qos::noTxQueue) {
-    return txQueues_.eachOfId(intfSm_, id,
-                              [this](SchedulerPolicyTxQueueSm& queue) { evaluate(queue); });
+    return txQueues_.eachOfId(intfSm_, id, [this](SchedulerPolicyTxQueueSm& queue) {
+      udpateIntfSchedulerPolicies(queue.intfId(), queue.txQueue(), comment(queue.commentKey()),
+                                  queue.entry().memo());
+    });
   }
-  if (Rok::TraceHelper line{traceHandle, handler}) {
-    line.of(*this) << "queue Name: " << queueName << " to id: " << id << " map deleted";
-  }
+  Rok::traceOf(handler, *this, "queue Name: ", queueName, " to id: ", id, " map deleted");
 }
 
 void SchedulerPolicyKivToOCSm::handleInitialized() {
-  if (Rok::TraceHelper line{traceHandle, handler}) {
-    line << "SchedulerPolicyKivToOCSm: "
-         << "handleInitialized";
-  }
+  Rok::traceLine(handler, "SchedulerPolicyKivToOCSm: handleInitialized");
   mirrorInterfaces();
-  for (const auto& [name, profile] : qosProfileConfigDir_->config()) udpateSchedulerPolicies(name);
+  eachKey<&Self::udpateSchedulerPolicies>(qosProfileConfigDir_->config());
   sweepPolicies();
   sweepAttachments();
 }
 
 void SchedulerPolicyKivToOCSm::mirrorInterfaces() {
   if (!qosCliConfig_) return;
-  for (const auto& [intfId, config] : qosCliConfig_->intfConfig()) handleIntfConfig(intfId);
+  eachKey<&Self::handleIntfConfig>(qosCliConfig_->intfConfig());
 }
 
 void SchedulerPolicyKivToOCSm::sweepPolicies() {
   for (const auto& [name, policy] : schedulerPoliciesDir_->schedulerPolicy()) {
     if (qosProfileConfigDir_->config().find(encodeSPProfileName(name)) != nullptr) continue;
-    if (Rok::TraceHelper line{traceHandle, handler}) {
-      line.of(*this) << "Deleting scheduler policy: " << name;
-    }
+    Rok::traceOf(handler, *this, "Deleting scheduler policy: ", name);
     schedulerPoliciesDir_->schedulerPolicyDel(name);
   }
 }
 
-// Asks what the tx queues attached just now, not which policies there are. Deliberate: an
-// attachment whose policy was swept stays as long as a comment names it.
+// Asks what the tx queues attached just now, not which policies there are: an attachment whose
+// policy was swept stays as long as a comment names it.
 void SchedulerPolicyKivToOCSm::sweepAttachments() {
   for (const auto& [interfaceId, interface] : interfacesDir_->interface()) {
     const auto output = interface->output();
     if (!output || !output->schedulerPolicy()) continue;
     if (attachments_.map().find(Nerit::IntfId(interfaceId)) != nullptr) continue;
-    if (Rok::TraceHelper line{traceHandle, handler}) {
-      line.of(*this) << "Deleting scheduler policy intf attachment: " << interfaceId;
-    }
+    Rok::traceOf(handler, *this, "Deleting scheduler policy intf attachment: ", interfaceId);
     output->schedulerPolicyIs(Config::InterfaceOutput::SchedulerPolicy());
   }
 }
 
 // ===== SchedulerPolicyIntfSm
 
-Rok::Ptr<SchedulerPolicyIntfSm> SchedulerPolicyIntfSm::SchedulerPolicyIntfSmIs(
-    SchedulerPolicyKivToOCSm* schedulerPolicyKivToOCSm,
-    const Rok::Ptr<Config::SchedulerPoliciesDir>& schedulerPoliciesDir,
-    const Rok::Ptr<Config::InterfacesDir>& interfacesDir,
-    const Rok::Ptr<Qos::IntfConfig const>& intfConfig) {
-  return create(schedulerPolicyKivToOCSm, schedulerPoliciesDir, interfacesDir, intfConfig);
-}
-
 SchedulerPolicyIntfSm::SchedulerPolicyIntfSm(
     SchedulerPolicyKivToOCSm* schedulerPolicyKivToOCSm,
-    const Rok::Ptr<Config::SchedulerPoliciesDir>& schedulerPoliciesDir,
-    const Rok::Ptr<Config::InterfacesDir>& interfacesDir,
-    const Rok::Ptr<Qos::IntfConfig const>& intfConfig)
+    Rok::Out<Config::SchedulerPoliciesDir> schedulerPoliciesDir,
+    Rok::Out<Config::InterfacesDir> interfacesDir, Rok::In<Qos::IntfConfig> intfConfig)
     : schedulerPolicyKivToOCSm_(schedulerPolicyKivToOCSm),
       schedulerPoliciesDir_(schedulerPoliciesDir),
       interfacesDir_(interfacesDir),
       intfConfig_(*this, intfConfig),
       txQueueSm_(*this) {
-  rokInitialize<&SchedulerPolicyIntfSm::handleInitialized>();
-}
-
-Nerit::IntfId SchedulerPolicyIntfSm::intfId() const {
-  return intfConfig_ ? intfConfig_->intfId() : Nerit::IntfId();
+  rokInitialize<&Self::handleInitialized>();
 }
 
 void SchedulerPolicyIntfSm::doPrepareToDie() {
-  Rok::EntryTrace(traceHandle, handler, *this);
+  Rok::traceEntry(handler, *this);
   txQueueSm_.withdrawAll();
 }
 
 void SchedulerPolicyIntfSm::handleTxQueueConfig(const Qos::TxQueue& txQueue) {
-  Rok::EntryTrace(traceHandle, handler, *this, txQueue);
-  if (const auto* entry = intfConfig_->txQueueConfig().find(txQueue)) {
-    txQueueSmIs(this, intfId(), schedulerPoliciesDir_, interfacesDir_, *entry);
-  } else {
-    txQueueSm_.withdraw(txQueue);
-  }
+  Rok::traceEntry(handler, *this, txQueue);
+  txQueueSm_.mirror(intfConfig_->txQueueConfig(), txQueue, this, intfId(), schedulerPoliciesDir_,
+                    interfacesDir_, Rok::entry);
 }
 
 void SchedulerPolicyIntfSm::handleInitialized() {
-  Rok::EntryTrace(traceHandle, handler, *this);
-  for (const auto& [txQueue, config] : intfConfig_->txQueueConfig()) handleTxQueueConfig(txQueue);
+  Rok::traceEntry(handler, *this);
+  eachKey<&Self::handleTxQueueConfig>(intfConfig_->txQueueConfig());
 }
 
 // ===== SchedulerPolicyTxQueueSm
 
-Rok::Ptr<SchedulerPolicyTxQueueSm> SchedulerPolicyTxQueueSm::SchedulerPolicyTxQueueSmIs(
-    SchedulerPolicyIntfSm* schedulerPolicyIntfSm, const Nerit::IntfId& intfId,
-    const Rok::Ptr<Config::SchedulerPoliciesDir>& schedulerPoliciesDir,
-    const Rok::Ptr<Config::InterfacesDir>& interfacesDir,
-    const Rok::Ptr<Qos::TxQueueConfig const>& txQueueConfig) {
-  return create(schedulerPolicyIntfSm, intfId, schedulerPoliciesDir, interfacesDir, txQueueConfig);
-}
-
 SchedulerPolicyTxQueueSm::SchedulerPolicyTxQueueSm(
     SchedulerPolicyIntfSm* schedulerPolicyIntfSm, const Nerit::IntfId& intfId,
-    const Rok::Ptr<Config::SchedulerPoliciesDir>& schedulerPoliciesDir,
-    const Rok::Ptr<Config::InterfacesDir>& interfacesDir,
-    const Rok::Ptr<Qos::TxQueueConfig const>& txQueueConfig)
+    Rok::Out<Config::SchedulerPoliciesDir> schedulerPoliciesDir,
+    Rok::Out<Config::InterfacesDir> interfacesDir, Rok::In<Qos::TxQueueConfig> txQueueConfig)
     : schedulerPolicyIntfSm_(schedulerPolicyIntfSm),
       intfId_(intfId),
       schedulerPoliciesDir_(schedulerPoliciesDir),
       interfacesDir_(interfacesDir),
       txQueueConfig_(*this, txQueueConfig),
-      entry_(root().txQueues(), intfId_, txQueue(), *this),
-      attachment_(root().commentMemo()) {
-  rokInitialize<&SchedulerPolicyTxQueueSm::handleInitialized>();
-}
-
-Qos::TxQueue SchedulerPolicyTxQueueSm::txQueue() const {
-  return txQueueConfig_ ? txQueueConfig_->txQueue() : Qos::TxQueue();
+      entry_(root().txQueues(), intfId_, txQueue(), *this) {
+  rokInitialize<&Self::handleInitialized>();
 }
 
 SchedulerPolicyKivToOCSm& SchedulerPolicyTxQueueSm::root() const {
   return *schedulerPolicyIntfSm_->schedulerPolicyKivToOCSm();
 }
 
-// Deliberate, and unlike a queue-management profile, whose entry is blanked: the attachment is the
-// interface's and not this tx queue's, so it stays until another tx queue of the interface is
+// Unlike a queue-management profile, whose entry is blanked, the attachment is the interface's and
+// not this tx queue's, so it stays until another tx queue of the interface is
 // evaluated, or until the sweep of a later start.
-void SchedulerPolicyTxQueueSm::doPrepareToDie() { Rok::EntryTrace(traceHandle, handler, *this); }
+void SchedulerPolicyTxQueueSm::doPrepareToDie() { Rok::traceEntry(handler, *this); }
 
 void SchedulerPolicyTxQueueSm::handlePriorityBandwidthShapeConfig() {
-  Rok::EntryTrace(traceHandle, handler, *this);
-  root().evaluate(*this);
+  Rok::traceEntry(handler, *this);
+  root().udpateIntfSchedulerPolicies(intfId_, txQueue(), root().comment(commentKey()),
+                                     entry_.memo());
 }
 
 void SchedulerPolicyTxQueueSm::handleInitialized() {
-  Rok::EntryTrace(traceHandle, handler, *this);
+  Rok::traceEntry(handler, *this);
   handlePriorityBandwidthShapeConfig();
 }
 
 // ===== Factories
 
 Rok::Ptr<SchedulerPolicyKivToOCSm> schedulerPolicyKivToOCSmFactory(
-    const Rok::Ptr<Cli::Config const>& cliConfig,
-    const Rok::Ptr<Qos::Input::Config const>& qosCliConfig,
-    const Rok::Ptr<Qos::QosProfileConfigDir const>& qosProfileConfigDir,
-    const Rok::Ptr<Config::SchedulerPoliciesDir>& schedulerPoliciesDir,
-    const Rok::Ptr<Config::InterfacesDir>& interfacesDir) {
+    Rok::In<Cli::Config> cliConfig, Rok::In<Qos::Input::Config> qosCliConfig,
+    Rok::In<Qos::QosProfileConfigDir> qosProfileConfigDir,
+    Rok::Out<Config::SchedulerPoliciesDir> schedulerPoliciesDir,
+    Rok::Out<Config::InterfacesDir> interfacesDir) {
   return SchedulerPolicyKivToOCSm::SchedulerPolicyKivToOCSmIs(
       cliConfig, qosCliConfig, qosProfileConfigDir, schedulerPoliciesDir, interfacesDir);
 }
 
 Rok::Ptr<SchedulerPolicyIntfSm> schedulerPolicyIntfSmFactory(
     SchedulerPolicyKivToOCSm* schedulerPolicyKivToOCSm,
-    const Rok::Ptr<Config::SchedulerPoliciesDir>& schedulerPoliciesDir,
-    const Rok::Ptr<Config::InterfacesDir>& interfacesDir,
-    const Rok::Ptr<Qos::IntfConfig const>& intfConfig) {
+    Rok::Out<Config::SchedulerPoliciesDir> schedulerPoliciesDir,
+    Rok::Out<Config::InterfacesDir> interfacesDir, Rok::In<Qos::IntfConfig> intfConfig) {
   return SchedulerPolicyIntfSm::SchedulerPolicyIntfSmIs(
       schedulerPolicyKivToOCSm, schedulerPoliciesDir, interfacesDir, intfConfig);
 }
 
 Rok::Ptr<SchedulerPolicyTxQueueSm> schedulerPolicyTxQueueSmFactory(
     SchedulerPolicyIntfSm* schedulerPolicyIntfSm, const Nerit::IntfId& intfId,
-    const Rok::Ptr<Config::SchedulerPoliciesDir>& schedulerPoliciesDir,
-    const Rok::Ptr<Config::InterfacesDir>& interfacesDir,
-    const Rok::Ptr<Qos::TxQueueConfig const>& txQueueConfig) {
+    Rok::Out<Config::SchedulerPoliciesDir> schedulerPoliciesDir,
+    Rok::Out<Config::InterfacesDir> interfacesDir, Rok::In<Qos::TxQueueConfig> txQueueConfig) {
   return SchedulerPolicyTxQueueSm::SchedulerPolicyTxQueueSmIs(
       schedulerPolicyIntfSm, intfId, schedulerPoliciesDir, interfacesDir, txQueueConfig);
 }

@@ -21,6 +21,8 @@
 #pragma once
 
 #include <cstdint>
+#include <string_view>
+#include <vector>
 
 #include "QosOpenConfig/QosOpenConfigHelperTxQueues.h"
 #include "QosOpenConfig/QosOpenConfigTypes.h"
@@ -47,36 +49,30 @@ class SchedulerPolicyTxQueueSm final : public Rok::StateMachine<SchedulerPolicyT
  public:
   static constexpr std::string_view rokTypeName = "SchedulerPolicyTxQueueSm";
   static constexpr auto rokArguments() {
-    return std::tuple{
-        Rok::Argument{"schedulerPolicyIntfSm", &SchedulerPolicyTxQueueSm::schedulerPolicyIntfSm},
-        Rok::Argument{"intfId", &SchedulerPolicyTxQueueSm::intfId},
-        Rok::Argument{"schedulerPoliciesDir", &SchedulerPolicyTxQueueSm::schedulerPoliciesDir},
-        Rok::Argument{"interfacesDir", &SchedulerPolicyTxQueueSm::interfacesDir},
-        Rok::Argument{"txQueueConfig", &SchedulerPolicyTxQueueSm::txQueueConfig}};
+    return std::tuple{Rok::Argument{"schedulerPolicyIntfSm", &Self::schedulerPolicyIntfSm},
+                      Rok::Argument{"intfId", &Self::intfId},
+                      Rok::Argument{"schedulerPoliciesDir", &Self::schedulerPoliciesDir},
+                      Rok::Argument{"interfacesDir", &Self::interfacesDir},
+                      Rok::Argument{"txQueueConfig", &Self::txQueueConfig}};
   }
   // How the root finds the tx queues that an event is about.
   using TxQueues = Helper::TxQueues<SchedulerPolicyTxQueueSm, 0x8a51407du, 0x27d4eb2fu>;
 
-  static Rok::Ptr<SchedulerPolicyTxQueueSm> SchedulerPolicyTxQueueSmIs(
-      SchedulerPolicyIntfSm* schedulerPolicyIntfSm, const Nerit::IntfId& intfId,
-      const Rok::Ptr<Config::SchedulerPoliciesDir>& schedulerPoliciesDir,
-      const Rok::Ptr<Config::InterfacesDir>& interfacesDir,
-      const Rok::Ptr<Qos::TxQueueConfig const>& txQueueConfig);
+  static auto SchedulerPolicyTxQueueSmIs(const auto&... arguments) { return create(arguments...); }
 
   SchedulerPolicyIntfSm* schedulerPolicyIntfSm() const { return schedulerPolicyIntfSm_; }
   const Nerit::IntfId& intfId() const { return intfId_; }
   // Held, like that of the interface, and not used: the root writes.
-  const Rok::Ptr<Config::SchedulerPoliciesDir>& schedulerPoliciesDir() const {
+  Rok::Out<Config::SchedulerPoliciesDir> schedulerPoliciesDir() const {
     return schedulerPoliciesDir_;
   }
-  const Rok::Ptr<Config::InterfacesDir>& interfacesDir() const { return interfacesDir_; }
+  Rok::Out<Config::InterfacesDir> interfacesDir() const { return interfacesDir_; }
   Rok::Ptr<Qos::TxQueueConfig const> txQueueConfig() const { return txQueueConfig_.ptr(); }
   // The default tx queue without a config.
-  Qos::TxQueue txQueue() const;
+  Qos::TxQueue txQueue() const { return txQueueConfig_.read(&Qos::TxQueueConfig::txQueue); }
   // The key of the comment of this tx queue.
-  const Velmo::String& commentKey() const { return entry_.commentKey(); }
+  const Velmo::String& commentKey() const { return entry_.memo().commentKey(); }
   TxQueues::Entry& entry() { return entry_; }
-  Helper::Attachment& attachment() { return attachment_; }
 
   // Leaves the output as it stands.
   void doPrepareToDie();
@@ -85,19 +81,19 @@ class SchedulerPolicyTxQueueSm final : public Rok::StateMachine<SchedulerPolicyT
   void handleInitialized();
 
  private:
-  friend Rok::StateMachine<SchedulerPolicyTxQueueSm>;
+  friend Rok::StateMachine<Self>;
   using Attr = Qos::TxQueueConfig::Attr;
-  using RokTxQueueConfig = Rok::Watch<
-      SchedulerPolicyTxQueueSm, Qos::TxQueueConfig,
-      Rok::On<Attr::priority, &SchedulerPolicyTxQueueSm::handlePriorityBandwidthShapeConfig>,
-      Rok::On<Attr::bandwidth, &SchedulerPolicyTxQueueSm::handlePriorityBandwidthShapeConfig>,
-      Rok::On<Attr::shape, &SchedulerPolicyTxQueueSm::handlePriorityBandwidthShapeConfig>>;
+  using RokTxQueueConfig =
+      Rok::Watch<Self, Qos::TxQueueConfig,
+                 Rok::On<Attr::priority, &Self::handlePriorityBandwidthShapeConfig>,
+                 Rok::On<Attr::bandwidth, &Self::handlePriorityBandwidthShapeConfig>,
+                 Rok::On<Attr::shape, &Self::handlePriorityBandwidthShapeConfig>>;
 
   SchedulerPolicyTxQueueSm(SchedulerPolicyIntfSm* schedulerPolicyIntfSm,
                            const Nerit::IntfId& intfId,
-                           const Rok::Ptr<Config::SchedulerPoliciesDir>& schedulerPoliciesDir,
-                           const Rok::Ptr<Config::InterfacesDir>& interfacesDir,
-                           const Rok::Ptr<Qos::TxQueueConfig const>& txQueueConfig);
+                           Rok::Out<Config::SchedulerPoliciesDir> schedulerPoliciesDir,
+                           Rok::Out<Config::InterfacesDir> interfacesDir,
+                           Rok::In<Qos::TxQueueConfig> txQueueConfig);
   auto parts() { return std::tie(txQueueConfig_); }
   SchedulerPolicyKivToOCSm& root() const;
 
@@ -107,7 +103,6 @@ class SchedulerPolicyTxQueueSm final : public Rok::StateMachine<SchedulerPolicyT
   Rok::Ptr<Config::InterfacesDir> interfacesDir_;
   RokTxQueueConfig txQueueConfig_;
   TxQueues::Entry entry_;
-  Helper::Attachment attachment_;
 };
 
 // One interface. Mirrors its tx queues.
@@ -115,40 +110,28 @@ class SchedulerPolicyIntfSm final : public Rok::StateMachine<SchedulerPolicyIntf
  public:
   static constexpr std::string_view rokTypeName = "SchedulerPolicyIntfSm";
   static constexpr auto rokArguments() {
-    return std::tuple{
-        Rok::Argument{"schedulerPolicyKivToOCSm", &SchedulerPolicyIntfSm::schedulerPolicyKivToOCSm},
-        Rok::Argument{"schedulerPoliciesDir", &SchedulerPolicyIntfSm::schedulerPoliciesDir},
-        Rok::Argument{"interfacesDir", &SchedulerPolicyIntfSm::interfacesDir},
-        Rok::Argument{"intfConfig", &SchedulerPolicyIntfSm::intfConfig}};
+    return std::tuple{Rok::Argument{"schedulerPolicyKivToOCSm", &Self::schedulerPolicyKivToOCSm},
+                      Rok::Argument{"schedulerPoliciesDir", &Self::schedulerPoliciesDir},
+                      Rok::Argument{"interfacesDir", &Self::interfacesDir},
+                      Rok::Argument{"intfConfig", &Self::intfConfig}};
   }
   using TxQueueSmKeyFunktor =
       Rok::KeyFunktor<&SchedulerPolicyTxQueueSm::txQueueConfig, &Qos::TxQueueConfig::txQueue>;
   using TxQueueSms = Rok::Children<SchedulerPolicyTxQueueSm, 0x165667b1u, TxQueueSmKeyFunktor>;
 
-  static Rok::Ptr<SchedulerPolicyIntfSm> SchedulerPolicyIntfSmIs(
-      SchedulerPolicyKivToOCSm* schedulerPolicyKivToOCSm,
-      const Rok::Ptr<Config::SchedulerPoliciesDir>& schedulerPoliciesDir,
-      const Rok::Ptr<Config::InterfacesDir>& interfacesDir,
-      const Rok::Ptr<Qos::IntfConfig const>& intfConfig);
+  static auto SchedulerPolicyIntfSmIs(const auto&... arguments) { return create(arguments...); }
 
   SchedulerPolicyKivToOCSm* schedulerPolicyKivToOCSm() const { return schedulerPolicyKivToOCSm_; }
-  const Rok::Ptr<Config::SchedulerPoliciesDir>& schedulerPoliciesDir() const {
+  Rok::Out<Config::SchedulerPoliciesDir> schedulerPoliciesDir() const {
     return schedulerPoliciesDir_;
   }
-  const Rok::Ptr<Config::InterfacesDir>& interfacesDir() const { return interfacesDir_; }
+  Rok::Out<Config::InterfacesDir> interfacesDir() const { return interfacesDir_; }
   Rok::Ptr<Qos::IntfConfig const> intfConfig() const { return intfConfig_.ptr(); }
   // The interface of no name without a config.
-  Nerit::IntfId intfId() const;
+  Nerit::IntfId intfId() const { return intfConfig_.read(&Qos::IntfConfig::intfId); }
 
   const TxQueueSms& txQueueSm() const { return txQueueSm_; }
-  Rok::Ptr<SchedulerPolicyTxQueueSm> txQueueSmIs(
-      SchedulerPolicyIntfSm* schedulerPolicyIntfSm, const Nerit::IntfId& intfId,
-      const Rok::Ptr<Config::SchedulerPoliciesDir>& schedulerPoliciesDir,
-      const Rok::Ptr<Config::InterfacesDir>& interfacesDir,
-      const Rok::Ptr<Qos::TxQueueConfig const>& txQueueConfig) {
-    return txQueueSm_.is(schedulerPolicyIntfSm, intfId, schedulerPoliciesDir, interfacesDir,
-                         txQueueConfig);
-  }
+  auto txQueueSmIs(const auto&... arguments) { return txQueueSm_.is(arguments...); }
   void txQueueSmDel(const Qos::TxQueue& txQueue) { txQueueSm_.del(txQueue); }
   void txQueueSmDelAll() { txQueueSm_.delAll(); }
 
@@ -159,15 +142,15 @@ class SchedulerPolicyIntfSm final : public Rok::StateMachine<SchedulerPolicyIntf
   void handleInitialized();
 
  private:
-  friend Rok::StateMachine<SchedulerPolicyIntfSm>;
-  using RokIntfConfig = Rok::Watch<
-      SchedulerPolicyIntfSm, Qos::IntfConfig,
-      Rok::On<Qos::IntfConfig::Attr::txQueueConfig, &SchedulerPolicyIntfSm::handleTxQueueConfig>>;
+  friend Rok::StateMachine<Self>;
+  using RokIntfConfig =
+      Rok::Watch<Self, Qos::IntfConfig,
+                 Rok::On<Qos::IntfConfig::Attr::txQueueConfig, &Self::handleTxQueueConfig>>;
 
   SchedulerPolicyIntfSm(SchedulerPolicyKivToOCSm* schedulerPolicyKivToOCSm,
-                        const Rok::Ptr<Config::SchedulerPoliciesDir>& schedulerPoliciesDir,
-                        const Rok::Ptr<Config::InterfacesDir>& interfacesDir,
-                        const Rok::Ptr<Qos::IntfConfig const>& intfConfig);
+                        Rok::Out<Config::SchedulerPoliciesDir> schedulerPoliciesDir,
+                        Rok::Out<Config::InterfacesDir> interfacesDir,
+                        Rok::In<Qos::IntfConfig> intfConfig);
   auto parts() { return std::tie(intfConfig_, txQueueSm_); }
 
   SchedulerPolicyKivToOCSm* schedulerPolicyKivToOCSm_;
@@ -185,12 +168,11 @@ class SchedulerPolicyKivToOCSm final : public Rok::StateMachine<SchedulerPolicyK
  public:
   static constexpr std::string_view rokTypeName = "SchedulerPolicyKivToOCSm";
   static constexpr auto rokArguments() {
-    return std::tuple{
-        Rok::Argument{"cliConfig", &SchedulerPolicyKivToOCSm::cliConfig},
-        Rok::Argument{"qosCliConfig", &SchedulerPolicyKivToOCSm::qosCliConfig},
-        Rok::Argument{"qosProfileConfigDir", &SchedulerPolicyKivToOCSm::qosProfileConfigDir},
-        Rok::Argument{"schedulerPoliciesDir", &SchedulerPolicyKivToOCSm::schedulerPoliciesDir},
-        Rok::Argument{"interfacesDir", &SchedulerPolicyKivToOCSm::interfacesDir}};
+    return std::tuple{Rok::Argument{"cliConfig", &Self::cliConfig},
+                      Rok::Argument{"qosCliConfig", &Self::qosCliConfig},
+                      Rok::Argument{"qosProfileConfigDir", &Self::qosProfileConfigDir},
+                      Rok::Argument{"schedulerPoliciesDir", &Self::schedulerPoliciesDir},
+                      Rok::Argument{"interfacesDir", &Self::interfacesDir}};
   }
   using IntfSmKeyFunktor =
       Rok::KeyFunktor<&SchedulerPolicyIntfSm::intfConfig, &Qos::IntfConfig::intfId>;
@@ -199,23 +181,20 @@ class SchedulerPolicyKivToOCSm final : public Rok::StateMachine<SchedulerPolicyK
   using TxQueues = SchedulerPolicyTxQueueSm::TxQueues;
   using NameToTxQueueIdMap = Qos::QueueNameToTxQueueIdMap;
 
-  static Rok::Ptr<SchedulerPolicyKivToOCSm> SchedulerPolicyKivToOCSmIs(
-      const Rok::Ptr<Cli::Config const>& cliConfig,
-      const Rok::Ptr<Qos::Input::Config const>& qosCliConfig,
-      const Rok::Ptr<Qos::QosProfileConfigDir const>& qosProfileConfigDir,
-      const Rok::Ptr<Config::SchedulerPoliciesDir>& schedulerPoliciesDir,
-      const Rok::Ptr<Config::InterfacesDir>& interfacesDir);
+  static auto SchedulerPolicyKivToOCSmIs(const auto&... arguments) { return create(arguments...); }
 
   // The comment store.
   Rok::Ptr<Cli::Config const> cliConfig() const { return cliConfig_.ptr(); }
+  // The text of a comment; empty when there is none.
+  Velmo::String comment(const Velmo::String& key) const { return cliConfig_->comment(key); }
   Rok::Ptr<Qos::Input::Config const> qosCliConfig() const { return qosCliConfig_.ptr(); }
   Rok::Ptr<Qos::QosProfileConfigDir const> qosProfileConfigDir() const {
     return qosProfileConfigDir_.ptr();
   }
-  const Rok::Ptr<Config::SchedulerPoliciesDir>& schedulerPoliciesDir() const {
+  Rok::Out<Config::SchedulerPoliciesDir> schedulerPoliciesDir() const {
     return schedulerPoliciesDir_;
   }
-  const Rok::Ptr<Config::InterfacesDir>& interfacesDir() const { return interfacesDir_; }
+  Rok::Out<Config::InterfacesDir> interfacesDir() const { return interfacesDir_; }
 
   // What this object attached to interfaces in its lifetime. Read by the sweep alone, and kept up
   // to date all the same. A missing interface reads as the empty name.
@@ -230,32 +209,20 @@ class SchedulerPolicyKivToOCSm final : public Rok::StateMachine<SchedulerPolicyK
   void interfaceToSchedulerPolicyMapDelAll() { attachments_.delAll(); }
 
   const IntfSms& intfSm() const { return intfSm_; }
-  Rok::Ptr<SchedulerPolicyIntfSm> intfSmIs(
-      SchedulerPolicyKivToOCSm* schedulerPolicyKivToOCSm,
-      const Rok::Ptr<Config::SchedulerPoliciesDir>& schedulerPoliciesDir,
-      const Rok::Ptr<Config::InterfacesDir>& interfacesDir,
-      const Rok::Ptr<Qos::IntfConfig const>& intfConfig) {
-    return intfSm_.is(schedulerPolicyKivToOCSm, schedulerPoliciesDir, interfacesDir, intfConfig);
-  }
+  auto intfSmIs(const auto&... arguments) { return intfSm_.is(arguments...); }
   void intfSmDel(const Nerit::IntfId& intfId) { intfSm_.del(intfId); }
   void intfSmDelAll() { intfSm_.delAll(); }
 
   // The tx queues of all interfaces, where they enter themselves.
-  const TxQueues& txQueues() const { return txQueues_; }
-  // The comment that was told of last.
-  Helper::CommentMemo& commentMemo() { return commentMemo_; }
+  TxQueues& txQueues() { return txQueues_; }
 
   // The chained input: the queue names that qosCliConfig() holds at the moment. Moving it calls no
   // handler, so a replaced map re-evaluates nothing until one of its entries changes.
-  Rok::Ptr<NameToTxQueueIdMap const> rok_QosCliConfig_QueueNameToTxQueueIdMapIn() const {
-    return rok_QosCliConfig_QueueNameToTxQueueIdMapIn_.ptr();
+  auto rok_QosCliConfig_QueueNameToTxQueueIdMapIn() const { return nameToTxQueueIdMapIn_.ptr(); }
+  void rok_QosCliConfig_QueueNameToTxQueueIdMapInIs(Rok::In<NameToTxQueueIdMap> map) {
+    nameToTxQueueIdMapIn_.inputIs(map);
   }
-  void rok_QosCliConfig_QueueNameToTxQueueIdMapInIs(const Rok::Ptr<NameToTxQueueIdMap const>& map) {
-    rok_QosCliConfig_QueueNameToTxQueueIdMapIn_.inputIs(map);
-  }
-  void rok_QosCliConfig_QueueNameToTxQueueIdMapInDel() {
-    rok_QosCliConfig_QueueNameToTxQueueIdMapIn_.inputDel();
-  }
+  void rok_QosCliConfig_QueueNameToTxQueueIdMapInDel() { nameToTxQueueIdMapIn_.inputDel(); }
 
   // A QoS profile came or went, or its comment changed. Adds to the policy what it lacks, and
   // changes and removes nothing that it has; a profile that went takes its policy along.
@@ -264,6 +231,9 @@ class SchedulerPolicyKivToOCSm final : public Rok::StateMachine<SchedulerPolicyK
   // Attaches the policy that a tx queue's comment names to the interface, or removes whatever is
   // attached to it when the comment names none.
   void udpateIntfSchedulerPolicies(const Nerit::IntfId& intfId, const Qos::TxQueue& txQueue);
+  // The same for the text of that comment, with what is kept of the tx queue.
+  void udpateIntfSchedulerPolicies(const Nerit::IntfId& intfId, const Qos::TxQueue& txQueue,
+                                   const Velmo::String& comment, Helper::TxQueueMemo& memo);
   // An interface came or went.
   void handleIntfConfig(const Nerit::IntfId& intfId);
   // A comment came, changed or went: a profile's, a tx queue's or one of other origin.
@@ -278,49 +248,38 @@ class SchedulerPolicyKivToOCSm final : public Rok::StateMachine<SchedulerPolicyK
   void handleInitialized();
 
  private:
-  friend Rok::StateMachine<SchedulerPolicyKivToOCSm>;
-  friend SchedulerPolicyTxQueueSm;
-  void followQueueNameToTxQueueIdMap();
+  friend Rok::StateMachine<Self>;
+  void followQueueNameToTxQueueIdMap() { nameToTxQueueIdMapIn_.follow(*this); }
   using RokCliConfig =
-      Rok::Watch<SchedulerPolicyKivToOCSm, Cli::Config,
-                 Rok::On<Cli::Config::Attr::comment, &SchedulerPolicyKivToOCSm::handleComment>>;
-  using RokQosCliConfig = Rok::Watch<
-      SchedulerPolicyKivToOCSm, Qos::Input::Config,
-      Rok::On<Qos::Input::Config::Attr::intfConfig, &SchedulerPolicyKivToOCSm::handleIntfConfig>,
-      Rok::On<Qos::Input::Config::Attr::queueNameToTxQueueIdMap,
-              &SchedulerPolicyKivToOCSm::followQueueNameToTxQueueIdMap>>;
+      Rok::Watch<Self, Cli::Config, Rok::On<Cli::Config::Attr::comment, &Self::handleComment>>;
+  using RokQosCliConfig =
+      Rok::Watch<Self, Qos::Input::Config,
+                 Rok::On<Qos::Input::Config::Attr::intfConfig, &Self::handleIntfConfig>,
+                 Rok::On<Qos::Input::Config::Attr::queueNameToTxQueueIdMap,
+                         &Self::followQueueNameToTxQueueIdMap>>;
   using RokQosProfileConfigDir =
-      Rok::Watch<SchedulerPolicyKivToOCSm, Qos::QosProfileConfigDir,
-                 Rok::On<Qos::QosProfileConfigDir::Attr::config,
-                         &SchedulerPolicyKivToOCSm::udpateSchedulerPolicies>>;
-  using RokRok_QosCliConfig_QueueNameToTxQueueIdMapIn =
-      Rok::Watch<SchedulerPolicyKivToOCSm, NameToTxQueueIdMap,
-                 Rok::On<NameToTxQueueIdMap::Attr::queueNameToTxQueueId,
-                         &SchedulerPolicyKivToOCSm::
-                             rok_handleQosCliConfig_queueNameToTxQueueIdMap_queueNameToTxQueueId>>;
+      Rok::Watch<Self, Qos::QosProfileConfigDir,
+                 Rok::On<Qos::QosProfileConfigDir::Attr::config, &Self::udpateSchedulerPolicies>>;
 
-  SchedulerPolicyKivToOCSm(const Rok::Ptr<Cli::Config const>& cliConfig,
-                           const Rok::Ptr<Qos::Input::Config const>& qosCliConfig,
-                           const Rok::Ptr<Qos::QosProfileConfigDir const>& qosProfileConfigDir,
-                           const Rok::Ptr<Config::SchedulerPoliciesDir>& schedulerPoliciesDir,
-                           const Rok::Ptr<Config::InterfacesDir>& interfacesDir);
+  SchedulerPolicyKivToOCSm(Rok::In<Cli::Config> cliConfig, Rok::In<Qos::Input::Config> qosCliConfig,
+                           Rok::In<Qos::QosProfileConfigDir> qosProfileConfigDir,
+                           Rok::Out<Config::SchedulerPoliciesDir> schedulerPoliciesDir,
+                           Rok::Out<Config::InterfacesDir> interfacesDir);
   auto parts() {
     return std::tie(cliConfig_, qosCliConfig_, qosProfileConfigDir_, intfSm_,
-                    rok_QosCliConfig_QueueNameToTxQueueIdMapIn_);
+                    nameToTxQueueIdMapIn_);
   }
   void deletePolicy(const Velmo::String& policyName);
   Rok::Ptr<Config::SchedulerPolicy> makePolicy(const Velmo::String& policyName);
   void addScheduler(Config::SchedulerPolicy& policy, const SchedulerCommentInfo& comment);
   void addRate(Config::Scheduler& scheduler, const OneRateTwoColorCommentInfo& comment);
   void addInput(Config::Scheduler& scheduler, const SchedulerInputCommentInfo& comment);
-  void attachAsCommentSays(const Nerit::IntfId& intfId, const Qos::TxQueue& txQueue,
-                           const Velmo::String& comment, Helper::Attachment& attachment);
   void attach(const Nerit::IntfId& intfId, const Velmo::String& policyName,
-              Helper::Attachment& attachment);
-  void detach(const Nerit::IntfId& intfId, Helper::Attachment& attachment);
-  void evaluate(SchedulerPolicyTxQueueSm& queue);
+              Helper::TxQueueMemo& memo);
+  void detach(const Nerit::IntfId& intfId, Helper::TxQueueMemo& memo);
   void noteCutName(const Velmo::String& profileName);
-  void updatePolicyOfComment(const Velmo::String& key);
+  void updatePoliciesOfComment(const Velmo::String& key);
+  std::vector<Velmo::String> profilesNamed(std::string_view name) const;
   void mirrorInterfaces();
   void sweepPolicies();
   void sweepAttachments();
@@ -335,39 +294,26 @@ class SchedulerPolicyKivToOCSm final : public Rok::StateMachine<SchedulerPolicyK
   Rok::OrderedMap<Velmo::String, bool> cutNames_;
   // So that a comment and a queue name find their tx queues without a walk over all of the device.
   TxQueues txQueues_;
-  Helper::CommentMemo commentMemo_;
   IntfSms intfSm_;
-  RokRok_QosCliConfig_QueueNameToTxQueueIdMapIn rok_QosCliConfig_QueueNameToTxQueueIdMapIn_;
+  using RokNameToTxQueueIdMapIn = Rok::ChainedWatch<
+      Self, &Self::qosCliConfig_, &Qos::Input::Config::queueNameToTxQueueIdMap,
+      Rok::On<NameToTxQueueIdMap::Attr::queueNameToTxQueueId,
+              &Self::rok_handleQosCliConfig_queueNameToTxQueueIdMap_queueNameToTxQueueId>>;
+  RokNameToTxQueueIdMapIn nameToTxQueueIdMapIn_;
 };
 
-// ===== Factories. Each returns when its whole tree is built and the output is in line.
-//
-// The argument named after "Deaf without" may be null: the machine then does nothing, for good.
-// What is required must be there.
+// ===== Factories
 
 // Deaf without cliConfig. Requires: qosProfileConfigDir, schedulerPoliciesDir, interfacesDir.
 // Without qosCliConfig there are no interfaces, and the chained input is null.
 // Throws: RangeException when a profile's comment has a rate of more than 100 percent; what was
 // written before stays.
-QOS_EXPORT Rok::Ptr<SchedulerPolicyKivToOCSm> schedulerPolicyKivToOCSmFactory(
-    const Rok::Ptr<Cli::Config const>& cliConfig,
-    const Rok::Ptr<Qos::Input::Config const>& qosCliConfig,
-    const Rok::Ptr<Qos::QosProfileConfigDir const>& qosProfileConfigDir,
-    const Rok::Ptr<Config::SchedulerPoliciesDir>& schedulerPoliciesDir,
-    const Rok::Ptr<Config::InterfacesDir>& interfacesDir);
+QOS_EXPORT Rok::Factory<SchedulerPolicyKivToOCSm> schedulerPolicyKivToOCSmFactory;
 // Deaf without intfConfig. Requires: schedulerPoliciesDir, interfacesDir, and
 // schedulerPolicyKivToOCSm, which outlives the machine.
-QOS_EXPORT Rok::Ptr<SchedulerPolicyIntfSm> schedulerPolicyIntfSmFactory(
-    SchedulerPolicyKivToOCSm* schedulerPolicyKivToOCSm,
-    const Rok::Ptr<Config::SchedulerPoliciesDir>& schedulerPoliciesDir,
-    const Rok::Ptr<Config::InterfacesDir>& interfacesDir,
-    const Rok::Ptr<Qos::IntfConfig const>& intfConfig);
+QOS_EXPORT Rok::Factory<SchedulerPolicyIntfSm> schedulerPolicyIntfSmFactory;
 // Deaf without txQueueConfig. Requires: schedulerPoliciesDir, interfacesDir, and
 // schedulerPolicyIntfSm, which outlives the machine.
-QOS_EXPORT Rok::Ptr<SchedulerPolicyTxQueueSm> schedulerPolicyTxQueueSmFactory(
-    SchedulerPolicyIntfSm* schedulerPolicyIntfSm, const Nerit::IntfId& intfId,
-    const Rok::Ptr<Config::SchedulerPoliciesDir>& schedulerPoliciesDir,
-    const Rok::Ptr<Config::InterfacesDir>& interfacesDir,
-    const Rok::Ptr<Qos::TxQueueConfig const>& txQueueConfig);
+QOS_EXPORT Rok::Factory<SchedulerPolicyTxQueueSm> schedulerPolicyTxQueueSmFactory;
 
 }  // namespace QosOc

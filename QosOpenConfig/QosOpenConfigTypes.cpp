@@ -5,9 +5,9 @@
 namespace QosOc {
 namespace {
 
-// What stands for a collection, whatever it holds. Deliberate: the text form serves traces and
-// generic access to single values, and generic access reaches the entries one by one. So the two
-// classes with a collection have no parser either.
+// What stands for a collection, whatever it holds: the text form serves traces and generic
+// access to single values, and generic access reaches the entries one by one. So the two classes
+// with a collection have no parser either.
 constexpr const char* collectionStrep = "None";
 
 template <class Map>

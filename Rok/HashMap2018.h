@@ -179,6 +179,10 @@ class HashMap2018 {
     table->mapGone();
   }
 
+  // Where a walk meets the entry of a key: of two entries, the one of the lesser place comes first.
+  // Requires: the entry.
+  std::uint64_t walkPlace(const Key& key) const { return table_->walkPlace(table_->find(key).n); }
+
   // A walk that survives every change.
   Iterator iterator() const { return Iterator(*this); }
   // The same for a range-based for: `for (const auto& [key, value] : map)`.

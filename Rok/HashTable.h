@@ -315,6 +315,12 @@ struct HashTable {
   }
   std::uint32_t allNodes() const { return chunkFirst(chunkCount); }
 
+  // Grows along a walk.
+  std::uint64_t walkPlace(std::uint32_t n) const {
+    const std::uint64_t chunk = chunkOf(n);
+    return (downward() ? 0xff - chunk : chunk) << 32 | n;
+  }
+
   // The first live node of [from, end); noNode when there is none.
   std::uint32_t liveIn(std::uint32_t from, std::uint32_t end) {
     if (rest == nullptr) return from == 0 && count != 0 ? 0 : noNode;

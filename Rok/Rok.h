@@ -3,6 +3,7 @@
 
 #include "Rok/EnumType.h"
 #include "Rok/Exceptions.h"
+#include "Rok/Found.h"
 #include "Rok/HashMap2018.h"
 #include "Rok/Index.h"
 #include "Rok/Notifier.h"
@@ -14,3 +15,4 @@
 #include "Rok/String.h"
 #include "Rok/Trace.h"
 #include "Rok/ValueMap.h"
+#include "Rok/WalkOrder.h"

@@ -3,9 +3,11 @@
 //   level is on; when it is off, it costs one test.
 //
 // RULES
-//   - Level 0 tells a fault in the data, 2 and 8 the entry of a handler, 9 further detail.
+//   - Level 0 is for faults in the data, 2 and 8 for the entry of a handler, 9 for further detail.
 //   - Levels are switched by the handle's name; handles of one name go together. All are off at
 //     first.
+//   - A sink reads and writes down. It must not change what the process translates, neither the
+//     native objects nor the output: a handler keeps no references for its sake.
 //   - The sink gets whole lines, without the end of line. Without a sink of its own a process
 //     writes them to standard error.
 //   - A name or a text goes into the line as it is, except that control characters are written as
@@ -13,10 +15,13 @@
 //
 // EXAMPLE
 //   constinit Rok::TraceHandle traceHandle("OpenConfigQos", false);
+//   constexpr Rok::TraceLevel handler{traceHandle, 8};
+//   constexpr Rok::TraceLevel detail{traceHandle, 9};
 //
 //   void Counter::handleTick(int n) {
-//     Rok::EntryTrace(traceHandle, 8, *this, n);
-//     if (Rok::TraceHelper line{traceHandle, 9}) line << "ticks so far: " << n;
+//     Rok::traceEntry(handler, *this, n);
+//     if (n % 2 == 0) Rok::traceLine(detail, "an even tick: ", n);
+//     if (Rok::TraceHelper line{detail}) line << "ticks so far: " << ticks();
 //   }
 #pragma once
 
@@ -84,6 +89,14 @@ class QOS_EXPORT TraceHandle {
   TraceHandle* next_ = nullptr;
 };
 
+// A level of a unit's handle: `constexpr Rok::TraceLevel detail{traceHandle, 9};`.
+struct TraceLevel {
+  TraceHandle& handle;
+  TraceFacility::FacilityLevel level;
+
+  bool isOn() const { return handle.isOn(level); }
+};
+
 // What a trace line takes: texts as they are, anything else through its operator<<.
 class QOS_EXPORT TraceStream {
  public:
@@ -132,6 +145,9 @@ class QOS_EXPORT TraceHelper {
       open(handle, level, place.file_name(), place.line(), place.function_name());
     }
   }
+  [[gnu::always_inline]] explicit TraceHelper(
+      TraceLevel at, std::source_location place = std::source_location::current())
+      : TraceHelper(at.handle, at.level, place) {}
   TraceHelper(TraceHandle& handle, TraceFacility::FacilityLevel level, const char* sourceFile,
               unsigned sourceLine, const char* functionName) {
     if (handle.isOn(level)) [[unlikely]] {
@@ -180,39 +196,73 @@ class QOS_EXPORT TraceHelper {
   Open* line_ = nullptr;
 };
 
+// Where a line is written: at a level, and where in the sources. The place adds itself.
+struct TraceAt {
+  [[gnu::always_inline]] TraceAt(TraceLevel of,
+                                 std::source_location here = std::source_location::current())
+      : handle(of.handle), level(of.level), place(here) {}
+
+  TraceHandle& handle;
+  TraceFacility::FacilityLevel level;
+  std::source_location place;
+};
+
+namespace Impl {
+
+// Writes a line that is on: what `head` begins it with, then the parts.
+template <class Head, class... Parts>
+[[gnu::cold]] void traceWrite(const TraceAt& at, const Head& head, const Parts&... parts) {
+  TraceHelper line{at.handle, at.level, at.place};
+  head(line);
+  static_cast<void>((line << ... << parts));
+}
+
+}  // namespace Impl
+
+// A line whose parts are there anyhow, in one statement. The parts are evaluated also while the
+// level is off, so a line that computes its parts opens a TraceHelper instead.
+template <class... Parts>
+[[gnu::always_inline]] inline void traceLine(const TraceAt& at, const Parts&... parts) {
+  if (at.handle.isOn(at.level)) [[unlikely]]
+    Impl::traceWrite(
+        at, [](TraceHelper&) {}, parts...);
+}
+// The same behind the object.
+template <class Object, class... Parts>
+[[gnu::always_inline]] inline void traceOf(const TraceAt& at, const Object& object,
+                                           const Parts&... parts) {
+  if (at.handle.isOn(at.level)) [[unlikely]]
+    Impl::traceWrite(
+        at, [&](TraceHelper& line) { line.of(object); }, parts...);
+}
+// The same behind the object and the function's signature.
+template <class Object, class... Parts>
+[[gnu::always_inline]] inline void traceIn(const TraceAt& at, const Object& object,
+                                           const Parts&... parts) {
+  if (at.handle.isOn(at.level)) [[unlikely]]
+    Impl::traceWrite(
+        at, [&](TraceHelper& line) { line.in(object); }, parts...);
+}
+// The same behind the signature of a free function.
+template <class... Parts>
+[[gnu::always_inline]] inline void traceCall(const TraceAt& at, const Parts&... parts) {
+  if (at.handle.isOn(at.level)) [[unlikely]]
+    Impl::traceWrite(
+        at, [](TraceHelper& line) { line.in(); }, parts...);
+}
+
 // The line with which a handler opens: the object, the function's signature, the arguments.
 template <class Object, class... Args>
-struct EntryTrace {
-  [[gnu::always_inline]] EntryTrace(TraceHandle& handle, TraceFacility::FacilityLevel level,
-                                    const Object& object, const Args&... args,
-                                    std::source_location place = std::source_location::current()) {
-    if (handle.isOn(level)) [[unlikely]]
-      write(handle, level, object, args..., place);
-  }
-
- private:
-  [[gnu::cold]] static void write(TraceHandle& handle, TraceFacility::FacilityLevel level,
-                                  const Object& object, const Args&... args,
-                                  const std::source_location& place) {
-    TraceHelper line{handle, level, place};
+[[gnu::always_inline]] inline void traceEntry(const TraceAt& at, const Object& object,
+                                              const Args&... args) {
+  const auto write = [&](TraceHelper& line) {
     line.in(object) << " ( ";
     [[maybe_unused]] const char* comma = "";
     ((line << comma << args, comma = ", "), ...);
     line << " ) ";
-  }
-};
-template <class Object, class... Args>
-EntryTrace(TraceHandle&, TraceFacility::FacilityLevel, const Object&, const Args&...)
-    -> EntryTrace<Object, Args...>;
-
-// The same for a free function: the signature and its argument.
-template <class Arg>
-struct CallTrace {
-  [[gnu::always_inline]] CallTrace(TraceHandle& handle, TraceFacility::FacilityLevel level,
-                                   const Arg& arg,
-                                   std::source_location place = std::source_location::current()) {
-    if (TraceHelper line{handle, level, place}) line.in() << " ( " << arg;
-  }
-};
+  };
+  if (at.handle.isOn(at.level)) [[unlikely]]
+    Impl::traceWrite(at, write);
+}
 
 }  // namespace Rok

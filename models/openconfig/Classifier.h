@@ -167,10 +167,10 @@ class Classifier final : public Rok::PtrInterface {
 
   const ClassifierConfig& config() const { return config_; }
   void configIs(const ClassifierConfig& config) { config_ = config; }
-  // The same for a writer that mostly says what stands there already.
-  void configIs(const Rok::String& name, QosOc::Classifier::Type type) {
-    if (config_.name == name && config_.type == type) return;
-    config_ = {name, type};
+  // The same with the classifier's own name, for a writer that mostly says what stands there.
+  void configIs(QosOc::Classifier::Type type) {
+    if (config_.name == name_ && config_.type == type) return;
+    config_ = {name_, type};
   }
 
   // Null when there are none.
@@ -199,7 +199,7 @@ class ClassifiersDir final : public Rok::PtrInterface {
   const Classifiers::Map& classifier() const { return classifiers_.map(); }
   Rok::Ptr<Classifier> classifier(const Rok::String& name) const { return classifiers_.get(name); }
   Rok::Ptr<Classifier> classifierIs(const Rok::String& name) { return classifiers_.is(name); }
-  // Removes the classifier with its terms. Whoever still holds it sees it marked for deletion.
+  // Removes the classifier with its terms.
   void classifierDel(const Rok::String& name) { classifiers_.del(name); }
 
  private:

@@ -63,11 +63,7 @@ class ObjectMap {
     if (const Rok::Ptr<Object>* found = map_.find(k)) return *found;
     return map_.newMember(k, Rok::make<Object>(k)).first->value();
   }
-  // Removes the object. Whoever still holds it sees it marked for deletion, and looks for another.
-  void del(const Key& k) {
-    Rok::Ptr<Object> removed;
-    if (map_.deleteMember(k, &removed)) removed->rokMarkedForDeletionIs(true);
-  }
+  void del(const Key& k) { map_.deleteMember(k); }
 
  private:
   Map map_;

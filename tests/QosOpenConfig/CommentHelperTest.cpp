@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "QosOpenConfig/QosOpenConfigHelper.h"
+#include "QosOpenConfig/QosOpenConfigHelperComments.h"
 #include "tests/support/TraceCapture.h"
 
 namespace QosOc::commentHelperTest {

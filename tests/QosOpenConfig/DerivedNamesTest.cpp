@@ -12,6 +12,7 @@
 
 #include "QosOpenConfig/QosOpenConfigClassifierKivToOCSm.h"
 #include "QosOpenConfig/QosOpenConfigHelper.h"
+#include "QosOpenConfig/QosOpenConfigHelperNames.h"
 #include "QosOpenConfig/QosOpenConfigIntfClassifierKivToOcSm.h"
 #include "tests/support/OneByteChanged.h"
 #include "tests/support/TraceCapture.h"

@@ -283,8 +283,8 @@ class PatternChild : public Tree<Sm> {
 
   // The mutators of the collection.
   Rok::Ptr<Sm> is(const Arguments& arguments) const {
-    return std::apply(Facts<Sm>::collection.is,
-                      std::tuple_cat(std::tuple(parent().get()), arguments));
+    return std::apply([this](const auto&... each) { return Facts<Sm>::is(*parent(), each...); },
+                      arguments);
   }
   template <class Key>
   void del(const Key& key) const {

@@ -126,6 +126,25 @@ TEST(Examples, Index) {
 
 }  // namespace index
 
+TEST(Examples, Found) {
+  Rok::HashMap2018<Rok::Hm2018NEI<0x52, Velmo::String, int>> ports;
+  ports.newMember("Ethernet1", 7);
+  Rok::Found mine;
+  assert(*mine.in(ports, "Ethernet1") == 7);
+  ports.deleteMember("Ethernet1");
+  assert(mine.in(ports, "Ethernet1") == nullptr);
+}
+
+TEST(Examples, WalkOrder) {
+  Rok::HashMap2018<Rok::Hm2018NEI<0x53, Velmo::String, int>> ports;
+  ports.newMember("Ethernet1", 7);
+  int served = 0;
+  Rok::inWalkOrder(
+      ports, {"Ethernet1", "Ethernet2"}, false, [](const Velmo::String&) {},
+      [&](const Velmo::String& name) { served += ports.get(name); });
+  assert(served == 7);
+}
+
 TEST(Examples, Strep) {
   struct Limit {
     explicit Limit(Rok::CharRange& range) {
@@ -187,8 +206,9 @@ class PortSm final : public Rok::StateMachine<PortSm> {
  public:
   static constexpr std::string_view rokTypeName = "PortSm";
   static constexpr auto rokArguments() {
-    return std::tuple{Rok::Argument{"port", &PortSm::port}, Rok::Argument{"log", &PortSm::log}};
+    return std::tuple{Rok::Argument{"port", &Self::port}, Rok::Argument{"log", &Self::log}};
   }
+  static auto PortSmIs(const auto&... arguments) { return create(arguments...); }
   Rok::Ptr<Port const> port() const { return port_.ptr(); }
   const Rok::Ptr<Log>& log() const { return log_; }
   void handleMtu() { log_->line(port_->name(), port_->mtu()); }
@@ -196,24 +216,28 @@ class PortSm final : public Rok::StateMachine<PortSm> {
   void handleInitialized() { handleMtu(); }
 
  private:
-  friend Rok::StateMachine<PortSm>;
-  using RokPort = Rok::Watch<PortSm, Port, Rok::On<Port::Attr::mtu, &PortSm::handleMtu>>;
-  PortSm(const Rok::Ptr<Port const>& port, const Rok::Ptr<Log>& log)
-      : port_(*this, port), log_(log) {
-    rokInitialize<&PortSm::handleInitialized>();
+  friend Rok::StateMachine<Self>;
+  using RokPort = Rok::Watch<Self, Port, Rok::On<Port::Attr::mtu, &Self::handleMtu>>;
+  PortSm(Rok::In<Port> port, Rok::Out<Log> log) : port_(*this, port), log_(log) {
+    rokInitialize<&Self::handleInitialized>();
   }
   auto parts() { return std::tie(port_); }
 
   RokPort port_;
   Rok::Ptr<Log> log_;
 };
+Rok::Factory<PortSm> portSmFactory;
+
+Rok::Ptr<PortSm> portSmFactory(Rok::In<Port> port, Rok::Out<Log> log) {
+  return PortSm::PortSmIs(port, log);
+}
 
 }  // namespace machine
 
 TEST(Examples, StateMachine) {
   const auto port = Rok::make<machine::Port>();
   const auto log = Rok::make<machine::Log>();
-  const auto sm = machine::PortSm::create(port, log);
+  const auto sm = machine::portSmFactory(port, log);
   EXPECT_EQ(log->text, "Ethernet1 1500");
   port->mtuIs(9000);
   EXPECT_EQ(log->text, "Ethernet1 9000");
@@ -223,14 +247,18 @@ TEST(Examples, StateMachine) {
 
 struct Counter {
   void handleTick(int n);
-  int ticks = 0;
+  int ticks() const { return 3; }
 };
 
 constinit Rok::TraceHandle traceHandle("OpenConfigQos", false);
 
+constexpr Rok::TraceLevel handler{traceHandle, 8};
+constexpr Rok::TraceLevel detail{traceHandle, 9};
+
 void Counter::handleTick(int n) {
-  Rok::EntryTrace(traceHandle, 8, *this, n);
-  if (Rok::TraceHelper line{traceHandle, 9}) line << "ticks so far: " << n;
+  Rok::traceEntry(handler, *this, n);
+  if (n % 2 == 0) Rok::traceLine(detail, "an even tick: ", n);
+  if (Rok::TraceHelper line{detail}) line << "ticks so far: " << ticks();
 }
 
 TEST(Examples, Trace) {
@@ -301,8 +329,9 @@ INSTANTIATE_TEST_SUITE_P(Headers, HeaderExamples,
                          testing::Values("Rok/EnumType.h", "Rok/Exceptions.h", "Rok/Hash.h",
                                          "Rok/HashMap2018.h", "Rok/Index.h", "Rok/Notifier.h",
                                          "Rok/Optional.h", "Rok/OrderedMap.h", "Rok/Ptr.h",
-                                         "Rok/Sassert.h", "Rok/StateMachine.h", "Rok/StdIterator.h",
-                                         "Rok/Strep.h", "Rok/Trace.h", "Velmo/String.h"));
+                                         "Rok/Sassert.h", "Rok/StateMachine.h", "Rok/Found.h",
+                                         "Rok/WalkOrder.h", "Rok/StdIterator.h", "Rok/Strep.h",
+                                         "Rok/Trace.h", "Velmo/String.h"));
 
 TEST_P(HeaderExamples, AreTheOnesThatRunHere) {
   const std::string example = exampleOf(GetParam());

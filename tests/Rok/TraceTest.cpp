@@ -212,15 +212,17 @@ TEST_F(Trace, ControlCharactersAreEscapedSoThatALineStaysOneLine) {
 
 class Counter {
  public:
-  void handleTick(int n, const Velmo::String& name) { Rok::EntryTrace(first, 8, *this, n, name); }
-  void handleInitialized() { Rok::EntryTrace(first, 8, *this); }
+  void handleTick(int n, const Velmo::String& name) {
+    Rok::traceEntry(Rok::TraceLevel{first, 8}, *this, n, name);
+  }
+  void handleInitialized() { Rok::traceEntry(Rok::TraceLevel{first, 8}, *this); }
 };
 struct Named {
-  void handleTick(int n) { Rok::EntryTrace(first, 8, *this, n); }
+  void handleTick(int n) { Rok::traceEntry(Rok::TraceLevel{first, 8}, *this, n); }
   friend std::ostream& operator<<(std::ostream& out, const Named&) { return out << "Named( x )::"; }
 };
 int decode(const Velmo::String& name) {
-  Rok::CallTrace(first, 8, name);
+  Rok::traceCall(Rok::TraceLevel{first, 8}, " ( ", name);
   return 1;
 }
 

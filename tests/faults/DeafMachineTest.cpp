@@ -48,7 +48,7 @@ class DeafMachine : public testing::Test {
     house_.build();
     // What a start of the root would sweep.
     house_.model.classifiers->classifierIs("stale")->configIs(
-        "stale", QosOc::Classifier::classifierTypeIpv4);
+        QosOc::Classifier::classifierTypeIpv4);
     house_.model.schedulerPolicies->schedulerPolicyIs("stale");
     house_.model.queueManagementProfiles->queueManagementProfileIs(
         QosOc::Config::QueueManagementProfile("stale"));

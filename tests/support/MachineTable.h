@@ -94,9 +94,11 @@ struct Facts<QosOc::ClassMapTypeSm> : ChildFacts<QosOc::ClassMapTypeSm, QosOc::C
                                                Named{"classifierDir", &Sm::classifierDir}};
   static auto computed() { return std::tuple{Computed{&Sm::type, Qos::mapQos}}; }
   static constexpr std::array events{"AClassMapGoes"};
-  static constexpr auto collection =
-      Collection{&Parent::cmapTypeConfigSm, &Parent::cmapTypeConfigSmIs,
-                 &Parent::cmapTypeConfigSmDel, &Parent::cmapTypeConfigSmDelAll};
+  static auto is(Parent& parent, const auto&... arguments) {
+    return parent.cmapTypeConfigSmIs(arguments...);
+  }
+  static constexpr auto collection = Collection{
+      &Parent::cmapTypeConfigSm, &Parent::cmapTypeConfigSmDel, &Parent::cmapTypeConfigSmDelAll};
   static Qos::MapType key() { return Qos::mapQos; }
   static Qos::MapType otherKey() { return Qos::MapType{7}; }
   static auto made(const Qos::MapType& key) {
@@ -115,9 +117,11 @@ struct Facts<QosOc::ClassMapSm> : ChildFacts<QosOc::ClassMapSm, QosOc::ClassMapT
     return std::tuple{Computed{&Sm::cmapName, termName}, Computed{&Sm::type, Qos::mapQos}};
   }
   static constexpr std::array events{"AMatchStatementComes"};
+  static auto is(Parent& parent, const auto&... arguments) {
+    return parent.cmapConfigSmIs(arguments...);
+  }
   static constexpr auto collection =
-      Collection{&Parent::cmapConfigSm, &Parent::cmapConfigSmIs, &Parent::cmapConfigSmDel,
-                 &Parent::cmapConfigSmDelAll};
+      Collection{&Parent::cmapConfigSm, &Parent::cmapConfigSmDel, &Parent::cmapConfigSmDelAll};
   static constexpr auto told = &Parent::handleClassMapConfig;
   static Velmo::String key() { return termName; }
   static Velmo::String otherKey() { return otherTermName; }
@@ -149,8 +153,11 @@ struct Facts<QosOc::AclTypeSm> : ChildFacts<QosOc::AclTypeSm, QosOc::AclKivToOcS
                                                Named{"classifierDir", &Sm::classifierDir}};
   static auto computed() { return std::tuple{Computed{&Sm::type, Acl::aclTypeIpv4}}; }
   static constexpr std::array events{"AnAclGoes"};
-  static constexpr auto collection = Collection{&Parent::aclTypeSm, &Parent::aclTypeSmIs,
-                                                &Parent::aclTypeSmDel, &Parent::aclTypeSmDelAll};
+  static auto is(Parent& parent, const auto&... arguments) {
+    return parent.aclTypeSmIs(arguments...);
+  }
+  static constexpr auto collection =
+      Collection{&Parent::aclTypeSm, &Parent::aclTypeSmDel, &Parent::aclTypeSmDelAll};
   static Acl::AclType key() { return Acl::aclTypeIpv4; }
   static Acl::AclType otherKey() { return Acl::aclTypeIpv6; }
   static auto made(const Acl::AclType& key) { return Rok::make<Acl::Input::AclTypeConfig>(key); }
@@ -167,9 +174,11 @@ struct Facts<QosOc::AclConfigSm> : ChildFacts<QosOc::AclConfigSm, QosOc::AclType
     return std::tuple{Computed{&Sm::aclName, termName}, Computed{&Sm::type, Acl::aclTypeIpv4}};
   }
   static constexpr std::array events{"TheRulesOfAnAclAreReplaced"};
+  static auto is(Parent& parent, const auto&... arguments) {
+    return parent.aclConfigSmIs(arguments...);
+  }
   static constexpr auto collection =
-      Collection{&Parent::aclConfigSm, &Parent::aclConfigSmIs, &Parent::aclConfigSmDel,
-                 &Parent::aclConfigSmDelAll};
+      Collection{&Parent::aclConfigSm, &Parent::aclConfigSmDel, &Parent::aclConfigSmDelAll};
   static constexpr auto told = &Parent::handleAclConfig;
   static Velmo::String key() { return termName; }
   static Velmo::String otherKey() { return otherTermName; }
@@ -218,8 +227,11 @@ struct Facts<QosOc::PmapTypeSm> : ChildFacts<QosOc::PmapTypeSm, QosOc::ClassActi
                  Named{"classifierDir", &Sm::classifierDir}};
   static auto computed() { return std::tuple{Computed{&Sm::pmapType, Qos::mapQos}}; }
   static constexpr std::array events{"APolicyMapComes"};
-  static constexpr auto collection = Collection{&Parent::pmapTypeSm, &Parent::pmapTypeSmIs,
-                                                &Parent::pmapTypeSmDel, &Parent::pmapTypeSmDelAll};
+  static auto is(Parent& parent, const auto&... arguments) {
+    return parent.pmapTypeSmIs(arguments...);
+  }
+  static constexpr auto collection =
+      Collection{&Parent::pmapTypeSm, &Parent::pmapTypeSmDel, &Parent::pmapTypeSmDelAll};
   static constexpr auto told = &Parent::handlePmapTypeConfig;
   static Qos::MapType key() { return Qos::mapQos; }
   static Qos::MapType otherKey() { return Qos::MapType{7}; }
@@ -242,9 +254,11 @@ struct Facts<QosOc::PmapConfigSm> : ChildFacts<QosOc::PmapConfigSm, QosOc::PmapT
       Named{"classifierDir", &Sm::classifierDir}};
   static auto computed() { return std::tuple{Computed{&Sm::pmapName, policyMapName}}; }
   static constexpr std::array events{"AClassComes"};
+  static auto is(Parent& parent, const auto&... arguments) {
+    return parent.pmapConfigSmIs(arguments...);
+  }
   static constexpr auto collection =
-      Collection{&Parent::pmapConfigSm, &Parent::pmapConfigSmIs, &Parent::pmapConfigSmDel,
-                 &Parent::pmapConfigSmDelAll};
+      Collection{&Parent::pmapConfigSm, &Parent::pmapConfigSmDel, &Parent::pmapConfigSmDelAll};
   static constexpr auto told = &Parent::handlePmapConfig;
   static Velmo::String key() { return policyMapName; }
   static Velmo::String otherKey() { return otherPolicyMapName; }
@@ -266,9 +280,11 @@ struct Facts<QosOc::ClassActionSm> : ChildFacts<QosOc::ClassActionSm, QosOc::Pma
       Named{"pmapConfigSm", &Sm::pmapConfigSm}};
   static auto computed() { return std::tuple{Computed{&Sm::cmapName, termName}}; }
   static constexpr std::array events{"AnActionGoes"};
+  static auto is(Parent& parent, const auto&... arguments) {
+    return parent.classActionSmIs(arguments...);
+  }
   static constexpr auto collection =
-      Collection{&Parent::classActionSm, &Parent::classActionSmIs, &Parent::classActionSmDel,
-                 &Parent::classActionSmDelAll};
+      Collection{&Parent::classActionSm, &Parent::classActionSmDel, &Parent::classActionSmDelAll};
   static constexpr auto told = &Parent::handleClassAction;
   static Velmo::String key() { return termName; }
   static Velmo::String otherKey() { return otherTermName; }
@@ -301,9 +317,11 @@ struct Facts<QosOc::PolicyActionSm> : ChildFacts<QosOc::PolicyActionSm, QosOc::C
       Named{"classActionSm", &Sm::classActionSm}};
   static auto computed() { return std::tuple{Computed{&Sm::actionType, Qos::actionSetTc}}; }
   static constexpr std::array events{"AnActionChanges"};
-  static constexpr auto collection =
-      Collection{&Parent::policyActionSm, &Parent::policyActionSmIs, &Parent::policyActionSmDel,
-                 &Parent::policyActionSmDelAll};
+  static auto is(Parent& parent, const auto&... arguments) {
+    return parent.policyActionSmIs(arguments...);
+  }
+  static constexpr auto collection = Collection{&Parent::policyActionSm, &Parent::policyActionSmDel,
+                                                &Parent::policyActionSmDelAll};
   static constexpr auto told = &Parent::handlePolicyAction;
   static Qos::ActionType key() { return Qos::actionSetTc; }
   static Qos::ActionType otherKey() { return Qos::ActionType{9}; }
@@ -337,9 +355,11 @@ struct Facts<QosOc::ServicePolicySm>
                  Named{"intfClassifierKivToOcSm", &Sm::intfClassifierKivToOcSm}};
   static auto computed() { return std::tuple{Computed{&Sm::pmapName, policyMapName}}; }
   static constexpr std::array events{"AnInterfaceIsBound"};
-  static constexpr auto collection =
-      Collection{&Parent::servicePolicySm, &Parent::servicePolicySmIs, &Parent::servicePolicySmDel,
-                 &Parent::servicePolicySmDelAll};
+  static auto is(Parent& parent, const auto&... arguments) {
+    return parent.servicePolicySmIs(arguments...);
+  }
+  static constexpr auto collection = Collection{
+      &Parent::servicePolicySm, &Parent::servicePolicySmDel, &Parent::servicePolicySmDelAll};
   static Velmo::String key() { return policyMapName; }
   static Velmo::String otherKey() { return otherPolicyMapName; }
   static auto made(const Velmo::String& key) {
@@ -389,8 +409,9 @@ struct Facts<QosOc::IntfSm> : InterfaceFacts<QosOc::IntfSm, QosOc::QueueKivToOcS
       std::tuple{Named{"queuesDir", &Sm::queuesDir}, Named{"intfConfig", &Sm::intfConfig},
                  Named{"cliConfig", &Sm::cliConfig}};
   static constexpr std::array events{"ATxQueueComes"};
+  static auto is(Parent& parent, const auto&... arguments) { return parent.intfSmIs(arguments...); }
   static constexpr auto collection =
-      Collection{&Parent::intfSm, &Parent::intfSmIs, &Parent::intfSmDel, &Parent::intfSmDelAll};
+      Collection{&Parent::intfSm, &Parent::intfSmDel, &Parent::intfSmDelAll};
   static constexpr auto told = &Parent::handleIntfConfig;
   static Nerit::IntfId key() { return ethernet3; }
 };
@@ -404,8 +425,11 @@ struct Facts<QosOc::TxQueueSm> : TxQueueFacts<QosOc::TxQueueSm, QosOc::IntfSm> {
       std::tuple{Named{"intfId", &Sm::intfId}, Named{"queuesDir", &Sm::queuesDir},
                  Named{"txQueueConfig", &Sm::txQueueConfig}, Named{"cliConfig", &Sm::cliConfig}};
   static constexpr std::array events{"ABandwidthChanges", "EcnSettingsChange", "AnAttachmentComes"};
-  static constexpr auto collection = Collection{&Parent::txQueueSm, &Parent::txQueueSmIs,
-                                                &Parent::txQueueSmDel, &Parent::txQueueSmDelAll};
+  static auto is(Parent& parent, const auto&... arguments) {
+    return parent.txQueueSmIs(arguments...);
+  }
+  static constexpr auto collection =
+      Collection{&Parent::txQueueSm, &Parent::txQueueSmDel, &Parent::txQueueSmDelAll};
   static constexpr auto told = &Parent::handleTxQueueConfig;
 };
 
@@ -440,9 +464,11 @@ struct Facts<QosOc::InterfaceConfigSm>
   static constexpr auto arguments =
       std::tuple{Named{"intfConfig", &Sm::intfConfig}, Named{"interfacesDir", &Sm::interfacesDir}};
   static constexpr std::array events{"APortRecordIsReplaced", "PrioritiesChange"};
+  static auto is(Parent& parent, const auto&... arguments) {
+    return parent.intfConfigSmIs(arguments...);
+  }
   static constexpr auto collection =
-      Collection{&Parent::intfConfigSm, &Parent::intfConfigSmIs, &Parent::intfConfigSmDel,
-                 &Parent::intfConfigSmDelAll};
+      Collection{&Parent::intfConfigSm, &Parent::intfConfigSmDel, &Parent::intfConfigSmDelAll};
   static constexpr auto told = &Parent::handleIntfConfig;
   static Nerit::IntfId key() { return ethernet1; }
 };
@@ -487,9 +513,11 @@ struct Facts<QosOc::QueueManagementProfileQosProfileSm>
                  Named{"qosProfileConfig", &Sm::qosProfileConfig}};
   static auto computed() { return std::tuple{Computed{&Sm::profileName, profileName}}; }
   static constexpr std::array events{"TheBodyOfAProfileIsReplaced", "ATxQueueOfAProfileComes"};
+  static auto is(Parent& parent, const auto&... arguments) {
+    return parent.qosProfileSmIs(arguments...);
+  }
   static constexpr auto collection =
-      Collection{&Parent::qosProfileSm, &Parent::qosProfileSmIs, &Parent::qosProfileSmDel,
-                 &Parent::qosProfileSmDelAll};
+      Collection{&Parent::qosProfileSm, &Parent::qosProfileSmDel, &Parent::qosProfileSmDelAll};
   static constexpr auto told = &Parent::handleProfileConfig;
   static Velmo::String key() { return profileName; }
   static Velmo::String otherKey() { return Velmo::String("__YANG_QMP_[other]"); }
@@ -522,8 +550,11 @@ struct Facts<QosOc::QueueManagementProfileQosProfileTxQueueSm>
                  Named{"txQueueConfig", &Sm::txQueueConfig}};
   static auto computed() { return std::tuple{Computed{&Sm::txQueue, txQueue0}}; }
   static constexpr std::array events{"WredSettingsChange"};
-  static constexpr auto collection = Collection{&Parent::txQueueSm, &Parent::txQueueSmIs,
-                                                &Parent::txQueueSmDel, &Parent::txQueueSmDelAll};
+  static auto is(Parent& parent, const auto&... arguments) {
+    return parent.txQueueSmIs(arguments...);
+  }
+  static constexpr auto collection =
+      Collection{&Parent::txQueueSm, &Parent::txQueueSmDel, &Parent::txQueueSmDelAll};
   static constexpr auto told = &Parent::handleTxQueueConfig;
   static Qos::TxQueue key() { return txQueue0; }
   static Qos::TxQueue otherKey() { return otherTxQueue; }
@@ -545,8 +576,9 @@ struct Facts<QosOc::QueueManagementProfileIntfSm>
       std::tuple{Named{"queueManagementProfileKivToOcSm", &Sm::queueManagementProfileKivToOcSm},
                  Named{"interfacesDir", &Sm::interfacesDir}, Named{"intfConfig", &Sm::intfConfig}};
   static constexpr std::array events{"ATxQueueComes"};
+  static auto is(Parent& parent, const auto&... arguments) { return parent.intfSmIs(arguments...); }
   static constexpr auto collection =
-      Collection{&Parent::intfSm, &Parent::intfSmIs, &Parent::intfSmDel, &Parent::intfSmDelAll};
+      Collection{&Parent::intfSm, &Parent::intfSmDel, &Parent::intfSmDelAll};
   static constexpr auto told = &Parent::handleIntfConfig;
   static Nerit::IntfId key() { return ethernet3; }
 };
@@ -561,8 +593,11 @@ struct Facts<QosOc::QueueManagementProfileTxQueueSm>
       Named{"intfSm", &Sm::intfSm}, Named{"intfId", &Sm::intfId},
       Named{"interfacesDir", &Sm::interfacesDir}, Named{"txQueueConfig", &Sm::txQueueConfig}};
   static constexpr std::array events{"EcnSettingsChange"};
-  static constexpr auto collection = Collection{&Parent::txQueueSm, &Parent::txQueueSmIs,
-                                                &Parent::txQueueSmDel, &Parent::txQueueSmDelAll};
+  static auto is(Parent& parent, const auto&... arguments) {
+    return parent.txQueueSmIs(arguments...);
+  }
+  static constexpr auto collection =
+      Collection{&Parent::txQueueSm, &Parent::txQueueSmDel, &Parent::txQueueSmDelAll};
   static constexpr auto told = &Parent::handleTxQueueConfig;
 };
 
@@ -604,8 +639,9 @@ struct Facts<QosOc::SchedulerPolicyIntfSm>
                  Named{"schedulerPoliciesDir", &Sm::schedulerPoliciesDir},
                  Named{"interfacesDir", &Sm::interfacesDir}, Named{"intfConfig", &Sm::intfConfig}};
   static constexpr std::array events{"ATxQueueComes"};
+  static auto is(Parent& parent, const auto&... arguments) { return parent.intfSmIs(arguments...); }
   static constexpr auto collection =
-      Collection{&Parent::intfSm, &Parent::intfSmIs, &Parent::intfSmDel, &Parent::intfSmDelAll};
+      Collection{&Parent::intfSm, &Parent::intfSmDel, &Parent::intfSmDelAll};
   static constexpr auto told = &Parent::handleIntfConfig;
   static Nerit::IntfId key() { return ethernet3; }
 };
@@ -621,8 +657,11 @@ struct Facts<QosOc::SchedulerPolicyTxQueueSm>
       Named{"schedulerPoliciesDir", &Sm::schedulerPoliciesDir},
       Named{"interfacesDir", &Sm::interfacesDir}, Named{"txQueueConfig", &Sm::txQueueConfig}};
   static constexpr std::array events{"ABandwidthChanges"};
-  static constexpr auto collection = Collection{&Parent::txQueueSm, &Parent::txQueueSmIs,
-                                                &Parent::txQueueSmDel, &Parent::txQueueSmDelAll};
+  static auto is(Parent& parent, const auto&... arguments) {
+    return parent.txQueueSmIs(arguments...);
+  }
+  static constexpr auto collection =
+      Collection{&Parent::txQueueSm, &Parent::txQueueSmDel, &Parent::txQueueSmDelAll};
   static constexpr auto told = &Parent::handleTxQueueConfig;
 };
 

@@ -41,16 +41,16 @@ struct Computed {
 template <class Getter, class Value>
 Computed(Getter, Value) -> Computed<Getter, Value>;
 
-// The collection in which a parent keeps children.
-template <class Children, class Is, class Del, class DelAll>
+// The collection in which a parent keeps children. How it makes one is the function `is` of its
+// Facts.
+template <class Children, class Del, class DelAll>
 struct Collection {
   Children children;
-  Is is;
   Del del;
   DelAll delAll;
 };
-template <class Children, class Is, class Del, class DelAll>
-Collection(Children, Is, Del, DelAll) -> Collection<Children, Is, Del, DelAll>;
+template <class Children, class Del, class DelAll>
+Collection(Children, Del, DelAll) -> Collection<Children, Del, DelAll>;
 
 // A chained input: what it holds, how it is pointed elsewhere, and how it is released.
 template <class In, class InIs, class InDel>

@@ -161,7 +161,7 @@ class LaneSm final : public Rok::StateMachine<LaneSm> {
  public:
   static constexpr std::string_view rokTypeName = "LaneSm";
   static constexpr auto rokArguments() {
-    return std::tuple{Rok::Argument{"lane", &LaneSm::lane}, Rok::Argument{"sheet", &LaneSm::sheet}};
+    return std::tuple{Rok::Argument{"lane", &Self::lane}, Rok::Argument{"sheet", &Self::sheet}};
   }
 
   Rok::Ptr<Lane const> lane() const { return lane_.ptr(); }
@@ -172,11 +172,10 @@ class LaneSm final : public Rok::StateMachine<LaneSm> {
   void handleInitialized() { handleSpeed(); }
 
  private:
-  friend Rok::StateMachine<LaneSm>;
-  using RokLane = Rok::Watch<LaneSm, Lane, Rok::On<Lane::Attr::speed, &LaneSm::handleSpeed>>;
-  LaneSm(const Rok::Ptr<Lane const>& lane, const Rok::Ptr<Sheet>& sheet)
-      : lane_(*this, lane), sheet_(sheet) {
-    rokInitialize<&LaneSm::handleInitialized>();
+  friend Rok::StateMachine<Self>;
+  using RokLane = Rok::Watch<Self, Lane, Rok::On<Lane::Attr::speed, &Self::handleSpeed>>;
+  LaneSm(Rok::In<Lane> lane, Rok::Out<Sheet> sheet) : lane_(*this, lane), sheet_(sheet) {
+    rokInitialize<&Self::handleInitialized>();
   }
   auto parts() { return std::tie(lane_); }
 
@@ -190,9 +189,8 @@ class PortSm final : public Rok::StateMachine<PortSm> {
  public:
   static constexpr std::string_view rokTypeName = "PortSm";
   static constexpr auto rokArguments() {
-    return std::tuple{Rok::Argument{"port", &PortSm::port}, Rok::Argument{"sheet", &PortSm::sheet},
-                      Rok::Argument{"area", &PortSm::area},
-                      Rok::Argument{"parent", &PortSm::parent}};
+    return std::tuple{Rok::Argument{"port", &Self::port}, Rok::Argument{"sheet", &Self::sheet},
+                      Rok::Argument{"area", &Self::area}, Rok::Argument{"parent", &Self::parent}};
   }
   using LaneSmKeyFunktor = Rok::KeyFunktor<&LaneSm::lane, &Lane::name>;
   using Lanes = Rok::Children<LaneSm, 0x84, LaneSmKeyFunktor>;
@@ -209,18 +207,14 @@ class PortSm final : public Rok::StateMachine<PortSm> {
   }
 
   Rok::Ptr<Profile const> profileIn() const { return profileIn_.ptr(); }
-  void profileInIs(const Rok::Ptr<Profile const>& profile) { profileIn_.inputIs(profile); }
+  void profileInIs(Rok::In<Profile> profile) { profileIn_.inputIs(profile); }
   void profileInDel() { profileIn_.inputDel(); }
 
   void handleMtu() { sheet_->lineIs(port_->name(), "mtu " + std::to_string(port_->mtu())); }
-  void handleProfile() { profileInIs(port_->profile()); }
+  void handleProfile() { profileIn_.follow(*this); }
   void handleRate() { sheet_->note("rate " + std::to_string(profileIn_->rate())); }
   void handleLane(const Rok::String& name) {
-    if (const auto* lane = port_->lane().find(name)) {
-      laneSm_.is(Rok::Ptr<Lane const>(*lane), sheet_);
-    } else {
-      laneSm_.withdraw(name);
-    }
+    laneSm_.mirror(port_->lane(), name, Rok::entry, sheet_);
   }
   void doPrepareToDie() {
     laneSm_.withdrawAll();
@@ -229,27 +223,24 @@ class PortSm final : public Rok::StateMachine<PortSm> {
   void handleInitialized() {
     handleMtu();
     handleProfile();
-    for (auto i = port_->lane().iterator(); i; ++i) handleLane(i.key());
+    eachKey<&Self::handleLane>(port_->lane());
   }
 
   int switches = 0;  // calls of hasNotificationActiveIs
 
  private:
-  friend Rok::StateMachine<PortSm>;
-  using RokPort = Rok::Watch<PortSm, Port, Rok::On<Port::Attr::mtu, &PortSm::handleMtu>,
-                             Rok::On<Port::Attr::profile, &PortSm::handleProfile>,
-                             Rok::On<Port::Attr::lane, &PortSm::handleLane>>;
-  using RokProfileIn =
-      Rok::Watch<PortSm, Profile, Rok::On<Profile::Attr::rate, &PortSm::handleRate>>;
-  PortSm(const Rok::Ptr<Port const>& port, const Rok::Ptr<Sheet>& sheet, const Rok::String& area,
-         DeviceSm* parent)
+  friend Rok::StateMachine<Self>;
+  using RokPort = Rok::Watch<Self, Port, Rok::On<Port::Attr::mtu, &Self::handleMtu>,
+                             Rok::On<Port::Attr::profile, &Self::handleProfile>,
+                             Rok::On<Port::Attr::lane, &Self::handleLane>>;
+  PortSm(Rok::In<Port> port, Rok::Out<Sheet> sheet, const Rok::String& area, DeviceSm* parent)
       : port_(*this, port),
         sheet_(sheet),
         area_(area),
         parent_(parent),
         profileIn_(*this),
         laneSm_(*this) {
-    rokInitialize<&PortSm::handleInitialized>();
+    rokInitialize<&Self::handleInitialized>();
   }
   auto parts() { return std::tie(port_, profileIn_, laneSm_); }
 
@@ -257,6 +248,8 @@ class PortSm final : public Rok::StateMachine<PortSm> {
   Rok::Ptr<Sheet> sheet_;
   Rok::String area_;
   DeviceSm* parent_;
+  using RokProfileIn = Rok::ChainedWatch<Self, &Self::port_, &Port::profile,
+                                         Rok::On<Profile::Attr::rate, &Self::handleRate>>;
   RokProfileIn profileIn_;
   Lanes laneSm_;
 };
@@ -266,8 +259,7 @@ class DeviceSm final : public Rok::StateMachine<DeviceSm> {
  public:
   static constexpr std::string_view rokTypeName = "DeviceSm";
   static constexpr auto rokArguments() {
-    return std::tuple{Rok::Argument{"device", &DeviceSm::device},
-                      Rok::Argument{"sheet", &DeviceSm::sheet}};
+    return std::tuple{Rok::Argument{"device", &Self::device}, Rok::Argument{"sheet", &Self::sheet}};
   }
   using PortSmKeyFunktor = Rok::KeyFunktor<&PortSm::port, &Port::name>;
   using Ports = Rok::Children<PortSm, 0x85, PortSmKeyFunktor>;
@@ -275,22 +267,15 @@ class DeviceSm final : public Rok::StateMachine<DeviceSm> {
   Rok::Ptr<Device const> device() const { return device_.ptr(); }
   const Rok::Ptr<Sheet>& sheet() const { return sheet_; }
   Ports& portSm() { return portSm_; }
-  Rok::Ptr<PortSm> portSmIs(const Rok::Ptr<Port const>& port, const Rok::Ptr<Sheet>& sheet,
-                            const Rok::String& area, DeviceSm* parent) {
-    return portSm_.is(port, sheet, area, parent);
-  }
+  auto portSmIs(const auto&... arguments) { return portSm_.is(arguments...); }
 
   void handleHostname() { sheet_->note("hostname " + std::string(device_->hostname())); }
   void handlePort(const Rok::String& name) {
-    if (const auto* port = device_->port().find(name)) {
-      portSmIs(*port, sheet_, "east", this);
-    } else {
-      portSm_.withdrawKnown(name);
-    }
+    portSm_.mirrorKnown(device_->port(), name, Rok::entry, sheet_, "east", this);
   }
   void doPrepareToDie() { portSm_.prepareToDie(); }
   void handleInitialized() {
-    for (auto i = device_->port().iterator(); i; ++i) handlePort(i.key());
+    eachKey<&Self::handlePort>(device_->port());
     const Sheet::Lines old = sheet_->lines();
     for (const auto& [name, text] : old) {
       if (text.starts_with("mtu ") && !device_->port(name)) sheet_->lineDel(name);
@@ -298,12 +283,12 @@ class DeviceSm final : public Rok::StateMachine<DeviceSm> {
   }
 
  private:
-  friend Rok::StateMachine<DeviceSm>;
-  using RokDevice = Rok::Watch<DeviceSm, Device, Rok::On<Device::Attr::port, &DeviceSm::handlePort>,
-                               Rok::On<Device::Attr::hostname, &DeviceSm::handleHostname>>;
-  DeviceSm(const Rok::Ptr<Device const>& device, const Rok::Ptr<Sheet>& sheet)
+  friend Rok::StateMachine<Self>;
+  using RokDevice = Rok::Watch<Self, Device, Rok::On<Device::Attr::port, &Self::handlePort>,
+                               Rok::On<Device::Attr::hostname, &Self::handleHostname>>;
+  DeviceSm(Rok::In<Device> device, Rok::Out<Sheet> sheet)
       : device_(*this, device), sheet_(sheet), portSm_(*this) {
-    rokInitialize<&DeviceSm::handleInitialized>();
+    rokInitialize<&Self::handleInitialized>();
   }
   auto parts() { return std::tie(device_, portSm_); }
 

@@ -1,0 +1,53 @@
+// The keys of the comment store, and what the comment of a tx queue names, for translators that ask
+// again and again. CommentHelper has the same operations for everyone else.
+#pragma once
+
+#include <optional>
+#include <string_view>
+
+#include "QosOpenConfig/QosOpenConfigTypes.h"
+#include "Rok/Rok.h"
+#include "models/native/Values.h"
+
+namespace QosOc::Helper {
+
+// CommentHelper::commentKey without its trace, for a machine that computes its key once.
+Velmo::String commentKey(const Nerit::IntfId& intfId, const Qos::TxQueue& txQueue);
+// The line that CommentHelper::commentKey traces. A machine that keeps its key traces each use of
+// it, as if the key were computed anew.
+void traceCommentKey(const Nerit::IntfId& intfId, const Qos::TxQueue& txQueue);
+// Whether that line is on.
+bool keysAreTraced();
+
+// CommentHelper::profileCommentKey without its trace.
+Velmo::String profileCommentKey(const Velmo::String& profileName);
+// The other way round from CommentHelper::profileCommentKey: the name of the profile whose key it
+// is, or nothing when it is no profile's. The result points into `key`. The key is also that of
+// every profile whose name goes on behind it with a NUL.
+std::optional<std::string_view> profileNameFromCommentKey(std::string_view key);
+// Whether a name has a NUL, so that a comment key doesn't hold all of it.
+bool isCutInCommentKey(std::string_view name);
+
+// What a comment names: a text is decoded once for as long as it stays the same. Where decodings
+// are traced, each question makes one.
+class CommentMemo {
+ public:
+  CommentMemo() = default;
+  // Asks another memo, which outlives it, before it decodes.
+  explicit CommentMemo(CommentMemo& other) : other_(&other) {}
+  CommentMemo(const CommentMemo&) = delete;
+  CommentMemo& operator=(const CommentMemo&) = delete;
+
+  // As those of CommentHelper, trace and all.
+  const SchedulerPolicyCommentInfo& schedulerPolicyInfo(const Velmo::String& comment);
+  const QueueManagementProfileCommentInfo& queueManagementProfileInfo(const Velmo::String& comment);
+
+ private:
+  const CommentInfo& info(const Velmo::String& comment);
+
+  CommentMemo* other_ = nullptr;
+  Velmo::String comment_;
+  CommentInfo info_;
+};
+
+}  // namespace QosOc::Helper
