@@ -200,15 +200,14 @@ Classifier::Type AclSubConfigSm::classifierTypeFromAclType(Acl::AclType aclType)
 
 // What the values collected so far amount to: one stands alone, several make a set.
 Config::TermConditions AclSubConfigSm::conditions() const {
-  Config::TermConditionsIpConfig condition;
+  Config::TermConditions result;
+  const bool ipv4 = aclNameAndType_->aclType() == Acl::aclTypeIpv4;
+  Config::TermConditionsIpConfig& condition = ipv4 ? result.ipv4 : result.ipv6;
   if (dscpValueSet_.size() == 1) {
     condition.dscp = dscpValueSet_.front();
   } else {
     condition.dscpSet = dscpValueSet_;
   }
-  Config::TermConditions result;
-  const bool ipv4 = aclNameAndType_->aclType() == Acl::aclTypeIpv4;
-  (ipv4 ? result.ipv4 : result.ipv6) = std::move(condition);
   return result;
 }
 

@@ -1,7 +1,6 @@
 // ACLs: they give the terms their conditions.
 #pragma once
 
-#include <cstdint>
 #include <iosfwd>
 
 #include "QosOpenConfig/QosOpenConfigClassifierKivToOCSmTerms.h"

@@ -131,11 +131,10 @@ PmapConfigSm::Desired PmapConfigSm::mirrorClasses() {
     handleClassAction(cmapName);
     const auto [classifierName, termId] = classifierKeyFromConfigObjName(cmapName);
     if (classifierName.empty() || termId.empty()) continue;
-    Velmo::String targetGroup;
-    if (const auto* action = classAction->policyAction().find(Qos::actionSetTc)) {
-      targetGroup = targetGroupFromTc((*action)->value(), cliConfig_->forwardingGroupNameToTcMap());
-    }
-    desired[classifierName][termId] = targetGroup;
+    const auto* action = classAction->policyAction().find(Qos::actionSetTc);
+    const auto& groups = cliConfig_->forwardingGroupNameToTcMap();
+    desired[classifierName][termId] =
+        action != nullptr ? targetGroupFromTc((*action)->value(), groups) : Velmo::String();
   }
   return desired;
 }

@@ -78,9 +78,7 @@ class InterfaceConfigSm final : public Rok::StateMachine<InterfaceConfigSm> {
   // The changing input: the port record that intfConfig() holds at the moment. Unlike other chained
   // inputs it handles another record at once, since nothing else may announce the new priorities.
   Rok::Ptr<Pfc::PortConfig const> pfcPortConfig() const { return pfcPortConfig_.ptr(); }
-  void pfcPortConfigIs(Rok::In<Pfc::PortConfig> pfcPortConfig) {
-    pfcPortConfig_.inputIs(pfcPortConfig);
-  }
+  void pfcPortConfigIs(Rok::In<Pfc::PortConfig> port) { pfcPortConfig_.inputIs(port); }
   void pfcPortConfigDel() { pfcPortConfig_.inputDel(); }
 
   // Writes the priorities, if the interface has a port record. One that went away leaves what it

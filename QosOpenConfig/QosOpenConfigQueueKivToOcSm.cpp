@@ -23,11 +23,8 @@ void traceEntry(const TxQueueSm& sm, std::source_location place = std::source_lo
 
 Velmo::String queueNameOf(const Nerit::IntfId& intfId, const Qos::TxQueue& txQueue) {
   Velmo::String name(intfId.stringValue());
-  name.append("-");
-  name.append(Qos::stringValue(txQueue.type));
-  name.append("-");
-  name.append(Qos::valueToStrep(txQueue.id));
-  return name;
+  name.append("-").append(Qos::stringValue(txQueue.type));
+  return name.append("-").append(Qos::valueToStrep(txQueue.id));
 }
 
 // Thresholds stay in the native unit. A probability that is not configured natively is out of range

@@ -1,7 +1,5 @@
 #include "QosOpenConfig/QosOpenConfigQueueManagementProfileKivToOcSm.h"
 
-#include <string_view>
-
 #include "QosOpenConfig/QosOpenConfigHelperNames.h"
 
 namespace {

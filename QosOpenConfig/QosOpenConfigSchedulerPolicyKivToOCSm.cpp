@@ -231,11 +231,8 @@ void SchedulerPolicyKivToOCSm::handleComment(const Velmo::String& key) {
 // So that updatePoliciesOfComment finds them.
 void SchedulerPolicyKivToOCSm::noteCutName(const Velmo::String& profileName) {
   if (!Helper::isCutInCommentKey(profileName)) return;
-  if (qosProfileConfigDir_->config().find(profileName) != nullptr) {
-    cutNames_.memberIs(profileName, true);
-  } else {
-    cutNames_.deleteMember(profileName);
-  }
+  const bool isThere = qosProfileConfigDir_->config().find(profileName) != nullptr;
+  isThere ? cutNames_.memberIs(profileName, true) : cutNames_.deleteMember(profileName);
 }
 
 // The profile whose comment has this key is found by its name, which the key holds, and so are

@@ -20,12 +20,10 @@
 //     Qos::TxQueueConfig                      handlePriorityBandwidthShapeConfig()
 #pragma once
 
-#include <cstdint>
 #include <string_view>
 #include <vector>
 
 #include "QosOpenConfig/QosOpenConfigHelperTxQueues.h"
-#include "QosOpenConfig/QosOpenConfigTypes.h"
 #include "Rok/Rok.h"
 #include "models/native/Cli.h"
 #include "models/native/QosInput.h"
