@@ -44,7 +44,7 @@ struct Slab {
 
 constinit Slab slabs[slabMaxSize / slabGranule + 1];
 
-// What a block takes. No bytes take a granule, too: every block has an address of its own.
+// The size of a block. Zero bytes take a granule too: every block has an address of its own.
 std::size_t roundedUp(std::size_t size) {
   return size == 0 ? slabGranule : (size + slabGranule - 1) / slabGranule * slabGranule;
 }
@@ -58,8 +58,8 @@ void* notNull(void* block) {
 
 void* stdMalloc(std::size_t size) { return notNull(std::malloc(size)); }
 
-// ===== Large blocks: on huge pages, where the system has them. The first touch of a page costs
-// more than most of what is then done with it, and a huge one is 512 small ones.
+// ===== Large blocks: on huge pages, where the system has them. The first access to a
+// page costs more than most of what is then done with it, and a huge one replaces 512 small ones.
 
 std::uint64_t mappedBytes = 0;
 
@@ -80,7 +80,7 @@ void* mapLarge(std::size_t size) {
       (hugePage - reinterpret_cast<std::uintptr_t>(mapped) % hugePage) % hugePage;
   if (before != 0) munmap(begin, before);
   munmap(begin + before + wanted, hugePage - before);
-  madvise(begin + before, wanted, MADV_HUGEPAGE);  // mere advice: some systems don't take it
+  madvise(begin + before, wanted, MADV_HUGEPAGE);  // advice only: some systems ignore it
   mappedBytes += wanted;
   return begin + before;
 }

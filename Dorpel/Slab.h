@@ -21,7 +21,7 @@ namespace Dorpel {
 inline constexpr std::size_t slabGranule = 8;
 inline constexpr std::size_t slabMaxSize = 512;
 
-// Takes a block of `size` bytes. One of no bytes has an address of its own, too.
+// Takes a block of `size` bytes. One of zero bytes has an address of its own too.
 // Requires: size <= slabMaxSize. Throws: std::bad_alloc.
 QOS_EXPORT void* slabAlloc(std::size_t size);
 

@@ -81,7 +81,7 @@ class Children {
     found != nullptr ? void(is(inPlace(args, *found)...)) : withdrawKnown(key);
   }
   // The deleting half of the mirror rule: the child takes back what it wrote, if it has anything to
-  // take back, then goes. A key without a child has no effect.
+  // take back, then is released. A key without a child has no effect.
   void withdraw(const Key& key) {
     if (const Ptr<Child> dying = child(key)) withdraw(key, *dying);
   }
@@ -98,7 +98,7 @@ class Children {
   void prepareToDie() {
     for (const auto& [key, dying] : map_) dying->doPrepareToDie();
   }
-  // The same, and every child goes.
+  // The same, and releases every child.
   void withdrawAll() {
     for (const auto& [key, dying] : map_) withdraw(key, *dying);
   }
@@ -115,7 +115,7 @@ class Children {
 
  private:
   void withdraw(const Key& key, Child& dying) {
-    const Key kept(key);  // `key` may live in the child or in what is being deleted
+    const Key kept(key);  // `key` may be a part of what is deleted
     if constexpr (requires { dying.doPrepareToDie(); }) dying.doPrepareToDie();
     map_.deleteMember(kept);
   }
@@ -142,8 +142,8 @@ class Children {
     Ptr<Child> made = Child::create(args...);
     const auto [node, isNew] = map_.newMember(Functor{}(made), made);
     if (isNew) return made;
-    // The construction itself led back here and filled the key. That child stays, as any other that
-    // is there; the one made in vain goes, and touches no output.
+    // The construction itself called this function for the same key. The child that it made stays;
+    // the one made here is released, and touches no output.
     Ptr<Child> child = node->value();
     sameCheck(*child, places, args...);
     return child;
@@ -210,7 +210,7 @@ class Child {
   // Null when there is none.
   const Ptr<OnlyChild>& child() const { return child_; }
 
-  // The child that was built from these very arguments, or a new one in its place.
+  // The child that was built from these arguments, or a new one in its place.
   template <class... Args>
   Ptr<OnlyChild> is(const Args&... args) {
     static_assert(sizeof...(Args) == Impl::argumentCount<OnlyChild>);

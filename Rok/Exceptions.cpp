@@ -6,8 +6,8 @@
 
 namespace Rok {
 
-// The destructors stand here so that each class has one home, and a host catches what the library
-// throws.
+// The destructors stand here so that each class has its type information in one place: only then
+// does a host catch what the library throws.
 Exception::~Exception() = default;
 RangeException::~RangeException() = default;
 MutatorException::~MutatorException() = default;

@@ -1,13 +1,13 @@
 // OVERVIEW
-//   What a map held under a key when it was last looked for, for as long as that stands: code
-//   that comes back to one entry again and again looks it up once.
+//   Remembers the entry that a map has under a key, for code that uses one entry again and again:
+//   it is looked up once for as long as the map has the same keys.
 //
 // RULES
-//   - It stands while the map's version() does: entries may be written in place, and an insertion
-//     or removal of any key costs one look-up.
+//   - It holds while the map's version() stays the same: entries may be written in place, and an
+//     insertion or removal of any key costs one look-up.
 //   - One key and one type of map for each object. The map itself may be another one each time:
 //     versions of two maps differ.
-//   - It holds nothing. The pointer is good until the map changes.
+//   - It holds no reference. The pointer is valid until the map changes.
 //
 // EXAMPLE
 //   Rok::HashMap2018<Rok::Hm2018NEI<0x52, Velmo::String, int>> ports;

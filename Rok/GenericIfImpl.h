@@ -1,5 +1,5 @@
 // Generic access to values: code that handles any class asks for a hash here. Classes whose values
-// are never keys have none, and asking for it is the caller's fault.
+// are never keys have none, and asking for one is an error of the caller.
 #pragma once
 
 #include <cstdint>
@@ -22,7 +22,7 @@ struct QOS_EXPORT GenericIfImpl {
   [[noreturn]] static void throwUnhashableException(std::string_view typeName);
 
   // hashSingleAttr for values that have a hash. Throws: UnhashableException for a class without
-  // one, which names itself by rokTypeName.
+  // one, by its rokTypeName.
   template <class T>
   static std::uint32_t hash(std::uint32_t seed, const T& value) {
     if constexpr (requires { hashSingleAttr(seed, value); }) {

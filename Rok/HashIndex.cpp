@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::uint32_t firstSize = 8;
 
-// Fuller, and how many slots an insert moves would depend on where between two sizes the map is.
+// In a fuller index the number of slots that an insert moves would depend on how full it is.
 constexpr std::uint32_t capacityOf(std::uint32_t size) { return size / 8 * 5; }
 
 HashSlot* newSlots(std::size_t size) {
@@ -45,9 +45,9 @@ void HashIndex::grow() {
   std::swap(capacity_, grown.capacity_);
 }
 
-// Takes over what stands in an index of half the size. Its entries stand in the order of their
-// homes, seen from behind a hole on. Their homes here are either the same or half a turn further,
-// and in each of these halves the order stays: so there are two places to write at, and nothing is
+// Copies the entries of an index of half the size. From the slot behind a hole on, they stand in
+// the order of their homes. The home of an entry here is the same, or the same plus `size`, and in
+// each of these halves the order stays: so there are two places to write at, and nothing is
 // searched or moved. Which of the two can't be predicted, so it is no branch.
 void HashIndex::fillFrom(const HashIndex& half) noexcept {
   const std::uint32_t size = half.mask_ + 1;

@@ -1,7 +1,7 @@
 // The index of a hash table: it leads from the hash of a key to the number of the node that holds
 // the key. It is open addressing over buckets of eight bytes, each entry as close to its home as
-// the older ones allow. The index knows no keys: find() asks its caller about each node of that
-// hash.
+// the older ones allow. The index holds no keys: find() has its caller compare the key of each
+// node of that hash.
 #pragma once
 
 #include <cstddef>
@@ -21,8 +21,8 @@ inline constexpr std::uint32_t noNode = 0xffffffffu;
 
 [[noreturn]] QOS_EXPORT void shiftSlotFailed(std::uint32_t slotsToShift);
 
-// Moves the slot at `slot` to its right neighbour, round the end. Inserting shifts a run of slots
-// by this, one at a time. Asserts slotsToShift == 1.
+// Moves the slot at `slot` to its right neighbour; that of the last slot is the first. Inserting
+// shifts a run of slots by this, one at a time. Asserts slotsToShift == 1.
 inline void shiftSlot(HashSlot* slots, std::uint32_t mask, std::uint32_t slot,
                       std::uint32_t slotsToShift) {
   if (slotsToShift != 1) shiftSlotFailed(slotsToShift);

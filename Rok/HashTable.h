@@ -138,7 +138,7 @@ struct HashTable {
     return node;
   }
 
-  // Takes an entry out, then lets its value end: whatever a destructor does finds the map in order.
+  // Takes an entry out, then destroys its value: a destructor that uses the map finds it whole.
   // When an iterator stands on the entry, the value stays with the node, which is stale from here
   // on; otherwise it goes to `removed`, if given.
   void remove(const Found& entry, Value* removed = nullptr) {
@@ -355,7 +355,7 @@ struct HashTable {
     *link = walker.next;
   }
   void walkerDel(HashWalker& walker) noexcept {
-    leave(walker);  // what ends there may take the map with it, but not the table
+    leave(walker);  // destroys a stale value, which may hold the map; the table stays
     walkerUnlink(walker);
     destroyIfAbandoned();
   }

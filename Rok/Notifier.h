@@ -69,7 +69,7 @@ class QOS_EXPORT PtrInterface::NotifieeConst : public PtrInterface {
   virtual void onZeroReferences();
   // An attribute of the notifier changed. For a collection, `key` points to the key.
   virtual void onAttribute(AttributeId id, const void* key) = 0;
-  // Makes the notifiee deaf for good, or (false) brings it back.
+  // Makes a zombie of the notifiee, which refuses all calls, or (false) takes that back.
   virtual void rokDoZombieReactors(bool v);
 
   // Binds to a notifier, or to none. A registration with the old one ends.
@@ -135,7 +135,7 @@ class QOS_EXPORT NotifieeList {
   }
   bool hasKeys() const { return (word_ & 1) != 0 && manyHaveKeys(); }
   bool manyHaveKeys() const;
-  // A notification of a single notifiee, which is the usual case, is a mere call.
+  // A notification of a single notifiee, which is the usual case, is one call.
   void notify(AttributeId id, const void* key, std::uint64_t interest) const {
     if ((word_ & 1) != 0) return notifySeveral(id, key, interest);
     const Notifiee* notifiee = single();

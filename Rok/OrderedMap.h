@@ -7,7 +7,7 @@
 //     deleting any entry is safe, and an entry added behind the current key is visited.
 //   - A range-based for walks by the same iterator. It binds the iterator's copy of the key and a
 //     copy of the value, so both stay readable to the end of the loop body, whatever that does, and
-//     a value that is replaced reads as the one at which the walk came by.
+//     a value that is replaced reads as the one that the walk found.
 //   - The collection must outlive its walks.
 //   - version() moves with every structural change; replacing a value is none.
 //
@@ -99,7 +99,7 @@ class OrderedMap {
   }
   // Removes. Returns whether there was an entry.
   bool deleteMember(const Key& key) {
-    const auto dead = tree_.extract(key);  // dies after the collection is whole again
+    const auto dead = tree_.extract(key);  // destroyed when the collection is whole again
     if (dead.empty()) return false;
     ++version_;
     return true;
@@ -120,7 +120,7 @@ class OrderedMap {
  private:
   using Tree = std::map<Key, Value, std::less<Key>, Velmo::Allocator<std::pair<const Key, Value>>>;
 
-  // A search is nothing but comparisons of keys: none of them may be a call.
+  // Flat, since a search is only comparisons of keys: a call would cost more than each of them.
   template <class AnyTree>
   [[gnu::flatten]] static auto lowerBound(AnyTree& tree, const Key& key) {
     return tree.lower_bound(key);

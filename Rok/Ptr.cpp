@@ -23,8 +23,8 @@ const FwkType& PtrInterface::fwkType() const {
 }
 
 void PtrInterface::handleZeroRef() const {
-  // One reference stands during the last moments, so that one that is taken and given back then
-  // doesn't bring the count to zero a second time.
+  // One reference is held from here to the destructor, so that one that is taken and given back
+  // meanwhile doesn't bring the count to zero a second time.
   referenceNew();
   auto* self = const_cast<PtrInterface*>(this);
   self->zeroReferencesIs(true);

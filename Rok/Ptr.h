@@ -8,8 +8,8 @@
 //   - When the last reference goes, zeroReferencesIs(true) runs while the object is still whole;
 //     then it is destroyed. References taken meanwhile must be given back before zeroReferencesIs
 //     returns.
-//   - An object that is a member of another object keeps its birth reference and dies with its
-//     owner.
+//   - An object that is a member of another object keeps its first reference and is destroyed
+//     with its owner.
 //   - One thread, unless threadSafePointers_ is set before the first object is made: then counts
 //     move atomically. Nothing else becomes safe by it.
 //

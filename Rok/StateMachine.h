@@ -13,17 +13,17 @@
 //
 //   Deafness. The first argument whose getter gives a Ptr<... const>, watched or not, is what a
 //   machine is about. Where it is null, the machine is legal and does nothing: rokInitialize runs
-//   none of its steps, and no watch calls a handler, whatever its own input tells. It stays so for
-//   good. Which other arguments may be null each factory says.
+//   none of its steps, and no watch calls a handler, whatever its own input notifies. It stays so
+//   for good. The comment of each factory says which other arguments may be null.
 //
 //   Teardown. When the last reference goes, before any member is destroyed: the machine and its
-//   watches become zombies, the watches forget their owner, the children are released. Nothing of
-//   it touches the output; a parent that wants that calls doPrepareToDie() first.
+//   watches become zombies, the watches forget their owner, the children are released. None of
+//   that touches the output; a parent that is to withdraw it calls doPrepareToDie() first.
 //
 //   Delivery. A watch passes on only the attributes it names, only while it is no zombie and has an
 //   owner and an input. It holds its owner during the call: a handler may release the last outside
-//   reference. Several reactions to one attribute run in their order, and end when one of them lets
-//   go of the input.
+//   reference. Several reactions to one attribute run in their order, and end when one of them
+//   releases the input.
 //
 //   Arguments. rokArguments() names them in the order of the constructor, each with its getter. The
 //   types that `create`, the factory and `children.is` take are those of the getters.
@@ -38,9 +38,9 @@
 //   Every watch and collection is constructed with *this and named by parts(); `create` asserts
 //   that none was forgotten.
 //
-//   Factories. The function that a translator exports for a machine returns when the machine's whole
-//   tree is built and the output is in line. The argument that its comment names after "Deaf
-//   without" may be null; what is required must be there.
+//   Factories. The function that a translator exports for a machine returns when the whole tree of
+//   the machine is built and the output is in line. The argument that its comment names after
+//   "Deaf without" may be null; what is required must be there.
 //
 // EXAMPLE
 //   // Keeps one line for each port of a device.
@@ -92,8 +92,8 @@ namespace Rok {
 
 class QOS_EXPORT StateMachineBase : public PtrInterface {
  public:
-  // Makes the machine and its watches deaf for good, or (false) brings them back. Children keep
-  // their state: they go with the machine.
+  // Makes zombies of the machine and its watches, or (false) takes that back. Children keep their
+  // state: they are released with the machine.
   virtual void rokDoZombieReactors(bool v) = 0;
 
   // Counts the watches and collections that were constructed, for the check in `create`.
@@ -168,8 +168,8 @@ class StateMachine : public StateMachineBase {
     for (const auto& [key, value] : native) std::invoke(handler, self(), key);
   }
 
-  // The last act of a constructor: runs these steps in their order. A machine without its first
-  // native input runs none, and becomes deaf.
+  // The last statement of a constructor: runs these steps in their order. A machine without its
+  // first native input runs none, and becomes deaf.
   template <auto... steps>
   void rokInitialize() {
     const bool hasInput =
@@ -192,7 +192,7 @@ class StateMachine : public StateMachineBase {
       return firstInputIsThere(rest...);
     }
   }
-  // It takes none.
+  // A machine without native inputs.
   bool firstInputIsThere() const { return true; }
   template <class Do>
   void eachWatch(const Do& act) {

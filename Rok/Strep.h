@@ -4,7 +4,7 @@
 //   text off the front of the range.
 //
 // RULES
-//   - A parser consumes what it reads and leaves the rest; strepToValue wants nothing left.
+//   - A parser consumes what it reads and leaves the rest; for strepToValue nothing may be left.
 //   - A string is written between single quotes. The quote and the backslash get a backslash in
 //     front, a control character is written as \xNN, and every other byte stands for itself. So any
 //     string reads back, NUL included, and its text goes through a printf format.

@@ -6,8 +6,8 @@
 //   - Level 0 is for faults in the data, 2 and 8 for the entry of a handler, 9 for further detail.
 //   - Levels are switched by the handle's name; handles of one name go together. All are off at
 //     first.
-//   - A sink reads and writes down. It must not change what the process translates, neither the
-//     native objects nor the output: a handler keeps no references for its sake.
+//   - A sink must not change what the process translates, neither the native objects nor the
+//     output: handlers hold no extra references against that.
 //   - The sink gets whole lines, without the end of line. Without a sink of its own a process
 //     writes them to standard error.
 //   - A name or a text goes into the line as it is, except that control characters are written as
@@ -135,8 +135,8 @@ concept Printable = requires(std::ostream& out, const T& value) {
 // Opens one trace line; its destructor ends the line and hands it to the sink. When the level is
 // off the helper is false and takes nothing: `if (Rok::TraceHelper line{handle, 8}) line << ...`.
 //
-// The compiler takes a handler's many helpers for too much to inline, and then a line that is off
-// costs a call and five arguments instead of one test: so it is told to.
+// The functions are always inline: by itself the compiler finds a handler's many helpers too large,
+// and then a line that is off costs a call and five arguments instead of one test.
 class QOS_EXPORT TraceHelper {
  public:
   [[gnu::always_inline]] TraceHelper(TraceHandle& handle, TraceFacility::FacilityLevel level,
@@ -219,8 +219,8 @@ template <class Head, class... Parts>
 
 }  // namespace Impl
 
-// A line whose parts are there anyhow, in one statement. The parts are evaluated also while the
-// level is off, so a line that computes its parts opens a TraceHelper instead.
+// A line in one statement. Its parts are evaluated also while the level is off, so a line that
+// computes its parts opens a TraceHelper instead.
 template <class... Parts>
 [[gnu::always_inline]] inline void traceLine(const TraceAt& at, const Parts&... parts) {
   if (at.handle.isOn(at.level)) [[unlikely]]

@@ -1,4 +1,4 @@
-// A state machine's own memory: values by key, the map beside a missing entry's default.
+// Values by key, as a state machine remembers them.
 #pragma once
 
 #include <cstdint>

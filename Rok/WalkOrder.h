@@ -3,11 +3,10 @@
 //   a trace is to show that walk, it is made for its lines alone.
 //
 // RULES
-//   - `keys` are those to be served, found by whatever index there is. A key that the map doesn't
-//     have is left out, and one that comes twice is served once.
+//   - `keys` are those to be served. A key that the map doesn't have is left out, and one that
+//     comes twice is served once.
 //   - With `traced`, line(key) is called for each entry of the map in turn, and act(key) follows
-//   the
-//     line of its key. Otherwise act(key) alone is called, in the same order.
+//     the line of its key. Otherwise act(key) alone is called, in the same order.
 //
 // EXAMPLE
 //   Rok::HashMap2018<Rok::Hm2018NEI<0x53, Velmo::String, int>> ports;

@@ -29,7 +29,8 @@ struct On {
   }
 };
 
-// The same for a reaction that a zombie's watch still has, as long as it has an owner and an input.
+// The same, for a reaction that runs in a zombie too, as long as its watch has an owner and an
+// input.
 template <auto attribute, auto handler>
 struct OnEvenZombie : On<attribute, handler> {
   static constexpr bool evenZombie = true;
@@ -37,7 +38,7 @@ struct OnEvenZombie : On<attribute, handler> {
 
 // A reaction to the input itself: when the watch is bound to another object, call `handler`, after
 // the object is set and before the watch registers with it. It is for inputs that are bound later,
-// not for constructor arguments. Few want it; most state machines are to read a new object only
+// not for constructor arguments. Most state machines do without it: they read a new object only
 // when something in it changes.
 template <auto handler>
 struct OnBound {
@@ -72,9 +73,9 @@ class Watch : public PtrInterface::NotifieeConst {
     return notifier() != nullptr ? Value(std::invoke(getter, **this)) : Value();
   }
 
-  // Points the watch at another object: the same one changes nothing, null is inputDel().
+  // Binds the watch to another object: the same one changes nothing, null is inputDel().
   // Calls no handler, unless an OnBound reaction asks for it. Throws: what leaves that reaction, or
-  // std::bad_alloc; then the watch has no input, so that the next inputIs binds it afresh.
+  // std::bad_alloc; then the watch has no input, so that the next inputIs binds it again.
   void inputIs(const Ptr<Input const>& input) {
     if (input.get() == get()) return;
     if (!input) return inputDel();
@@ -86,11 +87,11 @@ class Watch : public PtrInterface::NotifieeConst {
     if (first) hasNotificationActiveIs(true);
     if (owner_ != nullptr) rokDoZombieReactors(owner_->rokMarkedForDeletion());
   }
-  // Lets go of the input and is deaf until inputIs.
+  // Releases the input, and calls no handler until inputIs.
   void inputDel() {
     hasNotificationActiveIs(false);
     notifierIs(nullptr);
-    rokMarkedForDeletionIs(false);  // the next input starts afresh
+    rokMarkedForDeletionIs(false);  // the next input begins without the mark
   }
 
   void notifierIs(const PtrInterface* object) override {
@@ -122,7 +123,7 @@ class Watch : public PtrInterface::NotifieeConst {
   }
 
  private:
-  // Lets go of the input again, unless all of the binding is done.
+  // Releases the input again, unless all of the binding is done.
   class Binding {
    public:
     explicit Binding(Watch& watch) : watch_(&watch) {}
@@ -152,7 +153,7 @@ class Watch : public PtrInterface::NotifieeConst {
   void react(Owner& owner, AttributeId id, const void* key) {
     if constexpr (Reaction::id != 0) {
       if (id != Reaction::id || (rokMarkedForDeletion() && !Reaction::evenZombie)) return;
-      // An earlier reaction may have let go of the input, and then no mark of a zombie stands here.
+      // An earlier reaction may have released the input, which takes the mark of a zombie away.
       if (notifier() == nullptr) return;
       Reaction::react(owner, key);
     }
@@ -183,7 +184,7 @@ class KeyedWatch : public Watch<Owner, Input, Reaction> {
   const auto& key() const { return key_; }
 
   void onAttribute(AttributeId id, const void* key) override {
-    // Two keys may share an interest, so the key itself has the last word.
+    // Two keys may have one interest, so the keys are compared.
     if (*static_cast<const Key*>(key) == key_) Base::onAttribute(id, key);
   }
 

@@ -85,7 +85,7 @@ String& String::append(std::string_view text) {
   const std::size_t size = this->size() + text.size();
   if (rep_ != nullptr && rep_->references == 1 && size <= rep_->capacity) {
     char* end = reinterpret_cast<char*>(rep_) + offsetof(Rep, text) + rep_->size;
-    // The text may be a part of this very string: move, then close with the NUL.
+    // The text may be a part of this string: move, then close with the NUL.
     std::memmove(end, text.data(), text.size());
     end[text.size()] = '\0';
     rep_->size = static_cast<std::uint32_t>(size);

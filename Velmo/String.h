@@ -1,8 +1,8 @@
 // OVERVIEW
 //   A value string whose copies share one immutable, counted buffer. The buffer keeps the hash of
 //   its bytes, so a copy is an increment, and comparing or looking up a copied name is mostly a
-//   compare of two pointers. Names travel everywhere in this system (a key, an id, a config id),
-//   and that is why they are cheap.
+//   compare of two pointers. One name is held in many places of this system (as a key, an
+//   id, a config id), so copies must be cheap.
 //
 // RULES
 //   - Any bytes are legal, NUL included. data() is followed by a NUL all the same.
@@ -76,7 +76,7 @@ class String {
     return computeHash();
   }
 
-  // True when both share one buffer: a test hook, and no promise.
+  // True when both share one buffer. For tests: when they do is unspecified.
   bool shares(const String& other) const noexcept { return rep_ == other.rep_; }
 
   friend bool operator==(const String& a, const String& b) noexcept {
