@@ -91,7 +91,7 @@ void AclTypeSm::sweepStaleConditions() {
 
 // Neither terms nor classifiers are deleted here: that is the class maps' sweep.
 void AclTypeSm::sweepStaleConditions(const Config::Classifier& classifier) {
-  const auto terms = classifier.terms();
+  const auto& terms = classifier.terms();
   for (const auto& [id, term] : terms->term()) {
     const auto name = configObjName(classifier.name(), id);
     if (aclTypeConfig_->acl().find(name) != nullptr) continue;

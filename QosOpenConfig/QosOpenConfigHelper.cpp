@@ -45,11 +45,12 @@ Velmo::String merged(const Velmo::String& comment, const Change& change) {
 }  // namespace
 
 Rok::Ptr<CommentHelper> CommentHelper::CommentHelperIs() {
-  const auto helper = Rok::make<CommentHelper>();
+  auto helper = Rok::make<CommentHelper>();
   helper->hasNotificationActiveIs(true);
   return helper;
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the interface hands it over by value
 Velmo::String CommentHelper::commentKey(Nerit::IntfId intfId, const Qos::TxQueue& txQueue) {
   Helper::traceCommentKey(intfId, txQueue);
   return Helper::commentKey(intfId, txQueue);

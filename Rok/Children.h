@@ -115,7 +115,9 @@ class Children {
 
  private:
   void withdraw(const Key& key, Child& dying) {
-    const Key kept(key);  // `key` may be a part of what is deleted
+    // `key` may live in the child or in what is being deleted.
+    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): so it is kept
+    const Key kept(key);
     if constexpr (requires { dying.doPrepareToDie(); }) dying.doPrepareToDie();
     map_.deleteMember(kept);
   }

@@ -118,7 +118,7 @@ class OrderedMap {
   friend bool operator==(const OrderedMap& a, const OrderedMap& b) { return a.tree_ == b.tree_; }
 
  private:
-  using Tree = std::map<Key, Value, std::less<Key>, Velmo::Allocator<std::pair<const Key, Value>>>;
+  using Tree = std::map<Key, Value, std::less<>, Velmo::Allocator<std::pair<const Key, Value>>>;
 
   // Flat, since a search is only comparisons of keys: a call would cost more than each of them.
   template <class AnyTree>

@@ -173,7 +173,7 @@ class StateMachine : public StateMachineBase {
   template <auto... steps>
   void rokInitialize() {
     const bool hasInput =
-        std::apply([this](const auto&... argument) { return firstInputIsThere(argument...); },
+        std::apply([this](const auto&... argument) { return this->firstInputIsThere(argument...); },
                    Derived::rokArguments());
     if (hasInput) {
       (std::invoke(steps, self()), ...);

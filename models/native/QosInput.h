@@ -85,7 +85,9 @@ class ForwardingGroupNameToTcMap final : public Rok::Notifier {
     return map_.get(name);
   }
   void forwardingGroupNameToTcIs(const ForwardingGroupName& name, TrafficClass tc) {
-    const ForwardingGroupName kept(name);  // `name` may be what firstName gave
+    // `name` may be what firstName gave.
+    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): so it is kept
+    const ForwardingGroupName kept(name);
     const TrafficClass* old = map_.find(kept);
     if (old != nullptr && *old == tc) return;
     NewName entry(names_, {tc, kept});
@@ -95,6 +97,7 @@ class ForwardingGroupNameToTcMap final : public Rok::Notifier {
     notify(Attr::forwardingGroupNameToTc, kept);
   }
   void forwardingGroupNameToTcDel(const ForwardingGroupName& name) {
+    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): as above
     const ForwardingGroupName kept(name);
     if (const TrafficClass* old = map_.find(kept)) names_.deleteMember({*old, kept});
     memberDel(map_, kept, Attr::forwardingGroupNameToTc);
