@@ -73,8 +73,8 @@ class ClassMapTypeConfig final : public Rok::Notifier {
   const ClassMaps& cmap() const { return cmap_; }
   Rok::Ptr<ClassMapConfig> cmap(const Rok::String& name) const { return cmap_.get(name); }
   void cmapIs(const Rok::String& name, const Rok::Ptr<ClassMapConfig>& cmap) {
-    // The key shares the text of the object's own name: whoever got the two apart from each other
-    // doesn't leave one text more for each class map.
+    // The key shares the text of the object's own name. A host that read the two separately would
+    // otherwise keep a second text for each class map.
     const bool isOwnName = cmap && cmap->name() == name;
     memberIs(cmap_, isOwnName ? cmap->name() : name, cmap, Attr::cmap);
   }

@@ -110,14 +110,15 @@ class ForwardingGroupNameToTcMap final : public Rok::Notifier {
   }
 
  private:
-  // The names of each traffic class: what a walk over all names would find.
+  // The names by traffic class, so that firstName needs no walk.
   struct TcAndName {
     TrafficClass tc;
     ForwardingGroupName name;
     friend auto operator<=>(const TcAndName&, const TcAndName&) = default;
   };
   using Names = Rok::OrderedMap<TcAndName, bool>;
-  // A name that goes again unless the map has it, too: the two are one to whoever reads them.
+  // Enters a name, and removes it again without stay(): also after an exception `names_` has the
+  // entries that `map_` has.
   class NewName {
    public:
     NewName(Names& names, const TcAndName& key) : names_(&names), key_(key) {

@@ -58,7 +58,8 @@ class TxQueueConfig final : public Rok::Notifier {
   Percent bandwidth() const { return bandwidth_; }
   void bandwidthIs(Percent v) { attributeIs(bandwidth_, v, Attr::bandwidth); }
 
-  // The shaping rate. Nobody reads it; a change wakes the scheduler side.
+  // The shaping rate. No translator reads it; a change has the scheduler-policy translator read the
+  // comment again.
   std::uint32_t shape() const { return shape_; }
   void shapeIs(std::uint32_t v) { attributeIs(shape_, v, Attr::shape); }
 

@@ -109,7 +109,7 @@ struct Term : TermContent {
   }
 
   bool operator==(const Term&) const = default;
-  // Tells a term that was found from the default one that stands for a missing term.
+  // False for the default term, which stands for a missing one.
   explicit operator bool() const { return *this != Term(); }
 };
 
@@ -167,7 +167,7 @@ class Classifier final : public Rok::PtrInterface {
 
   const ClassifierConfig& config() const { return config_; }
   void configIs(const ClassifierConfig& config) { config_ = config; }
-  // The same with the classifier's own name, for a writer that mostly says what stands there.
+  // The same with the classifier's own name, for a writer that mostly writes what is there.
   void configIs(QosOc::Classifier::Type type) {
     if (config_.name == name_ && config_.type == type) return;
     config_ = {name_, type};

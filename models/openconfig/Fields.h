@@ -5,7 +5,7 @@
 // - `fields()` names the fields in the order in which they print, as the members are spelt. Another
 //   spelling ("strict-priority") is derived from that one.
 // - The field that is the record's key in its collection is a `KeyField`.
-// - What only wraps something else gives `Wrapped` instead of a tuple: it looks like the other.
+// - A class that only wraps another one gives `Wrapped` instead of a tuple, and looks like it.
 //
 // EXAMPLE
 //   struct QueueConfig {

@@ -48,7 +48,7 @@ struct SchedulerInput {
   }
 
   bool operator==(const SchedulerInput&) const = default;
-  // Tells an input that was found from the default one that stands for a missing input.
+  // False for the default input, which stands for a missing one.
   explicit operator bool() const { return *this != SchedulerInput(); }
 };
 
@@ -73,7 +73,7 @@ class SchedulerInputs final : public Rok::PtrInterface {
 
 // The committed rate of a scheduler, as a number, as a percentage, or as both: neither is computed
 // from the other. The flag and the byte that would be the same in every scheduler are left out:
-// nobody reads them.
+// nothing reads them.
 struct OneRateTwoColor {
   Rok::Optional<std::uint64_t> cir;
   Rok::Optional<PercentType> cirPct;
@@ -93,8 +93,8 @@ inline std::ostream& operator<<(std::ostream& out, SchedulerType v) {
   return Rok::enumPrint(out, v);
 }
 
-// Strict is 0 here, where an absent priority is an empty optional. A comment counts otherwise: it
-// has a member for none.
+// Strict is 0 here, where an absent priority is an empty optional. A comment's
+// enumeration has an enumerator for none.
 enum class SchedulerPriority : unsigned char { STRICT = 0 };
 QOS_EXPORT const Rok::EnumType<unsigned char>& rokEnumType(SchedulerPriority);
 inline std::ostream& operator<<(std::ostream& out, SchedulerPriority v) {
