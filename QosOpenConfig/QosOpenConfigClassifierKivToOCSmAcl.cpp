@@ -77,7 +77,7 @@ void AclTypeSm::handleInitialized() {
   sweepStaleConditions();
 }
 
-// Each family judges the classifiers of its own type; one without a type belongs to neither. IPv6
+// Each family sweeps the classifiers of its own type; one without a type belongs to neither. IPv6
 // comes after IPv4, so a classifier with terms of both ends as one of IPv6 and its IPv4 terms are
 // reset at each start: a classifier has one type, and the last writer's stands.
 void AclTypeSm::sweepStaleConditions() {
@@ -105,7 +105,7 @@ AclConfigSm::AclConfigSm(Rok::In<Acl::AclConfig> aclConfig,
                          Rok::Out<Config::ClassifiersDir> classifierDir)
     : aclConfig_(*this, aclConfig), classifierDir_(classifierDir), aclSubConfigSm_(*this) {
   rokInitialize<&Self::handleInitialized>();
-  // A machine without its ACL has its name and type all the same.
+  // A machine without its ACL has a name and type too.
   if (!aclConfig_) makeNameAndType();
 }
 
@@ -179,7 +179,7 @@ Rok::Optional<unsigned char> AclSubConfigSm::dscpOf(std::uint32_t sequence) cons
       static const Acl::IpRuleConfig noRule;
       const auto* stored = aclSubConfig_->ipRuleById().find(id);
       const Acl::IpRuleConfig& rule = stored != nullptr ? *stored : noRule;
-      // Only this family shows its rules, and at the level of faults: a reader of the trace of a
+      // Only this family traces its rules, and at the level of faults: a user who traces a
       // term's conditions looks for this line.
       Rok::traceOf(fault, *this, "Rule Config: ", rule);
       return ruleDscp(rule);
@@ -192,7 +192,7 @@ Rok::Optional<unsigned char> AclSubConfigSm::dscpOf(std::uint32_t sequence) cons
   unexpectedAclType();
 }
 
-// Whatever isn't IPv4 counts as IPv6. What is neither doesn't get past its first rule.
+// Any type but IPv4 counts as IPv6. With a type that is neither, the first rule ends the process.
 Classifier::Type AclSubConfigSm::classifierTypeFromAclType(Acl::AclType aclType) const {
   return aclType == Acl::aclTypeIpv4 ? Classifier::classifierTypeIpv4
                                      : Classifier::classifierTypeIpv6;

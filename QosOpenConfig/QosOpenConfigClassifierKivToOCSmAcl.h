@@ -10,7 +10,7 @@
 
 namespace QosOc {
 
-// What a sub-configuration can't say of the ACL that it belongs to.
+// What a sub-configuration doesn't hold of its ACL.
 class AclNameAndType final : public Rok::PtrInterface {
  public:
   AclNameAndType(const Velmo::String& aclName, Acl::AclType aclType)
@@ -41,7 +41,7 @@ class AclSubConfigSm final : public Rok::StateMachine<AclSubConfigSm> {
 
   // Every DSCP that a rule of this machine ever matched, in order of arrival, repeats included. It
   // only grows: a rule that goes or changes leaves its earlier value, since the native side
-  // replaces the sub-configuration when it means to start over.
+  // replaces the sub-configuration when the values are to start over.
   const Velmo::ByteVector& dscpValueSet() const { return dscpValueSet_; }
   // Throws: Velmo::VectorException for an index past the end, or for a pop from an empty vector.
   void dscpValueSetIs(std::size_t index, unsigned char value) {
@@ -215,7 +215,7 @@ class AclKivToOcSm final : public Rok::StateMachine<AclKivToOcSm> {
 QOS_EXPORT Rok::Factory<AclKivToOcSm> aclKivToOcSmFactory;
 // Deaf without aclTypeConfig. Requires: classifierDir.
 QOS_EXPORT Rok::Factory<AclTypeSm> aclTypeSmFactory;
-// Deaf without aclConfig, and has its AclNameAndType all the same. Requires: classifierDir.
+// Deaf without aclConfig, and has its AclNameAndType even then. Requires: classifierDir.
 QOS_EXPORT Rok::Factory<AclConfigSm> aclConfigSmFactory;
 // Deaf without aclSubConfig. Requires: classifierDir, aclNameAndType.
 QOS_EXPORT Rok::Factory<AclSubConfigSm> aclSubConfigSmFactory;

@@ -46,7 +46,7 @@ void ClassMapTypeSm::handleInitialized() {
   sweepStaleClassifiers();
 }
 
-// A classifier survives a start only with its placeholder class map, whoever wrote it.
+// Deletes every classifier without a placeholder class map, also those of other writers.
 void ClassMapTypeSm::sweepStaleClassifiers() {
   for (const auto& [name, classifier] : classifierDir_->classifier()) {
     if (hasClassMap(configObjName(name, ""))) {
@@ -57,7 +57,7 @@ void ClassMapTypeSm::sweepStaleClassifiers() {
   }
 }
 
-// A term survives a start only with its own class map. The classifier's config is left alone.
+// Deletes every term without a class map of its own. The classifier's config stays.
 void ClassMapTypeSm::sweepStaleTerms(Config::Classifier& classifier) {
   const Rok::Ptr<Config::Terms>& terms = classifier.terms();
   if (!terms) return;

@@ -104,7 +104,7 @@ class ClassMapTypeSm final : public Rok::StateMachine<ClassMapTypeSm> {
 };
 
 // The root: the class maps of the one map type that is translated. It watches nothing: what the
-// native side has under mapQos at construction is what it follows all its life.
+// native side has under mapQos at construction is followed for good.
 class ClassMapKivToOcSm final : public Rok::StateMachine<ClassMapKivToOcSm> {
  public:
   static constexpr std::string_view rokTypeName = "ClassMapKivToOcSm";

@@ -99,9 +99,9 @@ void PmapConfigSm::handleClassAction(const Velmo::String& cmapName) {
   classActionSmIs(*entry, classifierName, type, termId, cliConfig_, classifierDir_, this);
 }
 
-// The class went: its term goes whole, conditions and all. Where the classifier has no terms any
-// more, the child stays in the collection: what is left of the class is then the class maps'
-// affair.
+// The class went: its whole term goes, conditions included. Where the classifier has no terms any
+// more, the child stays in the collection: what is left of the class is then up to the translator
+// of class maps.
 void PmapConfigSm::deleteTermOf(const Velmo::String& cmapName, const Velmo::String& classifierName,
                                 const Velmo::String& termId) {
   Rok::traceIn(handler, *this, ", deleting the termId: ", termId,
@@ -139,7 +139,7 @@ PmapConfigSm::Desired PmapConfigSm::mirrorClasses() {
   return desired;
 }
 
-// Only the policy map's own classifiers have anything to sweep; a trace shows the others, too.
+// Only the policy map's own classifiers are swept; a trace shows the others too.
 void PmapConfigSm::sweepStaleActions(const Desired& desired) {
   Rok::traceIn(handler, *this, ", removing the stale config");
   const auto traceOther = [this](const Velmo::String& name) {

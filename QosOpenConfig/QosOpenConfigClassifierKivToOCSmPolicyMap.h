@@ -68,8 +68,8 @@ class PolicyActionSm final : public Rok::StateMachine<PolicyActionSm> {
 };
 
 // One class of a policy map. Makes the term and follows the forwarding-group names. It has no
-// doPrepareToDie: its term goes before it when the class goes, and stays as it is, target group and
-// all, when the policy map goes.
+// doPrepareToDie: its term goes before it when the class goes, and stays as it is, target group
+// included, when the policy map goes.
 class ClassActionSm final : public Rok::StateMachine<ClassActionSm> {
  public:
   static constexpr std::string_view rokTypeName = "ClassActionSm";
@@ -191,7 +191,7 @@ class PmapConfigSm final : public Rok::StateMachine<PmapConfigSm> {
   using RokPmapConfig =
       Rok::Watch<Self, Qos::PolicyMapConfig,
                  Rok::On<Qos::PolicyMapConfig::Attr::classAction, &Self::handleClassAction>>;
-  // Classifier name to term id to target group: what the classes of the policy map want.
+  // Classifier name to term id to target group: what the classes of the policy map set.
   using Desired = std::map<Velmo::String, std::map<Velmo::String, Velmo::String>>;
 
   PmapConfigSm(Rok::In<Qos::PolicyMapConfig> pmapConfig, const Velmo::String& ipv4ClassifierName,

@@ -1,4 +1,4 @@
-// What the sources of the classifier unit share, and show nobody else.
+// What the sources of the classifier unit share. For no other code.
 #pragma once
 
 #include <cstdint>

@@ -31,8 +31,8 @@ QOS_EXPORT QosOc::SchedulerPolicyProfileCommentInfo deserializeJsonProfileCommen
 
 namespace QosOc {
 
-// Under which keys of the comment store metadata lives, and how a comment's text is changed without
-// disturbing what else it holds. It has no state. The translators compute keys and read; the code
+// Under which keys of the comment store metadata stands, and how a comment's text is changed while
+// the rest of it stays. It has no state. The translators compute keys and read; the code
 // that turns OpenConfig configuration into native configuration writes, through the same class.
 //
 // A comment is a sequence of lines, of which any may be an attachment document.
@@ -48,14 +48,14 @@ class QOS_EXPORT CommentHelper final : public Rok::PtrInterface {
   // line. Each line that was there ends in "\n", and a new last line doesn't.
   static Velmo::String createSchedulerPolicyComment(const SchedulerPolicyCommentInfo& info,
                                                     const Velmo::String& comment);
-  // Not the twin of deleteQueueManagementProfileComment: takes the comment as one document, and
+  // Unlike deleteQueueManagementProfileComment this takes the comment as one document, and
   // returns it without the scheduler policy and without an end of line. What isn't a document with
   // a queue-management profile, several lines included, becomes the empty string.
   static Velmo::String deleteSchedulerPolicyComment(const Velmo::String& comment);
   // The comment is one document here, and below.
   static SchedulerPolicyCommentInfo schedulerPolicyInfoFromComment(const Velmo::String& comment);
 
-  // The exact twin of createSchedulerPolicyComment.
+  // As createSchedulerPolicyComment.
   static Velmo::String createQueueManagementProfileComment(
       const QueueManagementProfileCommentInfo& info, const Velmo::String& comment);
   // The comment without the profile in any of its lines, and without empty lines. Each line ends in

@@ -115,8 +115,8 @@ void writeScheduler(Writer& writer, const SchedulerCommentInfo& scheduler) {
 
 // ===== Reading
 
-// What is required of values. It is judged at the end: a text that turns out to be no document may
-// hold anything. Of several values of the wrong type the first counts.
+// The types that values must have. They are enforced at the end, since a text that turns out to be
+// no document may hold anything. Of several values of the wrong type the first counts.
 class Requirements {
  public:
   void object(const Found& found) { need(found.kind == Found::object, "IsObject()"); }
@@ -235,7 +235,7 @@ class ProfileReader {
         return rate_.cirIs(found.value);
       case Place::cirPct:
         required_.number32(found);
-        // Only the low eight bits count: the translator that uses the percentage judges it.
+        // Only the low eight bits count: the translator that uses the percentage checks it.
         return rate_.cirPctIs(static_cast<std::uint8_t>(found.value));
       case Place::queue:
         required_.string(found);

@@ -17,7 +17,7 @@ namespace QosOc::Helper {
 
 }  // namespace QosOc::Helper
 
-// Whatever the command line says.
+// Also where the command line defines them.
 #undef RAPIDJSON_NAMESPACE
 #undef RAPIDJSON_NAMESPACE_BEGIN
 #undef RAPIDJSON_NAMESPACE_END
@@ -26,7 +26,7 @@ namespace QosOc::Helper {
 #undef RAPIDJSON_NOEXCEPT_ASSERT
 #undef RAPIDJSON_PARSE_DEFAULT_FLAGS
 #undef RAPIDJSON_WRITE_DEFAULT_FLAGS
-// The searches by vectors take some control characters in a string for ordinary ones.
+// RapidJSON's vector code accepts some control characters in a string.
 #undef RAPIDJSON_SSE2
 #undef RAPIDJSON_SSE42
 #undef RAPIDJSON_NEON

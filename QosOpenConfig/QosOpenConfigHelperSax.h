@@ -23,8 +23,8 @@ namespace json = rapidjson;
 // The member of the root that is ours.
 inline constexpr const char* metaDataKey = "MetaData-OpenConfig";
 
-// The heap as RapidJSON asks for it. RapidJSON doesn't look whether it got a block, so the end of
-// memory is an exception, as everywhere.
+// RapidJSON's allocator. RapidJSON doesn't check whether it got a block, so a lack of memory is an
+// exception, as everywhere.
 struct Heap {
   [[maybe_unused]] static const bool kNeedFree = true;
   static void* Malloc(std::size_t size) { return size != 0 ? ::operator new(size) : nullptr; }
@@ -57,7 +57,7 @@ enum class Place : unsigned char {
   weight
 };
 
-// A value, as far as a reader may want it.
+// A value, as far as readers use it.
 struct Found {
   enum Kind : unsigned char { object, string, number, other };
 
@@ -66,12 +66,12 @@ struct Found {
   std::uint64_t value = 0;     // of a number, which is whole and not negative
 };
 
-// Leads RapidJSON's parser through a document, and hands the reader what stands at its places, from
-// the member of the root that is ours on:
+// Gets the events of RapidJSON's parser, and passes the reader what stands at its places, from the
+// member of the root that is ours on:
 //   Place memberOf(Place object, std::string_view key)   where the member of an object stands
 //   void found(Place, const Found&)                      what stands there
-//   void ends(Place object)                              that was all of it
-// What is below a foreign value or in an array is passed over.
+//   void ends(Place object)                              its end
+// What is below a foreign value or in an array is skipped.
 template <class Reader>
 class Guide : public json::BaseReaderHandler<json::UTF8<>, Guide<Reader>> {
  public:
@@ -147,8 +147,8 @@ class Guide : public json::BaseReaderHandler<json::UTF8<>, Guide<Reader>> {
   unsigned foreign_ = 0;
 };
 
-// Whether a text may nest so deeply that a parser by recursion is at the end of its stack. It
-// counts more than there is, brackets in strings included; but the two parsers give one result.
+// Whether a text may nest so deeply that a recursive parser overflows its stack. It counts all
+// brackets, also those in strings; a yes too many is harmless, since both parsers give one result.
 bool mayNestDeeply(std::string_view text) {
   constexpr std::size_t deep = 1000;
   if (text.size() <= deep) return false;
@@ -161,8 +161,9 @@ bool mayNestDeeply(std::string_view text) {
   return brackets > deep;
 }
 
-// A text for the parser to write in: it unescapes strings where they stand. Twice the profile of
-// eight schedulers with eight inputs each fits on the stack; what is longer takes the heap.
+// A copy of a text for the parser to write in: it unescapes strings where they stand. Twice the
+// profile of eight schedulers with eight inputs each fits on the stack; what is longer takes the
+// heap.
 class Scratch {
  public:
   explicit Scratch(std::string_view text) {
@@ -176,9 +177,9 @@ class Scratch {
   std::string onHeap_;
 };
 
-// Shows a comment to the reader. Returns whether it has something of ours; a trace says why not.
-// A text that isn't one document from end to end, and not only up to a NUL in it, is none; what
-// went wrong with its parsing doesn't matter.
+// Passes a comment to the reader. Returns whether it has the member that is ours; a trace says why
+// not. The document is the text to its end, not only to a NUL in it. What went wrong with the
+// parsing doesn't matter.
 template <class Reader>
 bool read(const Velmo::String& comment, Reader& reader) {
   constexpr unsigned flags = json::kParseDefaultFlags | json::kParseInsituFlag;

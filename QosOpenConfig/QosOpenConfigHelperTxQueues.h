@@ -31,7 +31,7 @@ class TxQueueMemo {
     const auto* found = foundInterface_.in(dir.interface(), interfaceId_);
     return found != nullptr ? found->get() : nullptr;
   }
-  // The same, made if need be.
+  // The same, made if there is none.
   Config::Interface& interfaceIs(Config::InterfacesDir& dir) {
     Config::Interface* found = interface(dir);
     return found != nullptr ? *found : *dir.interfaceIs(interfaceId_);
@@ -78,8 +78,8 @@ class TxQueues {
 
   const Rok::Ptr<ByCommentKey>& byCommentKey() const { return byCommentKey_; }
   const Rok::Ptr<ByTxQueueId>& byTxQueueId() const { return byTxQueueId_; }
-  // The comment that the root read last. It comes before those of the tx queues: the root hears of
-  // a comment first.
+  // The comment that the root read last. The memos of the tx queues look here first, since the root
+  // is notified of a comment before them.
   CommentMemo& commentMemo() { return commentMemo_; }
 
   // Calls act(machine) for each tx queue whose comment has that key, in the order of a walk over
@@ -109,8 +109,8 @@ class TxQueues {
       if (isInTree(intfSms, sm)) act(sm);
     });
   }
-  // A machine outside the tree, made by a factory of its own or held beyond its time, is in the
-  // index but not the root's affair.
+  // A machine outside the tree, made by a factory of its own or held after the tree released it, is
+  // in the index, but the root doesn't call it.
   template <class IntfSms>
   static bool isInTree(const IntfSms& intfSms, TxQueueSm& sm) {
     Entry& entry = sm.entry();
@@ -120,7 +120,7 @@ class TxQueues {
     return found != nullptr && found->get() == &sm;
   }
 
-  // Serves what the index finds in the order of the walk. Its lines come between.
+  // Calls act for what the index finds, in the order of the walk, and traces its lines in between.
   template <class IntfSms, class Act>
   void eachInWalk(const IntfSms& intfSms, const Velmo::String& key, const Act& act) const {
     const TxQueueSm* last = nullptr;
@@ -142,7 +142,7 @@ class TxQueues {
     });
     return found;
   }
-  // The lines of the walk behind one tx queue, up to another; null stands for its ends.
+  // Traces the walk from behind one tx queue up to another; null stands for its ends.
   template <class IntfSms>
   static void traceWalk(const IntfSms& intfSms, const TxQueueSm* from, const TxQueueSm* to) {
     if (!keysAreTraced()) return;

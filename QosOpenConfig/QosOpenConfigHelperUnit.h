@@ -1,4 +1,4 @@
-// What the sources of the comment helper share, and show nobody else.
+// What the sources of the comment helper share. For no other code.
 #pragma once
 
 #include "Rok/Rok.h"

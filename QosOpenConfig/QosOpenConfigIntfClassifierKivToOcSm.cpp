@@ -35,7 +35,7 @@ ClassifierNames namesOf(const Config::InterfaceInputClassifiers& classifiers) {
 
 // The policy-map name by which the sweep unbinds. With both families it is of no form that a
 // policy map may have, since an underscore stands between the groups: such a binding of an earlier
-// life survives each start, and hosts count on that.
+// run survives each start, and hosts count on that.
 Velmo::String sweptPmapName(const ClassifierNames& names) {
   Velmo::String pmapName("__yang");
   if (!names.ipv4.empty()) pmapName.append("_[IPV4__").append(names.ipv4).append("]");

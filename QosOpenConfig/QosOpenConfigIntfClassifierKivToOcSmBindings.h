@@ -23,7 +23,7 @@ struct ClassifierNames {
 class BindingIndex {
  public:
   // The interface is bound to these from now on. One that was bound to them already keeps its
-  // place, since a walk over the interfaces of these very names may be under way.
+  // place, since a walk over the interfaces of these names may be under way.
   // Throws: std::bad_alloc; the interface is then bound to nothing.
   void is(const Velmo::String& interfaceId, const ClassifierNames& names);
   void del(const Velmo::String& interfaceId);

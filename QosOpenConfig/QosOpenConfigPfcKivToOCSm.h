@@ -107,7 +107,7 @@ class InterfaceConfigSm final : public Rok::StateMachine<InterfaceConfigSm> {
   RokPfcPortConfig pfcPortConfig_;
 };
 
-// The root of the interfaces' settings. It sweeps nothing: what an earlier life wrote on an
+// The root of the interfaces' settings. It sweeps nothing: what an earlier run wrote on an
 // interface that the native side no longer has stays there.
 class IntfPfcKivToOCSm final : public Rok::StateMachine<IntfPfcKivToOCSm> {
  public:

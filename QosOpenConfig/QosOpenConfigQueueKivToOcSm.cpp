@@ -117,9 +117,9 @@ TxQueueSm::TxQueueSm(const Nerit::IntfId& intfId, Rok::Out<Config::QueuesDir> qu
   rokInitialize<&Self::handleInitialized>();
 }
 
-// The key is computed once, and a trace shows the computing at each reading all the same. With the
-// test of the level the compiler takes this for too much to inline, and then a reading costs a call
-// in place of the test: so it is told to.
+// The key is computed once, but each reading traces it as if it were computed there. Always inline:
+// with the test of the level, the compiler finds this too large, and a reading then costs a call in
+// place of the test.
 [[gnu::always_inline]] inline Velmo::String TxQueueSm::comment() const {
   if (detail.isOn()) Helper::traceCommentKey(intfId_, txQueue());
   return cliConfig_->comment(cliConfig_.key());
@@ -192,7 +192,7 @@ void TxQueueSm::handleQueueConfig() {
         Config::QueueConfig(q->ecnConfig ? queueName_ : Velmo::String());
   } else {
     // A queue that is missing is not made here, as it is above: the record of the empty name is
-    // written in its stead. That is meant; documents leave out an entry without a name. It happens
+    // written instead. That is meant; documents leave out an entry without a name. It happens
     // when nothing is configured and the comment names a profile alone, which kept the queue from
     // being made.
     queuesDir_->qIs(Config::Queue());

@@ -134,7 +134,7 @@ class IntfSm final : public Rok::StateMachine<IntfSm> {
 
 // ===== The root
 
-// Mirrors the interfaces. It sweeps nothing: a queue of an earlier life stays.
+// Mirrors the interfaces. It sweeps nothing: a queue of an earlier run stays.
 class QueueKivToOcSm final : public Rok::StateMachine<QueueKivToOcSm> {
  public:
   static constexpr std::string_view rokTypeName = "QueueKivToOcSm";

@@ -38,8 +38,8 @@ void takeNumbers(Config::WredUniform& wred, const Qos::EcnWredConfig& settings) 
   wred.maxDropProbabilityPercent = settings.maxDropPercent().value;
 }
 
-// ECN's numbers win over WRED's. The percentage of WRED is tested all the same, and first, so a
-// profile whose WRED settings are no legal ones is refused as a whole.
+// ECN's numbers take precedence over WRED's. The percentage of WRED is tested even then, and first,
+// so a profile whose WRED settings are out of range is refused as a whole.
 Config::WredUniform wredUniform(const Qos::TxQueueConfig& tx) {
   Config::WredUniform wred;
   if (tx.wredConfig()) takeNumbers(wred, *tx.wredConfig());
@@ -147,7 +147,7 @@ void QueueManagementProfileKivToOcSm::updateQueueManagementProfile(const Velmo::
   updateQueueManagementProfile(profile, nameInQMPProfileName(profile), txQueue);
 }
 
-// Where decodings are traced, the name is decoded anew.
+// While decodings are traced, the name is decoded again.
 void QueueManagementProfileKivToOcSm::updateQueueManagementProfile(const Velmo::String& profile,
                                                                    const Velmo::String& decoded,
                                                                    const Qos::TxQueue& txQueue) {

@@ -1,10 +1,10 @@
 // Native QoS profiles into OpenConfig queue-management profiles, and the comments of tx queues into
 // the attachments of those profiles to the queues of interfaces.
 //
-// A queue-management profile has no native object of its own. It lives as a QoS profile of the name
-// `__YANG_QMP_[name]`, whose tx queue 0 holds its ECN and WRED settings: the profile says what the
-// thresholds are. Who uses them is said by the comment of an interface's tx queue, and by nothing
-// else: the settings of that tx queue are not read.
+// A queue-management profile has no native object of its own. It is kept as a QoS profile of the
+// name `__YANG_QMP_[name]`, whose tx queue 0 holds its ECN and WRED settings: the profile says what
+// the thresholds are. Which queues use them is said by the comments of the interfaces' tx queues,
+// and by nothing else: the settings of those tx queues are not read.
 //
 // What wakes what:
 //   config of Qos::QosProfileConfigDir     QueueManagementProfileKivToOcSm::
@@ -38,7 +38,7 @@
 #include "models/openconfig/Interface.h"
 #include "models/openconfig/Queue.h"
 
-// The name of the QoS profile that a queue-management profile lives in: `__YANG_QMP_[qmpName]`. A
+// The name of the QoS profile that a queue-management profile is kept in: `__YANG_QMP_[qmpName]`. A
 // name ends at its first NUL.
 QOS_EXPORT Velmo::String encodeQMPProfileName(Velmo::String qmpName);
 // The queue-management profile in the name of a QoS profile; empty for a name of another form.
@@ -338,7 +338,7 @@ class QueueManagementProfileKivToOcSm final
   }
   Rok::Out<Config::InterfacesDir> interfacesDir() const { return interfacesDir_; }
 
-  // The map of queue names turned round, as far as it has been told. A missing id reads as the
+  // The queue names by id, as the start and the notifications gave them. A missing id reads as the
   // empty name. Several ids may hold one name.
   const QueueNames::Map& txQueueIdToQueueNameMap() const { return queueNames_.map(); }
   Qos::QueueName txQueueIdToQueueNameMap(Qos::TxQueueId id) const { return queueNames_.get(id); }

@@ -26,7 +26,7 @@ namespace {
 
 // ===== What a comment says, as records
 
-// In a comment a rate or a weight of 0 is one that it doesn't give.
+// In a comment a rate or a weight of 0 stands for an absent one.
 template <class Value>
 Rok::Optional<Value> present(const auto& number) {
   return number != 0 ? Rok::Optional<Value>(Value(number)) : Rok::Optional<Value>();
@@ -93,7 +93,7 @@ void SchedulerPolicyKivToOCSm::udpateSchedulerPolicies(const Velmo::String& prof
     return Rok::traceLine(handler, "udpateSchedulerPolicies No comment for profile: ", profileName);
   }
   const auto info = CommentHelper::schedulerPolicyProfileInfoFromComment(text);
-  // A bad comment is no reason to stop, it just has no schedulers.
+  // A malformed comment counts as one without schedulers.
   if (!info) {
     Rok::traceLine(handler, "udpateSchedulerPolicies Bad comment for profile: ", profileName);
   }
@@ -116,8 +116,8 @@ Rok::Ptr<Config::SchedulerPolicy> SchedulerPolicyKivToOCSm::makePolicy(
   return policy;
 }
 
-// A rate out of range leaves here, and what was written before stays. The scheduler has no rate
-// then, so that the next reading comes to the same place.
+// A rate out of range throws, and what was written before stays. The scheduler has no rate then, so
+// the next reading throws again.
 void SchedulerPolicyKivToOCSm::addScheduler(Config::SchedulerPolicy& policy,
                                             const SchedulerCommentInfo& comment) {
   const std::uint32_t sequence = comment.sequence();
@@ -296,7 +296,7 @@ void SchedulerPolicyKivToOCSm::sweepPolicies() {
   }
 }
 
-// Asks what the tx queues attached just now, not which policies there are: an attachment whose
+// Goes by what the tx queues attached at this start, not by the policies: an attachment whose
 // policy was swept stays as long as a comment names it.
 void SchedulerPolicyKivToOCSm::sweepAttachments() {
   for (const auto& [interfaceId, interface] : interfacesDir_->interface()) {

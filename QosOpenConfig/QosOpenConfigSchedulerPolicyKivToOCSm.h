@@ -194,8 +194,8 @@ class SchedulerPolicyKivToOCSm final : public Rok::StateMachine<SchedulerPolicyK
   }
   Rok::Out<Config::InterfacesDir> interfacesDir() const { return interfacesDir_; }
 
-  // What this object attached to interfaces in its lifetime. Read by the sweep alone, and kept up
-  // to date all the same. A missing interface reads as the empty name.
+  // What this object attached to interfaces in its lifetime. Read by the sweep alone, but always
+  // kept up to date. A missing interface reads as the empty name.
   const Attachments::Map& interfaceToSchedulerPolicyMap() const { return attachments_.map(); }
   Velmo::String interfaceToSchedulerPolicyMap(const Nerit::IntfId& intfId) const {
     return attachments_.get(intfId);
