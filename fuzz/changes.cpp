@@ -3,7 +3,7 @@
 // device is one that the document could hold and over which fresh roots can be built.
 //
 // A comment with a value of the wrong type ends the process by design. So each line is first tried
-// on a device that nobody watches, and a stream ends where such a comment comes.
+// on a device without roots, and a stream ends where such a comment comes.
 #include "host/Changes.h"
 
 #include <string>

@@ -1,7 +1,7 @@
 // The readers of both kinds of comment. They read what a document of all of the text would give,
 // and what they read, they write, and read back the same. A value of the wrong type must end the
-// process and nothing else may: which it is to be is told by the host's own judgement, and the end
-// is watched in a child.
+// process, and no other text may: host/CommentFaults.h says which it is to be, and a text that must
+// end it is read in a child.
 #include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>

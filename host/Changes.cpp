@@ -17,7 +17,7 @@ namespace {
 bool isBlank(std::string_view line) { return line.find_first_not_of(" \t\r\n") == line.npos; }
 
 // What stands below the draft. `tokens` are the keys as the line has them.
-// Throws: Fault when one of the keys leads nowhere.
+// Throws: Fault when there is nothing under one of the keys.
 Draft& follow(Draft& draft, std::span<const Rok::String> keys, const Tokens& tokens) {
   Draft* at = &draft;
   for (std::size_t i = 0; i < keys.size(); ++i) {
@@ -65,7 +65,7 @@ void Changes::tell(const std::string& what) {
   report_("line " + std::to_string(number_) + ": " + what);
 }
 
-// ===== Judging
+// ===== Checking
 
 Changes::Target Changes::resolve(const Tokens& tokens) {
   if (tokens.empty()) {
@@ -151,7 +151,7 @@ void Changes::test(const Draft& there, const Patch& patch, std::size_t operation
   if (!(there.value() == expected)) refuse("test failed: something else is there");
 }
 
-// Judges an operation and carries it out on the draft. Nothing for a `test`.
+// Checks an operation and carries it out on the draft. Nothing for a `test`.
 std::optional<Changes::Change> Changes::check(const Patch& patch, std::size_t operation,
                                               Draft& draft) {
   const auto& [kind, path] = patch.operations()[operation];
@@ -195,8 +195,8 @@ void Changes::write(const Change& change, Writes& writes) const {
   if (change.value) parent->put(key, *change.value, writes);
 }
 
-// First those that go, then those that come or are replaced: through all mounted entries each time.
-// A setting that is left at its default goes.
+// First the entries that are removed, then those that are added or replaced: through all mounted
+// entries each time. A setting that is left at its default is removed.
 void Changes::writeCollection(Place& place, const Schema& schema, const Value& value,
                               Writes& writes) {
   eraseMissing(place, schema, value, writes);

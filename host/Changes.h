@@ -1,4 +1,4 @@
-// Applies a stream of changes to the native side, a line at a time. A line is judged as a whole
+// Applies a stream of changes to the native side, a line at a time. A line is checked as a whole
 // before anything is written; then each of its operations becomes native writes, in order, and each
 // write notifies at once. What a line costs depends on what it touches and not on what is
 // configured.

@@ -1,7 +1,7 @@
-// What a comment must not hold. A comment with a value of the wrong type ends the process of
-// whoever translates it; this finds such a value beforehand, and says where it is.
+// What a comment must not hold. A comment with a value of the wrong type ends the process that
+// translates it; this finds such a value beforehand, and says where it is.
 //
-// It judges by the same rules as the library reads: what the library doesn't look at is no fault.
+// It goes by the same rules as the library's reader: what the library doesn't read is no fault.
 #pragma once
 
 #include <optional>
@@ -25,8 +25,8 @@ std::optional<CommentFault> attachmentFault(std::string_view comment);
 // In a comment that is read as that of a QoS profile.
 std::optional<CommentFault> profileFault(std::string_view comment);
 
-// A line for each comment of the device that ends the process of whoever translates it: those of
-// its tx queues and of the QoS profiles that stand for scheduler policies, by key. The line begins
+// A line for each comment of the device that ends the process that translates it: those of its
+// tx queues and of the QoS profiles that stand for scheduler policies, by key. The line begins
 // with the comment's place in the native document.
 std::vector<std::string> commentFaults(const Native& native);
 

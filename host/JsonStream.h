@@ -15,7 +15,7 @@
 namespace host {
 
 // A stream as the parser wants it: Peek() is NUL at the end, so a NUL in the text looks like the
-// end and `atEnd` tells the two apart.
+// end, and `atEnd` distinguishes the two.
 class JsonStream {
  public:
   using Ch = char;  // NOLINT(readability-identifier-naming): the parser's name
@@ -40,7 +40,7 @@ class JsonStream {
   }
   std::size_t Tell() const { return before_ + static_cast<std::size_t>(at_ - begin_); }
 
-  // What is at hand of the text from here on, and a way past the front of it.
+  // The rest of the current block, and a way to skip the front of it.
   std::string_view block() const { return {at_, end_}; }
   void skip(std::size_t bytes) {
     at_ += bytes;
@@ -98,9 +98,9 @@ class JsonStream {
 
 }  // namespace host
 
-// Strings are most of a document. The parser leaves it to the stream to move what needs no look at
-// its characters one by one; for a stream that it doesn't know it does nothing here. Parsing takes
-// a quarter fewer instructions this way.
+// Strings are most of a document. Here the parser has the stream copy the bytes of a string that
+// need no treatment one by one; for a stream that it doesn't know it does nothing here. Parsing
+// takes a quarter fewer instructions this way.
 template <>
 template <>
 inline void host::rapidjson::Reader::ScanCopyUnescapedString(

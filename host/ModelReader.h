@@ -1,4 +1,4 @@
-// Reads the output model of an earlier life, in the format that ModelWriter.h writes.
+// Reads the output model of an earlier run, in the format that ModelWriter.h writes.
 #pragma once
 
 #include <string>

@@ -1,5 +1,5 @@
-// The `model` format: the exact output records, every field, so that what is absent and what is
-// present with default values can be told apart. ModelReader.h reads it back.
+// The `model` format: the exact output records, every field, so that what is absent differs from
+// what is present with default values. ModelReader.h reads it back.
 #pragma once
 
 #include <string>

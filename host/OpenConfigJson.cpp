@@ -14,8 +14,8 @@ std::string_view takeName(std::string_view& path) {
   return name;
 }
 
-// The containers that are open in an object. One is written with the first thing in it, or not at
-// all.
+// The containers that are open in an object. One is written together with its first member, or not
+// at all.
 class Containers {
  public:
   explicit Containers(JsonWriter& out) : out_(out) {}
@@ -153,7 +153,7 @@ class Document {
   const OpenConfigJson::Warn& warn_;
   Faults faults_;
   Keys keys_;
-  Current at_{};  // what `faults_` hears about
+  Current at_{};  // what `faults_` is reported for
 };
 
 }  // namespace

@@ -15,7 +15,7 @@ class OpenConfigJson {
  public:
   using Warn = std::function<void(const std::string&)>;
 
-  // `warn` gets one line for each value that is left out, in a life of the renderer once.
+  // `warn` gets one line for each value that is left out, once in the lifetime of the renderer.
   explicit OpenConfigJson(Warn warn) : warn_(std::move(warn)) {}
 
   // With a sink, that gets the text, and the result is empty.

@@ -49,8 +49,8 @@ class Shallow {
 
 std::string_view textOf(const Json& json) { return {json.GetString(), json.GetStringLength()}; }
 
-// In these, `place()` tells where the operation stands, as messages show it: a line that is well
-// has no use for that text.
+// In these, `place()` makes the text by which messages name the operation: only a line with a fault
+// needs it.
 
 // The member of an operation; null when there is none.
 template <class Place>

@@ -1,4 +1,4 @@
-// One line of a change stream: an RFC 6902 patch, read but not yet judged against the document.
+// One line of a change stream: an RFC 6902 patch, read but not yet checked against the document.
 #pragma once
 
 #include <cstddef>

@@ -1,5 +1,5 @@
-// Which values a document may hold, told as data: each section declares its schema, and reading,
-// checking a change and comparing all go by it.
+// Which values a document may hold, as data: each section declares its schema, by which the host
+// reads documents, checks changes and compares values.
 //
 //   Schema::keyed(
 //       Key::named("a map type", mapTypes),
@@ -55,7 +55,7 @@ class Schema {
   static Schema nameOrNumber(std::string_view what, std::span<const Name> names);
   // One value of a scalar and no other.
   static Schema exactly(const Schema& schema, Value value, std::string expected);
-  // An array whose order means nothing and in which nothing is there twice.
+  // An array without repeated values, whose order means nothing.
   static Schema set(Schema element);
   static Schema list(Schema element);
   // An object with any keys of a kind. The entries under `mounted` keys are always there.
@@ -67,8 +67,8 @@ class Schema {
   static Schema record(std::vector<Member> members);
   // The same or null.
   Schema orNull() const;
-  // The same, as one native object: a write of it puts another one in its place at one go, and
-  // never takes what is there apart or away first.
+  // The same, as one native object: a write of it replaces the object in one step, and neither
+  // changes nor removes the old one first.
   Schema whole() const;
 
   Kind kind() const { return kind_; }

@@ -150,8 +150,8 @@ bool SchemaReader::keyOfCollection(std::string_view key) {
   return !isThere(frame, frame.key) || refuse("the same key twice");
 }
 
-// Whether a key of a collection came before. The sink knows what it was given, unless that might
-// have been there always; a few entries are compared faster than they are hashed.
+// Whether a key of a collection came before. The sink has what it was given, unless an entry may
+// be mounted from the start; a few entries are compared faster than they are hashed.
 bool SchemaReader::isThere(Frame& frame, const Rok::String& key) const {
   if (frame.handedOn && frame.schema->mounted().empty()) return sink_->has(key);
   const Value::Object& entries = frame.value.object();

@@ -69,7 +69,7 @@ class DocumentPlace final : public Place {
   const Native& native_;
 };
 
-// Writes what is read into the native objects at once. Nobody watches them yet.
+// Writes what is read into the native objects at once. No root watches them yet.
 class NativeSink final : public EntrySink {
  public:
   explicit NativeSink(const Native& native) { open_.push_back(nativePlace(native)); }

@@ -1,4 +1,4 @@
-// The sections of the native document, one for each top-level member. Each lives in a file of its
+// The sections of the native document, one for each top-level member. Each is in a file of its
 // own below sections/ and is entered in the table of Sections.cpp.
 #pragma once
 

@@ -1,4 +1,4 @@
-// One buffer for each text, however often it comes: names stand for the same thing all over a
+// One buffer for each text, however often it comes: the same names stand in many places of a
 // document, and strings that share a buffer take its room once and compare by its address.
 #pragma once
 
@@ -20,7 +20,7 @@ class SharedTexts {
   void grow();
 
   // A hash table with linear probing; a free slot is empty. A power of two, at most half of them
-  // taken: each slot that is looked at in vain leads to a buffer somewhere.
+  // taken: each comparison with another text reads a buffer elsewhere in memory.
   std::vector<Rok::String> slots_;
   std::size_t taken_ = 0;
 };

@@ -30,8 +30,8 @@ using Member = Keyed<Value>;
 class Value {
  public:
   using List = std::vector<Value, Velmo::Allocator<Value>>;
-  using Object = std::vector<Member, Velmo::Allocator<Member>>;  // in the order in which the
-                                                                 // document tells them
+  using Object = std::vector<Member, Velmo::Allocator<Member>>;  // in the order of the
+                                                                 // document
 
   Value() = default;  // null
   explicit Value(bool v) : data_(v) {}
@@ -50,8 +50,8 @@ class Value {
   }
   bool isNull() const { return as<std::monostate>() != nullptr; }
 
-  // Each requires that the value is of that kind. A list or an object that is about to go can't be
-  // walked.
+  // Each requires that the value is of that kind. The list or object of a temporary can't be
+  // taken.
   std::uint64_t number() const { return std::get<std::uint64_t>(data_); }
   double real() const { return std::get<double>(data_); }
   const Rok::String& text() const { return std::get<Rok::String>(data_); }

@@ -18,7 +18,7 @@ Lines::Lines(const std::string& path)
     : path_(path), file_(path == "-" ? stdin : std::fopen(path.c_str(), "rb")) {
   if (!file_) throwUnreadable(path_, errno);
   if (file_.get() == stdin) return;
-  // A directory opens and can't be read, and that is to be known before anything is done.
+  // A directory opens but can't be read: that is found here, before anything is done.
   std::ungetc(std::fgetc(file_.get()), file_.get());
   checkReadable();
 }

@@ -110,7 +110,7 @@ void orderSeedIs(const std::string& text) {
   Rok::HashHelper::orderSeedIs(static_cast<std::uint32_t>(*seed));
 }
 
-// What the arguments ask for. All of them are judged before any file is read.
+// What the arguments ask for. All of them are checked before any file is read.
 struct Request {
   explicit Request(const Arguments& arguments)
       : native(arguments.operand("NATIVE.json")),
@@ -144,8 +144,8 @@ class Translation {
     std::unique_ptr<Lines> lines;
     if (request_.changes) lines = std::make_unique<Lines>(*request_.changes);
     for (const std::string& fault : host::commentFaults(native_)) tell("warning: " + fault);
-    // From here on: the trace is the translators', and the judgement above uses their names and
-    // keys.
+    // Traced from here on: commentFaults would add lines, since it computes keys and decodes names
+    // by the library's functions.
     for (const unsigned level : request_.levels) Rok::TraceFacility::levelIs(level, true);
     const auto roots = host::buildRoots(request_.roots, native_, model_,
                                         [this](const std::string& line) { report(line); });
@@ -169,8 +169,8 @@ class Translation {
     clean_ = false;
   }
 
-  // Nothing is written before all of the text is known to be good, and all warnings are told. A
-  // large text is not held until then but made again.
+  // Nothing is written before the whole text has been made and all warnings are out. A large text
+  // is not held until then but made again.
   void print(host::Layout layout) {
     std::string text;
     std::size_t size = 0;
@@ -196,7 +196,7 @@ class Translation {
   host::Native native_;
   host::Model model_;
   bool clean_ = true;
-  bool outputFailed_ = false;  // said once
+  bool outputFailed_ = false;  // reported once
 };
 
 }  // namespace

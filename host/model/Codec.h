@@ -1,6 +1,6 @@
 // How values stand in the `model` format: their schema, how they are written and how they are read.
 // Records and objects of the output model name their own fields (models/openconfig/Fields.h), so
-// all that is told here is told once for a kind of value:
+// all that stands here stands once for a kind of value:
 //
 //   Codec<QueueConfig>::write(out, config);
 //   // {"bandwidth":null,"name":"q","strict-priority":true}
@@ -146,7 +146,7 @@ constexpr auto of() {
   }
 }
 
-// A field of any type, as its owner's affair.
+// A field of any type, read and written through its owner.
 template <class Owner>
 struct Member {
   Rok::String name;
@@ -220,7 +220,7 @@ requires HasMembers<Owner> &&(!IsWrapped<Owner>)struct Codec<Owner> {
   }
 };
 
-// What looks like the only thing that it holds.
+// What is written as the one value that it holds.
 template <IsWrapped Owner>
 struct Codec<Owner> {
   static constexpr auto only = fields::of<Owner>().field;

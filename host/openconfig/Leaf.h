@@ -1,12 +1,11 @@
-// OVERVIEW: what stands at the ends of the OpenConfig document. Each record has one table of its
-// leaves, as data: the path below the record, the YANG type, how to read the leaf from the record.
-// The document is written from these tables, along the kinds of records in RecordKind.h.
+// OVERVIEW: the leaves of the OpenConfig document. Each record has one table of its leaves, as data:
+// the path below the record, the YANG type, how to read the leaf from the record. The document is written from these tables, along the kinds of records in RecordKind.h.
 //
 // RULES
 // - Rows stand in the order of their paths, container by container: in that order they are printed.
 // - A reader gives a value or, where the leaf is absent, none. An empty text is none.
-// - What a leaf can't hold is left out: the reader tells it by a reason that names the value. Names
-//   that YANG strings can't hold are told by `leafValue`, for every row of a string.
+// - What a leaf can't hold is left out: the reader reports a reason that names the value. Names
+//   that YANG strings can't hold are reported by `leafValue`, for every row of a string.
 //
 // EXAMPLE
 //   template <> struct Table<ForwardingGroupConfig> {
@@ -58,7 +57,7 @@ inline bool isAbsent(const LeafValue& value) { return value.index() == 0; }
 // them.
 using Keys = std::vector<std::string_view>;
 
-// Hears of what the leaf that is being read can't hold. Texts are made only where somebody listens.
+// Is called for what the leaf that is being read can't hold. Without `hear` no text is made.
 struct Faults {
   std::function<void(const std::string& reason)> hear = nullptr;
 
@@ -178,7 +177,7 @@ std::string shownValue(const LeafValue& value);
 // Writes a value as RFC 7951 has it. Requires: it is there.
 void writeLeaf(JsonWriter& out, LeafType type, const LeafValue& value);
 
-// What the document holds at a leaf. What it can't hold is told, and absent.
+// What the document holds at a leaf. What it can't hold is reported, and absent.
 template <class Record>
 LeafValue leafValue(const Leaf<Record>& leaf, const Record& record, const Keys& keys,
                     const Faults& faults) {

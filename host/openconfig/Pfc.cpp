@@ -63,7 +63,7 @@ bool isPriorities(std::string_view text) {
 template <>
 struct Table<PfcWatchdog> {
   static std::string native(const Keys& /*keys*/) { return "the PFC watchdog"; }
-  // Not on a device where nobody has configured it, before and after a translator wrote it.
+  // False while no setting is configured, before and after a translator wrote the defaults.
   static bool isThere(PfcWatchdog watchdog) {
     if (watchdog.priorities == "0") watchdog.priorities = "";
     return watchdog != PfcWatchdog();

@@ -128,7 +128,7 @@ inline constexpr auto rows = [] {
   return rows;
 }();
 
-// A kind as far as its record tells it.
+// The parts of a kind that follow from its record.
 template <class Record, class Entry>
 constexpr RecordKind kindOf(std::string_view path, const RecordKind* parent) {
   using Rows = Table<Record>;

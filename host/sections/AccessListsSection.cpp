@@ -82,8 +82,8 @@ class Rules final : public Sequence {
   }
 
  private:
-  // The rule record first, its place in the sequence second: who hears of the place finds the
-  // rule. What the place held before is dropped once nothing leads to it any more.
+  // The rule record first, its place in the sequence second: a machine that is notified of
+  // the place finds the rule. The old rule is removed once the place doesn't lead to it any more.
   void write(std::uint32_t sequence, const Rule& rule, Writes& writes) const {
     const UniqueId* found = find(sequence);
     const auto old = found != nullptr ? std::optional(*found) : std::nullopt;

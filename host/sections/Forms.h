@@ -1,4 +1,4 @@
-// The forms of native objects: how each stands in the document, told once. A form is a class of
+// The forms of native objects: how each stands in the document. A form is a class of
 // places over one type of native object that knows the schema of what stands there, too:
 //
 //   using Object = ...;                                     the native object

@@ -60,7 +60,7 @@ class PlainPlace final : public Record<settings> {
   Write write_;
 };
 
-// The record that a value tells.
+// The record that a value describes.
 template <const auto& settings>
 auto plain(const Value& value, Writes& writes) {
   const auto told = Rok::make<typename Record<settings>::Object>();
