@@ -142,9 +142,10 @@ PmapConfigSm::Desired PmapConfigSm::mirrorClasses() {
 // Only the policy map's own classifiers are swept; a trace shows the others too.
 void PmapConfigSm::sweepStaleActions(const Desired& desired) {
   Rok::traceIn(handler, *this, ", removing the stale config");
-  const auto traceOther = [this](const Velmo::String& name) {
+  const Rok::TraceAt here(handler);  // the line names this function
+  const auto traceOther = [&](const Velmo::String& name) {
     if (name == ipv4ClassifierName_ || name == ipv6ClassifierName_) return;
-    Rok::traceIn(handler, *this, ", classifier: ", name, " does not belong to the pmap");
+    Rok::traceIn(here, *this, ", classifier: ", name, " does not belong to the pmap");
   };
   Rok::inWalkOrder(classifierDir_->classifier(), {ipv4ClassifierName_, ipv6ClassifierName_},
                    handler.isOn(), traceOther,

@@ -67,7 +67,8 @@ TEST(PolicyMapActionTrace, AStartTracesEachStepInOrderAtLevelEight) {
           "8 void QosOc::ClassActionSm::handleInitialized(), removing the stale config",
           keyDecoder + std::string(voice), groupLookup + std::string("5"),
           testing::EndsWith(", removing the stale config"),
-          testing::EndsWith(", classifier: core-in does not belong to the pmap"),
+          "8 void QosOc::PmapConfigSm::sweepStaleActions(const Desired&), classifier: core-in "
+          "does not belong to the pmap",
           testing::EndsWith(
               ", removed the stale action for classifier = edge-in, termId = video")));
   EXPECT_THAT(trace.handles(), testing::Each("OpenConfigQos"));
