@@ -1,5 +1,6 @@
-// OVERVIEW: the leaves of the OpenConfig document. Each record has one table of its leaves, as data:
-// the path below the record, the YANG type, how to read the leaf from the record. The document is written from these tables, along the kinds of records in RecordKind.h.
+// OVERVIEW: the leaves of the OpenConfig document. Each record has one table of its leaves, as
+// data: the path below the record, the YANG type, how to read the leaf from the record. The
+// document is written from these tables, along the kinds of records in RecordKind.h.
 //
 // RULES
 // - Rows stand in the order of their paths, container by container: in that order they are printed.
