@@ -113,7 +113,7 @@ Profile profileByDefaultDocument(const Velmo::String& comment) {
   return info;
 }
 
-// ===== The floor: it knows what the text says
+// ===== The floor: the values without the parsing
 
 void lookAt(const Velmo::String& comment) {
   unsigned depth = 0;
@@ -121,7 +121,7 @@ void lookAt(const Velmo::String& comment) {
   benchmark::DoNotOptimize(depth);
 }
 
-// A text that shares its buffer with nobody, as one that was just read.
+// A text with a buffer of its own, as one that was just read.
 Velmo::String fresh(const Velmo::String& text) { return std::string_view(text); }
 
 CommentInfo attachmentByFloor(const Velmo::String& comment) {

@@ -1,4 +1,4 @@
-// Reading a long native document, beside RapidJSON. The program `documents` tells what is done.
+// Reading a long native document, beside RapidJSON. DocumentsMain.cpp says what is done.
 #include <cstdint>
 #include <cstdio>
 #include <filesystem>

@@ -2,8 +2,8 @@
 //
 //   documents write FILE MEGABYTES
 //   documents dom|events|read FILE      prints seconds and the peak of memory in bytes
-//   documents report FILE QOSOC         all of them five times in turn, and `QOSOC translate`;
-//   medians
+//   documents report FILE QOSOC         medians of five runs of each, and of `QOSOC check` and
+//                                       `QOSOC translate`, all in turns
 //
 // dom: a rapidjson::Document with the parser's default flags, which is RapidJSON's own parse.
 // events: the parser alone, with a handler that does nothing.
@@ -53,7 +53,7 @@ class InputFile {
 
 void dom(const std::string& path) {
   InputFile file(path);
-  // Left behind at the end: what it takes to free it is not asked for.
+  // Not freed: freeing it is not a part of what is measured.
   auto* document = new rapidjson::Document;
   document->ParseStream(file.stream());
   require(!document->HasParseError() && document->HasMember("class-maps"), "a document by dom");

@@ -27,7 +27,7 @@ namespace {
 constexpr std::size_t largestBatch = 45'000;
 constexpr std::size_t smallestBatch = 450;
 constexpr std::size_t eventsWanted = 40'000;  // in each repetition
-constexpr double secondsWanted = 0.2;         // for each repetition, if its events are dear
+constexpr double secondsWanted = 0.2;         // for each repetition, if its events take long
 constexpr std::size_t mostKinds = 12;         // of one device
 
 struct Taken {

@@ -127,7 +127,8 @@ struct Operations {
   double bytes = 0;  // an entry
 };
 
-// The life of one map. Each operation takes the keys in another random order.
+// One map from its first insert to its last erase. Each operation takes the keys in another random
+// order.
 template <class Map, class Key>
 Operations life(std::vector<Key>& all, Random& random) {
   Operations taken;
@@ -136,7 +137,7 @@ Operations life(std::vector<Key>& all, Random& random) {
   taken.insert = each(all.size(), [&] { fill(map, all); });
   require(map.members() == all.size(), "number of entries inserted");
   taken.bytes = static_cast<double>(bytesInUse() - before) / static_cast<double>(all.size());
-  // One time of a small map would be that of looking at the clock.
+  // A single pass over a small map would mostly time the clock.
   const std::size_t rounds = all.size() < 10'000 ? 20 : 1;
   Value sum = 0;
   taken.walk = each(all.size() * rounds, [&] {

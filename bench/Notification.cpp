@@ -1,4 +1,4 @@
-// Telling observers, beside a plain vector of virtual calls; and what their number costs.
+// Notifying observers, beside a plain vector of virtual calls; and what their number costs.
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
@@ -13,7 +13,7 @@
 namespace Bench {
 namespace {
 
-// Something to watch: a scalar, and a collection with a key.
+// A notifier with a scalar and a collection.
 class Bell final : public Rok::Notifier {
  public:
   struct Attr {
@@ -117,7 +117,7 @@ void subscribeVector(benchmark::State& state) {
 
 std::string portName(std::int64_t port) { return "Ethernet" + std::to_string(port); }
 
-// Two machines that want to hear of one port: one says so, the other compares.
+// Two machines that watch one port: one by a keyed watch, the other by a comparison.
 class PortSm {
  public:
   std::uint64_t calls = 0;

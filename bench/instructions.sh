@@ -5,8 +5,8 @@
 #
 #   instructions.sh BUILD_DIR [--sizes N,N...] [--gate] [--update] [--out FILE]
 #
-# --sizes: the devices, smallest first; 1000,100000 unless told. Each is a multiple of 10. For each
-#          event it is told how far apart the sizes are: the largest count to the smallest.
+# --sizes: the devices, smallest first; by default 1000,100000. Each is a multiple of 10. For each
+#          event it prints how far apart the sizes are: the largest count to the smallest.
 # Always: fails if the sizes of an event differ by more than a tenth.
 # --gate: fails too if an event takes 3 % more than instructions.txt says. The figures belong to a
 #         compiler; under another one only the sizes are compared.

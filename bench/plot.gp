@@ -2,7 +2,7 @@
 # times.svg: nanoseconds of an event; instructions.svg, if they were counted: the instructions.
 
 folder = ARG1
-# An underscore would make an index.
+# Otherwise an underscore would start a subscript.
 stamp = system(sprintf("sed 's/_/\\\\_/g' '%s/machine.txt'", folder))
 
 set terminal svg size 960,600 dynamic font "Helvetica,13" background "#ffffff"

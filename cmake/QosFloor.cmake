@@ -1,4 +1,4 @@
-# A floor of the house: an object library whose sources see the headers of their own floor and of the
+# A floor of the architecture: an object library whose sources see the headers of their own floor and of the
 # floors below, and of nothing else. Headers are included as "Floor/Header.h"; each floor gets an
 # include directory that holds a link to its folder alone, so an upward include does not compile.
 #

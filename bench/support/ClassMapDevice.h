@@ -25,7 +25,7 @@ std::vector<std::size_t> shuffledTerms(std::size_t classMaps, Random& random);
 class ClassMapDevice {
  public:
   // What a host has at hand when an event arrives. It was just read from a message, so the name
-  // shares its text with nobody and its hash has not been computed.
+  // shares its text with no other string and its hash has not been computed.
   struct Change {
     std::size_t number;
     Velmo::String name;

@@ -44,7 +44,7 @@ void mountNames(Qos::Input::Config& input) {
 
 }  // namespace
 
-// ===== The whole road
+// ===== The whole path
 
 ClassificationDevice::ClassificationDevice(std::size_t classMaps)
     : size_(classMaps),

@@ -1,5 +1,6 @@
-// A device with a packet's whole road: class maps, ACLs, policy maps, service policies, the names
-// of forwarding groups and queues; the five translators that follow them, and what they write.
+// A device with the whole classification path: class maps, ACLs, policy maps, service policies, the
+// names of forwarding groups and queues; the five translators that follow them, and what these
+// write.
 //
 // Each classifier has a placeholder and its terms, a policy map that gives every term a traffic
 // class, and an interface that the policy map is bound to.

@@ -7,12 +7,12 @@ namespace {
 
 using Run = benchmark::BenchmarkReporter::Run;
 
-// With repetitions there are a mean and other things too; with one there is only the run itself.
+// With repetitions there are a mean and other aggregates; with one there is only the run itself.
 bool isMedian(const Run& run, std::size_t runs) {
   return run.run_type == Run::RT_Aggregate ? run.aggregate_name == "median" : runs == 1;
 }
 
-// The name without what it tells about the way of measuring. A batch measures by itself, and its
+// The name without what it says about the way of measuring. A batch measures by itself, and its
 // processor time includes what it doesn't measure.
 Run tidied(Run run) {
   if (!run.run_name.time_type.empty()) run.cpu_accumulated_time = run.real_accumulated_time;

@@ -30,7 +30,7 @@ std::string at(const std::string& name, Size size) {
   return std::string(name).append("/").append(std::to_string(size));
 }
 
-// A figure as people read it; its name tells the unit.
+// A figure as people read it; its name gives the unit.
 std::string measure(const std::string& name, double value);
 // A ratio or a limit, with three digits at least.
 std::string ratio(double value);
@@ -38,7 +38,7 @@ std::string ratio(double value);
 // Which figures belong side by side, by subject.
 class Comparisons {
  public:
-  // A figure and what it is measured against; empty when it has no rival.
+  // A figure and what it is compared with; empty when there is nothing to compare.
   struct Line {
     std::string figure;
     std::string against;
@@ -64,7 +64,7 @@ void startUp(Comparisons& comparisons);
 void eventTimes(Comparisons& comparisons);
 void libyang(Comparisons& comparisons);
 // Seconds of building a tree of so many class maps, divided by their number, in a process of its
-// own: what class maps alone stand for, and terms with all that the whole road gives them.
+// own: what class maps alone stand for, and terms with all that the whole path gives them.
 double libyangTypedBuild(std::size_t classMaps);
 double libyangWholeBuild(std::size_t classMaps);
 void decoders(Comparisons& comparisons);

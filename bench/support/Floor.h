@@ -1,7 +1,7 @@
 // The floor under every event: what no program can leave out. A hash table of records by name is
 // there already; an event looks one up and writes it. No objects, no notification, no second table.
 //
-// The table is std::unordered_map, which anybody can rebuild.
+// The table is std::unordered_map, so that the floor can be measured anywhere.
 #pragma once
 
 #include <cstddef>

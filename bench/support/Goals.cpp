@@ -184,7 +184,7 @@ std::vector<Claim> claims() {
   return all;
 }
 
-// ===== Judgement
+// ===== Results
 
 struct Judged {
   Pair pair;

@@ -1,4 +1,4 @@
-// What this system means to reach, in one table, and whether a run did.
+// The goals of this system, in one table, and whether a run reached them.
 #pragma once
 
 #include <string>

@@ -21,7 +21,7 @@ class LibyangTree {
   LibyangTree();
 
   // The terms of so many class maps, by the calls that take a parent, which is at hand. Those of a
-  // classifier come after another: that is the best that can happen to the tree.
+  // classifier come one after another: the best case for the tree.
   void buildTyped(std::size_t classMaps, Terms terms);
   // Whole terms, a path for each leaf, in random order.
   void buildByPath(const std::vector<std::string>& paths);

@@ -1,4 +1,4 @@
-// Benchmarks that share what is dear to build, such as a device of a million objects.
+// Benchmarks that share what takes long to build, such as a device of a million objects.
 #pragma once
 
 #include <cstddef>
@@ -9,7 +9,7 @@
 
 namespace Bench {
 
-// Every figure is the median of so many.
+// Every figure is the median of this many.
 inline constexpr std::size_t repetitions = 5;
 
 // What one benchmark measured.
@@ -20,7 +20,7 @@ struct Series {
 using Measured = std::map<std::string, Series>;  // by name and size, as at() puts them
 
 // Registers a benchmark of each name. `measure` runs once, when the first of them is asked for,
-// and measures all; each then tells its own values, one a repetition.
+// and measures all; each then reports its own values, one a repetition.
 void registerTogether(const std::vector<std::string>& names, std::size_t size,
                       const std::function<Measured()>& measure);
 
