@@ -140,7 +140,7 @@ struct AclDevice {
   void remove(const Rok::String& name) { ipv4->aclDel(name); }
   void remove6(const Rok::String& name) { ipv6->aclDel(name); }
 
-  // The root's life.
+  // Starts and stops the root.
   void start() { root = QosOc::aclKivToOcSmFactory(config, classifiers); }
   void stop() { root = nullptr; }
   void restart() {
@@ -164,7 +164,7 @@ struct AclDevice {
     const auto found = classifiers->classifier(classifier);
     return found && found->terms() ? found->terms()->term(id) : QosOc::Config::Term();
   }
-  // Output of an earlier life, or of another writer.
+  // Output of an earlier run, or of another writer.
   void earlier(
       const Rok::String& classifier, const QosOc::Config::Term& term,
       Rok::Optional<QosOc::Classifier::Type> type = QosOc::Classifier::classifierTypeIpv4) {

@@ -37,7 +37,7 @@ struct ClassMapDevice {
   }
   void remove(const Rok::String& name) { classMaps->cmapDel(name); }
 
-  // The root's life.
+  // Starts and stops the root.
   void start() { root = QosOc::classMapKivToOcSmFactory(aclConfig, classifiers); }
   void stop() { root = nullptr; }
   void restart() {
@@ -76,7 +76,7 @@ struct ClassMapDevice {
     return result + (*type == QosOc::Classifier::classifierTypeIpv4 ? "/v4" : "/v6");
   }
 
-  // Output of an earlier life.
+  // Output of an earlier run.
   Rok::Ptr<QosOc::Config::Classifier> earlier(
       const Rok::String& name, std::initializer_list<Rok::String> terms = {},
       QosOc::Classifier::Type type = QosOc::Classifier::classifierTypeIpv4) {

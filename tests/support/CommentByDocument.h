@@ -14,7 +14,7 @@
 
 namespace support {
 
-// What a comment says, and how the trace line begins that remarks on it; empty when there is none.
+// What a comment says, and the beginning of the trace line about it; empty when there is none.
 template <class Info>
 struct Reading {
   Info info;

@@ -1,4 +1,4 @@
-// What a comment says, built in few words, and two documents as texts.
+// Short ways to build what a comment says, and two documents as texts.
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,4 @@
-// A device with two ports, the tree of machines over it, and what each level of it hears.
+// A device with two ports, the tree of machines over it, and which levels of it handle events.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -32,7 +32,7 @@ class DeviceTree : public testing::Test {
     portSm_ = root_->portSm().child("Ethernet1");
     laneSm_ = portSm_->laneSm().child("lane1");
   }
-  // Changes something at each level and returns what was heard.
+  // Changes a value at each level and returns the levels that handled it.
   std::set<std::string> heard() {
     ++value_;
     sheet_->takeNotes();

@@ -21,13 +21,13 @@ const Rok::String profileName("__YANG_QMP_[drop]");
 const Rok::String otherProfileName("__YANG_QMP_[late]");
 const Rok::String policyProfileName("__YANG_SP_[late]");
 
-// ===== Where things are, and what comes
+// ===== Native objects: where they are, and new ones
 
 Qos::IntfConfig& interface(const Native& native, const Nerit::IntfId& intfId) {
   return **native.qosConfig->intfConfig().find(intfId);
 }
 Qos::TxQueue unicast(unsigned char id) { return {Qos::TxQueueId{id}, Qos::unicast}; }
-// The tx queue of which no comment speaks.
+// The tx queue without a comment.
 Qos::TxQueueConfig& queue(const Native& native) {
   return **interface(native, ethernet3).txQueueConfig().find(unicast(1));
 }
@@ -369,7 +369,7 @@ Change queueNamesAreReplaced(const Native& native) {
           [&, old] { native.qosConfig->queueNameToTxQueueIdMapIs(old); }};
 }
 
-// The DSCPs of a term are those of all rules that were heard of.
+// The DSCPs of a term are those of all rules of which its machine was notified.
 constexpr Event table[] = {
     {"AClassMapComes", classMapComes, false},
     {"AClassMapGoes", classMapGoes},

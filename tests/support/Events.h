@@ -19,7 +19,7 @@ struct Event {
   const char* name;
   // Makes what the writes need, and writes nothing.
   Change (*prepare)(const host::Native& native);
-  // Whether the output depends only on how the changes end, and not on which of them were heard.
+  // Whether the output depends only on how the changes end, and not on which of them were notified.
   bool endsAlike = true;
 };
 std::ostream& operator<<(std::ostream& out, const Event& event);

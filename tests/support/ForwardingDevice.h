@@ -32,7 +32,7 @@ struct ForwardingDevice {
   // Leads a traffic class to a tx queue; 16 to none.
   void lead(unsigned char tc, unsigned char id) { config->tcToTxQueueMapIs(tc, id); }
 
-  // The root's life.
+  // Starts and stops the root.
   void start() { root = QosOc::forwardingGroupKivToOcSmFactory(config, groups, queues); }
   void stop() { root = nullptr; }
   void restart() {

@@ -1,4 +1,4 @@
-// Writes down every notification of a native side, also of the objects that come later.
+// Records every notification of a native side, also of the objects that come later.
 #pragma once
 
 #include <functional>
@@ -12,7 +12,7 @@
 
 namespace support {
 
-// Watches one native object and says what it hears.
+// Watches one native object and calls `hear` for each of its notifications.
 class HostNotifiee final : public Rok::PtrInterface::NotifieeConst {
  public:
   using Hear = std::function<void(Rok::AttributeId, const void*)>;
@@ -42,7 +42,7 @@ class HostListener {
                                    [this](const Rok::String& key) { tell("comment", key); });
   }
 
-  // What was heard since the last call.
+  // The lines since the last call.
   std::vector<std::string> heard() { return std::exchange(heard_, {}); }
 
  private:
@@ -242,7 +242,8 @@ class HostListener {
           }
         }));
   }
-  // Tells of a collection of objects, and calls `watch` for each that is there or comes.
+  // Reports changes of a collection of objects, and calls `watch` for each object that is there or
+  // comes.
   template <auto attribute, class Object, class Map, class Watch>
   void entries(const std::string& what, const Object& object, const Map& map, Watch watch) {
     on<attribute>(object, [this, what, &map, watch](const auto& key) {

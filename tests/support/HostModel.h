@@ -1,4 +1,4 @@
-// Output models, built by hand, and what comes of them.
+// Output models, built by hand, and how they print.
 #pragma once
 
 #include <initializer_list>

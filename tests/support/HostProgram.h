@@ -1,4 +1,4 @@
-// Runs whole programs and tells what came of it.
+// Runs whole programs and returns what they print and their exit codes.
 #pragma once
 
 #include <sys/types.h>

@@ -1,8 +1,8 @@
 // What each machine of the library is made from, what it computes, which events of Events.h it
-// hears, and it alone in its tree. A child says where it stands in the House: its parent and the
-// collection, its key there and another one, how the native side mounts an object for it, and what
-// its parent is told of that. A machine with a chained input says which, an event that it hears
-// through it, and where the object for it is mounted.
+// handles, and it alone in its tree. The row of a child says where it stands in the House: its
+// parent and the collection, its key there and another one, how the native side mounts an object
+// for it, and which handler of its parent is called then. The row of a machine with a chained input
+// has that input, an event that comes through it, and where the object for it is mounted.
 #pragma once
 
 #include "tests/support/MachineTableClassifiers.h"
@@ -358,7 +358,7 @@ using Machines = testing::Types<
     QosOc::QueueManagementProfileIntfSm, QosOc::QueueManagementProfileTxQueueSm,
     QosOc::SchedulerPolicyKivToOCSm, QosOc::SchedulerPolicyIntfSm, QosOc::SchedulerPolicyTxQueueSm>;
 
-// Those of them whose rows say something.
+// Those of them whose rows have a member.
 template <class Sm>
 concept Computing = requires {
   Facts<Sm>::computed();

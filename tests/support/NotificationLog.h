@@ -1,4 +1,4 @@
-// Writes down which attributes of a notifier change, and at which keys.
+// Records which attributes of a notifier change, and at which keys.
 #pragma once
 
 #include <sstream>

@@ -24,7 +24,7 @@ struct WatchdogDevice {
     config->pfcWatchdogPrioritiesIs(0x1f);
   }
 
-  // The root's life.
+  // Starts and stops the root.
   void start() { root = QosOc::pfcKivToOCSmFactory(config, pfc); }
   void stop() { root = nullptr; }
   void restart() {
@@ -63,7 +63,7 @@ struct PortDevice {
   }
   void remove(const Rok::String& name) { config->intfConfigDel(id(name)); }
 
-  // The root's life.
+  // Starts and stops the root.
   void start() { root = QosOc::intfPfcKivToOCSmFactory(config, interfaces); }
   void stop() { root = nullptr; }
   void restart() {
@@ -103,7 +103,7 @@ struct PortDevice {
     interfaces->interfaceIs(name)->outputIs()->schedulerPolicyIs(
         QosOc::Config::InterfaceOutput::SchedulerPolicy());
   }
-  // Output of an earlier life.
+  // Output of an earlier run.
   Rok::Ptr<QosOc::Config::Interface> earlier(const Rok::String& name,
                                              const Rok::String& priorities) {
     auto interface = interfaces->interfaceIs(name);

@@ -92,7 +92,7 @@ struct PolicyDevice {
     return *findClass(pmap, cmap)->policyAction().find(Qos::actionSetTc);
   }
 
-  // The root's life.
+  // Starts and stops the root.
   void start() { root = QosOc::classActionKivToOcSmFactory(aclConfig, config, classifiers); }
   void stop() { root = nullptr; }
   void restart() {
@@ -141,7 +141,7 @@ struct PolicyDevice {
     return group.empty() ? "blank" : std::string(std::string_view(group));
   }
 
-  // Output of an earlier life, or of another writer: terms with these actions, in the words of the
+  // Output of an earlier run, or of another writer: terms with these actions, in the words of the
   // model.
   Rok::Ptr<QosOc::Config::Classifier> earlier(const Rok::String& name, const Actions& terms = {}) {
     auto classifier = classifiers->classifierIs(name);

@@ -1,4 +1,4 @@
-// A device whose policy maps are translated, with the names that its tests speak of.
+// A device whose policy maps are translated, with the names that its tests use.
 #pragma once
 
 #include <gtest/gtest.h>

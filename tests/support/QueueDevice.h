@@ -75,7 +75,7 @@ struct QueueDevice {
     comments->commentDel(commentKey(name, txQueue));
   }
 
-  // The root's life.
+  // Starts and stops the root.
   void start() { root = QosOc::queueKivToOcSmFactory(config, queues, comments); }
   void stop() { root = nullptr; }
   void restart() {
@@ -118,7 +118,7 @@ struct QueueDevice {
            std::to_string(ecn.weight);
   }
 
-  // Output of an earlier life.
+  // Output of an earlier run.
   void earlier(const Rok::String& name, unsigned char bandwidth) {
     QosOc::Config::Queue queue(name);
     queue.config.name = name;

@@ -1,4 +1,4 @@
-// A device whose queues are translated, with the comments and the settings that its tests speak of.
+// A device whose queues are translated, with the comments and the settings that its tests use.
 #pragma once
 
 #include <gtest/gtest.h>

@@ -27,11 +27,11 @@ inline EcnWred settings(std::uint32_t minThreshold, std::uint32_t maxThreshold,
 }
 
 // Profile name to "minThreshold-maxThreshold percentage%", followed by " ecn" and " drop", and by
-// whatever is not as it should be.
+// the fields that are wrong.
 using ProfileModel = std::map<std::string, std::string>;
 
-// "interface queue-name" to the profile that is attached, or to "blank"; followed by whatever is
-// not as it should be.
+// "interface queue-name" to the profile that is attached, or to "blank"; followed by the fields
+// that are wrong.
 using AttachmentModel = std::map<std::string, std::string>;
 
 struct QueueManagementDevice {
@@ -120,7 +120,7 @@ struct QueueManagementDevice {
   }
   void nameDel(const Rok::String& queueName) { queueNames->queueNameToTxQueueIdDel(queueName); }
 
-  // The root's life.
+  // Starts and stops the root.
   void start() {
     root = QosOc::queueManagementProfileKivToOcSmFactory(config, cli, qosProfiles, profiles,
                                                          interfaces);
@@ -188,14 +188,14 @@ struct QueueManagementDevice {
     return result;
   }
 
-  // An attachment of an earlier life.
+  // An attachment of an earlier run.
   void earlierAttachment(const Rok::String& intfName, const Rok::String& queueName,
                          const Rok::String& profile) {
     QosOc::Config::InterfaceOutputQueue record(queueName);
     record.config = {queueName, profile};
     interfaces->interfaceIs(intfName)->outputIs()->queuesIs("")->qIs(record);
   }
-  // A profile of an earlier life.
+  // A profile of an earlier run.
   void earlierProfile(const Rok::String& name) {
     QosOc::Config::QueueManagementProfile record(name);
     record.config.name = name;

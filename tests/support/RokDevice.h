@@ -67,7 +67,7 @@ class Port final : public Rok::Notifier {
   const Lanes& lane() const { return lane_; }
   void laneIs(const Rok::Ptr<Lane>& v) { memberIs(lane_, v->name(), v, Attr::lane); }
   void laneDel(const Rok::String& name) { memberDel(lane_, name, Attr::lane); }
-  // Nobody watches this one.
+  // No machine watches this one.
   void descriptionIs(const Rok::String& v) { attributeIs(description_, v, Attr::description); }
 
  private:
@@ -97,7 +97,7 @@ class Device final : public Rok::Notifier {
   }
   void portIs(const Rok::Ptr<Port>& v) { memberIs(port_, v->name(), v, Attr::port); }
   void portDel(const Rok::String& name) { memberDel(port_, name, Attr::port); }
-  // Says that a port has gone that was never there.
+  // Notifies of the removal of a port that was never there.
   void portDelFalsely(const Rok::String& name) { notify(Attr::port, name); }
   // The keys of the slots have colliding hashes.
   void slotIs(Blunt slot, int v) { memberIs(slot_, slot, v, Attr::slot); }
@@ -142,7 +142,7 @@ class Sheet final : public Rok::PtrInterface {
   }
   int writes() const { return writes_; }
 
-  // What the machines tell of their life.
+  // What the machines note of their construction and teardown.
   void note(const std::string& text) { notes_.push_back(text); }
   std::vector<std::string> takeNotes() { return std::exchange(notes_, {}); }
 

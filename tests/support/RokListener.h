@@ -1,4 +1,4 @@
-// Something to watch, and observers whose reactions a test writes.
+// A notifier, and observers whose reactions a test writes.
 #pragma once
 
 #include <functional>
@@ -10,7 +10,7 @@
 
 namespace RokTest {
 
-// Who was called, in order.
+// The names of the observers that were called, in order.
 using Calls = std::vector<std::string>;
 
 // A notifier with two scalars and a collection.
@@ -46,8 +46,8 @@ class Bell final : public Rok::Notifier {
   Chimes chime_;
 };
 
-// An observer that writes its name down and does what it was told to. It wants to hear of
-// everything, or of one chime.
+// An observer that records its name and runs the reaction that a test gave it. It watches
+// everything, or one chime.
 class Listener final : public Rok::PtrInterface::NotifieeConst {
  public:
   using Reaction = std::function<void(Rok::AttributeId, const void* key)>;
@@ -94,7 +94,7 @@ inline Rok::Ptr<Listener> listen(const Rok::Ptr<Bell>& bell, const std::string& 
   return listener;
 }
 
-// What an observer wants to hear of.
+// What an observer watches.
 enum class Wish { all, attribute, key };
 
 inline std::uint64_t interestOf(Wish wish, const Rok::String& chime) {
@@ -103,7 +103,7 @@ inline std::uint64_t interestOf(Wish wish, const Rok::String& chime) {
   return interestInChime(chime);
 }
 
-// So many that others are found by their interest. They are switched off.
+// As many observers as it takes for others to be found by their interest. They are switched off.
 inline std::vector<Rok::Ptr<Listener>> crowd(const Rok::Ptr<Bell>& bell, Calls& calls) {
   std::vector<Rok::Ptr<Listener>> all;
   for (int i = 0; i < 16; ++i) {

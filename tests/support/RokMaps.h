@@ -1,5 +1,5 @@
-// Hash maps of every form and kind of key, under one interface: what a map's rules say, they say
-// for each of these.
+// Hash maps of every form and kind of key, under one interface: a map's rules hold for
+// each of these.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -139,7 +139,7 @@ void forEachMap(const std::function<void(typename Keys::Map&, int size)>& body) 
   }
 }
 
-// An object whose end runs a test's code.
+// An object whose destructor runs a test's code.
 class Hook final : public Rok::PtrInterface {
  public:
   explicit Hook(std::function<void()> onEnd) : onEnd_(std::move(onEnd)) {}

@@ -19,7 +19,7 @@ namespace support {
 using AttachmentModel = std::map<std::string, std::string>;
 
 // Policy to its schedulers in order, as "1 STRICT cir 5000 40% [in-a q7 30, in-b]; 2", without what
-// is absent; "-" for schedulers that were never made. Whatever is not as it should be is in "!".
+// is absent; "-" for schedulers that were never made. Fields that are wrong follow in "!".
 using PolicyModel = std::map<std::string, std::string>;
 
 struct SchedulerDevice {
@@ -93,7 +93,7 @@ struct SchedulerDevice {
     cli->commentIs(profileKey(policy), text);
   }
 
-  // The root's life.
+  // Starts and stops the root.
   void start() {
     root = QosOc::schedulerPolicyKivToOCSmFactory(cli, config, profiles, policies, interfaces);
   }
@@ -176,7 +176,7 @@ struct SchedulerDevice {
     return std::string(std::string_view(string));
   }
 
-  // Output of an earlier life, or of somebody else.
+  // Output of an earlier run, or of another writer.
   Rok::Ptr<QosOc::Config::InterfaceOutput> earlierAttachment(const Rok::String& name,
                                                              const Rok::String& policy) {
     const auto output = interfaces->interfaceIs(name)->outputIs();
@@ -190,8 +190,8 @@ struct SchedulerDevice {
   }
 };
 
-// The lines of the scheduler unit, without addresses: those that the reading of a comment adds are
-// told elsewhere.
+// The lines of the scheduler unit, without addresses: those that the reading of a comment adds
+// are tested elsewhere.
 inline std::vector<std::string> schedulerLines(const TraceCapture& trace) {
   std::vector<std::string> result;
   for (const std::string& line : trace.linesWithoutAddresses()) {

@@ -38,7 +38,7 @@ struct ServicePolicyDevice {
     config->servicePolicyConfigDel(key(pmap, tag));
   }
 
-  // The root's life.
+  // Starts and stops the root.
   void start() { root = QosOc::interfaceClassifierKivToOcSmFactory(config, interfaces); }
   void stop() { root = nullptr; }
   void restart() {
@@ -74,7 +74,7 @@ struct ServicePolicyDevice {
     return result.empty() ? "empty" : result;
   }
 
-  // Output of an earlier life: an interface with the classifiers that aren't null.
+  // Output of an earlier run: an interface with the classifiers that aren't null.
   Rok::Ptr<QosOc::Config::Interface> earlier(const Rok::String& name, const char* ipv4,
                                              const char* ipv6 = nullptr) {
     auto interface = interfaces->interfaceIs(name);

@@ -61,8 +61,8 @@ class TraceCapture {
   std::vector<std::string> handles_;
 };
 
-// Looks at the state of things while each line of a level is traced, and leaves the trace silent. What
-// it does may change nothing.
+// Calls a function while each line of a level is traced, and leaves the trace silent. The function
+// may read anything and change nothing.
 class AtEachLine {
  public:
   using Look = std::function<void(std::string_view text)>;
