@@ -2,7 +2,7 @@
 //   The hash map behind every keyed collection. Entries live in nodes whose addresses never change;
 //   an index of eight bytes a bucket (32 bits of hash, 32 bits of node number) finds them. Growing
 //   rebuilds the index alone, so the worst insert stays short, and a walk goes over the nodes and
-//   not over the index, so it survives anything.
+//   not over the index, so it survives every change.
 //
 //   A map is one pointer, and that of one entry is one block. The index comes with the second.
 //
@@ -20,7 +20,7 @@
 //     the node, so both stay readable to the end of the loop body, whatever that does, and a value
 //     that is replaced reads as the new one. A key inside a value that is a pointer (Hm2018NII)
 //     stands in the object pointed to: it dangles once the body puts another object into the node.
-//     The map must be there when the walk begins, not longer.
+//     The map must exist when the walk begins, not longer.
 //   - version() moves with every structural change: insert, delete, clear, assignment. No two
 //     states of any two maps have the same version, but that of a map which never had an entry is
 //     0. So a caller that keeps a node and the version at which it was found needs no second lookup

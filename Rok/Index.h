@@ -9,7 +9,7 @@
 //   - The index is counted and lives as long as an entry is in it.
 //   - `each` visits the objects of a key in the order in which they came. A visit may remove any
 //     object, itself included; a removed one is not visited. One that joins meanwhile is visited
-//     or not. The walk holds no object: a visit that releases its own doesn't touch it any more.
+//     or not. The walk holds no object: a visit that releases its own must not use it after that.
 //
 // EXAMPLE
 //   class PortSm {

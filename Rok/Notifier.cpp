@@ -60,7 +60,7 @@ void PtrInterface::NotifieeConst::isRegisteredNotifieeIs(bool v) const {
 // list is compacted, which never happens during a walk: a walk goes by place.
 //
 // Notifiees of one key always stand in the index, by their interest. Those of one attribute do so
-// in a crowd: for a few, the index would cost more than the calls that it saves.
+// when they are many: for a few, the index would cost more than the calls that it saves.
 struct NotifieeList::Many {
   struct Errors;
   struct Turn;

@@ -5,8 +5,8 @@
 //
 // RULES
 //   - Delivery is at once, inside the write, in the order of registration; notifiees that watch
-//     one key of an attribute come after those that watch all of it. In a crowd, those that watch
-//     a single attribute may come after those that watch several.
+//     one key of an attribute come after those that watch all of it. Where there are many, those
+//     that watch a single attribute may come after those that watch several.
 //   - A notifiee holds a strong pointer to its notifier, so a notifier outlives its observers.
 //   - What happens to a notification while it goes round:
 //       a notifiee removes itself        no other one is missed or called twice
@@ -65,7 +65,7 @@ class QOS_EXPORT PtrInterface::NotifieeConst : public PtrInterface {
   void zeroReferencesIs(bool v) override;
   const FwkType& fwkType() const override;
 
-  // Runs when the last reference to the notifiee has gone: takes it off its notifier's list.
+  // Runs when the last reference to the notifiee is released: takes it off its notifier's list.
   virtual void onZeroReferences();
   // An attribute of the notifier changed. For a collection, `key` points to the key.
   virtual void onAttribute(AttributeId id, const void* key) = 0;
@@ -104,7 +104,6 @@ class QOS_EXPORT NotifieeList {
   ~NotifieeList();
 
   bool empty() const { return word_ == 0; }
-  // The number of notifiees.
   std::size_t notifiees() const;
 
   void notifieeNew(const Notifiee& notifiee);

@@ -3,7 +3,7 @@
 //   PtrInterface: native objects, output directories, state machines, notifiees.
 //
 // RULES
-//   - An object is born with one reference, which Rok::make hands to the first Ptr. A reference
+//   - An object begins with one reference, which Rok::make hands to the first Ptr. A reference
 //     taken and given back inside a constructor therefore never destroys the object.
 //   - When the last reference goes, zeroReferencesIs(true) runs while the object is still whole;
 //     then it is destroyed. References taken meanwhile must be given back before zeroReferencesIs

@@ -5,7 +5,7 @@
 //   id, a config id), so copies must be cheap.
 //
 // RULES
-//   - Any bytes are legal, NUL included. data() is followed by a NUL all the same.
+//   - Any bytes are legal, NUL included. data() is always followed by a NUL.
 //   - A change makes a new buffer unless this string is the only owner of its buffer.
 //   - The count is plain: strings stay on one thread.
 //   - At most 4 GiB less a few bytes; longer throws std::length_error.
