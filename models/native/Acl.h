@@ -152,7 +152,6 @@ class AclSubConfig final : public Rok::Notifier {
   Ip6Rules ip6RuleById_;
 };
 
-// One ACL.
 class AclConfig final : public Rok::Notifier {
  public:
   struct Attr {

@@ -14,7 +14,6 @@ using enum ActionType;
 QOS_EXPORT const Rok::EnumType<unsigned char>& rokEnumType(ActionType);
 inline std::ostream& operator<<(std::ostream& out, ActionType v) { return Rok::enumPrint(out, v); }
 
-// One action.
 class Action final : public Rok::Notifier {
  public:
   struct Attr {
@@ -62,7 +61,6 @@ class ClassAction final : public Rok::Notifier {
   Actions policyAction_;
 };
 
-// One policy map.
 class PolicyMapConfig final : public Rok::Notifier {
  public:
   struct Attr {

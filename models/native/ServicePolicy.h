@@ -21,7 +21,6 @@ struct ServicePolicyKey {
   }
 };
 
-// One service policy.
 class ServicePolicyConfig final : public Rok::Notifier {
  public:
   struct Attr {

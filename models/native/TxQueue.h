@@ -104,7 +104,6 @@ class QosProfile final : public Rok::Notifier {
   TxQueueConfigs txQueueConfig_;
 };
 
-// One QoS profile.
 class QosProfileConfig final : public Rok::Notifier {
  public:
   struct Attr {

@@ -95,7 +95,6 @@ struct TermContent {
   bool operator==(const TermContent&) const = default;
 };
 
-// One term.
 struct Term : TermContent {
   using Content = TermContent;
   Rok::String id;  // the key
