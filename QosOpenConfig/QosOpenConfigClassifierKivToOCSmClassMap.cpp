@@ -101,7 +101,7 @@ void ClassMapSm::handleClassMapMatch(Qos::ClassMapMatchOption option) {
   if (path_.isTerm()) path_.termIs(classifier);
 }
 
-// The names are decoded once; a trace shows the decoders at work at each event all the same.
+// The names are decoded once, but each event traces the decoders as if they ran.
 void ClassMapSm::traceDecoders() const {
   if (!handler.isOn()) return;
   classifierKeyFromConfigObjName(cmapName());

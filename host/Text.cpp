@@ -39,8 +39,8 @@ std::size_t asciiPrefix(std::string_view text) {
 
 bool isSpecial(char c) { return static_cast<unsigned char>(c) < 0x20 || c == '"' || c == '\\'; }
 
-// The highest bit of each byte of `word` that is less than `limit`, which is at most 0x80; above
-// the first such byte perhaps that of another one, too.
+// The highest bit of each byte of `word` that is less than `limit`, which is at most 0x80. Above
+// the first such byte, others may be marked too.
 constexpr std::uint64_t ones = 0x0101010101010101u;
 std::uint64_t lessThan(std::uint64_t word, std::uint64_t limit) {
   return (word - ones * limit) & ~word & (ones * 0x80);

@@ -26,7 +26,7 @@ std::size_t plainPrefix(std::string_view text);
 std::optional<std::uint64_t> decimal(std::string_view text, std::uint64_t max);
 
 // A text for a message. It stays one short line whatever it holds: control characters and others
-// that would move the cursor or turn the line round, and bytes that are not UTF-8, are escaped, and
+// that would move the cursor or reverse the line, and bytes that are not UTF-8, are escaped, and
 // a long text is cut and says how long it is.
 std::string shown(std::string_view text);
 // The same in double quotes.

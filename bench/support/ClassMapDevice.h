@@ -43,7 +43,7 @@ class ClassMapDevice {
 
   static Change change(std::size_t number);
 
-  // The events. A host finds the object to change by itself; here begins the translator's part.
+  // The events, from the native write on: finding the object to change is the host's part.
   void add(const Change& change) { classMaps_->cmapIs(change.name, change.classMap); }
   void match(const Change& change) {
     change.classMap->matchIs(Qos::matchIpAccessGroup, change.match);

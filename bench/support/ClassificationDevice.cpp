@@ -14,7 +14,7 @@ constexpr const char* groupNames[trafficClasses] = {
     "scavenger", "best-effort", "bulk", "transactional", "video", "voice", "signaling", "control"};
 
 Qos::TrafficClass trafficClassOf(std::size_t number) { return number % trafficClasses; }
-// The other one of two that belong together.
+// The other number of a pair: 0 and 1, 2 and 3.
 std::uint32_t otherOf(std::uint32_t v) { return v ^ 1u; }
 std::string queueName(std::size_t id) { return "queue-" + std::to_string(id); }
 std::string interfaceName(std::size_t number) { return "Ethernet" + std::to_string(number); }

@@ -10,10 +10,10 @@ namespace Bench {
 namespace {
 
 enum class Goal {
-  ratioAtMost,     // own figure to the rival's
-  timesFaster,     // rival's figure to the own, at least
+  ratioAtMost,     // own figure to what it is compared with
+  timesFaster,     // the compared figure to the own, at least
   valueAtMost,     // own figure
-  withinEitherWay  // own to the rival's or the other way round
+  withinEitherWay  // own to the compared one, or the other way round
 };
 
 struct Pair {

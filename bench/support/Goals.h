@@ -12,7 +12,7 @@ namespace Bench {
 struct Verdict {
   std::string what;
   std::string own;    // "event class-map-match/1000: 270 ns"
-  std::string rival;  // the same, or empty
+  std::string rival;  // what it is compared with, or empty
   std::string ratio;
   std::string goal;
   bool isMet;

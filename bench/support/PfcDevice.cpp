@@ -7,7 +7,7 @@
 namespace Bench {
 namespace {
 
-// The other one of two that belong together; neither is 0.
+// The other number of a pair: 2 and 3, 4 and 5. None is 0.
 std::uint8_t otherOf(std::uint8_t priorities) { return priorities ^ 1u; }
 std::uint8_t prioritiesOf(std::size_t number) {
   return static_cast<std::uint8_t>(2 + 2 * (number % 100));

@@ -19,7 +19,7 @@ std::string policyName(std::size_t number) { return "sp-" + std::to_string(inter
 Velmo::String profileName(std::size_t number) { return "__YANG_SP_[" + policyName(number) + "]"; }
 
 // The comment of every profile. It differs by white space from one tx queue of an interface to the
-// next, so that each of them reads it anew.
+// next, so that each of them reads it again.
 Velmo::String policyComment(std::size_t number) {
   QosOc::SchedulerPolicyProfileCommentInfo info("");
   for (std::uint32_t sequence = 1; sequence <= schedulers; ++sequence) {
