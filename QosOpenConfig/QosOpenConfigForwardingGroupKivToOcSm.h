@@ -34,7 +34,7 @@ class ForwardingGroupKivToOcSm final : public Rok::StateMachine<ForwardingGroupK
   }
   Rok::Out<Config::QueuesDir> queuesDir() const { return queuesDir_; }
 
-  // What handleInitialized saw of the maps of names, turned round. A missing key reads as the empty
+  // The maps of names as handleInitialized read them, inverted. A missing key reads as the empty
   // name.
   Qos::ForwardingGroupName trafficClassToForwardingGroupNameMap(Qos::TrafficClass tc) const {
     return groupNames_.get(tc);

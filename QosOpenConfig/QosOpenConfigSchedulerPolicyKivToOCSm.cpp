@@ -248,7 +248,7 @@ void SchedulerPolicyKivToOCSm::updatePoliciesOfComment(const Velmo::String& key)
       [this](const Velmo::String& profile) { udpateSchedulerPolicies(profile); });
 }
 
-// That name, and those that go on behind it with a NUL.
+// That name, and those that begin with it and a NUL.
 std::vector<Velmo::String> SchedulerPolicyKivToOCSm::profilesNamed(std::string_view name) const {
   std::vector<Velmo::String> names{name};
   if (cutNames_.members() == 0) return names;

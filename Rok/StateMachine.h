@@ -5,7 +5,7 @@
 //   (Children.h).
 //
 // RULES
-//   Life. `create` allocates, constructs, switches on. The constructor binds the watches in
+//   Construction. `create` allocates, constructs, switches on. The constructor binds the watches in
 //   declaration order (a null input leaves a watch deaf), stores the rest, makes the children empty
 //   and ends in rokInitialize<handleInitialized>(). A constructor that throws leaves nothing
 //   registered. Watches are live from their construction; the state machine's own flag comes on

@@ -161,7 +161,7 @@ Operations life(std::vector<Key>& all, Random& random) {
   return taken;
 }
 
-// The means of so many lives that about `operationsWanted` happen.
+// The means over as many maps as make about `operationsWanted` operations.
 template <class Map, class Key>
 Operations lives(std::size_t size) {
   Random random(6);

@@ -1,5 +1,5 @@
 // The forms of native objects: how each stands in the document. A form is a class of
-// places over one type of native object that knows the schema of what stands there, too:
+// places over one type of native object that also has the schema of what stands there:
 //
 //   using Object = ...;                                     the native object
 //   explicit Form(Rok::Ptr<Object> object);

@@ -122,7 +122,7 @@ struct AclDevice {
     config->configIs(Acl::aclTypeIpv6, ipv6);
   }
 
-  // Native writes. An ACL with its rules; what comes back takes further ones.
+  // Native writes. An ACL with its rules; the one returned takes further rules.
   Rok::Ptr<Acl::AclSubConfig> add(const Rok::String& name, Rules<Acl::IpRuleConfig> rules = {}) {
     const auto sub = subConfig(rules);
     bare(name)->aclSubConfigIs(sub);

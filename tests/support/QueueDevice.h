@@ -48,7 +48,7 @@ struct QueueDevice {
     made->ecnConfigIs(settings.ecn);
     return made;
   }
-  // The interface, which comes if it isn't there.
+  // The interface, made if it isn't there.
   Rok::Ptr<Qos::IntfConfig> interface(const Rok::String& name) {
     if (const auto* found = config->intfConfig().find(id(name))) return *found;
     auto made = Rok::make<Qos::IntfConfig>(id(name));

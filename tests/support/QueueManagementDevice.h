@@ -70,7 +70,7 @@ struct QueueManagementDevice {
     qosProfiles->configIs(nativeName, made);
     return made;
   }
-  // A queue-management profile; what comes back is its tx queue.
+  // Adds a queue-management profile. Returns its tx queue.
   Rok::Ptr<Qos::TxQueueConfig> profile(const Rok::String& name, const EcnWred& ecn = nullptr,
                                        const EcnWred& wred = nullptr,
                                        const Qos::TxQueue& key = unicast(0)) {
