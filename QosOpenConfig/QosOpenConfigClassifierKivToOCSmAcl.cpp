@@ -165,7 +165,7 @@ void AclSubConfigSm::handleRuleBySequence(std::uint32_t sequence) {
   const Classifier::Type type = classifierTypeFromAclType(aclNameAndType_->aclType());
   Rok::traceOf(handler, *this, " Creating classifier named: ", path_.classifierName(),
                " and termId named: ", path_.termId(), " of type: ", type);
-  classifier.configIs(type);
+  classifier.typeIs(type);
   if (const auto dscp = dscpOf(sequence)) dscpValueSetPush(*dscp);
   // The term's actions have a writer of their own, and stay.
   path_.termIs(classifier).conditions = conditions();

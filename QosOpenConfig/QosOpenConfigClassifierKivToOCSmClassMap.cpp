@@ -96,7 +96,7 @@ void ClassMapSm::handleClassMapMatch(Qos::ClassMapMatchOption option) {
                    << " of type: " << type;
     if (path_.isTerm()) line << " and termId named: " << path_.termId();
   }
-  classifier.configIs(type);
+  classifier.typeIs(type);
   // A term that is there stays as it is: its conditions and actions have writers of their own.
   if (path_.isTerm()) path_.termIs(classifier);
 }

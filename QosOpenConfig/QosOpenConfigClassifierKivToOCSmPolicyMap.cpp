@@ -122,7 +122,7 @@ void PmapConfigSm::handleInitialized() {
 }
 
 void PmapConfigSm::makeClassifier(const Velmo::String& name, Classifier::Type type) {
-  if (!name.empty()) classifierDir_->classifierIs(name)->configIs(type);
+  if (!name.empty()) classifierDir_->classifierIs(name)->typeIs(type);
 }
 
 PmapConfigSm::Desired PmapConfigSm::mirrorClasses() {
@@ -227,7 +227,7 @@ void ClassActionSm::handleForwardingGroupNameToTcMap() {
 void ClassActionSm::handleInitialized() {
   Rok::traceEntry(handler, *this);
   const auto classifier = classifierDir_->classifierIs(classifierName_);
-  classifier->configIs(classifierType_);
+  classifier->typeIs(classifierType_);
   const auto terms = classifier->termsIs();
   terms->termMade(termId_);
   eachKey<&Self::handlePolicyAction>(classAction_->policyAction());
@@ -271,7 +271,7 @@ void PolicyActionSm::handlePolicyActionValue() {
 void PolicyActionSm::addClassifierTermAction(const Velmo::String& targetGroup) {
   Rok::traceIn(handler, *this, ", targetGroup = ", targetGroup);
   Config::Classifier& classifier = path_.classifierIs(*classifierDir_);
-  classifier.configIs(classifierType_);
+  classifier.typeIs(classifierType_);
   path_.termIs(classifier).actions = Config::TermActions{{targetGroup}};
 }
 

@@ -149,7 +149,7 @@ class Guide : public json::BaseReaderHandler<json::UTF8<>, Guide<Reader>> {
 
 // Whether a text may nest so deeply that a recursive parser overflows its stack. It counts all
 // brackets, also those in strings; a yes too many is harmless, since both parsers give one result.
-bool mayNestDeeply(std::string_view text) {
+inline bool mayNestDeeply(std::string_view text) {
   constexpr std::size_t deep = 1000;
   if (text.size() <= deep) return false;
   std::size_t brackets = 0;

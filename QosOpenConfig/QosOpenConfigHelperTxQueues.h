@@ -84,7 +84,7 @@ class TxQueues {
 
   // Calls act(machine) for each tx queue whose comment has that key, in the order of a walk over
   // all: several have it where interfaces share a short name. Such a walk computes the key of each
-  // tx queue, and a trace shows that.
+  // tx queue, and a trace shows that. The call removes no tx queue.
   template <class IntfSms, class Act>
   void eachOfComment(const IntfSms& intfSms, const Velmo::String& key, const Act& act) const {
     TxQueueSm* first = nullptr;

@@ -1,5 +1,46 @@
-// The children of a state machine: the mirror rule, by which a child stands for each entry of a
-// native collection. StateMachine.h has the rules.
+// OVERVIEW
+//   The children of a state machine: the mirror rule, by which a child stands for each entry of a
+//   native collection.
+//
+// RULES
+//   - `is(arguments...)` returns the child under the key of its arguments, or makes one.
+//   - Null pointer arguments throw MutatorArgNullPointerException. When the child that is there was
+//     built from other arguments, the first that differs throws MutatorReinstantiatingException, and
+//     nothing changes. That holds too for a child that came to be there while another was
+//     constructed for its key. Attribute ids count from 130 by the argument's place.
+//   - `withdraw(key)` has the child take back what it wrote, and releases it; `del(key)` releases it
+//     alone. `mirror(collection, key, arguments...)` is the whole rule.
+//
+// EXAMPLE
+//   // Mirrors the ports of a device.
+//   class DeviceSm final : public Rok::StateMachine<DeviceSm> {
+//    public:
+//     static constexpr std::string_view rokTypeName = "DeviceSm";
+//     static constexpr auto rokArguments() {
+//       return std::tuple{Rok::Argument{"device", &Self::device}, Rok::Argument{"log", &Self::log}};
+//     }
+//     using PortSmKeyFunktor = Rok::KeyFunktor<&PortSm::port, &Port::name>;
+//     using PortSms = Rok::Children<PortSm, 0x54u, PortSmKeyFunktor>;
+//     Rok::Ptr<Device const> device() const { return device_.ptr(); }
+//     const Rok::Ptr<Log>& log() const { return log_; }
+//     void handlePort(const Rok::String& name) {
+//       portSm_.mirror(device_->port(), name, Rok::entry, log_);
+//     }
+//     void handleInitialized() { eachKey<&Self::handlePort>(device_->port()); }
+//
+//    private:
+//     friend Rok::StateMachine<Self>;
+//     using RokDevice = Rok::Watch<Self, Device, Rok::On<Device::Attr::port, &Self::handlePort>>;
+//     DeviceSm(Rok::In<Device> device, Rok::Out<Log> log)
+//         : device_(*this, device), log_(log), portSm_(*this) {
+//       rokInitialize<&Self::handleInitialized>();
+//     }
+//     auto parts() { return std::tie(device_, portSm_); }
+//
+//     RokDevice device_;
+//     Rok::Ptr<Log> log_;
+//     PortSms portSm_;
+//   };
 #pragma once
 
 #include <cstddef>

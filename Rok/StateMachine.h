@@ -20,20 +20,8 @@
 //   watches become zombies, the watches forget their owner, the children are released. None of
 //   that touches the output; a parent that is to withdraw it calls doPrepareToDie() first.
 //
-//   Delivery. A watch passes on only the attributes it names, only while it is no zombie and has an
-//   owner and an input. It holds its owner during the call: a handler may release the last outside
-//   reference. Several reactions to one attribute run in their order, and end when one of them
-//   releases the input.
-//
 //   Arguments. rokArguments() names them in the order of the constructor, each with its getter. The
 //   types that `create`, the factory and `children.is` take are those of the getters.
-//
-//   Mirroring. `children.is(arguments...)` returns the child under the key of its arguments, or
-//   makes one. Null pointer arguments throw MutatorArgNullPointerException. When the child that is
-//   there was built from other arguments, the first that differs throws
-//   MutatorReinstantiatingException, and nothing changes. That holds too for a child that came to
-//   be there while another was constructed for its key. Attribute ids count from 130 by the
-//   argument's place. `children.mirror(collection, key, arguments...)` is the whole rule.
 //
 //   Every watch and collection is constructed with *this and named by parts(); `create` asserts
 //   that none was forgotten.

@@ -1,4 +1,13 @@
-// Values by key, as a state machine remembers them.
+// OVERVIEW
+//   Values by key, as a state machine remembers them.
+//
+// RULES
+//   - A missing key reads as the default value; to tell the two apart, ask `map()`.
+//
+// EXAMPLE
+//   Rok::ValueMap<0x58, Velmo::String, int> speeds;
+//   speeds.is("Ethernet1", 100);
+//   assert(speeds.get("Ethernet1") == 100 && speeds.get("Ethernet2") == 0);
 #pragma once
 
 #include <cstdint>

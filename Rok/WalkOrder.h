@@ -5,6 +5,7 @@
 // RULES
 //   - `keys` are those to be served. A key that the map doesn't have is left out, and one that
 //     comes twice is served once.
+//   - act(key) removes no entry of the map.
 //   - With `traced`, line(key) is called for each entry of the map in turn, and act(key) follows
 //     the line of its key. Otherwise act(key) alone is called, in the same order.
 //

@@ -1,5 +1,16 @@
-// The watched inputs of a state machine: what it reacts to, written as a type. StateMachine.h has
-// the rules, and an example.
+// OVERVIEW
+//   The watched inputs of a state machine: what it reacts to, written as a type.
+//
+// RULES
+//   - A watch passes on only the attributes it names, only while it is no zombie and has an owner
+//     and an input. It holds its owner during the call: a handler may release the last outside
+//     reference.
+//   - Several reactions to one attribute run in their order, and end when one of them releases the
+//     input.
+//   - Binding a watch calls no handler, unless the watch has an OnBound reaction.
+//
+// EXAMPLE
+//   using MtuOfPort = Rok::Watch<PortSm, Port, Rok::On<Port::Attr::mtu, &PortSm::handleMtu>>;
 #pragma once
 
 #include <cstdint>

@@ -167,7 +167,7 @@ class Classifier final : public Rok::PtrInterface {
   const ClassifierConfig& config() const { return config_; }
   void configIs(const ClassifierConfig& config) { config_ = config; }
   // The same with the classifier's own name, for a writer that mostly writes what is there.
-  void configIs(QosOc::Classifier::Type type) {
+  void typeIs(QosOc::Classifier::Type type) {
     if (config_.name == name_ && config_.type == type) return;
     config_ = {name_, type};
   }

@@ -126,6 +126,12 @@ TEST(Examples, Index) {
 
 }  // namespace index
 
+TEST(Examples, ValueMap) {
+  Rok::ValueMap<0x58, Velmo::String, int> speeds;
+  speeds.is("Ethernet1", 100);
+  assert(speeds.get("Ethernet1") == 100 && speeds.get("Ethernet2") == 0);
+}
+
 TEST(Examples, Found) {
   Rok::HashMap2018<Rok::Hm2018NEI<0x52, Velmo::String, int>> ports;
   ports.newMember("Ethernet1", 7);
@@ -187,11 +193,12 @@ class Port final : public Rok::Notifier {
   struct Attr {
     static constexpr Rok::Attribute<> mtu{130};
   };
-  static Rok::String name() { return "Ethernet1"; }
+  const Rok::String& name() const { return name_; }
   unsigned mtu() const { return mtu_; }
   void mtuIs(unsigned v) { attributeIs(mtu_, v, Attr::mtu); }
 
  private:
+  Rok::String name_ = "Ethernet1";
   unsigned mtu_ = 1500;
 };
 
@@ -232,7 +239,64 @@ Rok::Ptr<PortSm> portSmFactory(Rok::In<Port> port, Rok::Out<Log> log) {
   return PortSm::PortSmIs(port, log);
 }
 
+using MtuOfPort = Rok::Watch<PortSm, Port, Rok::On<Port::Attr::mtu, &PortSm::handleMtu>>;
+static_assert(std::is_base_of_v<Rok::PtrInterface::NotifieeConst, MtuOfPort>);
+
+class Device final : public Rok::Notifier {
+ public:
+  struct Attr {
+    static constexpr Rok::Attribute<Rok::String> port{130};
+  };
+  using Ports = Rok::HashMap2018<Rok::Hm2018NEI<0x57, Rok::String, Rok::Ptr<Port>>>;
+  const Ports& port() const { return port_; }
+  void portIs(const Rok::Ptr<Port>& port) { memberIs(port_, port->name(), port, Attr::port); }
+  void portDel(const Rok::String& name) { memberDel(port_, name, Attr::port); }
+
+ private:
+  Ports port_;
+};
+
+// Mirrors the ports of a device.
+class DeviceSm final : public Rok::StateMachine<DeviceSm> {
+ public:
+  static constexpr std::string_view rokTypeName = "DeviceSm";
+  static constexpr auto rokArguments() {
+    return std::tuple{Rok::Argument{"device", &Self::device}, Rok::Argument{"log", &Self::log}};
+  }
+  using PortSmKeyFunktor = Rok::KeyFunktor<&PortSm::port, &Port::name>;
+  using PortSms = Rok::Children<PortSm, 0x54u, PortSmKeyFunktor>;
+  Rok::Ptr<Device const> device() const { return device_.ptr(); }
+  const Rok::Ptr<Log>& log() const { return log_; }
+  void handlePort(const Rok::String& name) {
+    portSm_.mirror(device_->port(), name, Rok::entry, log_);
+  }
+  void handleInitialized() { eachKey<&Self::handlePort>(device_->port()); }
+
+ private:
+  friend Rok::StateMachine<Self>;
+  using RokDevice = Rok::Watch<Self, Device, Rok::On<Device::Attr::port, &Self::handlePort>>;
+  DeviceSm(Rok::In<Device> device, Rok::Out<Log> log)
+      : device_(*this, device), log_(log), portSm_(*this) {
+    rokInitialize<&Self::handleInitialized>();
+  }
+  auto parts() { return std::tie(device_, portSm_); }
+
+  RokDevice device_;
+  Rok::Ptr<Log> log_;
+  PortSms portSm_;
+};
+
 }  // namespace machine
+
+TEST(Examples, Children) {
+  const auto device = Rok::make<machine::Device>();
+  const auto log = Rok::make<machine::Log>();
+  const auto sm = machine::DeviceSm::create(device, log);
+  device->portIs(Rok::make<machine::Port>());
+  EXPECT_EQ(log->text, "Ethernet1 1500");
+  device->portDel("Ethernet1");
+  EXPECT_EQ(log->text, "");
+}
 
 TEST(Examples, StateMachine) {
   const auto port = Rok::make<machine::Port>();
@@ -329,7 +393,8 @@ INSTANTIATE_TEST_SUITE_P(Headers, HeaderExamples,
                          testing::Values("Rok/EnumType.h", "Rok/Exceptions.h", "Rok/Hash.h",
                                          "Rok/HashMap2018.h", "Rok/Index.h", "Rok/Notifier.h",
                                          "Rok/Optional.h", "Rok/OrderedMap.h", "Rok/Ptr.h",
-                                         "Rok/Sassert.h", "Rok/StateMachine.h", "Rok/Found.h",
+                                         "Rok/Sassert.h", "Rok/StateMachine.h", "Rok/Children.h",
+                                         "Rok/Watch.h", "Rok/ValueMap.h", "Rok/Found.h",
                                          "Rok/WalkOrder.h", "Rok/StdIterator.h", "Rok/Strep.h",
                                          "Rok/Trace.h", "Velmo/String.h"));
 

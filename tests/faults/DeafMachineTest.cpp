@@ -47,8 +47,7 @@ class DeafMachine : public testing::Test {
   DeafMachine() {
     house_.build();
     // What a start of the root would sweep.
-    house_.model.classifiers->classifierIs("stale")->configIs(
-        QosOc::Classifier::classifierTypeIpv4);
+    house_.model.classifiers->classifierIs("stale")->typeIs(QosOc::Classifier::classifierTypeIpv4);
     house_.model.schedulerPolicies->schedulerPolicyIs("stale");
     house_.model.queueManagementProfiles->queueManagementProfileIs(
         QosOc::Config::QueueManagementProfile("stale"));
