@@ -1,8 +1,6 @@
 // ACLs: they give the terms their conditions.
 #pragma once
 
-#include <iosfwd>
-
 #include "QosOpenConfig/QosOpenConfigClassifierKivToOCSmTerms.h"
 #include "Rok/Rok.h"
 #include "models/native/Acl.h"

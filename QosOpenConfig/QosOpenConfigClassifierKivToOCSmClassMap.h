@@ -1,8 +1,6 @@
 // Class maps: they make classifiers and terms exist.
 #pragma once
 
-#include <iosfwd>
-
 #include "QosOpenConfig/QosOpenConfigClassifierKivToOCSmTerms.h"
 #include "Rok/Rok.h"
 #include "models/native/AclConfig.h"
