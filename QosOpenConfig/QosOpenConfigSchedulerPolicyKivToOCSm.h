@@ -183,7 +183,7 @@ class SchedulerPolicyKivToOCSm final : public Rok::StateMachine<SchedulerPolicyK
 
   // The comment store.
   Rok::Ptr<Cli::Config const> cliConfig() const { return cliConfig_.ptr(); }
-  // The text of a comment; empty when there is none.
+  // The text of a comment; empty when there is none. Requires: cliConfig().
   Velmo::String comment(const Velmo::String& key) const { return cliConfig_->comment(key); }
   Rok::Ptr<Qos::Input::Config const> qosCliConfig() const { return qosCliConfig_.ptr(); }
   Rok::Ptr<Qos::QosProfileConfigDir const> qosProfileConfigDir() const {

@@ -241,7 +241,7 @@ TEST_F(AclTranslation, AnotherSubConfigurationStartsOverWithItsOwnRules) {
   EXPECT_EQ(voice(), "ipv4 8");
   EXPECT_NE(machine(voiceName)->aclSubConfigSm(), machineBefore);
   EXPECT_TRUE(machine(voiceName)->aclSubConfigSm()->hasNotificationActive());
-  EXPECT_EQ(machineBefore->references(), 1u) << "nobody else holds the old one";
+  EXPECT_EQ(machineBefore->references(), 1u) << "no other pointer holds the old machine";
 }
 
 TEST_F(AclTranslation, TheOldSubConfigurationIsNotWatchedAnyMore) {

@@ -177,7 +177,7 @@ class AnyDocument {
   std::mt19937 random_;
 };
 
-// The lines of one reading behind the one that tells of the text.
+// The trace lines that a decoder writes for one text, without the first, which shows the text.
 template <class Read, class Expected>
 void expectReading(const std::string& text, Read read, const Expected& expected) {
   support::TraceCapture trace({2});

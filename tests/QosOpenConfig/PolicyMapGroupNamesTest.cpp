@@ -53,7 +53,7 @@ TEST_F(PolicyMapEvents, TheChainedInputMayBePointedElsewhereAndTheHandlerStillRe
   EXPECT_EQ(sm->rok_CliConfig_ForwardingGroupNameToTcMapIn(), other);
   setTc(edge, voice, 5);
   removeGroup("expedited");
-  EXPECT_EQ(model(), edgeVoice("expedited")) << "nobody watches the mounted map";
+  EXPECT_EQ(model(), edgeVoice("expedited")) << "the machine no longer watches the mounted map";
   other->forwardingGroupNameToTcIs("other", 5);
   EXPECT_EQ(model(), edgeVoice("blank")) << "the other map wakes, the mounted one is read";
 }

@@ -123,7 +123,7 @@ TEST_F(PolicyMapEvents, ARemovedPolicyMapLeavesItsTermsWithTheirTargetGroups) {
   EXPECT_EQ(types()->pmapConfigSm().members(), 0u);
   EXPECT_EQ(Rok::AllocTrackTypeInfo::of<ClassActionSm>().blocks(), 0u);
   removeGroup("expedited");
-  EXPECT_EQ(model(), edgeVoice("expedited")) << "nobody watches any more";
+  EXPECT_EQ(model(), edgeVoice("expedited")) << "no machine follows the groups any more";
 }
 
 TEST_F(PolicyMapEvents, APolicyMapsPrepareToDieReleasesItsClassesAndTouchesNoOutput) {

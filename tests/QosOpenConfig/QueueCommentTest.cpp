@@ -294,7 +294,7 @@ TEST(QueueDeathTest, AWronglyTypedCommentEndsTheProcess) {
     device.stop();
     device.comment(intf, uc3, text);
     EXPECT_EXIT(device.start(), testing::KilledBySignal(SIGABRT), end) << text;
-    device.comment("Ethernet2", uc3, text);  // nobody's
+    device.comment("Ethernet2", uc3, text);  // no tx queue has this comment, so no machine reads it
   }
 }
 

@@ -184,7 +184,7 @@ class QueueDay {
       queue.record.reset();
     }
   }
-  // There is no machine then, and the entry that it may have left is nobody's.
+  // There is no machine then, and no machine removes the entry that it may have left.
   void arriveOutOfRange(const Key& key) {
     Queue& queue = queues_[key];
     if (queue.isThere) return;

@@ -119,7 +119,7 @@ TEST_F(Queues, ATxQueueThatArrivesOutOfRangeHasNoMachineAndLeavesNothingRegister
     const auto queue = txQueueConfig(uc3, settings);
     const auto log = Rok::make<NotificationLog<Qos::IntfConfig::Attr::txQueueConfig>>(*config);
     EXPECT_EQ(outOfRange([&] { config->txQueueConfigIs(uc3, queue); }), text);
-    EXPECT_THAT(log->lines(), ElementsAre("131 unicast-3")) << "everyone else is told";
+    EXPECT_THAT(log->lines(), ElementsAre("131 unicast-3")) << "the other notifiees are called";
     EXPECT_EQ(machine(intf, uc3), nullptr);
     EXPECT_EQ(queue->notifieeList()->notifiees(), 0u);
     EXPECT_EQ(comments->notifieeList()->notifiees(), 0u);
@@ -127,7 +127,8 @@ TEST_F(Queues, ATxQueueThatArrivesOutOfRangeHasNoMachineAndLeavesNothingRegister
     EXPECT_EQ(model(), isEcn ? QueueModel{} : (QueueModel{{queue3, "blank"}}))
         << "the ECN settings come first, and what was written stays";
     remove(intf, uc3);
-    EXPECT_EQ(model(), isEcn ? QueueModel{} : (QueueModel{{queue3, "blank"}})) << "nobody's entry";
+    EXPECT_EQ(model(), isEcn ? QueueModel{} : (QueueModel{{queue3, "blank"}}))
+        << "no machine removes the entry";
     queues->qDel(queue3);
   }
 }

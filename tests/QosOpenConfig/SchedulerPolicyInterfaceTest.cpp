@@ -318,7 +318,7 @@ TEST(AttachmentsDeathTest, AWronglyTypedCommentEndsTheProcess) {
     }
     device.stop();
     device.comment("Ethernet2", unicast3, text);
-    device.start();  // nobody's
+    device.start();  // no tx queue has this comment, so the root doesn't read it
     device.stop();
     device.comment("Ethernet1", unicast3, text);
     EXPECT_EXIT(device.start(), testing::KilledBySignal(SIGABRT), end) << text;

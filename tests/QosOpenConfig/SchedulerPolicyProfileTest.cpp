@@ -275,7 +275,7 @@ TEST(PoliciesDeathTest, AWronglyTypedCommentEndsTheProcess) {
     device.profileComment("sp-gold", text);
     EXPECT_EXIT(device.start(), testing::KilledBySignal(SIGABRT), end) << text;
     device.profileDel("sp-gold");
-    device.start();  // nobody's
+    device.start();  // no profile has this comment, so the root doesn't read it
   }
 }
 
