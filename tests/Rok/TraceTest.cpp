@@ -219,6 +219,14 @@ class Counter {
 };
 struct Named {
   void handleTick(int n) { Rok::traceEntry(Rok::TraceLevel{first, 8}, *this, n); }
+  void handleForms(int n) {
+    constexpr Rok::TraceLevel level{first, 8};
+    Rok::traceLine(level, "n = ", n);
+    Rok::traceOf(level, *this, "n = ", n);
+    Rok::traceIn(level, *this, ", n = ", n);
+    const Rok::TraceAt here(level);
+    [&] { Rok::traceIn(here, *this, ", out of a lambda"); }();
+  }
   friend std::ostream& operator<<(std::ostream& out, const Named&) { return out << "Named( x )::"; }
 };
 int decode(const Velmo::String& name) {
@@ -252,10 +260,20 @@ TEST_F(Trace, ACallLineHoldsTheSignatureAndTheArgument) {
   EXPECT_EQ(texts(), Texts{"int {anonymous}::decode(const Velmo::String&) ( edge"});
 }
 
-TEST_F(Trace, EntryAndCallLinesAreSilentWhenTheirLevelIsOff) {
+TEST_F(Trace, ALineInOneStatementHoldsItsPartsBehindWhatItsFormPutsFirst) {
+  TraceFacility::levelIs(8, true);
+  Named().handleForms(3);
+  const std::string in = "Named( x ):: void {anonymous}::Named::handleForms(int)";
+  EXPECT_EQ(texts(),
+            (Texts{"n = 3", "Named( x ):: n = 3", in + ", n = 3", in + ", out of a lambda"}))
+      << "a place that was taken outside of the lambda names the function";
+}
+
+TEST_F(Trace, LinesInOneStatementAreSilentWhenTheirLevelIsOff) {
   TraceFacility::levelIs(9, true);
   TraceFacility::levelIs(2, true);
   Named().handleTick(3);
+  Named().handleForms(3);
   decode("edge");
   EXPECT_TRUE(lines_.empty());
 }
