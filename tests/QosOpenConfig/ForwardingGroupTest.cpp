@@ -329,7 +329,7 @@ TEST(ForwardingGroup, ATrafficClassAboveSixteenThrowsOutOfTheFactoryAndWhatCameB
   }
   EXPECT_EQ(device.model(), (Groups{{"alpha", "high"}}));
   EXPECT_EQ(device.namedQueues(), (Names{"high"}));
-  EXPECT_EQ(device.config->notifieeList()->notifiees(), 0u) << "nobody watches";
+  EXPECT_EQ(device.config->notifieeList()->notifiees(), 0u) << "no machine watches";
   EXPECT_EQ(Rok::AllocTrackTypeInfo::of<ForwardingGroupKivToOcSm>().blocks(), 0u);
 }
 

@@ -355,7 +355,7 @@ TEST_F(QueueManagementAttachments, ARemovalOfWhatIsNotMirroredHasNoEffect) {
 }
 
 // What the root's events reach is what the collections hold: a machine outside them, released but
-// still held by somebody or made by a factory, hears its own tx queue alone.
+// still held by another pointer or made by a factory, hears its own tx queue alone.
 TEST_F(QueueManagementAttachments, AMachineOutsideTheCollectionsIsNotReachedByCommentsAndNames) {
   const auto config = attach();
   const auto parent = intfSm("Ethernet1");

@@ -149,7 +149,7 @@ TEST_F(QueueManagementProfiles, APercentageAboveAHundredPreventsTheMachineOfANew
   EXPECT_EQ(profileTxQueueSm("qmp-wred"), nullptr);
   EXPECT_EQ(queue->notifieeList()->notifiees(), 0u);
   queue->ecnConfigIs(settings(1, 2, 3));
-  EXPECT_EQ(profileModel(), ProfileModel{}) << "nobody hears a tx queue without a machine";
+  EXPECT_EQ(profileModel(), ProfileModel{}) << "no machine watches that tx queue";
   profileSm("qmp-wred")->handleTxQueueConfig(unicast(0));
   EXPECT_EQ(profileModel(), (ProfileModel{{"qmp-wred", "1-2 3% ecn"}}));
 }

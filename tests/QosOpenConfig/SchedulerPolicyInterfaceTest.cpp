@@ -404,7 +404,7 @@ TEST_F(PolicyAttachments, AnInterfaceThatGoesLeavesTheAttachmentAndLetsItsQueues
   EXPECT_EQ(config->notifieeList()->notifiees(), 0u);
   name("Ethernet1", unicast3, "sp-silver");
   config->bandwidthIs(40);
-  EXPECT_EQ(attachments(), (AttachmentModel{{"Ethernet1", "sp-gold"}})) << "nobody listens";
+  EXPECT_EQ(attachments(), (AttachmentModel{{"Ethernet1", "sp-gold"}})) << "no machine listens";
 }
 
 TEST_F(PolicyAttachments, AnInterfaceThatComesBackIsBuiltAndEvaluatedAnew) {

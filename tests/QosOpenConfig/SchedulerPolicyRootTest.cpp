@@ -224,7 +224,7 @@ TEST(SchedulerPolicyStart, ARateOutOfRangeThrowsOutOfTheFactoryAndWhatCameBefore
   EXPECT_EQ(device.model(), (PolicyModel{{"sp-gold", "1"}, {"stale", "-"}})) << "nothing is swept";
   EXPECT_EQ(device.attachments(),
             (AttachmentModel{{"Ethernet1", "sp-gold"}, {"Ethernet2", "stale"}}));
-  EXPECT_EQ(device.cli->notifieeList()->notifiees(), 0u) << "nobody watches";
+  EXPECT_EQ(device.cli->notifieeList()->notifiees(), 0u) << "no machine watches";
   EXPECT_EQ(device.config->notifieeList()->notifiees(), 0u);
   EXPECT_EQ(device.profiles->notifieeList()->notifiees(), 0u);
   EXPECT_EQ(config->notifieeList()->notifiees(), 0u);

@@ -422,7 +422,7 @@ TEST_F(DeviceTree, ANewRootOverTheSameOutputSweepsWhatIsStale) {
   device_->portDel("Ethernet2");
   device_->portIs(portOf("Ethernet5"));
   port_->mtuIs(9000);
-  EXPECT_EQ(sheet_->line("Ethernet2"), "mtu 1500") << "nobody was there to see it go";
+  EXPECT_EQ(sheet_->line("Ethernet2"), "mtu 1500") << "no machine watched when it went";
   root_ = DeviceSm::create(device_, sheet_);
   EXPECT_EQ(sheet_->lines(), (Lines{{"Ethernet1", "mtu 9000"},
                                     {"Ethernet5", "mtu 1500"},
@@ -440,7 +440,7 @@ TEST_F(DeviceTree, TwoRootsOverOneInputLiveSideBySide) {
   EXPECT_EQ(heard(), everything);
 }
 
-// A child whose end a test sees: nobody else holds its hook.
+// A child whose end a test sees: no other pointer holds its hook.
 class EndingSm final : public Rok::StateMachine<EndingSm> {
  public:
   static constexpr std::string_view rokTypeName = "EndingSm";
@@ -528,7 +528,7 @@ TEST(Teardown, AChildThatSurvivesItsParentStaysAtWork) {
   const auto child = root->portSm().child("Ethernet1");
   root = nullptr;
   device->port("Ethernet1")->mtuIs(9000);
-  EXPECT_EQ(sheet->line("Ethernet1"), "mtu 9000") << "somebody else still holds it";
+  EXPECT_EQ(sheet->line("Ethernet1"), "mtu 9000") << "another pointer still holds it";
   EXPECT_FALSE(child->rokMarkedForDeletion());
 }
 

@@ -183,7 +183,7 @@ TEST(Watch, AsAZombieRunsOnlyTheReactionsThatAZombieHas) {
   EXPECT_EQ(script->calls, Calls{"follow"});
   sm->watch().ownerDel();
   bell->toneIs(441);
-  EXPECT_EQ(script->calls, Calls{"follow"}) << "nobody is there to react";
+  EXPECT_EQ(script->calls, Calls{"follow"}) << "the watch has no owner any more";
 }
 
 TEST(Watch, WithoutAnInputRunsNoReactionNotEvenThoseOfAZombie) {

@@ -28,7 +28,7 @@ Map mapOf(int members) {
   return map;
 }
 
-// Whether the map holds these members and nobody else, and finds each.
+// Whether the map holds these members and no others, and finds each.
 void expectWhole(const Map& map, int members) {
   EXPECT_EQ(map.members(), static_cast<std::uint32_t>(members));
   for (int i = 0; i < members; ++i) {

@@ -1,4 +1,4 @@
-// What a root leaves when its factory raises: what it wrote until then stands, and nobody keeps it.
+// What a root leaves when its factory raises: what it wrote until then stands, and no machine keeps it in step.
 #include "tests/days/exclusions/Native.h"
 #include "tests/days/exclusions/Table.h"
 
