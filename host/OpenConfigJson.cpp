@@ -5,8 +5,6 @@
 namespace host {
 namespace {
 
-constexpr std::string_view root = "openconfig-qos:qos";
-
 // Takes the first of the names that a path joins by slashes.
 std::string_view takeName(std::string_view& path) {
   const std::string_view name = path.substr(0, path.find('/'));
@@ -57,7 +55,7 @@ class Document {
 
   std::string write(const Model& model) {
     out_.beginObject();
-    out_.key(root);
+    out_.key(qosRoot.member);
     out_.beginObject();
     Containers containers(out_);
     for (const RecordKind* kind : outermostKinds()) entries(*kind, &model, containers);
@@ -132,7 +130,7 @@ class Document {
   std::string pathOf(const RecordKind& kind, std::size_t depth) const {
     const std::size_t above = kind.isList() ? depth - 1 : depth;
     std::string path =
-        kind.parent != nullptr ? pathOf(*kind.parent, above) : '/' + std::string(root);
+        kind.parent != nullptr ? pathOf(*kind.parent, above) : '/' + std::string(kind.root->member);
     path += '/' + std::string(kind.path);
     if (!kind.isList()) return path;
     const std::string_view key = keys_[above];

@@ -4,7 +4,7 @@
 //
 // RULES
 // - A kind is the entries of a list, or a container without a key, below an entry of its parent. An
-//   outermost kind stands below /qos, and its holder is the Model.
+//   outermost kind stands below a root of the tree, and its holder is the Model.
 // - A `const void*` is a holder, an entry or a record: an entry comes from `each` or `find`, is the
 //   holder for the kind's children, and gives its record by `record`.
 // - Children stand in the order of their paths. A container has none.
@@ -27,6 +27,13 @@
 
 namespace host {
 
+// A root of the tree: its member in the document, and its element in a path.
+struct TreeRoot {
+  std::string_view member;
+  std::string_view name;
+};
+inline constexpr TreeRoot qosRoot{"openconfig-qos:qos", "qos"};
+
 struct RecordKind {
   // Gets the entries in the order of their keys. `misfit` says why the document can't hold the key,
   // and is mostly empty. The key is empty for a container.
@@ -40,6 +47,7 @@ struct RecordKind {
   std::string_view path;  // below the entry that holds it: containers, and the list
   std::string_view key;   // the leaf that is the key of an entry; empty for a container
   const RecordKind* parent;
+  const TreeRoot* root;  // that it stands below, at whatever depth
   std::span<const RecordKind* const> children;
   std::span<const Row> leaves;
 
@@ -139,6 +147,7 @@ constexpr RecordKind kindOf(std::string_view path, const RecordKind* parent) {
   RecordKind kind{};
   kind.path = path;
   kind.parent = parent;
+  kind.root = &qosRoot;
   kind.leaves = rows<Record>;
   kind.record = [](const void* entry) -> const void* {
     const Record* record = nullptr;
