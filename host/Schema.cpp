@@ -17,6 +17,12 @@ std::optional<std::uint64_t> byteOf(std::string_view text, std::span<const Name>
   return decimal(text, largestByte);
 }
 
+// Null when the number has no name.
+const Name* nameIn(std::span<const Name> names, std::uint64_t number) {
+  const auto found = std::ranges::find(names, number, &Name::number);
+  return found != names.end() ? &*found : nullptr;
+}
+
 std::string choices(std::string_view what, std::span<const Name> names) {
   std::string text(what);
   const char* separator = ": ";
@@ -54,22 +60,37 @@ Key Key::name() {
 }
 
 Key Key::named(std::string_view what, std::span<const Name> names) {
-  return {choices(what, names), [names](const Rok::String& text) {
+  return {choices(what, names),
+          [names](const Rok::String& text) {
             const std::optional<std::uint64_t> number = byteOf(text, names);
             return number ? std::optional(Rok::String(std::to_string(*number))) : std::nullopt;
-          }};
+          },
+          true, names};
 }
 
 Key Key::number(std::string_view what, std::uint64_t max) {
   return {std::string(what) + ": a number from 0 to " + std::to_string(max),
           [max](const Rok::String& text) {
             return decimal(text, max) ? std::optional(text) : std::nullopt;
-          }};
+          },
+          true};
 }
 
-Schema Schema::scalar(std::string expected, std::function<bool(Value&)> accept) {
+Rok::String Key::spelled(const Rok::String& canonical) const {
+  if (names.empty()) return canonical;
+  const Name* name = nameIn(names, *decimal(canonical, largestByte));
+  return name != nullptr ? Rok::String(name->text) : canonical;
+}
+
+bool Key::isBefore(const Rok::String& a, const Rok::String& b) const {
+  return isNumber && a.size() != b.size() ? a.size() < b.size() : a < b;
+}
+
+Schema Schema::scalar(std::string expected, std::function<bool(Value&)> accept,
+                      std::span<const Name> names) {
   Schema schema(Kind::scalar, std::move(expected));
   schema.accept_ = std::move(accept);
+  schema.names_ = names;
   return schema;
 }
 
@@ -89,7 +110,8 @@ Schema Schema::text() {
 }
 
 Schema Schema::named(std::string_view what, std::span<const Name> names) {
-  return scalar(choices(what, names), [names](Value& value) { return acceptNamed(value, names); });
+  const auto accept = [names](Value& value) { return acceptNamed(value, names); };
+  return scalar(choices(what, names), accept, names);
 }
 
 Schema Schema::nameOrNumber(std::string_view what, std::span<const Name> names) {
@@ -98,7 +120,7 @@ Schema Schema::nameOrNumber(std::string_view what, std::span<const Name> names) 
     const bool isDecimal = text != nullptr && decimal(*text, largestByte);
     return !isDecimal && acceptNamed(value, names);
   };
-  return scalar(choices(what, names), accept);
+  return scalar(choices(what, names), accept, names);
 }
 
 Schema Schema::exactly(const Schema& schema, Value value, std::string expected) {
@@ -108,7 +130,7 @@ Schema Schema::exactly(const Schema& schema, Value value, std::string expected) 
     if (isIt) given = std::move(canonical);
     return isIt;
   };
-  return scalar(std::move(expected), accept);
+  return scalar(std::move(expected), accept, schema.names_);
 }
 
 Schema Schema::set(Schema element) {
@@ -155,6 +177,8 @@ Schema Schema::whole() const {
   schema.isWhole_ = true;
   return schema;
 }
+
+const Name* Schema::nameOf(std::uint64_t number) const { return nameIn(names_, number); }
 
 const Schema::Member* Schema::member(std::string_view name) const {
   for (const Member& member : *members_) {

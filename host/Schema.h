@@ -31,6 +31,13 @@ struct Key {
   std::string expected;  // "a map type: qos or a number from 0 to 255"
   // The canonical form of a key, a decimal for a named one; nothing for a text that is no such key.
   std::function<std::optional<Rok::String>(const Rok::String&)> canonical;
+  bool isNumber = false;             // canonical ones are decimals
+  std::span<const Name> names = {};  // of numbers
+
+  // A canonical key as a document spells it: by its name, if it has one.
+  Rok::String spelled(const Rok::String& canonical) const;
+  // The order in which canonical keys are printed: that of numbers, or of bytes.
+  bool isBefore(const Rok::String& a, const Rok::String& b) const;
 
   static Key name();
   // By name, or as the decimal of any byte.
@@ -80,6 +87,8 @@ class Schema {
 
   // Makes a scalar canonical. False for a value that can't stand here; it stays as it is.
   bool accept(Value& value) const { return accept_(value); }
+  // The text that a document uses for a number here; null when it has none.
+  const Name* nameOf(std::uint64_t number) const;
   // Of a set, a list or a collection.
   const Schema& element() const { return *element_; }
   const Key& key() const { return *key_; }
@@ -99,13 +108,15 @@ class Schema {
 
  private:
   Schema(Kind kind, std::string expected) : kind_(kind), expected_(std::move(expected)) {}
-  static Schema scalar(std::string expected, std::function<bool(Value&)> accept);
+  static Schema scalar(std::string expected, std::function<bool(Value&)> accept,
+                       std::span<const Name> names = {});
 
   Kind kind_;
   bool mayBeNull_ = false;
   bool isWhole_ = false;
   std::string expected_;
   std::function<bool(Value&)> accept_;
+  std::span<const Name> names_;  // of numbers
   std::shared_ptr<const Schema> element_;
   std::shared_ptr<const Key> key_;
   std::shared_ptr<const std::vector<Member>> members_;
