@@ -51,6 +51,12 @@ std::optional<Tokens> pointerTokens(std::string_view pointer) {
   return tokens;
 }
 
+std::string pointerText(std::span<const std::string> tokens) {
+  std::string pointer;
+  for (const std::string& token : tokens) pointer += '/' + escape(token);
+  return pointer;
+}
+
 std::string shownPointer(std::span<const std::string> tokens) {
   if (tokens.empty()) return "(document)";
   std::string pointer;

@@ -14,6 +14,9 @@ using Tokens = std::vector<std::string>;
 // The tokens of a pointer, unescaped. Nothing for a text that is no pointer.
 std::optional<Tokens> pointerTokens(std::string_view pointer);
 
+// The pointer of the tokens, as changes write it.
+std::string pointerText(std::span<const std::string> tokens);
+
 // The pointer of the tokens, for a message: like `shown`, and "(document)" for the whole document.
 std::string shownPointer(std::span<const std::string> tokens);
 

@@ -105,17 +105,9 @@ class ChangeWriter {
     if (!line_.empty()) line_ += ',';
     line_ += R"({"op":")";
     line_ += kind;
-    line_ += R"(","path":)" + text(pointer(place));
+    line_ += R"(","path":)" + text(host::pointerText(place));
     if (!value.empty()) line_ += R"(,"value":)" + value;
     line_ += '}';
-  }
-  static std::string pointer(const Tokens& place) {
-    std::string result;
-    for (const std::string& token : place) {
-      result += '/';
-      for (const char c : token) result += c == '~' ? "~0" : c == '/' ? "~1" : std::string(1, c);
-    }
-    return result;
   }
 
   // ===== What is there
