@@ -11,9 +11,9 @@
 #include "Fuzz.h"
 #include "host/CommentFaults.h"
 #include "host/Fault.h"
+#include "host/NativeWriter.h"
 #include "host/Sections.h"
 #include "tests/days/Device.h"
-#include "tests/days/ValueText.h"
 
 namespace {
 
@@ -58,7 +58,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Fuzz::require(device.document() == before, "a refused line changed something");
   }
   const host::Native other;
-  host::readNativeText(days::valueText(device.document()), other);
+  host::readNativeText(host::nativeJson(device.native(), host::Layout::compact), other);
   Fuzz::require(host::nativePlace(other)->value() == device.document(),
                 "a document reads back otherwise");
   const host::Model empty;

@@ -1,8 +1,9 @@
-// The reader of native documents: it refuses a text, or mounts a device that reads back the same.
+// The reader of native documents and their writer: a text is refused, or mounts a device whose
+// document, once written, mounts the same one and is written the same again.
 #include "Fuzz.h"
 #include "host/Fault.h"
+#include "host/NativeWriter.h"
 #include "host/Sections.h"
-#include "tests/days/ValueText.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const host::Native native;
@@ -11,9 +12,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   } catch (const host::Fault&) {
     return 0;
   }
-  const host::Value value = host::nativePlace(native)->value();
+  const std::string written = host::nativeJson(native, host::Layout::pretty);
   const host::Native other;
-  host::readNativeText(days::valueText(value), other);
-  Fuzz::require(host::nativePlace(other)->value() == value, "a device reads back differently");
+  host::readNativeText(written, other);
+  Fuzz::require(host::nativePlace(other)->value() == host::nativePlace(native)->value(),
+                "a device reads back differently");
+  Fuzz::require(host::nativeJson(other, host::Layout::pretty) == written,
+                "a device that was read back is written differently");
   return 0;
 }

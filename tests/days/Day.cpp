@@ -1,8 +1,8 @@
 #include "tests/days/Day.h"
 
+#include "host/NativeWriter.h"
 #include "host/Sections.h"
 #include "tests/days/ChangeWriter.h"
-#include "tests/days/ValueText.h"
 
 namespace days {
 
@@ -24,6 +24,7 @@ std::vector<Finding> Day::of(const Script& script, std::uint32_t otherOrder, Tal
     if (!day.findings_.empty()) break;
     day.line(line);
   }
+  day.checkWritten();
   return day.findings_;
 }
 
@@ -42,6 +43,13 @@ void Day::line(std::string_view text) {
 void Day::checkRefused(const Snapshot& before) {
   if (device_.output() == before && device_.document() == *facts_.find({})) return;
   findings_.push_back({lines_, std::nullopt, "a refused line changed something"});
+}
+
+void Day::checkWritten() {
+  const std::string document = host::nativeJson(device_.native(), host::Layout::compact);
+  const host::Native other = mounted(document, 0);
+  if (host::nativePlace(other)->value() == device_.document()) return;
+  findings_.push_back({lines_, std::nullopt, "the device is written as another one"});
 }
 
 void Day::check() {
@@ -87,25 +95,10 @@ std::size_t Day::exclusionOf(const Seen& seen, const Excused& before) const {
   return stands ? found->second.row : table.size();
 }
 
-// The document without what it would hold anyway.
-host::Value brief(const host::Value& document) {
-  host::Value::Object members;
-  for (const host::Member& member : document.object()) {
-    host::Value::Object entries;
-    for (const host::Member& entry : member.value.object()) {
-      const host::Schema& section = host::nativeSchema().below(member.key);
-      const host::Value* initial = section.initial(entry.key);
-      if (initial == nullptr || !(*initial == entry.value)) entries.push_back(entry);
-    }
-    if (!entries.empty()) members.push_back({member.key, host::Value(std::move(entries))});
-  }
-  return host::Value(std::move(members));
-}
-
 Script scriptOf(const Plan& plan) {
   Device before("{}", 0);
   for (const Step& step : plan.before) before.line(changeLine(step, plan.focus, before.native()));
-  Script script{valueText(brief(before.document())), {}};
+  Script script{host::nativeJson(before.native(), host::Layout::compact), {}};
   // The lines are written for the device as the document makes it.
   Device device(script.document, 0);
   for (const Step& step : plan.changes) {

@@ -4,7 +4,7 @@
 #include <fstream>
 #include <span>
 
-#include "tests/days/ValueText.h"
+#include "host/NativeWriter.h"
 
 namespace days {
 namespace {
@@ -41,7 +41,7 @@ void writeReproducer(const std::string& directory, const Script& script,
     changes << line << '\n';
     device.line(line);
   }
-  file("native-after.json") << valueText(device.document()) << '\n';
+  file("native-after.json") << host::nativeJson(device.native(), host::Layout::pretty);
   std::ofstream told = file("told.txt");
   for (const Finding& finding : findings) told << finding.told() << '\n';
   if (findings.empty()) return;
