@@ -96,22 +96,28 @@ class JsonStream {
   Lines lines_;             // in those blocks
 };
 
+// UTF-8 that the parser copies by stretches of bytes that stand for themselves.
+struct Utf8InBlocks : rapidjson::UTF8<> {};
+
 }  // namespace host
 
-// Strings are most of a document. Here the parser has the stream copy the bytes of a string that
-// need no treatment one by one; for a stream that it doesn't know it does nothing here. Parsing
-// takes a quarter fewer instructions this way.
+// Strings are most of a document. The parser calls Transcode before a byte that needs no treatment;
+// its own one copies that byte alone, and reading a document takes an eighth more instructions.
 template <>
-template <>
-inline void host::rapidjson::Reader::ScanCopyUnescapedString(
-    host::JsonStream& is, host::rapidjson::Reader::StackStream<char>& os) {
-  const std::size_t plain = host::plainPrefix(is.block());
-  if (plain == 0) return;
-  std::memcpy(os.Push(static_cast<SizeType>(plain)), is.block().data(), plain);
-  is.skip(plain);
-}
+struct host::rapidjson::Transcoder<host::Utf8InBlocks, host::rapidjson::UTF8<>>
+    : host::rapidjson::Transcoder<host::rapidjson::UTF8<>, host::rapidjson::UTF8<>> {
+  template <class In, class Out>
+  static bool Transcode(In& in, Out& out) {
+    const std::string_view plain = in.block().substr(0, host::plainPrefix(in.block()));
+    std::memcpy(out.Push(static_cast<SizeType>(plain.size())), plain.data(), plain.size());
+    in.skip(plain.size());
+    return true;
+  }
+};
 
 namespace host {
+
+using JsonParser = rapidjson::GenericReader<Utf8InBlocks, rapidjson::UTF8<>>;
 
 // Parses one text with a handler. Returns what is wrong with the syntax, empty when nothing is; a
 // handler that stopped gives an empty text, too.
@@ -121,7 +127,7 @@ struct SyntaxFault {
 };
 template <class Handler>
 SyntaxFault parseJson(JsonStream& stream, Handler& handler) {
-  rapidjson::Reader parser;
+  JsonParser parser;
   constexpr unsigned flags = rapidjson::kParseIterativeFlag | rapidjson::kParseFullPrecisionFlag;
   const rapidjson::ParseResult result = parser.Parse<flags>(stream, handler);
   if (result.Code() == rapidjson::kParseErrorTermination) return {};
