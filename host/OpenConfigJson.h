@@ -8,6 +8,7 @@
 
 #include "host/JsonWriter.h"
 #include "host/Model.h"
+#include "host/openconfig/View.h"
 
 namespace host {
 
@@ -16,13 +17,15 @@ class OpenConfigJson {
   using Warn = std::function<void(const std::string&)>;
 
   // `warn` gets one line for each value that is left out, once in the lifetime of the renderer.
-  explicit OpenConfigJson(Warn warn) : warn_(std::move(warn)) {}
+  explicit OpenConfigJson(Warn warn, const ViewOptions& shown = {})
+      : warn_(std::move(warn)), view_(shown) {}
 
   // With a sink, that gets the text, and the result is empty.
   std::string json(const Model& model, Layout layout, const TextSink& sink = nullptr);
 
  private:
   Warn warn_;
+  View view_;
   std::unordered_set<std::string> warned_;
 };
 

@@ -1,4 +1,4 @@
-// /qos/interfaces
+// /qos/interfaces, and what it refers to in /interfaces
 #include "host/openconfig/Priorities.h"
 #include "host/openconfig/RecordKind.h"
 
@@ -14,6 +14,21 @@ std::string comment(const InterfaceOutputQueue& /*queue*/, const Keys& keys) {
   return "the comment on the tx queue " + quoted(keys[1]) + " of " + shownInterface(keys);
 }
 
+// A word for what the native side doesn't say and OpenConfig can't do without.
+template <const std::string_view& word>
+LeafValue always(const Interface& /*interface*/, const Keys& /*keys*/, const Faults& /*faults*/) {
+  return word;
+}
+constexpr std::string_view ethernet = "iana-if-type:ethernetCsmacd";
+constexpr std::string_view up = "UP";  // what `enabled` stands for when it is left out
+constexpr std::string_view unknown = "UNKNOWN";
+
+// The reference is to the port as such, so it names no subinterface; other documents may.
+LeafValue subinterface(const InterfaceConfig& /*config*/, const Keys& /*keys*/,
+                       const Faults& /*faults*/) {
+  return {};
+}
+
 }  // namespace
 
 // ===== Tables
@@ -24,6 +39,26 @@ struct Table<InterfaceConfig> {
   static constexpr Leaf<InterfaceConfig> leaves[] = {
       {"config/interface-id", entryKey},
       {"interface-id", entryKey},
+      {"interface-ref/config/interface", entryKey, nullptr, {}, Shown::withInterfaceRef},
+      {"interface-ref/config/subinterface",
+       {LeafType::uint32, subinterface},
+       nullptr,
+       {},
+       Shown::withInterfaceRef},
+  };
+};
+
+// An entry of /interfaces is valid only with a type and its state, so these are always there.
+template <>
+struct Table<Interface> {
+  static std::string native(const Keys& keys) { return shownInterface(keys); }
+  static constexpr Leaf<Interface> leaves[] = {
+      {"config/name", entryKey},
+      {"config/type", {LeafType::identityref, always<ethernet>}},
+      {"name", entryKey},
+      {"state/admin-status", {LeafType::enumeration, always<up>}},
+      {"state/oper-status", {LeafType::enumeration, always<unknown>}},
+      {"state/type", {LeafType::identityref, always<ethernet>}},
   };
 };
 
@@ -80,6 +115,8 @@ constexpr const RecordKind* belowInterface[] = {&inputClassifier, &outputPfc, &o
                                                 &outputSchedulerPolicy};
 constinit const RecordKind interface = listKind<InterfaceConfig, &Model::interfaces>(
     "interfaces/interface", "interface-id", nullptr, belowInterface);
+constinit const RecordKind referencedInterface =
+    below(interfacesRoot, listKind<Interface, &Model::interfaces>("interface", "name"));
 constinit const RecordKind inputClassifier =
     listKind<InterfaceInputClassifier, &Interface::input, &InterfaceInput::classifiers>(
         "input/classifiers/classifier", "type", &interface);

@@ -77,6 +77,9 @@ struct LeafSource {
   LeafReader<Record> read;
 };
 
+// Which consumers get a leaf.
+enum class Shown : unsigned char { always, withInterfaceRef };
+
 template <class Record>
 struct Leaf {
   // Of a leaf that may stand only beside another one: YANG's `when`.
@@ -91,6 +94,7 @@ struct Leaf {
   // from.
   std::string (*native)(const Record& record, const Keys& keys) = nullptr;
   When when = {};
+  Shown shown = Shown::always;
 };
 
 // The leaves of a record. Each table has `leaves` and `native(keys)`, and may have

@@ -33,6 +33,7 @@ struct TreeRoot {
   std::string_view name;
 };
 inline constexpr TreeRoot qosRoot{"openconfig-qos:qos", "qos"};
+inline constexpr TreeRoot interfacesRoot{"openconfig-interfaces:interfaces", "interfaces"};
 
 struct RecordKind {
   // Gets the entries in the order of their keys. `misfit` says why the document can't hold the key,
@@ -42,6 +43,7 @@ struct RecordKind {
   struct Row {
     std::string_view path;
     LeafType type;
+    Shown shown;
   };
 
   std::string_view path;  // below the entry that holds it: containers, and the list
@@ -72,10 +74,11 @@ extern const RecordKind interface, inputClassifier, outputPfc, outputQueue, outp
 extern const RecordKind pfcWatchdog;
 extern const RecordKind queueManagementProfile;
 extern const RecordKind queue;
+extern const RecordKind referencedInterface;
 extern const RecordKind schedulerPolicy, scheduler, schedulerInput, schedulerRate;
 }  // namespace kinds
 
-// Those below /qos.
+// Those below /qos. An entry of `kinds::interface` is one of `kinds::referencedInterface`, too.
 std::span<const RecordKind* const> outermostKinds();
 
 // Container by container, so that what is below a container comes right after it.
@@ -131,7 +134,7 @@ inline constexpr auto rows = [] {
   std::array<RecordKind::Row, std::size(Table<Record>::leaves)> rows;
   for (std::size_t i = 0; i < rows.size(); ++i) {
     const Leaf<Record>& leaf = Table<Record>::leaves[i];
-    rows[i] = {leaf.path, leaf.source.type};
+    rows[i] = {leaf.path, leaf.source.type, leaf.shown};
   }
   return rows;
 }();
@@ -217,6 +220,12 @@ constexpr RecordKind containerKind(std::string_view path, const RecordKind* pare
   kind.find = [](const void* holder, std::string_view /*key*/) -> const void* {
     return Impl::from<steps...>(holder);
   };
+  return kind;
+}
+
+// The same kind below another root.
+constexpr RecordKind below(const TreeRoot& root, RecordKind kind) {
+  kind.root = &root;
   return kind;
 }
 

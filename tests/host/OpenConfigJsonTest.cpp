@@ -66,5 +66,69 @@ TEST(OpenConfigFormat, WarnsOnceInTheLifeOfARenderer) {
   EXPECT_EQ(warnings, 1);
 }
 
+// ===== Views
+
+std::string shownBy(const ViewOptions& options, const HostModel& built) {
+  return HostRendered(built, options).tree();
+}
+
+TEST(OpenConfigFormat, LeavesOutTheAugmentingModuleWhenAsked) {
+  const HostModel built;
+  QosOc::Config::Queue queue("q");
+  queue.config.strictPriority = true;
+  queue.ecnConfig = QosOc::Config::QueueEcnConfig();
+  built.model.queues->qIs(queue);
+  built.model.pfc->watchdogIs({1, 1, 1, 1, "1"});
+  built.interface("e")->outputIs()->pfcIs({"8"});
+  EXPECT_EQ(shownBy({.augments = false}, built),
+            R"("interfaces":{"interface":[{"config":{"interface-id":"e"},"interface-id":"e"}]},)"
+            R"("queues":{"queue":[{"config":{"name":"q"},"name":"q"}]})");
+}
+
+TEST(OpenConfigFormat, MirrorsEachConfigWithState) {
+  const HostModel built;
+  auto term = built.term("t");
+  term.conditions = QosOc::Config::TermConditions();
+  term.conditions->ipv4.dscp = static_cast<unsigned char>(46);
+  built.termIs(term);
+  EXPECT_EQ(shownBy({.state = true}, built),
+            R"("classifiers":{"classifier":[{"config":{"name":"c","type":"IPV4"},"name":"c",)"
+            R"("state":{"name":"c","type":"IPV4"},"terms":{"term":[{)"
+            R"("conditions":{"ipv4":{"config":{"dscp":46},"state":{"dscp":46}}},)"
+            R"("config":{"id":"t"},"id":"t","state":{"id":"t"}}]}}]})");
+}
+
+TEST(OpenConfigFormat, MirrorsWhatTheAugmentingModuleHasToo) {
+  const HostModel built;
+  built.model.pfc->watchdogIs({0, 0, 0, 5, "1"});
+  built.interface("e")->outputIs()->pfcIs({"8"});
+  EXPECT_EQ(
+      shownBy({.state = true}, built),
+      R"("interfaces":{"interface":[{"config":{"interface-id":"e"},"interface-id":"e",)"
+      R"("output":{"qosoc-augments:pfc":{"config":{"priorities":"8"},)"
+      R"("state":{"priorities":"8"}}},"state":{"interface-id":"e"}}]},)"
+      R"("qosoc-augments:pfc":{"watchdog":{)"
+      R"("config":{"action":5,"priorities":"1","time-a":"0.0","time-b":"0.0","time-c":"0.0"},)"
+      R"("state":{"action":5,"priorities":"1","time-a":"0.0","time-b":"0.0","time-c":"0.0"}}})");
+}
+
+TEST(OpenConfigFormat, ShowsWhereAnInterfaceIsWithInterfaceRef) {
+  const HostModel built;
+  built.interface("e");
+  EXPECT_EQ(HostRendered(built, {.interfaceRef = true}).json,
+            R"({"openconfig-interfaces:interfaces":{"interface":[{"config":{"name":"e",)"
+            R"("type":"iana-if-type:ethernetCsmacd"},"name":"e","state":{"admin-status":"UP",)"
+            R"("oper-status":"UNKNOWN","type":"iana-if-type:ethernetCsmacd"}}]},)"
+            R"("openconfig-qos:qos":{"interfaces":{"interface":[{"config":{"interface-id":"e"},)"
+            R"("interface-id":"e","interface-ref":{"config":{"interface":"e"}}}]}}})");
+  EXPECT_EQ(HostRendered(HostModel(), {.interfaceRef = true}).json, R"({"openconfig-qos:qos":{}})");
+}
+
+TEST(OpenConfigFormat, WarnsOnceOfALeafAndItsMirror) {
+  const HostModel built;
+  built.classifier("c", QosOc::Classifier::Type{7});
+  EXPECT_EQ(HostRendered(built, {.state = true}).warnings.size(), 1u);
+}
+
 }  // namespace
 }  // namespace host::openConfigJsonTest

@@ -62,10 +62,10 @@ struct HostModel {
 
 // A model in the format `openconfig`, with the warnings.
 struct HostRendered {
-  explicit HostRendered(const HostModel& built)
-      : json(host::OpenConfigJson([this](const std::string& line) {
-               warnings.push_back(line);
-             }).json(built.model, host::Layout::compact)) {}
+  explicit HostRendered(const HostModel& built, const host::ViewOptions& shown = {})
+      : json(host::OpenConfigJson([this](const std::string& line) { warnings.push_back(line); },
+                                  shown)
+                 .json(built.model, host::Layout::compact)) {}
   // Below the root.
   std::string tree() const {
     const std::string begin = R"({"openconfig-qos:qos":{)";
