@@ -26,9 +26,7 @@ std::optional<std::string_view> textOf(const LeafValue& value) {
 
 std::string shownValue(const LeafValue& value) {
   if (const auto text = textOf(value)) return quoted(*text);
-  JsonWriter out(Layout::compact);
-  writeLeaf(out, LeafType::uint32, value);
-  return out.take();
+  return leafText(LeafType::uint32, value);
 }
 
 void writeLeaf(JsonWriter& out, LeafType type, const LeafValue& value) {
@@ -44,6 +42,12 @@ void writeLeaf(JsonWriter& out, LeafType type, const LeafValue& value) {
     for (const unsigned element : std::get<std::vector<unsigned>>(value)) out.number(element);
     out.endArray();
   }
+}
+
+std::string leafText(LeafType type, const LeafValue& value) {
+  JsonWriter out(Layout::compact);
+  writeLeaf(out, type, value);
+  return out.take();
 }
 
 }  // namespace host

@@ -181,6 +181,8 @@ std::string shownValue(const LeafValue& value);
 
 // Writes a value as RFC 7951 has it. Requires: it is there.
 void writeLeaf(JsonWriter& out, LeafType type, const LeafValue& value);
+// The same as a text of its own, compact.
+std::string leafText(LeafType type, const LeafValue& value);
 
 // What the document holds at a leaf. What it can't hold is reported, and absent.
 template <class Record>

@@ -3,24 +3,16 @@
 
 #include <gtest/gtest.h>
 
-#include "host/JsonWriter.h"
-
 namespace host::leafTest {
 namespace {
 
-std::string written(LeafType type, const LeafValue& value) {
-  JsonWriter out(Layout::compact);
-  writeLeaf(out, type, value);
-  return out.take();
-}
-
 TEST(Leaves, AreWrittenByTheirTypes) {
-  EXPECT_EQ(written(LeafType::boolean, false), "false");
-  EXPECT_EQ(written(LeafType::decimal64, std::string("1.5")), R"("1.5")");
-  EXPECT_EQ(written(LeafType::enumeration, std::string_view("STRICT")), R"("STRICT")");
-  EXPECT_EQ(written(LeafType::uint8List, std::vector<unsigned>{2, 1}), "[2,1]");
-  EXPECT_EQ(written(LeafType::uint32, std::uint64_t{4294967295u}), "4294967295");
-  EXPECT_EQ(written(LeafType::uint64, std::uint64_t{18446744073709551615u}),
+  EXPECT_EQ(leafText(LeafType::boolean, false), "false");
+  EXPECT_EQ(leafText(LeafType::decimal64, std::string("1.5")), R"("1.5")");
+  EXPECT_EQ(leafText(LeafType::enumeration, std::string_view("STRICT")), R"("STRICT")");
+  EXPECT_EQ(leafText(LeafType::uint8List, std::vector<unsigned>{2, 1}), "[2,1]");
+  EXPECT_EQ(leafText(LeafType::uint32, std::uint64_t{4294967295u}), "4294967295");
+  EXPECT_EQ(leafText(LeafType::uint64, std::uint64_t{18446744073709551615u}),
             R"("18446744073709551615")")
       << "numbers of 64 bits are texts";
 }

@@ -1,0 +1,61 @@
+#include "host/openconfig/Leaves.h"
+
+#include "host/openconfig/LeafPath.h"
+
+namespace host {
+namespace {
+
+// Holds the path of the entry that the walk is at.
+class Flattening final : public LeafWalk {
+ public:
+  Flattening(const View& view, const LeafVisit& visit, const Warn& warn)
+      : LeafWalk(view, warn), visit_(visit) {}
+  using LeafWalk::walk;
+
+ private:
+  void entryBegins(const RecordKind& kind, std::string_view key) override {
+    sizes_.push_back(path_.size());
+    appendEntry(path_, kind, key);
+  }
+  void entryEnds() override {
+    path_.resize(sizes_.back());
+    sizes_.pop_back();
+  }
+  void leaf(const RecordKind& kind, const View::Row& row, const LeafValue& value) override {
+    const std::size_t size = path_.size();
+    if (!kind.isList()) appendEntry(path_, kind, {});
+    appendBelow(path_, row.path);
+    visit_(path_, row.type, value);
+    path_.resize(size);
+  }
+
+  const LeafVisit& visit_;
+  std::string path_;
+  std::vector<std::size_t> sizes_;  // of the paths of the entries around it
+};
+
+}  // namespace
+
+void eachLeaf(const Model& model, const View& view, const LeafVisit& visit,
+              const LeafWalk::Warn& warn) {
+  Flattening(view, visit, warn).walk(model);
+}
+
+std::vector<LeafText> leavesOf(const Model& model, const View& view, const LeafWalk::Warn& warn) {
+  std::vector<LeafText> leaves;
+  eachLeaf(
+      model, view,
+      [&](const std::string& path, LeafType type, const LeafValue& value) {
+        leaves.push_back({path, leafText(type, value)});
+      },
+      warn);
+  sortLeaves(leaves);
+  return leaves;
+}
+
+void sortLeaves(std::vector<LeafText>& leaves) {
+  std::sort(leaves.begin(), leaves.end(),
+            [](const LeafText& a, const LeafText& b) { return a.path < b.path; });
+}
+
+}  // namespace host

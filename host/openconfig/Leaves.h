@@ -1,0 +1,34 @@
+// The leaves of a model as a flat list: what flattening the document gives, key leaves included, and
+// nothing else.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "host/openconfig/LeafWalk.h"
+
+namespace host {
+
+// A leaf by its path and its value, which is compact JSON.
+struct LeafText {
+  std::string path;
+  std::string value;
+
+  friend bool operator==(const LeafText&, const LeafText&) = default;
+};
+
+// Calls `visit` for each leaf, in the order of the document.
+using LeafVisit =
+    std::function<void(const std::string& path, LeafType type, const LeafValue& value)>;
+void eachLeaf(const Model& model, const View& view, const LeafVisit& visit,
+              const LeafWalk::Warn& warn = nullptr);
+
+// All of them in bytewise order of their paths, in which no two are the same.
+std::vector<LeafText> leavesOf(const Model& model, const View& view,
+                               const LeafWalk::Warn& warn = nullptr);
+
+// The order that `leavesOf` has.
+void sortLeaves(std::vector<LeafText>& leaves);
+
+}  // namespace host

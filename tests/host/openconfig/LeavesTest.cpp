@@ -1,0 +1,144 @@
+// The flat list of leaves, against a walk of the document that knows nothing of the tables.
+#include "host/openconfig/Leaves.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "host/Json.h"
+#include "tests/support/HostModel.h"
+
+namespace host::leavesTest {
+namespace {
+
+using support::HostModel;
+using support::HostRendered;
+namespace json = host::rapidjson;
+
+std::string textOf(const json::Value& value) {
+  json::StringBuffer buffer;
+  json::Writer<json::StringBuffer> writer(buffer);
+  value.Accept(writer);
+  return {buffer.GetString(), buffer.GetSize()};
+}
+
+// Of an entry only the key is a leaf without a container around it.
+std::string keyOf(const json::Value& entry) {
+  for (const auto& member : entry.GetObject()) {
+    if (member.value.IsObject() || member.value.IsArray()) continue;
+    std::string key;
+    for (const char c :
+         member.value.IsString() ? std::string(member.value.GetString()) : textOf(member.value)) {
+      if (c == ']' || c == '\\') key += '\\';
+      key += c;
+    }
+    return '[' + std::string(member.name.GetString()) + '=' + key + ']';
+  }
+  return "[none]";
+}
+
+void flatten(const json::Value& value, const std::string& path, std::vector<LeafText>& leaves) {
+  if (value.IsObject()) {
+    for (const auto& member : value.GetObject()) {
+      const std::string name = member.name.GetString();
+      // The members of the document are qualified, the roots of paths are not.
+      flatten(member.value, path + '/' + (path.empty() ? name.substr(name.find(':') + 1) : name),
+              leaves);
+    }
+  } else if (value.IsArray() && value.Size() > 0 && value[0].IsObject()) {
+    for (const auto& entry : value.GetArray()) flatten(entry, path + keyOf(entry), leaves);
+  } else {
+    leaves.push_back({path, textOf(value)});
+  }
+}
+
+std::vector<LeafText> flattened(const std::string& document) {
+  json::Document parsed;
+  parsed.Parse(document.c_str());
+  std::vector<LeafText> leaves;
+  flatten(parsed, "", leaves);
+  sortLeaves(leaves);
+  return leaves;
+}
+
+// One of each, names that paths escape, and values that are left out.
+HostModel full() {
+  HostModel built;
+  readModelText(R"({
+      "classifiers": {"c[1]": {"config": {"name": "c", "type": 1}, "terms": {"t\\": {
+          "actions": {"target-group": "f"}, "conditions": {"ipv4": {"dscp": 64},
+              "ipv6": {"dscp": 0, "dscp-set": [1, 2, 2]}}}, "plain": {}}}, "": {}},
+      "forwarding-groups": {"f": {"name": "f", "output-queue": "q"}, "\u0001": {}},
+      "interfaces": {"Ethernet1/1": {"config": {"interface-id": "e"},
+          "input": {"classifiers": {"1": {"config": {"name": "c[1]", "type": 1}}}},
+          "output": {"pfc": {"priorities": "a0"}, "scheduler-policy": {"config": {"name": "s"}},
+              "queues": {"q": {"config": {"name": "q", "queue-management-profile": "p"}}}}},
+          "Ethernet2": {}},
+      "pfc": {"watchdog": {"action": 5, "priorities": "8", "time-a": 0.5}},
+      "queue-management-profiles": {"p": {"config": {"name": "p"}}},
+      "queues": {"q": {"config": {"bandwidth": 40, "strict-priority": true}, "ecn-config": {}}},
+      "scheduler-policies": {"s": {"schedulers": {"1": {"config": {"priority": 0},
+          "inputs": {"i": {"config": {"queue": "q", "weight": 7}}},
+          "one-rate-two-color": {"cir": 1000, "cir-pct": 20}}, "10": {}}}}})",
+                built.model);
+  return built;
+}
+
+std::vector<ViewOptions> allOptions() {
+  std::vector<ViewOptions> all;
+  for (unsigned bits = 0; bits < 8; ++bits) {
+    all.push_back({(bits & 1) != 0, (bits & 2) != 0, (bits & 4) != 0});
+  }
+  return all;
+}
+
+TEST(FlatLeaves, AreWhatTheDocumentHoldsAtItsEndsInEachView) {
+  const HostModel built = full();
+  for (const ViewOptions& options : allOptions()) {
+    const auto expected = flattened(HostRendered(built, options).json);
+    EXPECT_GT(expected.size(), 40u);
+    const auto leaves = leavesOf(built.model, View(options));
+    ASSERT_EQ(leaves.size(), expected.size());
+    for (std::size_t i = 0; i < leaves.size(); ++i) {
+      EXPECT_EQ(leaves[i].path + ' ' + leaves[i].value, expected[i].path + ' ' + expected[i].value);
+    }
+  }
+}
+
+TEST(FlatLeaves, HaveOnePathEach) {
+  const HostModel built = full();
+  for (const ViewOptions& options : allOptions()) {
+    const auto leaves = leavesOf(built.model, View(options));
+    const auto twice =
+        std::adjacent_find(leaves.begin(), leaves.end(),
+                           [](const LeafText& a, const LeafText& b) { return a.path >= b.path; });
+    EXPECT_EQ(twice, leaves.end()) << twice->path;
+  }
+}
+
+TEST(FlatLeaves, ComeInTheOrderOfTheDocumentWhenVisited) {
+  const HostModel built;
+  built.queueIs("b");
+  built.queueIs("a-");
+  built.queueIs("a");
+  std::vector<std::string> paths;
+  eachLeaf(built.model, View(), [&](const std::string& path, LeafType type, const LeafValue&) {
+    EXPECT_EQ(type, LeafType::string);
+    paths.push_back(path);
+  });
+  EXPECT_THAT(paths,
+              testing::ElementsAre(
+                  "/qos/queues/queue[name=a]/config/name", "/qos/queues/queue[name=a]/name",
+                  "/qos/queues/queue[name=a-]/config/name", "/qos/queues/queue[name=a-]/name",
+                  "/qos/queues/queue[name=b]/config/name", "/qos/queues/queue[name=b]/name"));
+}
+
+TEST(FlatLeaves, HaveTheWarningsOfTheDocument) {
+  const HostModel built = full();
+  std::vector<std::string> warnings;
+  leavesOf(built.model, View(), [&](const std::string& line) { warnings.push_back(line); });
+  EXPECT_EQ(warnings.size(), 3u);
+  EXPECT_EQ(warnings, HostRendered(built).warnings);
+}
+
+}  // namespace
+}  // namespace host::leavesTest
