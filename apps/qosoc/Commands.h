@@ -6,7 +6,7 @@
 
 namespace qosoc {
 
-// Throw: UsageError, InputError.
+// Throw: UsageError, InputError, OutputError.
 int translateCommand(std::span<const std::string> words);
 int checkCommand(std::span<const std::string> words);
 

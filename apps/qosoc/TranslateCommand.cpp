@@ -8,11 +8,13 @@
 #include "Arguments.h"
 #include "Commands.h"
 #include "Input.h"
+#include "Output.h"
 #include "Rok/Rok.h"
 #include "host/Changes.h"
 #include "host/CommentFaults.h"
 #include "host/ModelReader.h"
 #include "host/ModelWriter.h"
+#include "host/NativeWriter.h"
 #include "host/OpenConfigJson.h"
 #include "host/Roots.h"
 #include "host/Sections.h"
@@ -33,6 +35,7 @@ it. Then each change of the native side changes only what it concerns.
                      model: every field of the output records, absent ones as null
   --initial FILE     start from the model of an earlier life, in the format `model`; what the native
                      side no longer stands for is swept out of it
+  --native-out FILE  write the native document to a file, as the changes left it
   --roots NAME,...   build only these roots: class-map, acl, class-action, interface-classifier,
                      forwarding-group, queue, pfc, interface-pfc, queue-management, scheduler-policy
   --trace LEVEL,...  write the trace lines of these levels (0 to 9) to standard error
@@ -49,15 +52,16 @@ it. Then each change of the native side changes only what it concerns.
   {"openconfig-qos:qos":{"classifiers":{"classifier":[{"config":{"name":"edge-in","type":"IPV4"},"name":"edge-in","terms":{"term":[{"config":{"id":"voice"},"id":"voice"}]}}]}}}
 
 A change line that does not apply is refused as a whole, and the next one is read. What is wrong goes
-to standard error.
+to standard error. A file is written behind the last change line, whole or not at all.
 
-Exit code: 0 all done; 1 translated, but a change line was refused, or a root or a handler raised;
-2 bad usage or bad input, nothing translated.
+Exit code: 0 all done; 1 translated, but a change line was refused, a root or a handler raised, or
+the output could not be written; 2 bad usage or bad input, nothing translated.
 )";
 
 constexpr Option options[] = {
-    {"--help", false},   {"--changes", true}, {"--each", false}, {"--format", true},
-    {"--initial", true}, {"--roots", true},   {"--trace", true}, {"--order-seed", true},
+    {"--help", false},  {"--changes", true},    {"--each", false},
+    {"--format", true}, {"--initial", true},    {"--roots", true},
+    {"--trace", true},  {"--order-seed", true}, {"--native-out", true},
 };
 
 // Hands the text of a model on, piece by piece.
@@ -121,6 +125,7 @@ struct Request {
     if (const auto list = arguments.value("--roots")) roots = rootNames(*list);
     if (const auto list = arguments.value("--trace")) levels = traceLevels(*list);
     if (const auto seed = arguments.value("--order-seed")) orderSeedIs(*seed);
+    if (const auto file = arguments.value("--native-out")) nativeOut.emplace("--native-out", *file);
   }
 
   std::string native;
@@ -130,6 +135,7 @@ struct Request {
   Render render;
   std::vector<std::string> roots;
   std::vector<unsigned> levels;  // of the trace
+  std::optional<OutputFile> nativeOut;
 };
 
 class Translation {
@@ -151,6 +157,7 @@ class Translation {
                                         [this](const std::string& line) { report(line); });
     if (request_.each) print(host::Layout::compact);
     if (lines) apply(*lines);
+    writeFiles();
     if (!request_.each) print(host::Layout::pretty);
     return clean_ ? done : doneWithReports;
   }
@@ -161,6 +168,21 @@ class Translation {
     while (const auto line = lines.next()) {
       const bool isBlank = changes.line(*line) == host::Changes::Outcome::blank;
       if (request_.each && !isBlank) print(host::Layout::compact);
+    }
+  }
+
+  // Before the model is printed: a reader that goes away in the middle of it ends the program.
+  void writeFiles() {
+    if (!request_.nativeOut) return;
+    writeFile(*request_.nativeOut, [this](const host::TextSink& sink) {
+      host::nativeJson(native_, host::Layout::pretty, sink);
+    });
+  }
+  void writeFile(const OutputFile& file, const OutputFile::Text& text) {
+    try {
+      file.write(text);
+    } catch (const OutputError& error) {
+      report(std::string("qosoc: ") + error.what());
     }
   }
 

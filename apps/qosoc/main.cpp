@@ -7,6 +7,7 @@
 #include "Arguments.h"
 #include "Commands.h"
 #include "Input.h"
+#include "Output.h"
 #include "host/Text.h"
 #include "host/Version.h"
 
@@ -57,6 +58,8 @@ int main(int argc, char** argv) {
     const bool known = !words.empty() && (words[0] == "translate" || words[0] == "check");
     return refuse(error.what() + (" (see qosoc " + (known ? words[0] + ' ' : "") + "--help)"));
   } catch (const qosoc::InputError& error) {
+    return refuse(error.what());
+  } catch (const qosoc::OutputError& error) {
     return refuse(error.what());
   } catch (const std::bad_alloc&) {
     return refuse("out of memory");

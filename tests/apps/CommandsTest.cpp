@@ -46,6 +46,15 @@ TEST(Qosoc, TeachesItsCommands) {
   }
 }
 
+TEST(Qosoc, TeachesEveryOption) {
+  const std::string help = qosoc({"translate", "--help"}).out;
+  for (const char* option :
+       {"--changes FILE|-", "--each", "--format FORMAT", "--initial FILE", "--native-out FILE",
+        "--roots NAME,...", "--trace LEVEL,...", "--order-seed N"}) {
+    EXPECT_NE(help.find("\n  " + std::string(option) + ' '), std::string::npos) << option;
+  }
+}
+
 // The help shows a document, a change and what they give. It must be true.
 TEST(Qosoc, ShowsAnExampleThatIsTrue) {
   const std::string help = qosoc({"translate", "--help"}).out;

@@ -1,0 +1,136 @@
+#include "Output.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <memory>
+#include <optional>
+
+#include "Arguments.h"
+#include "host/Fault.h"
+#include "host/Text.h"
+
+namespace qosoc {
+namespace {
+
+namespace fs = std::filesystem;
+
+struct CloseFile {
+  void operator()(std::FILE* file) const { std::fclose(file); }
+};
+using File = std::unique_ptr<std::FILE, CloseFile>;
+
+constexpr mode_t permissions = 07777;
+
+// Nothing when there is no such file.
+std::optional<mode_t> modeOf(const std::string& path) {
+  struct stat status {};
+  return ::stat(path.c_str(), &status) == 0 ? std::optional(status.st_mode) : std::nullopt;
+}
+
+// Whether the standard output is this file. Devices don't count: several streams can share one.
+bool isStandardOutput(const std::string& path) {
+  struct stat file {};
+  struct stat output {};
+  return ::stat(path.c_str(), &file) == 0 && S_ISREG(file.st_mode) &&
+         ::fstat(STDOUT_FILENO, &output) == 0 && file.st_dev == output.st_dev &&
+         file.st_ino == output.st_ino;
+}
+
+std::string folderOf(const std::string& path) {
+  const std::string folder = fs::path(path).parent_path();
+  return folder.empty() ? "." : folder;
+}
+
+// A new file in a folder, which goes again unless it gets a name.
+class Temporary {
+ public:
+  // Sets errno when it can't be made; then file() is null.
+  explicit Temporary(const std::string& folder) {
+    const std::string stem = folder + "/.qosoc-" + std::to_string(::getpid()) + '-';
+    do {
+      path_ = stem + std::to_string(count_++);
+      file_.reset(std::fopen(path_.c_str(), "wbx"));
+    } while (!file_ && errno == EEXIST);
+  }
+  ~Temporary() {
+    if (file_) ::unlink(path_.c_str());
+  }
+  Temporary(const Temporary&) = delete;
+  Temporary& operator=(const Temporary&) = delete;
+
+  std::FILE* file() const { return file_.get(); }
+  // False sets errno.
+  bool nameIs(const std::string& path) {
+    if (std::rename(path_.c_str(), path.c_str()) != 0) return false;
+    file_.reset();
+    return true;
+  }
+
+ private:
+  std::string path_;
+  unsigned count_ = 0;
+  File file_;
+};
+
+}  // namespace
+
+OutputError::OutputError(const std::string& file, int error)
+    : std::runtime_error(
+          host::Fault("", std::string("cannot be written: ") + std::strerror(error)).inFile(file)) {
+}
+
+OutputFile::OutputFile(std::string_view option, const std::string& path) : path_(path) {
+  const auto expected = std::string(option) + ": expected a file, not ";
+  if (path.empty()) throw UsageError(expected + "\"\"");
+  if (path == "-" || isStandardOutput(path)) {
+    throw UsageError(expected + host::quoted(path) + ": standard output has the model");
+  }
+  std::error_code error;
+  target_ = fs::canonical(path, error);
+  if (error) target_ = fs::weakly_canonical(folderOf(path), error) / fs::path(path).filename();
+  judge();
+}
+
+void OutputFile::judge() const {
+  const std::optional<mode_t> mode = modeOf(path_);
+  if (!mode && errno != ENOENT) fail(errno);
+  if (mode && S_ISDIR(*mode)) fail(EISDIR);
+  if (mode && ::access(target_.c_str(), W_OK) != 0) fail(errno);
+  const std::string folder = folderOf(target_);
+  if (!mode && !modeOf(folder)) fail(errno);
+  const bool isReplaced = !mode || S_ISREG(*mode);
+  if (isReplaced && ::access(folder.c_str(), W_OK | X_OK) != 0) fail(errno);
+}
+
+void OutputFile::write(const Text& text) const {
+  const std::optional<mode_t> mode = modeOf(target_);
+  if (!mode || S_ISREG(*mode)) return replace(text);
+  const File file(std::fopen(target_.c_str(), "wb"));
+  if (!file) fail(errno);
+  fill(file.get(), text);
+}
+
+void OutputFile::replace(const Text& text) const {
+  Temporary temporary(folderOf(target_));
+  if (temporary.file() == nullptr) fail(errno);
+  const int descriptor = ::fileno(temporary.file());
+  const std::optional<mode_t> old = modeOf(target_);
+  if (old && ::fchmod(descriptor, *old & permissions) != 0) fail(errno);
+  fill(temporary.file(), text);
+  // The name must not lead to a file that isn't on the disk yet.
+  if (::fsync(descriptor) != 0 || !temporary.nameIs(target_)) fail(errno);
+}
+
+void OutputFile::fill(std::FILE* file, const Text& text) const {
+  text([&](std::string_view piece) {
+    if (std::fwrite(piece.data(), 1, piece.size(), file) != piece.size()) fail(errno);
+  });
+  if (std::fflush(file) != 0) fail(errno);
+}
+
+}  // namespace qosoc
