@@ -10,6 +10,7 @@
 #include "Input.h"
 #include "Output.h"
 #include "Rok/Rok.h"
+#include "Shown.h"
 #include "host/Changes.h"
 #include "host/CommentFaults.h"
 #include "host/ModelReader.h"
@@ -33,6 +34,9 @@ it. Then each change of the native side changes only what it concerns.
   --each             print the model as one line, at the start and after each change
   --format FORMAT    openconfig (the default): the OpenConfig tree, as any OpenConfig client reads it
                      model: every field of the output records, absent ones as null
+  --no-augments      leave out what is not in OpenConfig's own modules
+  --state            print each `config` a second time, as the `state` beside it
+  --interface-ref    print where each interface is: its `interface-ref`, and /interfaces
   --initial FILE     start from the model of an earlier life, in the format `model`; what the native
                      side no longer stands for is swept out of it
   --native-out FILE  write the native document to a file, as the changes left it
@@ -59,9 +63,10 @@ the output could not be written; 2 bad usage or bad input, nothing translated.
 )";
 
 constexpr Option options[] = {
-    {"--help", false},  {"--changes", true},    {"--each", false},
-    {"--format", true}, {"--initial", true},    {"--roots", true},
-    {"--trace", true},  {"--order-seed", true}, {"--native-out", true},
+    {"--help", false},        {"--changes", true},    {"--each", false},
+    {"--format", true},       {"--initial", true},    {"--roots", true},
+    {"--trace", true},        {"--order-seed", true}, {"--native-out", true},
+    {"--no-augments", false}, {"--state", false},     {"--interface-ref", false},
 };
 
 // Hands the text of a model on, piece by piece.
@@ -72,13 +77,16 @@ constexpr std::size_t largeText = std::size_t{4} * 1024 * 1024;
 
 void tell(const std::string& line) { std::fprintf(stderr, "%s\n", line.c_str()); }
 
-Render renderOf(const std::string& format) {
-  if (format == "model") return host::modelJson;
+Render renderOf(const std::string& format, const Shown& shown) {
+  if (format == "model") {
+    if (!shown.option.empty()) throw UsageError(shown.option + " is for the format openconfig");
+    return host::modelJson;
+  }
   if (format != "openconfig") {
     throw UsageError("--format: expected openconfig or model, not " + host::quoted(format));
   }
   const auto renderer = std::make_shared<host::OpenConfigJson>(
-      [](const std::string& warning) { tell("warning: " + warning); });
+      [](const std::string& warning) { tell("warning: " + warning); }, shown.view);
   return [renderer](const host::Model& model, host::Layout layout, const host::TextSink& sink) {
     renderer->json(model, layout, sink);
   };
@@ -121,7 +129,7 @@ struct Request {
         changes(arguments.value("--changes")),
         initial(arguments.value("--initial")),
         each(arguments.has("--each")),
-        render(renderOf(arguments.value("--format").value_or("openconfig"))) {
+        render(renderOf(arguments.value("--format").value_or("openconfig"), Shown(arguments))) {
     if (const auto list = arguments.value("--roots")) roots = rootNames(*list);
     if (const auto list = arguments.value("--trace")) levels = traceLevels(*list);
     if (const auto seed = arguments.value("--order-seed")) orderSeedIs(*seed);

@@ -95,6 +95,10 @@ TEST(Qosoc, JudgesAllOptionsBeforeItReadsAFile) {
                    "--trace: expected levels from 0 to 9, not \"\"" + see);
   expectUsageError({"translate", "none.json", "--order-seed", "-1"},
                    "--order-seed: expected a number from 0 to 4294967295, not \"-1\"" + see);
+  for (const char* option : {"--no-augments", "--state", "--interface-ref"}) {
+    expectUsageError({"translate", "none.json", option, "--format=model"},
+                     std::string(option) + " is for the format openconfig" + see);
+  }
   expectUsageError({"translate", "none.json", "--roots", "class-map,bridge"},
                    "--roots: there is no root \"bridge\"" + see);
 }
