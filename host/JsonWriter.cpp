@@ -1,8 +1,10 @@
 #include "host/JsonWriter.h"
 
-#include <array>
+#include <algorithm>
 #include <charconv>
+#include <utility>
 
+#include "host/Json.h"
 #include "host/Text.h"
 
 namespace host {
@@ -11,120 +13,109 @@ namespace {
 constexpr unsigned indent = 2;
 constexpr std::size_t pieceSize = std::size_t{64} * 1024;
 
-void appendEscaped(std::string& out, char c) {
-  constexpr std::string_view digits = "0123456789abcdef";
-  switch (c) {
-    case '"':
-    case '\\':
-      out += '\\';
-      out += c;
-      return;
-    case '\n':
-      out += "\\n";
-      return;
-    case '\r':
-      out += "\\r";
-      return;
-    case '\t':
-      out += "\\t";
-      return;
-    default:
-      out += "\\u00";
-      out += digits[static_cast<unsigned char>(c) >> 4];
-      out += digits[static_cast<unsigned char>(c) & 15];
-  }
-}
+using Buffer = rapidjson::StringBuffer;
 
-template <class Number>
-std::string_view printed(std::array<char, 32>& buffer, Number number) {
-  const auto result = std::to_chars(buffer.data(), buffer.data() + buffer.size(), number);
-  return {buffer.data(), static_cast<std::size_t>(result.ptr - buffer.data())};
+void append(Buffer& json, std::string_view text) { text.copy(json.Push(text.size()), text.size()); }
+
+void appendEscaped(Buffer& json, char c) {
+  constexpr std::string_view named = "\"\\\n\r\t";
+  constexpr std::string_view names = "\"\\nrt";
+  constexpr std::string_view digits = "0123456789abcdef";
+  json.Put('\\');
+  if (const std::size_t name = named.find(c); name != named.npos) return json.Put(names[name]);
+  append(json, "u00");
+  json.Put(digits[static_cast<unsigned char>(c) >> 4]);
+  json.Put(digits[static_cast<unsigned char>(c) & 15]);
 }
 
 }  // namespace
 
-void JsonWriter::key(std::string_view key) {
-  separate();
-  string(key);
-  out_ += pretty_ ? ": " : ":";
-  afterKey_ = true;
+struct JsonWriter::Out {
+  using Compact = rapidjson::Writer<Buffer>;
+  using Pretty = rapidjson::PrettyWriter<Buffer>;
+
+  std::string_view text() const { return {buffer.GetString(), buffer.GetSize()}; }
+
+  Buffer buffer;  // what the sink doesn't have yet
+  Pretty writer{buffer};
+};
+
+JsonWriter::JsonWriter(Layout layout, TextSink sink)
+    : pretty_(layout == Layout::pretty), sink_(std::move(sink)), out_(std::make_unique<Out>()) {
+  out_->writer.SetIndent(' ', indent);
 }
 
+JsonWriter::~JsonWriter() = default;
+
+// As its base, the pretty writer writes compactly.
+template <class Write>
+void JsonWriter::write(const Write& write) {
+  pretty_ ? write(out_->writer) : write(static_cast<Out::Compact&>(out_->writer));
+  if (sink_ && out_->buffer.GetSize() >= pieceSize) handOn();
+}
+
+void JsonWriter::beginObject() {
+  write([](auto& writer) { writer.StartObject(); });
+}
+
+void JsonWriter::endObject() {
+  write([](auto& writer) { writer.EndObject(); });
+}
+
+void JsonWriter::beginArray() {
+  write([](auto& writer) { writer.StartArray(); });
+}
+
+void JsonWriter::endArray() {
+  write([](auto& writer) { writer.EndArray(); });
+}
+
+// RapidJSON writes a string byte by byte, with \b and \f and capital digits in its escapes. So it
+// gets an empty value, and the string follows that.
 void JsonWriter::text(std::string_view text) {
-  separate();
-  string(text);
+  write([](auto& writer) { writer.RawValue("", 0, rapidjson::kStringType); });
+  Buffer& json = out_->buffer;
+  json.Put('"');
+  for (;;) {
+    const std::size_t plain = plainPrefix(text);
+    append(json, text.substr(0, plain));
+    if (plain == text.size()) break;
+    appendEscaped(json, text[plain]);
+    text.remove_prefix(plain + 1);
+  }
+  json.Put('"');
 }
 
 void JsonWriter::number(std::uint64_t number) {
-  std::array<char, 32> buffer{};
-  literal(printed(buffer, number));
+  write([=](auto& writer) { writer.Uint64(number); });
 }
 
+// In the fewest digits, which RapidJSON doesn't always find.
 void JsonWriter::real(double number) {
-  std::array<char, 32> buffer{};
-  const std::string_view digits = printed(buffer, number);
-  literal(digits);
-  if (digits.find_first_of(".e") == std::string_view::npos) out_ += ".0";
+  char json[32];
+  char* end = std::to_chars(std::begin(json), std::end(json), number).ptr;
+  const bool looksWhole = std::string_view(json, end).find_first_of(".e") == std::string_view::npos;
+  if (looksWhole) end = std::copy_n(".0", 2, end);
+  write([&](auto& writer) { writer.RawValue(json, end - json, rapidjson::kNumberType); });
+}
+
+void JsonWriter::boolean(bool v) {
+  write([=](auto& writer) { writer.Bool(v); });
+}
+
+void JsonWriter::null() {
+  write([](auto& writer) { writer.Null(); });
 }
 
 std::string JsonWriter::take() {
-  if (pretty_) out_ += '\n';
+  if (pretty_) out_->buffer.Put('\n');
   if (sink_) handOn();
-  return std::move(out_);
-}
-
-void JsonWriter::begin(char bracket) {
-  separate();
-  out_ += bracket;
-  ++depth_;
-  first_ = true;
-}
-
-void JsonWriter::end(char bracket) {
-  --depth_;
-  if (!first_) newLine();
-  out_ += bracket;
-  first_ = false;
-  if (sink_ && out_.size() >= pieceSize) handOn();
+  return std::string(out_->text());
 }
 
 void JsonWriter::handOn() {
-  sink_(out_);
-  out_.clear();
-}
-
-void JsonWriter::literal(std::string_view text) {
-  separate();
-  out_ += text;
-}
-
-// Puts what stands between the last value and the one that comes now.
-void JsonWriter::separate() {
-  if (!afterKey_ && depth_ > 0) {
-    if (!first_) out_ += ',';
-    newLine();
-  }
-  afterKey_ = false;
-  first_ = false;
-}
-
-void JsonWriter::newLine() {
-  if (!pretty_) return;
-  out_ += '\n';
-  out_.append(std::size_t{depth_} * indent, ' ');
-}
-
-void JsonWriter::string(std::string_view text) {
-  out_ += '"';
-  while (!text.empty()) {
-    const std::size_t plain = plainPrefix(text);
-    out_ += text.substr(0, plain);
-    text.remove_prefix(plain);
-    if (text.empty()) break;
-    appendEscaped(out_, text.front());
-    text.remove_prefix(1);
-  }
-  out_ += '"';
+  sink_(out_->text());
+  out_->buffer.Clear();
 }
 
 }  // namespace host

@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdio>
+#include <cstring>
 
 namespace host::jsonWriterTest {
 namespace {
@@ -41,6 +43,64 @@ TEST(JsonWriter, EscapesWhatAStringCannotHold) {
   EXPECT_EQ(out.take(), R"("\"\\/\n\r\t\u0008\u0000\u001fZü")");
 }
 
+std::string textOf(std::string_view text) {
+  JsonWriter out(Layout::compact);
+  out.text(text);
+  return out.take();
+}
+
+TEST(JsonWriter, EscapesEveryControlCharacterInOneWay) {
+  for (char c = 0; c < ' '; ++c) {
+    char expected[16];
+    std::snprintf(expected, sizeof(expected), "\"a\\u%04xb\"", c);
+    if (c == '\t') std::strcpy(expected, R"("a\tb")");
+    if (c == '\n') std::strcpy(expected, R"("a\nb")");
+    if (c == '\r') std::strcpy(expected, R"("a\rb")");
+    EXPECT_EQ(textOf({"a" + std::string(1, c) + "b"}), expected);
+  }
+}
+
+TEST(JsonWriter, LeavesOtherBytesAsTheyAreEvenIfTheyAreNotUtf8) {
+  std::string bytes;
+  for (int c = ' '; c < 256; ++c) {
+    if (c != '"' && c != '\\') bytes += static_cast<char>(c);
+  }
+  EXPECT_EQ(textOf(bytes), '"' + bytes + '"');
+}
+
+TEST(JsonWriter, WritesAnEmptyText) { EXPECT_EQ(textOf({}), "\"\""); }
+
+TEST(JsonWriter, EscapesKeysToo) {
+  JsonWriter out(Layout::pretty);
+  out.beginObject();
+  out.key("a\"\f");
+  out.text("\x1f");
+  out.key("");
+  out.text("b");
+  out.endObject();
+  EXPECT_EQ(out.take(), "{\n  \"a\\\"\\u000c\": \"\\u001f\",\n  \"\": \"b\"\n}\n");
+}
+
+TEST(JsonWriter, SeparatesTextsOfAnArray) {
+  const auto write = [](Layout layout) {
+    JsonWriter out(layout);
+    out.beginArray();
+    out.text("a");
+    out.text("b");
+    out.real(0.5);
+    out.endArray();
+    return out.take();
+  };
+  EXPECT_EQ(write(Layout::compact), R"(["a","b",0.5])");
+  EXPECT_EQ(write(Layout::pretty), "[\n  \"a\",\n  \"b\",\n  0.5\n]\n");
+}
+
+TEST(JsonWriter, EndsThePrettyTextOfOneValueWithALineEnd) {
+  JsonWriter out(Layout::pretty);
+  out.number(1);
+  EXPECT_EQ(out.take(), "1\n");
+}
+
 TEST(JsonWriter, HandsALongTextOnPieceByPiece) {
   const auto write = [](JsonWriter& out) {
     out.beginArray();
@@ -77,6 +137,11 @@ TEST(JsonWriter, WritesRealsSoThatTheyReadBackAndLookReal) {
   EXPECT_EQ(real(-3), "-3.0");
   EXPECT_EQ(real(0.1), "0.1");
   EXPECT_EQ(real(1e300), "1e+300");
+  EXPECT_EQ(real(-2.5e-7), "-2.5e-07");
+  EXPECT_EQ(real(1e16), "1e+16");
+  EXPECT_EQ(real(5e-324), "5e-324");
+  EXPECT_EQ(real(-1.7976931348623157e308), "-1.7976931348623157e+308");
+  EXPECT_EQ(real(-0.0), "-0.0");
 }
 
 TEST(JsonWriter, WritesTheLargestNumber) {
