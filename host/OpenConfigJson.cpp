@@ -5,13 +5,6 @@
 namespace host {
 namespace {
 
-// Takes the first of the names that a path joins by slashes.
-std::string_view takeName(std::string_view& path) {
-  const std::string_view name = path.substr(0, path.find('/'));
-  path.remove_prefix(std::min(path.size(), name.size() + 1));
-  return name;
-}
-
 // The containers that are open in an object. One is written together with its first member, or not
 // at all.
 class Containers {
@@ -48,8 +41,9 @@ class Containers {
 // One document, written leaf by leaf.
 class Document final : public LeafWalk {
  public:
-  Document(Layout layout, const TextSink& sink, const View& view, const Warn& warn)
-      : LeafWalk(view, warn), out_(layout, sink) {}
+  Document(Layout layout, const TextSink& sink, const View& view, const Warn& warn,
+           const Subtree& only)
+      : LeafWalk(view, warn, only), out_(layout, sink) {}
 
   std::string write(const Model& model) {
     out_.beginObject();
@@ -97,7 +91,7 @@ std::string OpenConfigJson::json(const Model& model, Layout layout, const TextSi
   const Warn warnOnce = [this](const std::string& warning) {
     if (warned_.insert(warning).second) warn_(warning);
   };
-  return Document(layout, sink, view_, warnOnce).write(model);
+  return Document(layout, sink, view_, warnOnce, only_).write(model);
 }
 
 }  // namespace host

@@ -8,6 +8,7 @@
 
 #include "host/JsonWriter.h"
 #include "host/Model.h"
+#include "host/openconfig/Subtree.h"
 #include "host/openconfig/View.h"
 
 namespace host {
@@ -17,8 +18,10 @@ class OpenConfigJson {
   using Warn = std::function<void(const std::string&)>;
 
   // `warn` gets one line for each value that is left out, once in the lifetime of the renderer.
-  explicit OpenConfigJson(Warn warn, const ViewOptions& shown = {})
-      : warn_(std::move(warn)), view_(shown) {}
+  // With `only`, a document has the leaves within that subtree, and of the entries around them the
+  // keys.
+  explicit OpenConfigJson(Warn warn, const ViewOptions& shown = {}, Subtree only = {})
+      : warn_(std::move(warn)), view_(shown), only_(std::move(only)) {}
 
   // With a sink, that gets the text, and the result is empty.
   std::string json(const Model& model, Layout layout, const TextSink& sink = nullptr);
@@ -26,6 +29,7 @@ class OpenConfigJson {
  private:
   Warn warn_;
   View view_;
+  Subtree only_;
   std::unordered_set<std::string> warned_;
 };
 

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "host/Model.h"
+#include "host/openconfig/Subtree.h"
 #include "host/openconfig/View.h"
 
 namespace host {
@@ -16,8 +17,9 @@ class LeafWalk {
   // Gets a line for each value that is left out.
   using Warn = std::function<void(const std::string&)>;
 
-  // Both must outlive the walk. Without `warn` no warning is made.
-  LeafWalk(const View& view, const Warn& warn);
+  // All must outlive the walk. Without `warn` no warning is made. With `only`, the walk has the
+  // leaves within that subtree, and of the entries around them the keys.
+  LeafWalk(const View& view, const Warn& warn, const Subtree& only);
   virtual ~LeafWalk() = default;
   LeafWalk(const LeafWalk&) = delete;
   LeafWalk& operator=(const LeafWalk&) = delete;
@@ -34,10 +36,25 @@ class LeafWalk {
   // The value is there.
   virtual void leaf(const RecordKind& kind, const View::Row& row, const LeafValue& value) = 0;
 
+  // An entry around the leaf. One above the subtree begins only once a leaf within is there.
+  struct Open {
+    const RecordKind* kind;
+    std::string_view key;
+    bool* listHasBegun;
+    bool hasBegun = false;
+    const View::Row* keyRow = nullptr;  // the key's, once the walk has passed it
+    LeafValue keyValue = {};
+  };
+  using Relation = Subtree::Relation;
+
   void entries(const RecordKind& kind, const void* holder);
+  void listEntry(const Open& open, const void* entry, const void* record, std::string_view misfit);
   void entry(const RecordKind& kind, const void* entry, const void* record);
   void leaves(const RecordKind& kind, const void* record);
   void read(const RecordKind& kind, const void* record, const View::Row& row);
+  void passKey(const RecordKind& kind, const void* record, const View::Row& row);
+  void beginEntries();
+  bool isWithin(const View::Row& row);
 
   std::string pathOf(const RecordKind& kind, std::size_t depth) const;
   void leafLeftOut(const std::string& reason);
@@ -50,10 +67,14 @@ class LeafWalk {
   };
 
   const View& view_;
+  const Subtree& only_;
   const Warn& warn_;
   Faults faults_;
   Keys keys_;
-  Current at_{};  // what `faults_` is reported for
+  std::vector<Open> open_;
+  Relation relation_;  // of the entry or container that the walk is at
+  std::string path_;   // of it, unless it is within
+  Current at_{};       // what `faults_` is reported for
 };
 
 }  // namespace host

@@ -8,8 +8,8 @@ namespace {
 // Holds the path of the entry that the walk is at.
 class Flattening final : public LeafWalk {
  public:
-  Flattening(const View& view, const LeafVisit& visit, const Warn& warn)
-      : LeafWalk(view, warn), visit_(visit) {}
+  Flattening(const View& view, const LeafVisit& visit, const Warn& warn, const Subtree& only)
+      : LeafWalk(view, warn, only), only_(only), visit_(visit) {}
   using LeafWalk::walk;
 
  private:
@@ -25,10 +25,12 @@ class Flattening final : public LeafWalk {
     const std::size_t size = path_.size();
     if (!kind.isList()) appendEntry(path_, kind, {});
     appendBelow(path_, row.path);
-    visit_(path_, row.type, value);
+    // The keys of the entries around the subtree are no part of it.
+    if (only_.within(path_)) visit_(path_, row.type, value);
     path_.resize(size);
   }
 
+  const Subtree& only_;
   const LeafVisit& visit_;
   std::string path_;
   std::vector<std::size_t> sizes_;  // of the paths of the entries around it
@@ -37,18 +39,19 @@ class Flattening final : public LeafWalk {
 }  // namespace
 
 void eachLeaf(const Model& model, const View& view, const LeafVisit& visit,
-              const LeafWalk::Warn& warn) {
-  Flattening(view, visit, warn).walk(model);
+              const LeafWalk::Warn& warn, const Subtree& only) {
+  Flattening(view, visit, warn, only).walk(model);
 }
 
-std::vector<LeafText> leavesOf(const Model& model, const View& view, const LeafWalk::Warn& warn) {
+std::vector<LeafText> leavesOf(const Model& model, const View& view, const LeafWalk::Warn& warn,
+                               const Subtree& only) {
   std::vector<LeafText> leaves;
   eachLeaf(
       model, view,
       [&](const std::string& path, LeafType type, const LeafValue& value) {
         leaves.push_back({path, leafText(type, value)});
       },
-      warn);
+      warn, only);
   sortLeaves(leaves);
   return leaves;
 }

@@ -18,15 +18,15 @@ struct LeafText {
   friend bool operator==(const LeafText&, const LeafText&) = default;
 };
 
-// Calls `visit` for each leaf, in the order of the document.
+// Calls `visit` for each leaf within `only`, in the order of the document.
 using LeafVisit =
     std::function<void(const std::string& path, LeafType type, const LeafValue& value)>;
 void eachLeaf(const Model& model, const View& view, const LeafVisit& visit,
-              const LeafWalk::Warn& warn = nullptr);
+              const LeafWalk::Warn& warn = nullptr, const Subtree& only = {});
 
 // All of them in bytewise order of their paths, in which no two are the same.
 std::vector<LeafText> leavesOf(const Model& model, const View& view,
-                               const LeafWalk::Warn& warn = nullptr);
+                               const LeafWalk::Warn& warn = nullptr, const Subtree& only = {});
 
 // The order that `leavesOf` has.
 void sortLeaves(std::vector<LeafText>& leaves);

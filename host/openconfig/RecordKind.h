@@ -88,6 +88,13 @@ constexpr bool pathLess(std::string_view a, std::string_view b) {
                                       [&](char x, char y) { return rank(x) < rank(y); });
 }
 
+// Takes the first of the names that a path joins by slashes.
+inline std::string_view takeName(std::string_view& path) {
+  const std::string_view name = path.substr(0, path.find('/'));
+  path.remove_prefix(std::min(path.size(), name.size() + 1));
+  return name;
+}
+
 // The name of a classifier's type; empty for a number that has none.
 std::string_view classifierTypeName(QosOc::Classifier::Type type);
 

@@ -130,5 +130,52 @@ TEST(OpenConfigFormat, WarnsOnceOfALeafAndItsMirror) {
   EXPECT_EQ(HostRendered(built, {.state = true}).warnings.size(), 1u);
 }
 
+// ===== A part of the tree
+
+std::string within(const std::string& path, const HostModel& built) {
+  return HostRendered(built, {}, Subtree(path)).tree();
+}
+
+TEST(OpenConfigFormat, OfASubtreeHasTheKeysOfTheEntriesAround) {
+  const HostModel built;
+  built.termIs(built.term("t"));
+  built.termIs(built.term("u"));
+  built.queueIs("q");
+  EXPECT_EQ(within("/qos/classifiers/classifier[name=c]/terms/term[id=t]/config", built),
+            R"("classifiers":{"classifier":[{"name":"c",)"
+            R"("terms":{"term":[{"config":{"id":"t"},"id":"t"}]}}]})");
+  EXPECT_EQ(within("/qos/classifiers/classifier[name=c]/config/type", built),
+            R"("classifiers":{"classifier":[{"config":{"type":"IPV4"},"name":"c"}]})");
+  EXPECT_EQ(within("/qos/classifiers/classifier[name=c]/name", built),
+            R"("classifiers":{"classifier":[{"name":"c"}]})");
+}
+
+TEST(OpenConfigFormat, OfASubtreeWithoutALeafIsAnEmptyTree) {
+  const HostModel built;
+  built.classifier("c");
+  built.queueIs("q");
+  for (const char* path : {"/qos/classifiers/classifier[name=c]/terms", "/interfaces",
+                           "/qos/classifiers/classifier[name=other]", "/qos/qosoc-augments:pfc"}) {
+    EXPECT_EQ(within(path, built), "") << path;
+  }
+}
+
+TEST(OpenConfigFormat, OfAListHasAllOfItsEntries) {
+  const HostModel built;
+  built.classifier("c");
+  built.queueIs("p");
+  built.queueIs("q");
+  EXPECT_EQ(within("/qos/queues/queue", built),
+            R"("queues":{"queue":[{"config":{"name":"p"},"name":"p"},)"
+            R"({"config":{"name":"q"},"name":"q"}]})");
+}
+
+TEST(OpenConfigFormat, OfASubtreeWarnsOfWhatItLeavesOutThere) {
+  const HostModel built;
+  built.classifier("c", QosOc::Classifier::Type{7});
+  EXPECT_EQ(HostRendered(built, {}, Subtree("/qos/classifiers")).warnings.size(), 1u);
+  EXPECT_EQ(HostRendered(built, {}, Subtree("/qos/queues")).warnings.size(), 0u);
+}
+
 }  // namespace
 }  // namespace host::openConfigJsonTest

@@ -62,9 +62,10 @@ struct HostModel {
 
 // A model in the format `openconfig`, with the warnings.
 struct HostRendered {
-  explicit HostRendered(const HostModel& built, const host::ViewOptions& shown = {})
+  explicit HostRendered(const HostModel& built, const host::ViewOptions& shown = {},
+                        const host::Subtree& only = {})
       : json(host::OpenConfigJson([this](const std::string& line) { warnings.push_back(line); },
-                                  shown)
+                                  shown, only)
                  .json(built.model, host::Layout::compact)) {}
   // Below the root.
   std::string tree() const {

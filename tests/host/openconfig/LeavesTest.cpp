@@ -104,6 +104,70 @@ TEST(FlatLeaves, AreWhatTheDocumentHoldsAtItsEndsInEachView) {
   }
 }
 
+// At each node that has a leaf, and at each list.
+std::vector<std::string> nodesOf(const std::vector<LeafText>& leaves) {
+  std::vector<std::string> nodes;
+  for (const LeafText& leaf : leaves) {
+    int depth = 0;
+    for (std::size_t i = 1; i < leaf.path.size(); ++i) {
+      const char c = leaf.path[i];
+      if (c == '\\') {
+        ++i;
+      } else if (c == '[' && ++depth == 1) {
+        nodes.push_back(leaf.path.substr(0, i));
+      } else if (c == ']') {
+        depth = 0;
+      } else if (c == '/' && depth == 0) {
+        nodes.push_back(leaf.path.substr(0, i));
+      }
+    }
+    nodes.push_back(leaf.path);
+  }
+  std::sort(nodes.begin(), nodes.end());
+  nodes.erase(std::unique(nodes.begin(), nodes.end()), nodes.end());
+  return nodes;
+}
+
+bool isKeyOf(const LeafText& leaf, const std::string& node) {
+  // "/a/b[name=x]/name": the entry is above the node, and "name" its key.
+  const std::size_t slash = leaf.path.rfind('/');
+  const std::string entry = leaf.path.substr(0, slash);
+  const std::string key = leaf.path.substr(slash + 1);
+  return node.starts_with(entry) && entry.ends_with(']') &&
+         entry.find('[' + key + '=') != std::string::npos;
+}
+
+TEST(FlatLeaves, WithinASubtreeAreThoseOfAllThatAreThere) {
+  const HostModel built = full();
+  const ViewOptions options{.augments = true, .state = true, .interfaceRef = true};
+  const auto all = leavesOf(built.model, View(options));
+  const auto nodes = nodesOf(all);
+  EXPECT_GT(nodes.size(), 150u);
+  for (const std::string& node : nodes) {
+    const Subtree only(node);
+    std::vector<std::string> expected;
+    for (const LeafText& leaf : all) {
+      const bool within = leaf.path == node || leaf.path.starts_with(node + '/') ||
+                          leaf.path.starts_with(node + '[');
+      if (within) expected.push_back(leaf.path);
+    }
+    std::vector<std::string> paths;
+    for (const LeafText& leaf : leavesOf(built.model, View(options), nullptr, only)) {
+      paths.push_back(leaf.path);
+    }
+    EXPECT_EQ(paths, expected) << node;
+
+    // The document has the keys of the entries around them besides, and nothing else.
+    std::vector<std::string> others;
+    for (const LeafText& leaf : flattened(HostRendered(built, options, only).json)) {
+      if (std::find(expected.begin(), expected.end(), leaf.path) != expected.end()) continue;
+      EXPECT_TRUE(isKeyOf(leaf, node)) << node << ' ' << leaf.path;
+      others.push_back(leaf.path);
+    }
+    EXPECT_LE(others.size(), 3u) << node;
+  }
+}
+
 TEST(FlatLeaves, HaveOnePathEach) {
   const HostModel built = full();
   for (const ViewOptions& options : allOptions()) {

@@ -1,0 +1,33 @@
+// A part of the tree, by the path of the node at its top: what `--only` shows.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace host {
+
+class Subtree {
+ public:
+  // How a node lies to the subtree.
+  enum class Relation { within, above, apart };
+
+  // The whole tree.
+  Subtree() = default;
+  // A path as gNMI writes it. "/" is the whole tree; the path may end at a container, at a list
+  // without its key, which is all of its entries, at an entry or at a leaf.
+  // Throws: Fault for a path that names no node.
+  explicit Subtree(std::string_view path);
+
+  bool isAll() const { return path_.empty(); }
+  // The path, "" for the whole tree.
+  const std::string& path() const { return path_; }
+
+  // Of a node's path, with all keys. A path that another one merely begins with is no ancestor.
+  Relation relation(std::string_view path) const;
+  bool within(std::string_view path) const { return relation(path) == Relation::within; }
+
+ private:
+  std::string path_;
+};
+
+}  // namespace host
