@@ -34,6 +34,8 @@ it. Then each change of the native side changes only what it concerns.
   --each             print the model as one line, at the start and after each change
   --format FORMAT    openconfig (the default): the OpenConfig tree, as any OpenConfig client reads it
                      model: every field of the output records, absent ones as null
+  --only PATH        print that part of the tree: a container, a list, an entry of a list or a leaf,
+                     as /qos/queues/queue[name=EF]; the entries around it have their keys alone
   --no-augments      leave out what is not in OpenConfig's own modules
   --state            print each `config` a second time, as the `state` beside it
   --interface-ref    print where each interface is: its `interface-ref`, and /interfaces
@@ -67,6 +69,7 @@ constexpr Option options[] = {
     {"--format", true},       {"--initial", true},    {"--roots", true},
     {"--trace", true},        {"--order-seed", true}, {"--native-out", true},
     {"--no-augments", false}, {"--state", false},     {"--interface-ref", false},
+    {"--only", true},
 };
 
 // Hands the text of a model on, piece by piece.
@@ -86,7 +89,7 @@ Render renderOf(const std::string& format, const Shown& shown) {
     throw UsageError("--format: expected openconfig or model, not " + host::quoted(format));
   }
   const auto renderer = std::make_shared<host::OpenConfigJson>(
-      [](const std::string& warning) { tell("warning: " + warning); }, shown.view);
+      [](const std::string& warning) { tell("warning: " + warning); }, shown.view, shown.only);
   return [renderer](const host::Model& model, host::Layout layout, const host::TextSink& sink) {
     renderer->json(model, layout, sink);
   };

@@ -99,6 +99,10 @@ TEST(Qosoc, JudgesAllOptionsBeforeItReadsAFile) {
     expectUsageError({"translate", "none.json", option, "--format=model"},
                      std::string(option) + " is for the format openconfig" + see);
   }
+  expectUsageError({"translate", "none.json", "--only=/qos", "--format=model"},
+                   "--only is for the format openconfig" + see);
+  expectUsageError({"translate", "none.json", "--only", "/qos/queue"},
+                   "--only: /qos: there is no element \"queue\" here" + see);
   expectUsageError({"translate", "none.json", "--roots", "class-map,bridge"},
                    "--roots: there is no root \"bridge\"" + see);
 }

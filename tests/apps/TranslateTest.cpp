@@ -146,6 +146,23 @@ TEST_F(Translate, WarnsOfWhatALeafCannotHoldOnce) {
       "strings can't hold: left out (from the class map \"__yang_[a\\u0007]_[]\")\n");
 }
 
+TEST_F(Translate, PrintsAPartOfTheTree) {
+  const std::string change = changes(lines({addTerm}));
+  EXPECT_EQ(
+      translate({"--each", "--only", "/qos/classifiers/classifier[name=c]/config"}).out,
+      lines(
+          {R"({"openconfig-qos:qos":{"classifiers":{"classifier":[{"config":{"name":"c","type":"IPV4"},"name":"c"}]}}})"}));
+  EXPECT_EQ(
+      translate(
+          {"--each", "--only", "/qos/classifiers/classifier[name=c]/terms", "--changes", change})
+          .out,
+      lines(
+          {empty,
+           R"({"openconfig-qos:qos":{"classifiers":{"classifier":[{"name":"c","terms":{"term":[{"config":{"id":"t"},"id":"t"}]}}]}}})"}));
+  EXPECT_EQ(translate({"--only", "/"}).out, translate({}).out);
+  EXPECT_EQ(translate({"--only", "/qos"}).out, translate({}).out);
+}
+
 TEST_F(Translate, BuildsOnlyTheNamedRoots) {
   EXPECT_EQ(translate({"--roots", "class-map", "--each"}).out, lines({withoutTerms}));
 }
