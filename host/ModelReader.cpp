@@ -8,17 +8,6 @@
 namespace host {
 namespace {
 
-const Schema& modelSchema() {
-  static const Schema schema = [] {
-    std::vector<Schema::Member> members;
-    for (const ModelPart& part : modelParts()) {
-      members.push_back({std::string(part.name), part.schema()});
-    }
-    return Schema::record(std::move(members));
-  }();
-  return schema;
-}
-
 // Requires: there is such a part.
 const ModelPart& partNamed(std::string_view name) {
   const auto parts = modelParts();
@@ -42,6 +31,21 @@ class ModelSink final : public EntrySink {
 };
 
 }  // namespace
+
+const Schema& modelSchema() {
+  static const Schema schema = [] {
+    std::vector<Schema::Member> members;
+    for (const ModelPart& part : modelParts()) {
+      members.push_back({std::string(part.name), part.schema()});
+    }
+    return Schema::record(std::move(members));
+  }();
+  return schema;
+}
+
+std::unique_ptr<EntrySink> modelSink(const Model& model) {
+  return std::make_unique<ModelSink>(model);
+}
 
 void readModel(const std::string& path, const Model& model) {
   ModelSink sink(model);

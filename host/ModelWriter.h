@@ -12,4 +12,7 @@ namespace host {
 // With a sink, that gets the text, and the result is empty.
 std::string modelJson(const Model& model, Layout layout, const TextSink& sink = nullptr);
 
+// The same as one value of a text.
+void writeModel(JsonWriter& out, const Model& model);
+
 }  // namespace host

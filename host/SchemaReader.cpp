@@ -38,12 +38,11 @@ std::uint64_t bitOf(const Schema& record, const Schema::Member& member) {
   return std::uint64_t{1} << (&member - record.members().data());
 }
 
-bool isRecordOfCollections(const Schema& schema) {
+bool holdsCollections(const Schema& record) {
   const auto isCollection = [](const Schema::Member& member) {
     return member.schema.kind() == Schema::Kind::keyed;
   };
-  return schema.kind() == Schema::Kind::record &&
-         std::all_of(schema.members().begin(), schema.members().end(), isCollection);
+  return std::any_of(record.members().begin(), record.members().end(), isCollection);
 }
 
 bool lessNumber(const Value& a, const Value& b) { return a.number() < b.number(); }
@@ -131,12 +130,18 @@ bool SchemaReader::scalar(Value&& value) {
 void SchemaReader::begin() {
   const Schema& schema = expected();
   const bool first = frames_.empty();
-  const bool upper = !first && frames_.back().handedOn;
-  const bool divided = schema.kind() == Schema::Kind::keyed ||
-                       (frames_.size() == 1 && isRecordOfCollections(schema));
-  const bool handedOn = sink_ != nullptr && (first || (upper && divided));
+  const bool handedOn =
+      sink_ != nullptr && (first || (frames_.back().handedOn && isDivided(schema)));
   if (handedOn && !first) sink_->collectionBegins(frames_.back().key);
   frames_.emplace_back(&schema, handedOn, isArray(schema) ? Value(Value::List()) : object(schema));
+}
+
+// Whether what is in the current frame hands its own entries on. A record among the entries of a
+// collection does not: it is one native object.
+bool SchemaReader::isDivided(const Schema& schema) const {
+  if (schema.kind() == Schema::Kind::keyed) return true;
+  const bool isMember = frames_.back().schema->kind() == Schema::Kind::record;
+  return isMember && schema.kind() == Schema::Kind::record && holdsCollections(schema);
 }
 
 bool SchemaReader::keyOfCollection(std::string_view key) {

@@ -3,8 +3,8 @@
 // deep a text nests, it is left where it leaves the schema.
 //
 // A text of any length can be read through an EntrySink: the collections on the upper levels of the
-// document, and those of a member that has nothing but collections, are then handed on entry by
-// entry and not kept.
+// document, and those of members that hold collections, are then handed on entry by entry and not
+// kept.
 #pragma once
 
 #include <cstdint>
@@ -27,7 +27,8 @@ namespace host {
 class EntrySink {
  public:
   virtual ~EntrySink() = default;
-  // A collection of collections hands its entries on one by one, between these two.
+  // A collection of collections hands its entries on one by one, between these two, and so does a
+  // record that is a member of the document or of such a record and holds collections itself.
   virtual void collectionBegins(const Rok::String& key) = 0;
   virtual void collectionEnds() = 0;
   virtual void entry(const Rok::String& key, const Value& value) = 0;
@@ -91,6 +92,7 @@ class SchemaReader {
   bool mismatch(const std::string& actual);
   bool scalar(Value&& value);
   void begin();
+  bool isDivided(const Schema& schema) const;
   bool keyOfCollection(std::string_view key);
   bool isThere(Frame& frame, const Rok::String& key) const;
   bool keyOfRecord(std::string_view key);

@@ -100,6 +100,10 @@ std::unique_ptr<Place> nativePlace(const Native& native) {
   return std::make_unique<DocumentPlace>(native);
 }
 
+std::unique_ptr<EntrySink> nativeSink(const Native& native) {
+  return std::make_unique<NativeSink>(native);
+}
+
 void readNative(const std::string& path, const Native& native) {
   NativeSink sink(native);
   SchemaReader reader(nativeSchema(), &sink);

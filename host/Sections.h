@@ -9,6 +9,7 @@
 #include "host/Native.h"
 #include "host/Place.h"
 #include "host/Schema.h"
+#include "host/SchemaReader.h"
 
 namespace host {
 
@@ -26,6 +27,9 @@ const Schema& nativeSchema();
 
 // The place of the whole document.
 std::unique_ptr<Place> nativePlace(const Native& native);
+
+// Mounts what is read by the schema of a native document, as it is read. `native` must outlive it.
+std::unique_ptr<EntrySink> nativeSink(const Native& native);
 
 // Mounts a native document. Requires: nothing but the mounted entries is there.
 // Throws: Fault; then part of the document may be mounted.

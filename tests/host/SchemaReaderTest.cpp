@@ -147,17 +147,19 @@ TEST(SchemaReader, RefusesTextThatIsNotUnicode) {
             "/text: this string is not valid Unicode: \"\\xed\\xb0\\x80\"");
 }
 
+struct SinkLog final : EntrySink {
+  void collectionBegins(const Rok::String& key) override { told("begin " + std::string(key)); }
+  void collectionEnds() override { told("end"); }
+  void entry(const Rok::String& key, const Value& value) override {
+    told(std::string(key) + (value.as<Value::Object>() != nullptr ? " object" : " scalar"));
+  }
+  bool has(const Rok::String& /*key*/) const override { return false; }
+  void told(const std::string& what) { log.push_back(what); }
+  std::vector<std::string> log;
+};
+
 TEST(SchemaReader, HandsTheEntriesOfUpperCollectionsOnOneByOne) {
-  struct Log final : EntrySink {
-    void collectionBegins(const Rok::String& key) override { told("begin " + std::string(key)); }
-    void collectionEnds() override { told("end"); }
-    void entry(const Rok::String& key, const Value& value) override {
-      told(std::string(key) + (value.as<Value::Object>() != nullptr ? " object" : " scalar"));
-    }
-    bool has(const Rok::String& /*key*/) const override { return false; }
-    void told(const std::string& what) { log.push_back(what); }
-    std::vector<std::string> log;
-  } sink;
+  SinkLog sink;
   const Schema room = Schema::record({{"size", Schema::number(9)}});
   const Schema house = Schema::record(
       {{"rooms", Schema::keyed(Key::named("a colour", colours), Schema::keyed(Key::name(), room))},
@@ -172,6 +174,23 @@ TEST(SchemaReader, HandsTheEntriesOfUpperCollectionsOnOneByOne) {
       "begin rooms", "begin 1",   "hall object", "den object",   "end", "begin 2",
       "end",         "end",       "begin doors", "front scalar", "end", "roof object",
       "begin trees", "begin old", "oak object",  "end",          "end"};
+  EXPECT_EQ(sink.log, expected);
+}
+
+TEST(SchemaReader, HandsTheEntriesOfARecordOfRecordsOnOneByOne) {
+  SinkLog sink;
+  const Schema room = Schema::record({{"things", Schema::keyed(Key::name(), Schema::number(9))}});
+  const Schema house = Schema::record({{"number", Schema::number(9)},
+                                       {"rooms", Schema::keyed(Key::name(), room)},
+                                       {"roof", Schema::record({{"size", Schema::number(9)}})}});
+  const Schema street = Schema::record({{"name", Schema::text()}, {"first", house}});
+  SchemaReader reader(street, &sink);
+  readJsonText(R"({"name": "", "first": {"number": 1, "rooms": {"hall": {"things": {"a": 1}}},
+                   "roof": {"size": 2}}})",
+               reader);
+  const std::vector<std::string> expected{"name scalar", "begin first", "number scalar",
+                                          "begin rooms", "hall object", "end",
+                                          "roof object", "end"};
   EXPECT_EQ(sink.log, expected);
 }
 
