@@ -35,6 +35,7 @@ class Arguments {
   bool has(std::string_view option) const { return options_.contains(option); }
   // The value of an option; nothing when it was not given.
   std::optional<std::string> value(std::string_view option) const;
+  bool hasOperand() const { return !operands_.empty(); }
   // The one operand. Throws: UsageError when there is none or more than one.
   const std::string& operand(std::string_view what) const;
 

@@ -18,6 +18,7 @@
 #include "host/NativeWriter.h"
 #include "host/OpenConfigJson.h"
 #include "host/Roots.h"
+#include "host/SavedState.h"
 #include "host/Sections.h"
 #include "host/Text.h"
 
@@ -25,6 +26,7 @@ namespace qosoc {
 namespace {
 
 constexpr const char* help = R"(usage: qosoc translate NATIVE.json [OPTIONS]
+       qosoc translate --restore FILE [OPTIONS]
 
 Reads a native QoS configuration, translates it, and prints the OpenConfig QoS model that comes of
 it. Then each change of the native side changes only what it concerns.
@@ -42,6 +44,8 @@ it. Then each change of the native side changes only what it concerns.
   --initial FILE     start from the model of an earlier life, in the format `model`; what the native
                      side no longer stands for is swept out of it
   --native-out FILE  write the native document to a file, as the changes left it
+  --save FILE        write the native document and the model to a file, as they stand in the end
+  --restore FILE     go on from what --save wrote, as from NATIVE.json and --initial, in their place
   --roots NAME,...   build only these roots: class-map, acl, class-action, interface-classifier,
                      forwarding-group, queue, pfc, interface-pfc, queue-management, scheduler-policy
   --trace LEVEL,...  write the trace lines of these levels (0 to 9) to standard error
@@ -69,7 +73,7 @@ constexpr Option options[] = {
     {"--format", true},       {"--initial", true},    {"--roots", true},
     {"--trace", true},        {"--order-seed", true}, {"--native-out", true},
     {"--no-augments", false}, {"--state", false},     {"--interface-ref", false},
-    {"--only", true},
+    {"--only", true},         {"--save", true},       {"--restore", true},
 };
 
 // Hands the text of a model on, piece by piece.
@@ -125,10 +129,25 @@ void orderSeedIs(const std::string& text) {
   Rok::HashHelper::orderSeedIs(static_cast<std::uint32_t>(*seed));
 }
 
+// The native document; empty when a state is restored, which holds one.
+std::string nativeOf(const Arguments& arguments) {
+  constexpr const char* what = "NATIVE.json";
+  if (!arguments.has("--restore")) return arguments.operand(what);
+  if (arguments.hasOperand()) {
+    throw UsageError("--restore takes the place of NATIVE.json: what is " +
+                     host::quoted(arguments.operand(what)) + "?");
+  }
+  if (arguments.has("--initial")) {
+    throw UsageError("--restore takes the place of --initial: give one of them");
+  }
+  return "";
+}
+
 // What the arguments ask for. All of them are checked before any file is read.
 struct Request {
   explicit Request(const Arguments& arguments)
-      : native(arguments.operand("NATIVE.json")),
+      : native(nativeOf(arguments)),
+        restore(arguments.value("--restore")),
         changes(arguments.value("--changes")),
         initial(arguments.value("--initial")),
         each(arguments.has("--each")),
@@ -137,9 +156,14 @@ struct Request {
     if (const auto list = arguments.value("--trace")) levels = traceLevels(*list);
     if (const auto seed = arguments.value("--order-seed")) orderSeedIs(*seed);
     if (const auto file = arguments.value("--native-out")) nativeOut.emplace("--native-out", *file);
+    if (const auto file = arguments.value("--save")) save.emplace("--save", *file);
+    if (nativeOut && save && nativeOut->isSameAs(*save)) {
+      throw UsageError("--native-out and --save name the same file");
+    }
   }
 
   std::string native;
+  std::optional<std::string> restore;
   std::optional<std::string> changes;
   std::optional<std::string> initial;
   bool each;
@@ -147,11 +171,17 @@ struct Request {
   std::vector<std::string> roots;
   std::vector<unsigned> levels;  // of the trace
   std::optional<OutputFile> nativeOut;
+  std::optional<OutputFile> save;
 };
 
 class Translation {
  public:
   explicit Translation(const Request& request) : request_(request) {
+    if (request.restore) {
+      readFile(*request.restore,
+               [&](const std::string& path) { host::readSavedState(path, native_, model_); });
+      return;
+    }
     readFile(request.native, [&](const std::string& path) { host::readNative(path, native_); });
     if (!request.initial) return;
     readFile(*request.initial, [&](const std::string& path) { host::readModel(path, model_); });
@@ -184,14 +214,17 @@ class Translation {
 
   // Before the model is printed: a reader that goes away in the middle of it ends the program.
   void writeFiles() {
-    if (!request_.nativeOut) return;
-    writeFile(*request_.nativeOut, [this](const host::TextSink& sink) {
+    writeFile(request_.nativeOut, [this](const host::TextSink& sink) {
       host::nativeJson(native_, host::Layout::pretty, sink);
     });
+    writeFile(request_.save, [this](const host::TextSink& sink) {
+      host::savedStateJson(native_, model_, host::Layout::pretty, sink);
+    });
   }
-  void writeFile(const OutputFile& file, const OutputFile::Text& text) {
+  void writeFile(const std::optional<OutputFile>& file, const OutputFile::Text& text) {
+    if (!file) return;
     try {
-      file.write(text);
+      file->write(text);
     } catch (const OutputError& error) {
       report(std::string("qosoc: ") + error.what());
     }

@@ -48,9 +48,9 @@ TEST(Qosoc, TeachesItsCommands) {
 
 TEST(Qosoc, TeachesEveryOption) {
   const std::string help = qosoc({"translate", "--help"}).out;
-  for (const char* option :
-       {"--changes FILE|-", "--each", "--format FORMAT", "--initial FILE", "--native-out FILE",
-        "--roots NAME,...", "--trace LEVEL,...", "--order-seed N"}) {
+  for (const char* option : {"--changes FILE|-", "--each", "--format FORMAT", "--initial FILE",
+                             "--native-out FILE", "--save FILE", "--restore FILE",
+                             "--roots NAME,...", "--trace LEVEL,...", "--order-seed N"}) {
     EXPECT_NE(help.find("\n  " + std::string(option) + ' '), std::string::npos) << option;
   }
 }

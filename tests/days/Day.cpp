@@ -1,6 +1,7 @@
 #include "tests/days/Day.h"
 
 #include "host/NativeWriter.h"
+#include "host/SavedState.h"
 #include "host/Sections.h"
 #include "tests/days/ChangeWriter.h"
 
@@ -24,7 +25,7 @@ std::vector<Finding> Day::of(const Script& script, std::uint32_t otherOrder, Tal
     if (!day.findings_.empty()) break;
     day.line(line);
   }
-  day.checkWritten();
+  day.checkSaved();
   return day.findings_;
 }
 
@@ -45,11 +46,16 @@ void Day::checkRefused(const Snapshot& before) {
   findings_.push_back({lines_, std::nullopt, "a refused line changed something"});
 }
 
-void Day::checkWritten() {
-  const std::string document = host::nativeJson(device_.native(), host::Layout::compact);
-  const host::Native other = mounted(document, 0);
-  if (host::nativePlace(other)->value() == device_.document()) return;
-  findings_.push_back({lines_, std::nullopt, "the device is written as another one"});
+void Day::checkSaved() {
+  const Snapshot now = device_.output();
+  const std::string saved =
+      host::savedStateJson(device_.native(), now.model(), host::Layout::compact);
+  const host::Native native;
+  const host::Model model;
+  host::readSavedStateText(saved, native, model);
+  const bool isSame = host::nativePlace(native)->value() == device_.document();
+  if (isSame && Snapshot(model) == now) return;
+  findings_.push_back({lines_, std::nullopt, "the device is saved as another one"});
 }
 
 void Day::check() {

@@ -55,8 +55,8 @@ class Day {
   void line(std::string_view text);
   // A refused line changes nothing.
   void checkRefused(const Snapshot& before);
-  // The document that is written of the device mounts the same one.
-  void checkWritten();
+  // The state that is saved of the device is read back as the same.
+  void checkSaved();
   void check();
   // `fresh` is what the fresh roots of the right side raised.
   void compare(Check check, const Snapshot& left, const Snapshot& right, const Reports& fresh = {});
