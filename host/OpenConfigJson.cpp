@@ -85,13 +85,31 @@ class Document final : public LeafWalk {
   std::vector<Containers> objects_;  // that of the document, and of each entry around the leaf
 };
 
+// What is left out of a document, without its text.
+class Omissions final : public LeafWalk {
+ public:
+  using LeafWalk::LeafWalk;
+  using LeafWalk::walk;
+
+ private:
+  void leaf(const RecordKind& /*kind*/, const View::Row& /*row*/,
+            const LeafValue& /*value*/) override {}
+};
+
 }  // namespace
 
 std::string OpenConfigJson::json(const Model& model, Layout layout, const TextSink& sink) {
-  const Warn warnOnce = [this](const std::string& warning) {
-    if (warned_.insert(warning).second) warn_(warning);
-  };
-  return Document(layout, sink, view_, warnOnce, only_).write(model);
+  const Warn once = [this](const std::string& warning) { warnOnce(warning); };
+  return Document(layout, sink, view_, once, only_).write(model);
+}
+
+void OpenConfigJson::warn(const Model& model) {
+  const Warn once = [this](const std::string& warning) { warnOnce(warning); };
+  Omissions(view_, once, only_).walk(model);
+}
+
+void OpenConfigJson::warnOnce(const std::string& warning) {
+  if (warned_.insert(warning).second) warn_(warning);
 }
 
 }  // namespace host

@@ -25,8 +25,12 @@ class OpenConfigJson {
 
   // With a sink, that gets the text, and the result is empty.
   std::string json(const Model& model, Layout layout, const TextSink& sink = nullptr);
+  // Warns as `json` would and makes no text. A sink may call it while that gets the text.
+  void warn(const Model& model);
 
  private:
+  void warnOnce(const std::string& warning);
+
   Warn warn_;
   View view_;
   Subtree only_;

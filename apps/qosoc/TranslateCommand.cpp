@@ -76,27 +76,32 @@ constexpr Option options[] = {
     {"--only", true},         {"--save", true},       {"--restore", true},
 };
 
-// Hands the text of a model on, piece by piece.
-using Render = std::function<void(const host::Model&, host::Layout, const host::TextSink&)>;
+// How a model is printed: `render` hands its text on piece by piece, and warns as it goes; `warn`
+// warns alone. The same warning comes once.
+struct Format {
+  std::function<void(const host::Model&, host::Layout, const host::TextSink&)> render;
+  std::function<void(const host::Model&)> warn;
+};
 
-// Of a text that is larger than this, no copy is held.
+// A larger text is not held.
 constexpr std::size_t largeText = std::size_t{4} * 1024 * 1024;
 
 void tell(const std::string& line) { std::fprintf(stderr, "%s\n", line.c_str()); }
 
-Render renderOf(const std::string& format, const Shown& shown) {
+Format formatOf(const std::string& format, const Shown& shown) {
   if (format == "model") {
     if (!shown.option.empty()) throw UsageError(shown.option + " is for the format openconfig");
-    return host::modelJson;
+    return {host::modelJson, [](const host::Model& /*model*/) {}};
   }
   if (format != "openconfig") {
     throw UsageError("--format: expected openconfig or model, not " + host::quoted(format));
   }
   const auto renderer = std::make_shared<host::OpenConfigJson>(
       [](const std::string& warning) { tell("warning: " + warning); }, shown.view, shown.only);
-  return [renderer](const host::Model& model, host::Layout layout, const host::TextSink& sink) {
-    renderer->json(model, layout, sink);
-  };
+  return {[renderer](const host::Model& model, host::Layout layout, const host::TextSink& sink) {
+            renderer->json(model, layout, sink);
+          },
+          [renderer](const host::Model& model) { renderer->warn(model); }};
 }
 
 std::vector<std::string> rootNames(const std::string& list) {
@@ -151,7 +156,7 @@ struct Request {
         changes(arguments.value("--changes")),
         initial(arguments.value("--initial")),
         each(arguments.has("--each")),
-        render(renderOf(arguments.value("--format").value_or("openconfig"), Shown(arguments))) {
+        format(formatOf(arguments.value("--format").value_or("openconfig"), Shown(arguments))) {
     if (const auto list = arguments.value("--roots")) roots = rootNames(*list);
     if (const auto list = arguments.value("--trace")) levels = traceLevels(*list);
     if (const auto seed = arguments.value("--order-seed")) orderSeedIs(*seed);
@@ -167,7 +172,7 @@ struct Request {
   std::optional<std::string> changes;
   std::optional<std::string> initial;
   bool each;
-  Render render;
+  Format format;
   std::vector<std::string> roots;
   std::vector<unsigned> levels;  // of the trace
   std::optional<OutputFile> nativeOut;
@@ -235,21 +240,25 @@ class Translation {
     clean_ = false;
   }
 
-  // Nothing is written before the whole text has been made and all warnings are out. A large text
-  // is not held until then but made again.
+  // Nothing is written before all warnings are out. So the text is held until it is whole, and one
+  // that gets large has the warnings of the rest made ahead, and goes out as it comes from there on.
   void print(host::Layout layout) {
-    std::string text;
-    std::size_t size = 0;
-    request_.render(model_, layout, [&](std::string_view piece) {
-      size += piece.size();
-      if (size <= largeText) text += piece;
-    });
     int error = 0;  // that of the first write that failed
     const auto write = [&](std::string_view piece) {
       if (error != 0) return;
       if (std::fwrite(piece.data(), 1, piece.size(), stdout) != piece.size()) error = errno;
     };
-    size <= largeText ? write(text) : request_.render(model_, layout, write);
+    std::string held;
+    bool isLarge = false;
+    request_.format.render(model_, layout, [&](std::string_view piece) {
+      if (isLarge) return write(piece);
+      held += piece;
+      isLarge = held.size() > largeText;
+      if (!isLarge) return;
+      request_.format.warn(model_);
+      write(std::exchange(held, {}));
+    });
+    write(held);
     if (layout == host::Layout::compact) write("\n");
     if (error == 0 && std::fflush(stdout) != 0) error = errno;
     if (error == 0) return;

@@ -203,6 +203,7 @@ class TranslateLarge : public Translate {
     for (int c = 0; c < classifiers; ++c) {
       document += ",\n\"__yang_[classifier-" + std::to_string(c) + "]_[]\": {\"match\": [1]}";
     }
+    document += R"(, "__yang_[z\u0001]_[]": {"match": [1]})";
     native_ = folder_.file("large.json", document + "}}}");
   }
 };
@@ -210,7 +211,7 @@ class TranslateLarge : public Translate {
 TEST_F(TranslateLarge, PrintsAllOfItAndEachWarningOnce) {
   const HostRun run = translate({});
   EXPECT_EQ(run.exit, 0);
-  EXPECT_EQ(std::count(run.err.begin(), run.err.end(), '\n'), 1) << run.err;
+  EXPECT_EQ(std::count(run.err.begin(), run.err.end(), '\n'), 2) << run.err;
   EXPECT_GT(run.out.size(), 8'000'000u);
   EXPECT_TRUE(run.out.starts_with("{\n  \"openconfig-qos:qos\": {"));
   EXPECT_TRUE(run.out.ends_with("\n  }\n}\n"));
@@ -219,6 +220,17 @@ TEST_F(TranslateLarge, PrintsAllOfItAndEachWarningOnce) {
     at = run.out.find("\"name\": \"classifier-", at + 1);
   }
   EXPECT_EQ(names, 2u * classifiers);
+}
+
+TEST_F(TranslateLarge, WarnsOfItsEndBeforeItPrintsItsBeginning) {
+  const HostRun run =
+      hostRun({"sh", "-c", std::string(paths::qosoc) + " translate " + native_ + " 2>&1"});
+  const std::size_t begin = run.out.find("\n{\n");
+  const std::size_t first = run.out.find("[name='a\\u0001']: ");
+  const std::size_t last = run.out.rfind("[name='z\\u0001']: ");
+  EXPECT_LT(first, last);
+  EXPECT_LT(last, begin);
+  EXPECT_NE(begin, std::string::npos);
 }
 
 TEST_F(TranslateLarge, PrintsALineForEachChange) {

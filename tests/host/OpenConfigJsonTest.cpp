@@ -66,6 +66,29 @@ TEST(OpenConfigFormat, WarnsOnceInTheLifeOfARenderer) {
   EXPECT_EQ(warnings, 1);
 }
 
+TEST(OpenConfigFormat, WarnsAheadOfAllThatADocumentLeavesOut) {
+  const HostModel built;
+  built.classifier("a", QosOc::Classifier::Type{7});
+  built.classifier("b\x01", QosOc::Classifier::Type{7});
+  built.classifier("c", QosOc::Classifier::Type{7});
+  std::vector<std::string> warnings;
+  OpenConfigJson renderer([&](const std::string& warning) { warnings.push_back(warning); });
+  renderer.warn(built.model);
+  EXPECT_EQ(warnings.size(), 3u);
+  EXPECT_EQ(warnings, HostRendered(built).warnings);
+  renderer.json(built.model, Layout::compact);
+  EXPECT_EQ(warnings.size(), 3u);
+}
+
+TEST(OpenConfigFormat, WarnsAheadOfThePartThatIsShown) {
+  const HostModel built;
+  built.classifier("c", QosOc::Classifier::Type{7});
+  int warnings = 0;
+  OpenConfigJson renderer([&](const std::string&) { ++warnings; }, {}, Subtree("/qos/queues"));
+  renderer.warn(built.model);
+  EXPECT_EQ(warnings, 0);
+}
+
 // ===== Views
 
 std::string shownBy(const ViewOptions& options, const HostModel& built) {
