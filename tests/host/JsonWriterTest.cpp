@@ -52,7 +52,7 @@ std::string textOf(std::string_view text) {
 TEST(JsonWriter, EscapesEveryControlCharacterInOneWay) {
   for (char c = 0; c < ' '; ++c) {
     char expected[16];
-    std::snprintf(expected, sizeof(expected), "\"a\\u%04xb\"", c);
+    std::snprintf(expected, sizeof(expected), R"("a\u%04xb")", c);
     if (c == '\t') std::strcpy(expected, R"("a\tb")");
     if (c == '\n') std::strcpy(expected, R"("a\nb")");
     if (c == '\r') std::strcpy(expected, R"("a\rb")");
