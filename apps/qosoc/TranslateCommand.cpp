@@ -62,7 +62,7 @@ it. Then each change of the native side changes only what it concerns.
   {"openconfig-qos:qos":{"classifiers":{"classifier":[{"config":{"name":"edge-in","type":"IPV4"},"name":"edge-in","terms":{"term":[{"config":{"id":"voice"},"id":"voice"}]}}]}}}
 
 A change line that does not apply is refused as a whole, and the next one is read. What is wrong goes
-to standard error. A file is written behind the last change line, whole or not at all.
+to standard error. A file is written after the last change line, whole or not at all.
 
 Exit code: 0 all done; 1 translated, but a change line was refused, a root or a handler raised, or
 the output could not be written; 2 bad usage or bad input, nothing translated.

@@ -54,8 +54,14 @@ void Day::checkSaved() {
   const host::Model model;
   host::readSavedStateText(saved, native, model);
   const bool isSame = host::nativePlace(native)->value() == device_.document();
-  if (isSame && Snapshot(model) == now) return;
-  findings_.push_back({lines_, std::nullopt, "the device is saved as another one"});
+  if (!isSame || !(Snapshot(model) == now)) {
+    findings_.push_back({lines_, std::nullopt, "the device is saved as another one"});
+  }
+  const auto written = [](const Device& device) {
+    return host::nativeJson(device.native(), host::Layout::compact);
+  };
+  if (written(device_) == written(other_)) return;
+  findings_.push_back({lines_, std::nullopt, "the walk order shows in the written document"});
 }
 
 void Day::check() {

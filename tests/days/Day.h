@@ -55,7 +55,8 @@ class Day {
   void line(std::string_view text);
   // A refused line changes nothing.
   void checkRefused(const Snapshot& before);
-  // The state that is saved of the device is read back as the same.
+  // The state that is saved of the device is read back as the same, and its native document doesn't
+  // depend on the walk order.
   void checkSaved();
   void check();
   // `fresh` is what the fresh roots of the right side raised.
