@@ -21,6 +21,7 @@ namespace QosOc::Config {
 
 // What a classifier is called and which family it matches. Every writer sets both.
 struct ClassifierConfig {
+  static constexpr RecordId record = RecordId::classifier;
   Rok::String name;
   Rok::Optional<QosOc::Classifier::Type> type;
 
@@ -96,6 +97,7 @@ struct TermContent {
 };
 
 struct Term : TermContent {
+  static constexpr RecordId record = RecordId::term;
   using Content = TermContent;
   Rok::String id;  // the key
 
@@ -115,46 +117,42 @@ struct Term : TermContent {
 // The terms of one classifier.
 class Terms final : public Rok::PtrInterface {
  public:
-  struct KeyFunktor {
-    const Rok::String& operator()(const Term& term) const { return term.id; }
-  };
-  using Map = Rok::HashMap2018<Rok::Hm2018NII<0xa54ff53au, Rok::String, Term, KeyFunktor>>;
+  using Members = RecordMap<Term, 0xa54ff53au, &Term::id>;
+  using Map = Members::Map;
 
-  static constexpr auto entries() { return Records{&Terms::term, &Terms::termIs}; }
+  static constexpr auto entries() { return Records{&Terms::term, &Terms::termIs, &Terms::termDel}; }
 
-  const Map& term() const { return term_; }
+  const Map& term() const { return terms_.map(); }
   // A copy of the term; a default Term when there is none.
-  Term term(const Rok::String& id) const {
-    const Term* found = term_.find(id);
-    return found != nullptr ? *found : Term();
-  }
+  Term term(const Rok::String& id) const { return terms_.get(id); }
   // Inserts the term, or replaces the one with its id.
-  void termIs(const Term& term) {
-    const auto [node, isNew] = term_.newMember(term.id, term);
-    if (!isNew) node->value() = term;
-  }
+  void termIs(const Term& term) { terms_.is(term); }
   // The term of that id: as it stands, or a new one of which the id and the config's id are set.
   const Term& termMade(const Rok::String& id) {
-    const auto [node, isNew] = term_.newMember(id, id);
-    if (isNew) node->value().configId = id;
-    return node->value();
+    const auto [term, isNew] = terms_.made(id);
+    if (isNew) terms_.content(*term).configId = id;
+    return *term;
   }
   // What a term that was found or made here holds beside its id, to be written in place.
-  // Requires: the term is still there. (The map isn't const, only the view of it that readers get.)
-  TermContent& termContent(const Term& term) { return const_cast<Term&>(term); }
+  // Requires: the term is still there.
+  TermContent& termContent(const Term& found) { return terms_.content(found); }
   // Removes a term and gives it back; a default Term when there was none.
   Term termDel(const Rok::String& id) {
     Term removed;
-    term_.deleteMember(id, &removed);
+    terms_.del(id, &removed);
     return removed;
   }
 
+  void markerIs(const Marker& marker) { terms_.markerIs(marker); }
+
  private:
-  Map term_;
+  Members terms_;
 };
 
 class Classifier final : public Rok::PtrInterface {
  public:
+  static constexpr RecordId record = ClassifierConfig::record;
+
   explicit Classifier(const Rok::String& name) : name_(name) {}
 
   static constexpr auto attributes() {
@@ -164,26 +162,32 @@ class Classifier final : public Rok::PtrInterface {
 
   const Rok::String& name() const { return name_; }
 
-  const ClassifierConfig& config() const { return config_; }
-  void configIs(const ClassifierConfig& config) { config_ = config; }
+  const ClassifierConfig& config() const { return config_.get(); }
+  void configIs(const ClassifierConfig& config) { config_.is(marker_, config); }
   // The same with the classifier's own name, for a writer that mostly writes what is there.
   void typeIs(QosOc::Classifier::Type type) {
-    if (config_.name == name_ && config_.type == type) return;
-    config_ = {name_, type};
+    if (config().name == name_ && config().type == type) return;
+    config_.is(marker_, {name_, type});
   }
 
   // Null when there are none.
   const Rok::Ptr<Terms>& terms() const { return terms_; }
   const Rok::Ptr<Terms>& termsIs() {
-    if (!terms_) terms_ = Rok::make<Terms>();
+    if (!terms_) made(terms_, marker_);
     return terms_;
   }
-  void termsDel() { terms_ = nullptr; }
+  void termsDel() { removed(terms_, marker_, record); }
+
+  void markerIs(const Marker& marker) {
+    marker_ = marker;
+    if (terms_) terms_->markerIs(marker);
+  }
 
  private:
   Rok::String name_;
-  ClassifierConfig config_;
+  Recorded<ClassifierConfig> config_;
   Rok::Ptr<Terms> terms_;
+  Marker marker_;
 };
 
 // All classifiers by name.
@@ -192,7 +196,8 @@ class ClassifiersDir final : public Rok::PtrInterface {
   using Classifiers = ObjectMap<Classifier, 0x510e527fu, &Classifier::name>;
 
   static constexpr auto entries() {
-    return Objects{&ClassifiersDir::classifier, &ClassifiersDir::classifierIs};
+    return Objects{&ClassifiersDir::classifier, &ClassifiersDir::classifierIs,
+                   &ClassifiersDir::classifierDel};
   }
 
   const Classifiers::Map& classifier() const { return classifiers_.map(); }
@@ -200,6 +205,8 @@ class ClassifiersDir final : public Rok::PtrInterface {
   Rok::Ptr<Classifier> classifierIs(const Rok::String& name) { return classifiers_.is(name); }
   // Removes the classifier with its terms.
   void classifierDel(const Rok::String& name) { classifiers_.del(name); }
+
+  void journalIs(Journal* journal) { classifiers_.markerIs(Marker(journal)); }
 
  private:
   Classifiers classifiers_;

@@ -85,22 +85,25 @@ constexpr auto child(std::string_view name, const Rok::Ptr<T>& (Object::*read)()
   return Child<Object, T, Arguments...>{name, read, is};
 }
 
-// A directory of value records; `is` puts one in under the key that it holds.
-template <class Dir, class Map, class Record>
+// A directory of value records; `is` puts one in under the key that it holds, `del` removes one.
+template <class Dir, class Map, class Record, class Removed, class Key>
 struct Records {
   const Map& (Dir::*map)() const;
   void (Dir::*is)(const Record&);
+  Removed (Dir::*del)(Key);
 };
-template <class Dir, class Map, class Record>
-Records(const Map& (Dir::*)() const, void (Dir::*)(const Record&)) -> Records<Dir, Map, Record>;
+template <class Dir, class Map, class Record, class Removed, class Key>
+Records(const Map& (Dir::*)() const, void (Dir::*)(const Record&), Removed (Dir::*)(Key))
+    -> Records<Dir, Map, Record, Removed, Key>;
 // A directory of objects; `is` creates, or gets, the one of a key.
 template <class Dir, class Map, class Object, class Key>
 struct Objects {
   const Map& (Dir::*map)() const;
   Rok::Ptr<Object> (Dir::*is)(Key);
+  void (Dir::*del)(Key);
 };
 template <class Dir, class Map, class Object, class Key>
-Objects(const Map& (Dir::*)() const, Rok::Ptr<Object> (Dir::*)(Key))
+Objects(const Map& (Dir::*)() const, Rok::Ptr<Object> (Dir::*)(Key), void (Dir::*)(Key))
     -> Objects<Dir, Map, Object, Key>;
 
 // What stands behind a pointer or an optional, or the value itself. Null where there is none.

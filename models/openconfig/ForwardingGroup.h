@@ -9,6 +9,7 @@
 namespace QosOc::Config {
 
 struct ForwardingGroupConfig {
+  static constexpr RecordId record = RecordId::forwardingGroup;
   Rok::String name;
   Rok::String outputQueue;  // the queue of the group's traffic class; empty when there is none
 
@@ -23,6 +24,8 @@ struct ForwardingGroupConfig {
 
 class ForwardingGroup final : public Rok::PtrInterface {
  public:
+  static constexpr RecordId record = ForwardingGroupConfig::record;
+
   explicit ForwardingGroup(const Rok::String& name) : name_(name) {}
 
   // A group has nothing but its config.
@@ -31,12 +34,15 @@ class ForwardingGroup final : public Rok::PtrInterface {
   }
 
   const Rok::String& name() const { return name_; }
-  const ForwardingGroupConfig& config() const { return config_; }
-  void configIs(const ForwardingGroupConfig& config) { config_ = config; }
+  const ForwardingGroupConfig& config() const { return config_.get(); }
+  void configIs(const ForwardingGroupConfig& config) { config_.is(marker_, config); }
+
+  void markerIs(const Marker& marker) { marker_ = marker; }
 
  private:
   Rok::String name_;
-  ForwardingGroupConfig config_;
+  Recorded<ForwardingGroupConfig> config_;
+  Marker marker_;
 };
 
 // All forwarding groups by name.
@@ -45,7 +51,8 @@ class ForwardingGroupsDir final : public Rok::PtrInterface {
   using Groups = ObjectMap<ForwardingGroup, 0x72be5d74u, &ForwardingGroup::name>;
 
   static constexpr auto entries() {
-    return Objects{&ForwardingGroupsDir::forwardingGroup, &ForwardingGroupsDir::forwardingGroupIs};
+    return Objects{&ForwardingGroupsDir::forwardingGroup, &ForwardingGroupsDir::forwardingGroupIs,
+                   &ForwardingGroupsDir::forwardingGroupDel};
   }
 
   const Groups::Map& forwardingGroup() const { return groups_.map(); }
@@ -54,6 +61,8 @@ class ForwardingGroupsDir final : public Rok::PtrInterface {
   }
   Rok::Ptr<ForwardingGroup> forwardingGroupIs(const Rok::String& name) { return groups_.is(name); }
   void forwardingGroupDel(const Rok::String& name) { groups_.del(name); }
+
+  void journalIs(Journal* journal) { groups_.markerIs(Marker(journal)); }
 
  private:
   Groups groups_;

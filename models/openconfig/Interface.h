@@ -27,6 +27,7 @@ struct InterfaceInputClassifierConfig {
 
 // The classifier that an interface's input has for one family.
 struct InterfaceInputClassifier {
+  static constexpr RecordId record = RecordId::inputClassifier;
   QosOc::Classifier::Type type = QosOc::Classifier::classifierTypeIpv4;  // the key
   InterfaceInputClassifierConfig config;
 
@@ -47,8 +48,8 @@ class InterfaceInputClassifiers final : public Rok::PtrInterface {
       RecordMap<InterfaceInputClassifier, 0xc19bf174u, &InterfaceInputClassifier::type>;
 
   static constexpr auto entries() {
-    return Records{&InterfaceInputClassifiers::classifier,
-                   &InterfaceInputClassifiers::classifierIs};
+    return Records{&InterfaceInputClassifiers::classifier, &InterfaceInputClassifiers::classifierIs,
+                   &InterfaceInputClassifiers::classifierDel};
   }
 
   const Classifiers::Map& classifier() const { return classifiers_.map(); }
@@ -58,6 +59,8 @@ class InterfaceInputClassifiers final : public Rok::PtrInterface {
   }
   void classifierIs(const InterfaceInputClassifier& classifier) { classifiers_.is(classifier); }
   void classifierDel(QosOc::Classifier::Type type) { classifiers_.del(type); }
+
+  void markerIs(const Marker& marker) { classifiers_.markerIs(marker); }
 
  private:
   Classifiers classifiers_;
@@ -72,12 +75,18 @@ class InterfaceInput final : public Rok::PtrInterface {
 
   const Rok::Ptr<InterfaceInputClassifiers>& classifiers() const { return classifiers_; }
   const Rok::Ptr<InterfaceInputClassifiers>& classifiersIs() {
-    if (!classifiers_) classifiers_ = Rok::make<InterfaceInputClassifiers>();
+    if (!classifiers_) made(classifiers_, marker_);
     return classifiers_;
+  }
+
+  void markerIs(const Marker& marker) {
+    marker_ = marker;
+    if (classifiers_) classifiers_->markerIs(marker);
   }
 
  private:
   Rok::Ptr<InterfaceInputClassifiers> classifiers_;
+  Marker marker_;
 };
 
 // ===== Output
@@ -103,6 +112,7 @@ struct InterfaceOutputQueueContent {
 };
 
 struct InterfaceOutputQueue : InterfaceOutputQueueContent {
+  static constexpr RecordId record = RecordId::outputQueue;
   using Content = InterfaceOutputQueueContent;
   Rok::String name;  // the key
 
@@ -117,7 +127,7 @@ struct InterfaceOutputQueue : InterfaceOutputQueueContent {
   explicit operator bool() const { return *this != InterfaceOutputQueue(); }
 };
 
-// An entry is blanked, never removed: there is no delete.
+// A writer blanks an entry and never removes it: there is no delete for it.
 class InterfaceOutputQueues final : public Rok::PtrInterface {
  public:
   using Queues = RecordMap<InterfaceOutputQueue, 0xe49b69c1u, &InterfaceOutputQueue::name>;
@@ -125,7 +135,8 @@ class InterfaceOutputQueues final : public Rok::PtrInterface {
   explicit InterfaceOutputQueues(const Rok::String& name) : name_(name) {}
 
   static constexpr auto entries() {
-    return Records{&InterfaceOutputQueues::q, &InterfaceOutputQueues::qIs};
+    return Records{&InterfaceOutputQueues::q, &InterfaceOutputQueues::qIs,
+                   &InterfaceOutputQueues::qDel};
   }
 
   const Rok::String& name() const { return name_; }
@@ -143,7 +154,11 @@ class InterfaceOutputQueues final : public Rok::PtrInterface {
     return queues_.content(found);
   }
 
+  void markerIs(const Marker& marker) { queues_.markerIs(marker); }
+
  private:
+  void qDel(const Rok::String& name) { queues_.del(name); }
+
   Rok::String name_;
   Queues queues_;
 };
@@ -159,6 +174,7 @@ struct InterfaceOutputSchedulerPolicyConfig {
 };
 
 struct InterfaceOutputSchedulerPolicy {
+  static constexpr RecordId record = RecordId::outputSchedulerPolicy;
   InterfaceOutputSchedulerPolicyConfig config;
   static constexpr auto fields() {
     return std::tuple{Field{"config", &InterfaceOutputSchedulerPolicy::config}};
@@ -170,6 +186,7 @@ struct InterfaceOutputSchedulerPolicy {
 
 // Priority flow control of a port: hexadecimal digits; empty when it was withdrawn.
 struct IntfPfc {
+  static constexpr RecordId record = RecordId::outputPfc;
   Rok::String priorities;
   static constexpr auto fields() { return std::tuple{Field{"priorities", &IntfPfc::priorities}}; }
 
@@ -192,23 +209,30 @@ class InterfaceOutput final : public Rok::PtrInterface {
   const Rok::Ptr<InterfaceOutputQueues>& queues() const { return queues_; }
   // Creates, or gets what is there whatever its name.
   const Rok::Ptr<InterfaceOutputQueues>& queuesIs(const Rok::String& name) {
-    if (!queues_) queues_ = Rok::make<InterfaceOutputQueues>(name);
+    if (!queues_) made(queues_, marker_, name);
     return queues_;
   }
-  const SchedulerPolicy& schedulerPolicy() const { return schedulerPolicy_; }
-  void schedulerPolicyIs(const SchedulerPolicy& policy) { schedulerPolicy_ = policy; }
-  const IntfPfc& pfc() const { return pfc_; }
-  void pfcIs(const IntfPfc& pfc) { pfc_ = pfc; }
+  const SchedulerPolicy& schedulerPolicy() const { return schedulerPolicy_.get(); }
+  void schedulerPolicyIs(const SchedulerPolicy& policy) { schedulerPolicy_.is(marker_, policy); }
+  const IntfPfc& pfc() const { return pfc_.get(); }
+  void pfcIs(const IntfPfc& pfc) { pfc_.is(marker_, pfc); }
+
+  void markerIs(const Marker& marker) {
+    marker_ = marker;
+    if (queues_) queues_->markerIs(marker);
+  }
 
  private:
   Rok::Ptr<InterfaceOutputQueues> queues_;
-  SchedulerPolicy schedulerPolicy_;
-  IntfPfc pfc_;
+  Recorded<SchedulerPolicy> schedulerPolicy_;
+  Recorded<IntfPfc> pfc_;
+  Marker marker_;
 };
 
 // ===== Interfaces
 
 struct InterfaceConfig {
+  static constexpr RecordId record = RecordId::interface;
   Rok::String interfaceId;
   static constexpr auto fields() {
     return std::tuple{Field{"interfaceId", &InterfaceConfig::interfaceId}};
@@ -220,6 +244,8 @@ struct InterfaceConfig {
 
 class Interface final : public Rok::PtrInterface {
  public:
+  static constexpr RecordId record = InterfaceConfig::record;
+
   explicit Interface(const Rok::String& interfaceId) : interfaceId_(interfaceId) {}
 
   static constexpr auto attributes() {
@@ -229,44 +255,56 @@ class Interface final : public Rok::PtrInterface {
   }
 
   const Rok::String& interfaceId() const { return interfaceId_; }
-  const InterfaceConfig& config() const { return config_; }
-  void configIs(const InterfaceConfig& config) { config_ = config; }
+  const InterfaceConfig& config() const { return config_.get(); }
+  void configIs(const InterfaceConfig& config) { config_.is(marker_, config); }
 
   // Null until made.
   const Rok::Ptr<InterfaceInput>& input() const { return input_; }
   const Rok::Ptr<InterfaceInput>& inputIs() {
-    if (!input_) input_ = Rok::make<InterfaceInput>();
+    if (!input_) made(input_, marker_);
     return input_;
   }
-  void inputDel() { input_ = nullptr; }
+  void inputDel() { removed(input_, marker_, record); }
   const Rok::Ptr<InterfaceOutput>& output() const { return output_; }
   const Rok::Ptr<InterfaceOutput>& outputIs() {
-    if (!output_) output_ = Rok::make<InterfaceOutput>();
+    if (!output_) made(output_, marker_);
     return output_;
   }
-  void outputDel() { output_ = nullptr; }
+  void outputDel() { removed(output_, marker_, record); }
+
+  void markerIs(const Marker& marker) {
+    marker_ = marker;
+    if (input_) input_->markerIs(marker);
+    if (output_) output_->markerIs(marker);
+  }
 
  private:
   Rok::String interfaceId_;
-  InterfaceConfig config_;
+  Recorded<InterfaceConfig> config_;
   Rok::Ptr<InterfaceInput> input_;
   Rok::Ptr<InterfaceOutput> output_;
+  Marker marker_;
 };
 
-// All interfaces by long name. An interface, once made, stays: there is no delete.
+// All interfaces by long name. An interface, once made, stays: writers have no delete for it.
 class InterfacesDir final : public Rok::PtrInterface {
  public:
   using Interfaces = ObjectMap<Interface, 0xefbe4786u, &Interface::interfaceId>;
 
   static constexpr auto entries() {
-    return Objects{&InterfacesDir::interface, &InterfacesDir::interfaceIs};
+    return Objects{&InterfacesDir::interface, &InterfacesDir::interfaceIs,
+                   &InterfacesDir::interfaceDel};
   }
 
   const Interfaces::Map& interface() const { return interfaces_.map(); }
   Rok::Ptr<Interface> interface(const Rok::String& name) const { return interfaces_.get(name); }
   Rok::Ptr<Interface> interfaceIs(const Rok::String& name) { return interfaces_.is(name); }
 
+  void journalIs(Journal* journal) { interfaces_.markerIs(Marker(journal)); }
+
  private:
+  void interfaceDel(const Rok::String& name) { interfaces_.del(name); }
+
   Interfaces interfaces_;
 };
 

@@ -6,11 +6,13 @@
 
 #include "Rok/Rok.h"
 #include "models/openconfig/Fields.h"
+#include "models/openconfig/Journal.h"
 
 namespace QosOc::Config {
 
 // The watchdog's settings. The times are the native ones, in native units.
 struct PfcWatchdog {
+  static constexpr RecordId record = RecordId::pfcWatchdog;
   double timeA = 0;
   double timeB = 0;
   double timeC = 0;
@@ -33,11 +35,14 @@ class Pfc final : public Rok::PtrInterface {
     return std::tuple{attribute("watchdog", &Pfc::watchdog, &Pfc::watchdogIs)};
   }
 
-  const PfcWatchdog& watchdog() const { return watchdog_; }
-  void watchdogIs(const PfcWatchdog& watchdog) { watchdog_ = watchdog; }
+  const PfcWatchdog& watchdog() const { return watchdog_.get(); }
+  void watchdogIs(const PfcWatchdog& watchdog) { watchdog_.is(marker_, watchdog); }
+
+  void journalIs(Journal* journal) { marker_ = Marker(journal); }
 
  private:
-  PfcWatchdog watchdog_;
+  Recorded<PfcWatchdog> watchdog_;
+  Marker marker_;
 };
 
 }  // namespace QosOc::Config

@@ -58,6 +58,7 @@ struct QueueContent {
 };
 
 struct Queue : QueueContent {
+  static constexpr RecordId record = RecordId::queue;
   using Content = QueueContent;
   Rok::String name;  // the key
 
@@ -77,7 +78,9 @@ class QueuesDir final : public Rok::PtrInterface {
  public:
   using Queues = RecordMap<Queue, 0x80deb1feu, &Queue::name>;
 
-  static constexpr auto entries() { return Records{&QueuesDir::q, &QueuesDir::qIs}; }
+  static constexpr auto entries() {
+    return Records{&QueuesDir::q, &QueuesDir::qIs, &QueuesDir::qDel};
+  }
 
   const Queues::Map& q() const { return queues_.map(); }
   // The default record when there is none.
@@ -89,6 +92,8 @@ class QueuesDir final : public Rok::PtrInterface {
   // The same for a queue that was found here. Requires: it is still there.
   QueueContent& qContent(const Queue& found) { return queues_.content(found); }
   void qDel(const Rok::String& name) { queues_.del(name); }
+
+  void journalIs(Journal* journal) { queues_.markerIs(Marker(journal)); }
 
  private:
   Queues queues_;
@@ -135,6 +140,7 @@ struct QueueManagementProfileContent {
 };
 
 struct QueueManagementProfile : QueueManagementProfileContent {
+  static constexpr RecordId record = RecordId::queueManagementProfile;
   using Content = QueueManagementProfileContent;
   Rok::String name;  // the key
 
@@ -156,7 +162,8 @@ class QueueManagementProfilesDir final : public Rok::PtrInterface {
 
   static constexpr auto entries() {
     return Records{&QueueManagementProfilesDir::queueManagementProfile,
-                   &QueueManagementProfilesDir::queueManagementProfileIs};
+                   &QueueManagementProfilesDir::queueManagementProfileIs,
+                   &QueueManagementProfilesDir::queueManagementProfileDel};
   }
 
   const Profiles::Map& queueManagementProfile() const { return profiles_.map(); }
@@ -171,6 +178,8 @@ class QueueManagementProfilesDir final : public Rok::PtrInterface {
     return profiles_.contentIs(name);
   }
   void queueManagementProfileDel(const Rok::String& name) { profiles_.del(name); }
+
+  void journalIs(Journal* journal) { profiles_.markerIs(Marker(journal)); }
 
  private:
   Profiles profiles_;

@@ -1,9 +1,12 @@
 // What the directories of the output model have in common: collections of value records, and of
-// objects that are created or got by name.
+// objects that are created or got by name. Each marks in the journal what it hands out for writing.
 #pragma once
+
+#include <utility>
 
 #include "Rok/Rok.h"
 #include "models/openconfig/Fields.h"
+#include "models/openconfig/Journal.h"
 
 namespace QosOc::Config {
 
@@ -24,22 +27,42 @@ class RecordMap {
     return found != nullptr ? *found : Record(Key());
   }
   void is(const Record& record) {
+    mark(record.*key);
     const auto [node, isNew] = map_.newMember(record.*key, record);
     if (!isNew) node->value() = record;
+  }
+  // The record of a key, and whether it is new: then it has the key alone.
+  std::pair<const Record*, bool> made(const Key& k) {
+    mark(k);
+    const auto [node, isNew] = map_.newMember(k, k);
+    return {&node->value(), isNew};
   }
   // What a record that was found here holds beside its key, to be written in place. A writer that
   // could reach the key would file the record under a wrong one. Requires: it is still there.
   auto& content(const Record& found) {
+    mark(found.*key);
     // The map isn't const, only the view of it that readers get.
     typename Record::Content& content = const_cast<Record&>(found);
     return content;
   }
   // The same for the record of a key: as it stands, or a new one.
-  auto& contentIs(const Key& k) { return content(map_.newMember(k, k).first->value()); }
-  void del(const Key& k) { map_.deleteMember(k); }
+  auto& contentIs(const Key& k) {
+    mark(k);
+    typename Record::Content& content = map_.newMember(k, k).first->value();
+    return content;
+  }
+  void del(const Key& k, Record* removed = nullptr) {
+    mark(k);
+    map_.deleteMember(k, removed);
+  }
+
+  void markerIs(const Marker& marker) { marker_ = marker; }
 
  private:
+  void mark(const Key& k) const { marker_.markEntry(Record::record, k); }
+
   Map map_;
+  Marker marker_;
 };
 
 // A collection of objects by name.
@@ -60,13 +83,33 @@ class ObjectMap {
   }
   // The object of that name: a new one, or the one that is there as it stands.
   Rok::Ptr<Object> is(const Key& k) {
-    if (const Rok::Ptr<Object>* found = map_.find(k)) return *found;
-    return map_.newMember(k, Rok::make<Object>(k)).first->value();
+    const Rok::Ptr<Object>* found = map_.find(k);
+    return found != nullptr ? *found : made(k);
   }
-  void del(const Key& k) { map_.deleteMember(k); }
+  // The object, if others hold it on, marks nothing more.
+  void del(const Key& k) {
+    marker_.markEntry(Object::record, k, true);
+    Rok::Ptr<Object> removed;
+    map_.deleteMember(k, &removed);
+    if (removed && marker_.isOn()) removed->markerIs({});
+  }
+
+  void markerIs(const Marker& marker) {
+    marker_ = marker;
+    for (auto i = map_.unsafeIterator(); i; ++i) i->value()->markerIs(marker.below(i->key()));
+  }
 
  private:
+  // Not inlined, so that getting what is there stays short.
+  [[gnu::noinline]] const Rok::Ptr<Object>& made(const Key& k) {
+    marker_.markEntry(Object::record, k);
+    const Rok::Ptr<Object>& object = map_.newMember(k, Rok::make<Object>(k)).first->value();
+    if (marker_.isOn()) object->markerIs(marker_.below(k));
+    return object;
+  }
+
   Map map_;
+  Marker marker_;
 };
 
 }  // namespace QosOc::Config

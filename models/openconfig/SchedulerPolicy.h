@@ -37,6 +37,7 @@ struct SchedulerInputConfig {
 };
 
 struct SchedulerInput {
+  static constexpr RecordId record = RecordId::schedulerInput;
   Rok::String id;  // the key
   SchedulerInputConfig config;
 
@@ -57,7 +58,7 @@ class SchedulerInputs final : public Rok::PtrInterface {
   using Inputs = RecordMap<SchedulerInput, 0x2de92c6fu, &SchedulerInput::id>;
 
   static constexpr auto entries() {
-    return Records{&SchedulerInputs::input, &SchedulerInputs::inputIs};
+    return Records{&SchedulerInputs::input, &SchedulerInputs::inputIs, &SchedulerInputs::inputDel};
   }
 
   const Inputs::Map& input() const { return inputs_.map(); }
@@ -65,7 +66,11 @@ class SchedulerInputs final : public Rok::PtrInterface {
   SchedulerInput input(const Rok::String& id) const { return inputs_.get(id); }
   void inputIs(const SchedulerInput& input) { inputs_.is(input); }
 
+  void markerIs(const Marker& marker) { inputs_.markerIs(marker); }
+
  private:
+  void inputDel(const Rok::String& id) { inputs_.del(id); }
+
   Inputs inputs_;
 };
 
@@ -75,6 +80,7 @@ class SchedulerInputs final : public Rok::PtrInterface {
 // from the other. The flag and the byte that would be the same in every scheduler are left out:
 // nothing reads them.
 struct OneRateTwoColor {
+  static constexpr RecordId record = RecordId::schedulerRate;
   Rok::Optional<std::uint64_t> cir;
   Rok::Optional<PercentType> cirPct;
 
@@ -102,6 +108,7 @@ inline std::ostream& operator<<(std::ostream& out, SchedulerPriority v) {
 }
 
 struct SchedulerConfig {
+  static constexpr RecordId record = RecordId::scheduler;
   std::uint32_t sequence = 0;
   SchedulerType schedulerType = SchedulerType::ONE_RATE_TWO_COLOR;
   Rok::Optional<SchedulerPriority> priority;  // present for a strict-priority scheduler alone
@@ -118,6 +125,8 @@ struct SchedulerConfig {
 
 class Scheduler final : public Rok::PtrInterface {
  public:
+  static constexpr RecordId record = SchedulerConfig::record;
+
   using Rate = Rok::Optional<OneRateTwoColor>;
 
   explicit Scheduler(std::uint32_t sequence) : sequence_(sequence) {}
@@ -130,24 +139,30 @@ class Scheduler final : public Rok::PtrInterface {
   }
 
   const std::uint32_t& sequence() const { return sequence_; }
-  const SchedulerConfig& config() const { return config_; }
-  void configIs(const SchedulerConfig& config) { config_ = config; }
+  const SchedulerConfig& config() const { return config_.get(); }
+  void configIs(const SchedulerConfig& config) { config_.is(marker_, config); }
 
   // Null until made.
   const Rok::Ptr<SchedulerInputs>& inputs() const { return inputs_; }
   const Rok::Ptr<SchedulerInputs>& inputsIs() {
-    if (!inputs_) inputs_ = Rok::make<SchedulerInputs>();
+    if (!inputs_) made(inputs_, marker_);
     return inputs_;
   }
   // Absent until set.
-  const Rate& oneRateTwoColor() const { return oneRateTwoColor_; }
-  void oneRateTwoColorIs(const Rate& rate) { oneRateTwoColor_ = rate; }
+  const Rate& oneRateTwoColor() const { return oneRateTwoColor_.get(); }
+  void oneRateTwoColorIs(const Rate& rate) { oneRateTwoColor_.is(marker_, rate); }
+
+  void markerIs(const Marker& marker) {
+    marker_ = marker;
+    if (inputs_) inputs_->markerIs(marker);
+  }
 
  private:
   std::uint32_t sequence_;
-  SchedulerConfig config_;
+  Recorded<SchedulerConfig> config_;
   Rok::Ptr<SchedulerInputs> inputs_;
-  Rate oneRateTwoColor_;
+  Recorded<Rate> oneRateTwoColor_;
+  Marker marker_;
 };
 
 // The schedulers of one policy by sequence.
@@ -156,20 +171,25 @@ class Schedulers final : public Rok::PtrInterface {
   using Members = ObjectMap<Scheduler, 0x4a7484aau, &Scheduler::sequence>;
 
   static constexpr auto entries() {
-    return Objects{&Schedulers::scheduler, &Schedulers::schedulerIs};
+    return Objects{&Schedulers::scheduler, &Schedulers::schedulerIs, &Schedulers::schedulerDel};
   }
 
   const Members::Map& scheduler() const { return schedulers_.map(); }
   Rok::Ptr<Scheduler> scheduler(std::uint32_t sequence) const { return schedulers_.get(sequence); }
   Rok::Ptr<Scheduler> schedulerIs(std::uint32_t sequence) { return schedulers_.is(sequence); }
 
+  void markerIs(const Marker& marker) { schedulers_.markerIs(marker); }
+
  private:
+  void schedulerDel(std::uint32_t sequence) { schedulers_.del(sequence); }
+
   Members schedulers_;
 };
 
 // ===== Policies
 
 struct SchedulerPolicyConfig {
+  static constexpr RecordId record = RecordId::schedulerPolicy;
   Rok::String name;
 
   static constexpr auto fields() { return std::tuple{Field{"name", &SchedulerPolicyConfig::name}}; }
@@ -180,6 +200,8 @@ struct SchedulerPolicyConfig {
 
 class SchedulerPolicy final : public Rok::PtrInterface {
  public:
+  static constexpr RecordId record = SchedulerPolicyConfig::record;
+
   explicit SchedulerPolicy(const Rok::String& name) : name_(name) {}
 
   static constexpr auto attributes() {
@@ -189,20 +211,26 @@ class SchedulerPolicy final : public Rok::PtrInterface {
   }
 
   const Rok::String& name() const { return name_; }
-  const SchedulerPolicyConfig& config() const { return config_; }
-  void configIs(const SchedulerPolicyConfig& config) { config_ = config; }
+  const SchedulerPolicyConfig& config() const { return config_.get(); }
+  void configIs(const SchedulerPolicyConfig& config) { config_.is(marker_, config); }
 
   // Null until made.
   const Rok::Ptr<Schedulers>& schedulers() const { return schedulers_; }
   const Rok::Ptr<Schedulers>& schedulersIs() {
-    if (!schedulers_) schedulers_ = Rok::make<Schedulers>();
+    if (!schedulers_) made(schedulers_, marker_);
     return schedulers_;
+  }
+
+  void markerIs(const Marker& marker) {
+    marker_ = marker;
+    if (schedulers_) schedulers_->markerIs(marker);
   }
 
  private:
   Rok::String name_;
-  SchedulerPolicyConfig config_;
+  Recorded<SchedulerPolicyConfig> config_;
   Rok::Ptr<Schedulers> schedulers_;
+  Marker marker_;
 };
 
 // All scheduler policies by name.
@@ -211,8 +239,8 @@ class SchedulerPoliciesDir final : public Rok::PtrInterface {
   using Policies = ObjectMap<SchedulerPolicy, 0x5cb0a9dcu, &SchedulerPolicy::name>;
 
   static constexpr auto entries() {
-    return Objects{&SchedulerPoliciesDir::schedulerPolicy,
-                   &SchedulerPoliciesDir::schedulerPolicyIs};
+    return Objects{&SchedulerPoliciesDir::schedulerPolicy, &SchedulerPoliciesDir::schedulerPolicyIs,
+                   &SchedulerPoliciesDir::schedulerPolicyDel};
   }
 
   const Policies::Map& schedulerPolicy() const { return policies_.map(); }
@@ -224,6 +252,8 @@ class SchedulerPoliciesDir final : public Rok::PtrInterface {
   }
   // Removes the policy with all that hangs under it.
   void schedulerPolicyDel(const Rok::String& name) { policies_.del(name); }
+
+  void journalIs(Journal* journal) { policies_.markerIs(Marker(journal)); }
 
  private:
   Policies policies_;

@@ -229,6 +229,7 @@ TEST(ForwardingGroupsDir, CreatesOrGetsAndConfigIsReplacesTheWholeConfig) {
 // ===== What the directories have in common
 
 struct Lamp {
+  static constexpr RecordId record = RecordId::queue;
   Rok::String name;
   int watts = 0;
 
@@ -295,7 +296,9 @@ TEST(RecordMap, AWalkMayRewriteAndDeleteWhatItStandsOn) {
 
 class Room final : public Rok::PtrInterface {
  public:
+  static constexpr RecordId record = RecordId::forwardingGroup;
   explicit Room(const Rok::String& name) : name_(name) {}
+  void markerIs(const Marker& /*marker*/) {}
   const Rok::String& name() const { return name_; }
   int chairs = 0;
 
