@@ -9,7 +9,9 @@ LeafWalk::LeafWalk(const View& view, const Warn& warn, const Subtree& only)
       only_(only),
       warn_(warn),
       relation_(only.isAll() ? Relation::within : Relation::above) {
-  if (warn_) faults_.hear = [this](const std::string& reason) { leafLeftOut(reason); };
+  if (warn_) {
+    faults_.hear = [this](const std::string& reason) { warn_(leafLeftOut(at_, keys_, reason)); };
+  }
 }
 
 void LeafWalk::walk(const Model& model) {
@@ -46,7 +48,7 @@ void LeafWalk::listEntry(const Open& open, const void* found, const void* record
     if (open_.back().hasBegun) entryEnds();
     open_.pop_back();
   } else if (warn_) {
-    leftOut(pathOf(*open.kind, keys_.size()), misfit, open.kind->native(keys_));
+    warn_(entryLeftOut(*open.kind, keys_, misfit));
   }
   keys_.pop_back();
 }
@@ -108,31 +110,6 @@ bool LeafWalk::isWithin(const View::Row& row) {
   const bool isWithin = only_.within(path_);
   path_.resize(size);
   return isWithin;
-}
-
-// ===== What is left out
-
-// The path of a container, or of the entry under the first `depth` keys.
-std::string LeafWalk::pathOf(const RecordKind& kind, std::size_t depth) const {
-  const std::size_t above = kind.isList() ? depth - 1 : depth;
-  std::string path =
-      kind.parent != nullptr ? pathOf(*kind.parent, above) : '/' + std::string(kind.root->member);
-  path += '/' + std::string(kind.path);
-  if (!kind.isList()) return path;
-  const std::string_view key = keys_[above];
-  const char* quote = key.find('\'') == std::string_view::npos ? "'" : "\"";
-  return path + '[' + std::string(kind.key) + '=' + quote + shown(key) + quote + ']';
-}
-
-void LeafWalk::leafLeftOut(const std::string& reason) {
-  const auto& [kind, record, leaf] = at_;
-  const std::string path = pathOf(*kind, keys_.size()) + '/' + std::string(kind->leaves[leaf].path);
-  leftOut(path, reason, kind->nativeOfLeaf(record, leaf, keys_));
-}
-
-void LeafWalk::leftOut(const std::string& path, std::string_view reason,
-                       const std::string& native) {
-  warn_(path + ": " + std::string(reason) + ": left out (from " + native + ')');
 }
 
 }  // namespace host

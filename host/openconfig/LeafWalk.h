@@ -7,6 +7,7 @@
 #include <string>
 
 #include "host/Model.h"
+#include "host/openconfig/LeftOut.h"
 #include "host/openconfig/Subtree.h"
 #include "host/openconfig/View.h"
 
@@ -56,16 +57,6 @@ class LeafWalk {
   void beginEntries();
   bool isWithin(const View::Row& row);
 
-  std::string pathOf(const RecordKind& kind, std::size_t depth) const;
-  void leafLeftOut(const std::string& reason);
-  void leftOut(const std::string& path, std::string_view reason, const std::string& native);
-
-  struct Current {
-    const RecordKind* kind;
-    const void* record;
-    std::size_t leaf;
-  };
-
   const View& view_;
   const Subtree& only_;
   const Warn& warn_;
@@ -74,7 +65,7 @@ class LeafWalk {
   std::vector<Open> open_;
   Relation relation_;  // of the entry or container that the walk is at
   std::string path_;   // of it, unless it is within
-  Current at_{};       // what `faults_` is reported for
+  RecordLeaf at_{};    // what `faults_` is reported for
 };
 
 }  // namespace host

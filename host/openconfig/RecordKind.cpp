@@ -40,6 +40,8 @@ std::optional<KeyText::Type> KeyText::key(std::string_view text, const Type* /*o
   return std::nullopt;
 }
 
+bool KeyText::isHeld(const Rok::String& key) { return !key.empty() && isYangString(key); }
+
 std::string KeyText::misfit(const Rok::String& key, std::string_view leaf) {
   if (isYangString(key)) return {};
   return (leaf.front() == 'i' ? "an " : "a ") + std::string(leaf) + " that YANG strings can't hold";

@@ -21,9 +21,10 @@
 #include <span>
 #include <utility>
 
-#include "host/Model.h"
 #include "host/Sorted.h"
+#include "host/openconfig/KeyText.h"
 #include "host/openconfig/Leaf.h"
+#include "host/openconfig/RecordStore.h"
 
 namespace host {
 
@@ -62,6 +63,7 @@ struct RecordKind {
   // The native object that an entry or a leaf's value comes from, for messages.
   std::string (*native)(const Keys& keys);
   std::string (*nativeOfLeaf)(const void* record, std::size_t leaf, const Keys& keys);
+  RecordStore store;
 
   bool isList() const { return !key.empty(); }
   void each(const void* holder, const Visit& visit) const { walk(*this, holder, visit); }
@@ -95,46 +97,9 @@ inline std::string_view takeName(std::string_view& path) {
   return name;
 }
 
-// The name of a classifier's type; empty for a number that has none.
-std::string_view classifierTypeName(QosOc::Classifier::Type type);
-
 // ===== Making kinds
 
-// How the keys of a directory stand in the document: their texts, and what is wrong with them.
-struct KeyText {
-  using Type = QosOc::Classifier::Type;
-
-  static std::string_view text(const Rok::String& key) { return key; }
-  static std::string text(std::uint32_t key) { return std::to_string(key); }
-  static std::string text(Type key);
-
-  static std::optional<Rok::String> key(std::string_view text, const Rok::String*) {
-    return {text};
-  }
-  static std::optional<std::uint32_t> key(std::string_view text, const std::uint32_t*);
-  static std::optional<Type> key(std::string_view text, const Type*);
-
-  static std::string misfit(const Rok::String& key, std::string_view leaf);
-  static std::string misfit(std::uint32_t /*key*/, std::string_view /*leaf*/) { return {}; }
-  static std::string misfit(Type key, std::string_view leaf);
-};
-
 namespace Impl {
-
-template <class T, class Owner>
-Owner ownerOf(T Owner::*);
-
-// What the steps lead to from a holder: a directory, or a record.
-template <auto step, auto... steps>
-const auto* from(const void* holder) {
-  using Holder = decltype(ownerOf(step));
-  return follow<step, steps...>(*static_cast<const Holder*>(holder));
-}
-
-template <class Dir>
-const auto& mapOf(const Dir& dir) {
-  return (dir.*Dir::entries().map)();
-}
 
 template <class Record>
 inline constexpr auto rows = [] {
@@ -196,6 +161,7 @@ constexpr RecordKind listKind(std::string_view path, std::string_view key,
   using QosOc::Config::reached;
   using Entry = std::remove_cvref_t<decltype(*reached(std::declval<const typename Map::Value&>()))>;
   RecordKind kind = Impl::kindOf<Record, Entry>(path, parent);
+  kind.store = listStore<Record, steps...>();
   kind.key = key;
   kind.children = children;
   kind.walk = [](const RecordKind& self, const void* holder, const RecordKind::Visit& visit) {
@@ -221,6 +187,7 @@ constexpr RecordKind listKind(std::string_view path, std::string_view key,
 template <class Record, auto... steps>
 constexpr RecordKind containerKind(std::string_view path, const RecordKind* parent = nullptr) {
   RecordKind kind = Impl::kindOf<Record, Record>(path, parent);
+  kind.store = containerStore<Record, steps...>();
   kind.walk = [](const RecordKind& /*self*/, const void* holder, const RecordKind::Visit& visit) {
     if (const Record* record = Impl::from<steps...>(holder)) visit({}, {}, record);
   };

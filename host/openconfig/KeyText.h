@@ -1,0 +1,41 @@
+// The keys of a directory as the document has them.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "Rok/Rok.h"
+#include "models/openconfig/Classifier.h"
+
+namespace host {
+
+// The name of a classifier's type; empty for a number that has none.
+std::string_view classifierTypeName(QosOc::Classifier::Type type);
+
+// How the keys of a directory stand in the document: their texts, and what is wrong with them.
+struct KeyText {
+  using Type = QosOc::Classifier::Type;
+
+  static std::string_view text(const Rok::String& key) { return key; }
+  static std::string text(std::uint32_t key) { return std::to_string(key); }
+  static std::string text(Type key);
+
+  static std::optional<Rok::String> key(std::string_view text, const Rok::String*) {
+    return {text};
+  }
+  static std::optional<std::uint32_t> key(std::string_view text, const std::uint32_t*);
+  static std::optional<Type> key(std::string_view text, const Type*);
+
+  // Whether the document can hold an entry of that key.
+  static bool isHeld(const Rok::String& key);
+  static bool isHeld(std::uint32_t /*key*/) { return true; }
+  static bool isHeld(Type key) { return !classifierTypeName(key).empty(); }
+
+  static std::string misfit(const Rok::String& key, std::string_view leaf);
+  static std::string misfit(std::uint32_t /*key*/, std::string_view /*leaf*/) { return {}; }
+  static std::string misfit(Type key, std::string_view leaf);
+};
+
+}  // namespace host
