@@ -16,6 +16,7 @@ Day::Day(std::string_view document, std::uint32_t otherOrder, Tally& tally)
       other_(document, otherOrder),
       tally_(tally),
       facts_(device_.document(), device_.startReports()) {
+  follow();
   check();
 }
 
@@ -36,6 +37,7 @@ void Day::line(std::string_view text) {
   if (other_.line(text) != outcome) {
     findings_.push_back({lines_, std::nullopt, "a line is refused in one walk order only"});
   }
+  follow();
   if (outcome != host::Changes::Outcome::applied) return checkRefused(before);
   facts_.stepIs(text, device_.document(), device_.reports());
   check();
@@ -69,7 +71,10 @@ void Day::check() {
   compare(Check::order, now, other_.output());
 
   const host::Model model = now.model();
+  Follower sweeps(model);
+  checkFeed(sweeps);
   const Reports restart = Life(device_.native(), model, 0).reports;
+  checkFeed(sweeps);
   const Snapshot restarted(model);
   compare(Check::restart, now, restarted, restart);
   const Reports again = Life(device_.native(), model, 0).reports;
@@ -78,6 +83,16 @@ void Day::check() {
   const host::Model empty;
   const Reports rebuild = Life(device_.native(), empty, 0).reports;
   compare(Check::rebuild, now, Snapshot(empty), rebuild);
+}
+
+void Day::follow() {
+  checkFeed(follower_);
+  checkFeed(otherFollower_);
+}
+
+void Day::checkFeed(Follower& follower) {
+  const std::string wrong = follower.commit();
+  if (!wrong.empty()) findings_.push_back({lines_, std::nullopt, wrong});
 }
 
 void Day::compare(Check check, const Snapshot& left, const Snapshot& right, const Reports& fresh) {

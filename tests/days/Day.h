@@ -10,6 +10,7 @@
 #include "tests/days/Device.h"
 #include "tests/days/Exclusions.h"
 #include "tests/days/Facts.h"
+#include "tests/days/Follower.h"
 #include "tests/days/Step.h"
 
 namespace days {
@@ -59,6 +60,9 @@ class Day {
   // depend on the walk order.
   void checkSaved();
   void check();
+  // The feeds of both devices, for consumers that follow them from the start.
+  void follow();
+  void checkFeed(Follower& follower);
   // `fresh` is what the fresh roots of the right side raised.
   void compare(Check check, const Snapshot& left, const Snapshot& right, const Reports& fresh = {});
   // The exclusion that explains the difference; their count when there is none.
@@ -66,6 +70,8 @@ class Day {
 
   Device device_;
   Device other_;
+  Follower follower_{device_.model()};
+  Follower otherFollower_{other_.model()};
   Tally& tally_;
   Facts facts_;
   std::size_t lines_ = 0;

@@ -11,6 +11,7 @@ set(sources
   Difference.cpp
   Exclusions.cpp
   Facts.cpp
+  Follower.cpp
   Reproducer.cpp
   exclusions/Attachments.cpp
   exclusions/Bindings.cpp

@@ -39,6 +39,7 @@ class Device {
   // What the native objects hold.
   host::Value document() const;
   Snapshot output() const { return Snapshot(model_); }
+  const host::Model& model() const { return model_; }
   // What the roots raised at the start.
   const Reports& startReports() const { return life_.reports; }
   // Of the last line.

@@ -1,0 +1,107 @@
+#include "host/Feed.h"
+
+#include <exception>
+#include <optional>
+#include <stdexcept>
+#include <utility>
+
+namespace host {
+
+struct Feed::Observer {
+  OnLeaves onLeaves;
+  OnRecords onRecords;
+  std::optional<LeafDiffer> differ;  // of one that wants leaves
+  bool isNew = true;                 // its next call brings everything
+  bool hasEnded = false;
+};
+
+Feed::Subscription& Feed::Subscription::operator=(Subscription&& other) noexcept {
+  if (this == &other) return *this;
+  end();
+  observer_ = std::move(other.observer_);
+  return *this;
+}
+
+void Feed::Subscription::end() {
+  if (const auto observer = observer_.lock()) observer->hasEnded = true;
+  observer_.reset();
+}
+
+Feed::Feed(const Model& model) : model_(model) {}
+
+Feed::~Feed() { journalIs(nullptr); }
+
+Feed::Subscription Feed::onLeaves(LeafRequest request, OnLeaves observer) {
+  auto made = std::make_shared<Observer>();
+  made->onLeaves = std::move(observer);
+  made->differ.emplace(std::move(request));
+  observers_.push_back(made);
+  return Subscription(made);
+}
+
+Feed::Subscription Feed::onRecords(OnRecords observer) {
+  auto made = std::make_shared<Observer>();
+  made->onRecords = std::move(observer);
+  observers_.push_back(made);
+  return Subscription(made);
+}
+
+void Feed::commit() {
+  if (std::exchange(isCommitting_, true)) throw std::logic_error("a commit in a commit");
+  struct End {
+    bool& isCommitting;
+    ~End() { isCommitting = false; }
+  } const end{isCommitting_};
+  std::erase_if(observers_, [](const auto& observer) { return observer->hasEnded; });
+  const RecordChanges changes = takeChanges();
+  // Those that join during the calls stand behind these.
+  const std::vector<std::shared_ptr<Observer>> observers = observers_;
+  std::exception_ptr first;
+  for (const auto& observer : observers) {
+    if (observer->hasEnded) continue;
+    try {
+      call(*observer, changes);
+    } catch (...) {
+      if (!first) first = std::current_exception();
+    }
+  }
+  if (first) std::rethrow_exception(first);
+}
+
+// While the images are not in step, all is compared and each observer begins anew.
+RecordChanges Feed::takeChanges() {
+  const bool wasWhole = std::exchange(isWhole_, false);
+  const std::vector<QosOc::Config::Journal::Mark> marks = journal_.taken();
+  if (!wasWhole) {
+    for (const auto& observer : observers_) observer->isNew = true;
+    journalIs(&journal_);
+  }
+  RecordChanges changes = wasWhole ? images_.update(model_, marks) : images_.updateAll(model_);
+  isWhole_ = true;
+  return changes;
+}
+
+void Feed::call(Observer& observer, const RecordChanges& changes) {
+  const bool isNew = std::exchange(observer.isNew, true);
+  if (observer.onLeaves) {
+    const LeafChanges leaves = isNew ? observer.differ->all(images_.model(), changes.leftOut)
+                                     : observer.differ->of(changes, images_.model());
+    observer.isNew = false;
+    observer.onLeaves(leaves);
+  } else {
+    observer.isNew = false;
+    observer.onRecords(isNew ? images_.all() : changes);
+  }
+}
+
+void Feed::journalIs(QosOc::Config::Journal* journal) const {
+  model_.classifiers->journalIs(journal);
+  model_.forwardingGroups->journalIs(journal);
+  model_.interfaces->journalIs(journal);
+  model_.pfc->journalIs(journal);
+  model_.queueManagementProfiles->journalIs(journal);
+  model_.queues->journalIs(journal);
+  model_.schedulerPolicies->journalIs(journal);
+}
+
+}  // namespace host

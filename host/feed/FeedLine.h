@@ -1,0 +1,30 @@
+// The feed as JSON lines, as `qosoc translate --feed` prints it:
+//
+//   {"line":3,"delete":["/qos/queues/queue[name=EF]"],"update":{"/qos/...":47}}
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "host/JsonWriter.h"
+#include "host/feed/LeafChanges.h"
+
+namespace host {
+
+// What stands before the changes.
+struct FeedHead {
+  std::uint64_t line;
+  std::string_view epoch = {};  // left out when it is empty
+  bool isRefused = false;
+};
+
+// Writes one line, without its end. With a sink, that gets the text, and the result is empty.
+std::string feedLine(const FeedHead& head, const LeafChanges& changes,
+                     const TextSink& sink = nullptr);
+
+// A text that no two starts share: the time of the call, in UTC, and a random number.
+std::string newEpoch();
+
+}  // namespace host

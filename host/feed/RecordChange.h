@@ -1,0 +1,56 @@
+// What a commit changed, record by record.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "host/openconfig/RecordKind.h"
+
+namespace host {
+
+// A record that came, changed or went. When an entry of a list went, all below it went too, and has
+// no changes of its own.
+struct RecordChange {
+  const RecordKind* kind;
+  QosOc::Config::RecordKeys keys;
+  std::shared_ptr<const void> before;  // null: it came
+  const void* after;                   // null: it went. It stands until the next commit
+
+  // The record, by its type: that of the kind's table. Null where there is none.
+  template <class Record>
+  const Record* was() const {
+    return static_cast<const Record*>(before.get());
+  }
+  template <class Record>
+  const Record* is() const {
+    return static_cast<const Record*>(after);
+  }
+};
+
+// An entry that is in the model and can't be in the document.
+struct LeftOutEntry {
+  const RecordKind* kind;
+  QosOc::Config::RecordKeys keys;
+  std::string misfit;  // why
+};
+
+struct RecordChanges {
+  // They are all records that there are, each as one that came; what was known before is void.
+  bool isWhole = false;
+  std::vector<RecordChange> changes;
+  std::vector<LeftOutEntry> leftOut;
+};
+
+// The kind of the record that a journal marks.
+const RecordKind& kindOf(QosOc::Config::RecordId record);
+
+// The keys of the lists on the way to an entry, its own included, as the document has them.
+std::vector<std::string> keyTexts(const RecordKind& kind, const QosOc::Config::RecordKeys& keys);
+
+// The entry of a kind under its keys; null when there is none. For an outermost kind's parent, the
+// model itself.
+const void* entryIn(const Model& model, const RecordKind* kind,
+                    const QosOc::Config::RecordKeys& keys);
+
+}  // namespace host
