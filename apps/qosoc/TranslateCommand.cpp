@@ -1,22 +1,17 @@
-#include <cerrno>
+#include <cstdint>
 #include <cstdio>
-#include <cstring>
-#include <functional>
 #include <memory>
-#include <utility>
 
 #include "Arguments.h"
 #include "Commands.h"
 #include "Input.h"
 #include "Output.h"
+#include "Printer.h"
 #include "Rok/Rok.h"
-#include "Shown.h"
 #include "host/Changes.h"
 #include "host/CommentFaults.h"
 #include "host/ModelReader.h"
-#include "host/ModelWriter.h"
 #include "host/NativeWriter.h"
-#include "host/OpenConfigJson.h"
 #include "host/Roots.h"
 #include "host/SavedState.h"
 #include "host/Sections.h"
@@ -34,6 +29,8 @@ it. Then each change of the native side changes only what it concerns.
   --changes FILE|-   apply a stream of changes: a JSON Patch a line; "-" reads standard input, line
                      by line as they come
   --each             print the model as one line, at the start and after each change
+  --feed             print as a line of JSON all leaves by their paths, and after each change those
+                     that it changed: "delete" has the nodes that went, "update" the new values
   --format FORMAT    openconfig (the default): the OpenConfig tree, as any OpenConfig client reads it
                      model: every field of the output records, absent ones as null
   --only PATH        print that part of the tree: a container, a list, an entry of a list or a leaf,
@@ -60,6 +57,8 @@ it. Then each change of the native side changes only what it concerns.
   $ qosoc translate router.json --changes changes.jsonl --each
   {"openconfig-qos:qos":{"classifiers":{"classifier":[{"config":{"name":"edge-in","type":"IPV4"},"name":"edge-in"}]}}}
   {"openconfig-qos:qos":{"classifiers":{"classifier":[{"config":{"name":"edge-in","type":"IPV4"},"name":"edge-in","terms":{"term":[{"config":{"id":"voice"},"id":"voice"}]}}]}}}
+  $ qosoc translate router.json --changes changes.jsonl --feed | tail -n 1
+  {"line":1,"delete":[],"update":{"/qos/classifiers/classifier[name=edge-in]/terms/term[id=voice]/config/id":"voice","/qos/classifiers/classifier[name=edge-in]/terms/term[id=voice]/id":"voice"}}
 
 A change line that does not apply is refused as a whole, and the next one is read. What is wrong goes
 to standard error. A file is written after the last change line, whole or not at all.
@@ -73,36 +72,9 @@ constexpr Option options[] = {
     {"--format", true},       {"--initial", true},    {"--roots", true},
     {"--trace", true},        {"--order-seed", true}, {"--native-out", true},
     {"--no-augments", false}, {"--state", false},     {"--interface-ref", false},
-    {"--only", true},         {"--save", true},       {"--restore", true},
+    {"--feed", false},        {"--only", true},       {"--save", true},
+    {"--restore", true},
 };
-
-// How a model is printed: `render` hands its text on piece by piece, and warns as it goes; `warn`
-// warns alone. The same warning comes once.
-struct Format {
-  std::function<void(const host::Model&, host::Layout, const host::TextSink&)> render;
-  std::function<void(const host::Model&)> warn;
-};
-
-// A larger text is not held.
-constexpr std::size_t largeText = std::size_t{4} * 1024 * 1024;
-
-void tell(const std::string& line) { std::fprintf(stderr, "%s\n", line.c_str()); }
-
-Format formatOf(const std::string& format, const Shown& shown) {
-  if (format == "model") {
-    if (!shown.option.empty()) throw UsageError(shown.option + " is for the format openconfig");
-    return {host::modelJson, [](const host::Model& /*model*/) {}};
-  }
-  if (format != "openconfig") {
-    throw UsageError("--format: expected openconfig or model, not " + host::quoted(format));
-  }
-  const auto renderer = std::make_shared<host::OpenConfigJson>(
-      [](const std::string& warning) { tell("warning: " + warning); }, shown.view, shown.only);
-  return {[renderer](const host::Model& model, host::Layout layout, const host::TextSink& sink) {
-            renderer->json(model, layout, sink);
-          },
-          [renderer](const host::Model& model) { renderer->warn(model); }};
-}
 
 std::vector<std::string> rootNames(const std::string& list) {
   std::vector<std::string> names = parts(list);
@@ -155,8 +127,7 @@ struct Request {
         restore(arguments.value("--restore")),
         changes(arguments.value("--changes")),
         initial(arguments.value("--initial")),
-        each(arguments.has("--each")),
-        format(formatOf(arguments.value("--format").value_or("openconfig"), Shown(arguments))) {
+        printer(printerOf(arguments)) {
     if (const auto list = arguments.value("--roots")) roots = rootNames(*list);
     if (const auto list = arguments.value("--trace")) levels = traceLevels(*list);
     if (const auto seed = arguments.value("--order-seed")) orderSeedIs(*seed);
@@ -171,8 +142,7 @@ struct Request {
   std::optional<std::string> restore;
   std::optional<std::string> changes;
   std::optional<std::string> initial;
-  bool each;
-  Format format;
+  std::unique_ptr<Printer> printer;
   std::vector<std::string> roots;
   std::vector<unsigned> levels;  // of the trace
   std::optional<OutputFile> nativeOut;
@@ -201,19 +171,20 @@ class Translation {
     for (const unsigned level : request_.levels) Rok::TraceFacility::levelIs(level, true);
     const auto roots = host::buildRoots(request_.roots, native_, model_,
                                         [this](const std::string& line) { report(line); });
-    if (request_.each) print(host::Layout::compact);
+    request_.printer->start(model_, [this](const std::string& line) { report(line); });
     if (lines) apply(*lines);
     writeFiles();
-    if (!request_.each) print(host::Layout::pretty);
+    request_.printer->end();
     return clean_ ? done : doneWithReports;
   }
 
  private:
   void apply(Lines& lines) {
     host::Changes changes(native_, [this](const std::string& line) { report(line); });
-    while (const auto line = lines.next()) {
-      const bool isBlank = changes.line(*line) == host::Changes::Outcome::blank;
-      if (request_.each && !isBlank) print(host::Layout::compact);
+    using Outcome = host::Changes::Outcome;
+    for (std::uint64_t number = 1; const auto line = lines.next(); ++number) {
+      const Outcome outcome = changes.line(*line);
+      if (outcome != Outcome::blank) request_.printer->line(number, outcome == Outcome::refused);
     }
   }
 
@@ -240,38 +211,10 @@ class Translation {
     clean_ = false;
   }
 
-  // Nothing is written before all warnings are out. So the text is held until it is whole, and one
-  // that gets large has the warnings of the rest made ahead, and goes out as it comes from there on.
-  void print(host::Layout layout) {
-    int error = 0;  // that of the first write that failed
-    const auto write = [&](std::string_view piece) {
-      if (error != 0) return;
-      if (std::fwrite(piece.data(), 1, piece.size(), stdout) != piece.size()) error = errno;
-    };
-    std::string held;
-    bool isLarge = false;
-    request_.format.render(model_, layout, [&](std::string_view piece) {
-      if (isLarge) return write(piece);
-      held += piece;
-      isLarge = held.size() > largeText;
-      if (!isLarge) return;
-      request_.format.warn(model_);
-      write(std::exchange(held, {}));
-    });
-    write(held);
-    if (layout == host::Layout::compact) write("\n");
-    if (error == 0 && std::fflush(stdout) != 0) error = errno;
-    if (error == 0) return;
-    if (!outputFailed_) report(std::string("qosoc: standard output: ") + std::strerror(error));
-    outputFailed_ = true;
-    clean_ = false;
-  }
-
   const Request& request_;
   host::Native native_;
   host::Model model_;
   bool clean_ = true;
-  bool outputFailed_ = false;  // reported once
 };
 
 }  // namespace

@@ -65,11 +65,23 @@ TEST(Qosoc, ShowsAnExampleThatIsTrue) {
     return help.substr(at + 2, help.find('\n', at) - at - 2);
   };
   const HostFolder folder;
-  const HostRun run =
-      qosoc({"translate", folder.file("router.json", shown("cat router.json", 1)), "--changes",
-             folder.file("changes.jsonl", shown("cat changes.jsonl", 1)), "--each"});
+  const std::string router = folder.file("router.json", shown("cat router.json", 1));
+  const std::string changes = folder.file("changes.jsonl", shown("cat changes.jsonl", 1));
+  const HostRun run = qosoc({"translate", router, "--changes", changes, "--each"});
   EXPECT_EQ(run.exit, 0) << run.err;
   EXPECT_EQ(run.out, shown("qosoc translate", 1) + '\n' + shown("qosoc translate", 2) + '\n');
+  const std::string feed = qosoc({"translate", router, "--changes", changes, "--feed"}).out;
+  EXPECT_EQ(feed.substr(feed.find('\n') + 1),
+            shown("qosoc translate router.json --changes changes.jsonl --feed", 1) + '\n');
+}
+
+TEST(Qosoc, PrintsAFeedInOneWay) {
+  for (const char* other : {"--each", "--format=model"}) {
+    const std::string name = std::string(other).substr(0, std::string(other).find('='));
+    expectUsageError(
+        {"translate", "none.json", "--feed", other},
+        "--feed and " + name + " are two ways to print: give one (see qosoc translate --help)");
+  }
 }
 
 TEST(Qosoc, RefusesWhatItDoesNotKnow) {

@@ -1,0 +1,35 @@
+// How a translation is printed: the model once at the end, or after each change line, or what each
+// line changed.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "Arguments.h"
+#include "host/Model.h"
+
+namespace qosoc {
+
+// A line for a person, to standard error.
+void tell(const std::string& line);
+
+class Printer {
+ public:
+  using Report = std::function<void(const std::string&)>;
+
+  virtual ~Printer() = default;
+  // The roots are built. `report` gets a line when standard output fails, once.
+  virtual void start(const host::Model& model, Report report) = 0;
+  // A change line is done; `number` counts them, blank ones too.
+  virtual void line(std::uint64_t number, bool isRefused) = 0;
+  virtual void end() = 0;
+};
+
+// By --each, --feed, --format and the options of Shown. Requires: the command knows them.
+// Throws: UsageError.
+std::unique_ptr<Printer> printerOf(const Arguments& arguments);
+
+}  // namespace qosoc
