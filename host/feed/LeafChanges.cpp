@@ -23,14 +23,14 @@ void sortUpdates(std::vector<LeafUpdate>& updates) {
 }
 
 // The path of an entry and the keys on its way.
-class Place {
+class EntryPath {
  public:
-  Place(const RecordKind& kind, const RecordKeys& keys)
+  EntryPath(const RecordKind& kind, const RecordKeys& keys)
       : texts_(keyTexts(kind, keys)), keys_(texts_.begin(), texts_.end()) {
     appendEntryPath(path_, kind, keys_);
   }
-  Place(const Place&) = delete;
-  Place& operator=(const Place&) = delete;
+  EntryPath(const EntryPath&) = delete;
+  EntryPath& operator=(const EntryPath&) = delete;
 
   const Keys& keys() const { return keys_; }
   const std::string& path() const { return path_; }
@@ -68,12 +68,12 @@ class Making {
  private:
   void leftOut(const LeftOutEntry& entry) {
     if (!warn_ || view_.rows(*entry.kind).empty()) return;
-    warn_(entryLeftOut(*entry.kind, Place(*entry.kind, entry.keys).keys(), entry.misfit));
+    warn_(entryLeftOut(*entry.kind, EntryPath(*entry.kind, entry.keys).keys(), entry.misfit));
   }
 
   void record(const RecordChange& change) {
     if (view_.rows(*change.kind).empty()) return;  // the view doesn't show it
-    const Place place(*change.kind, change.keys);
+    const EntryPath place(*change.kind, change.keys);
     if (change.after == nullptr && change.kind->isList()) return entryGone(change, place);
     for (const View::Row& row : view_.rows(*change.kind)) leaf(change, place, row);
   }
@@ -87,7 +87,7 @@ class Making {
     record({&kind, change.keys, nullptr, entryIn(images_, &kind, change.keys)});
   }
 
-  void leaf(const RecordChange& change, const Place& place, const View::Row& row) {
+  void leaf(const RecordChange& change, const EntryPath& place, const View::Row& row) {
     const LeafValue before = read(change, change.before.get(), place, row, false);
     LeafValue after = read(change, change.after, place, row, true);
     if (before == after) return;
@@ -96,7 +96,7 @@ class Making {
   }
 
   // What a leaf can't hold is warned of once, and not again for its mirror.
-  LeafValue read(const RecordChange& change, const void* record, const Place& place,
+  LeafValue read(const RecordChange& change, const void* record, const EntryPath& place,
                  const View::Row& row, bool mayWarn) const {
     if (record == nullptr) return {};
     Faults faults;
@@ -110,7 +110,7 @@ class Making {
 
   // ===== What went
 
-  void entryGone(const RecordChange& change, const Place& place) {
+  void entryGone(const RecordChange& change, const EntryPath& place) {
     const RecordKind& kind = *change.kind;
     if (kind.parent == nullptr) return deleted(place.path());
     // A list without a key is no node: what goes is a container around it, or the entry.
@@ -131,7 +131,7 @@ class Making {
   // The highest of the nodes on a path below an entry, and at its end, that is not there; empty if
   // all are.
   std::string highestGone(const RecordKind& kind, const RecordKeys& keys, std::string_view below) {
-    const Place place(kind, keys);
+    const EntryPath place(kind, keys);
     return highestGone({&kind, entryIn(images_, &kind, keys), place.keys()}, place.path(), below);
   }
   std::string highestGone(const TreeEntry& entry, const std::string& path, std::string_view below) {

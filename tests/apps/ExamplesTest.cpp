@@ -2,6 +2,7 @@
 //
 //   01-native.json         a device            01-model.json, 01-openconfig.json   its translation
 //   02-change.jsonl        what happens to it  02-model.json, 02-openconfig.json   what comes of it
+//                                              02-feed.jsonl      which leaves each line changed
 //                                              02-messages.txt                     what is reported
 //   03-native-after.json   the device after    03-model.json   a restart over it, with
 //   02-model.json
@@ -70,6 +71,12 @@ TEST_P(Example, TranslatesTheDevice) {
   EXPECT_EQ(model.err, "");
   expectGolden("01-model.json", model.out);
   expectGolden("01-openconfig.json", translate("01-native.json", {}).out);
+}
+
+// Without line 0, which is the whole model and begins with another epoch each time.
+TEST_P(Example, SaysWhatEachChangeLineChanged) {
+  const std::string feed = changed({"--feed"}).out;
+  expectGolden("02-feed.jsonl", feed.substr(feed.find('\n') + 1));
 }
 
 TEST_P(Example, FollowsTheChanges) {
