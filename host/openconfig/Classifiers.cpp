@@ -76,7 +76,7 @@ struct Table<ClassifierConfig> {
   static std::string native(const Keys& keys) { return derived("class map", keys[0], ""); }
   static constexpr Leaf<ClassifierConfig> leaves[] = {
       {"config/name", entryKey},
-      {"config/type", {LeafType::enumeration, type}},
+      {"config/type", {LeafType::enumeration, type, {.names = classifierTypes}}},
       {"name", entryKey},
   };
 };
@@ -88,13 +88,17 @@ struct Table<Term> {
   static constexpr Leaf<Term> leaves[] = {
       {"actions/config/target-group",
        at<&Term::actions, &TermActions::config, &TermActionsConfig::targetGroup>, policyMapClass},
-      {"conditions/ipv4/config/dscp", {LeafType::uint8, dscp<&TermConditions::ipv4>}, accessList},
-      {"conditions/ipv4/config/dscp-set",
-       {LeafType::uint8List, dscpSet<&TermConditions::ipv4>},
+      {"conditions/ipv4/config/dscp",
+       {LeafType::uint8, dscp<&TermConditions::ipv4>, {.most = highestDscp}},
        accessList},
-      {"conditions/ipv6/config/dscp", {LeafType::uint8, dscp<&TermConditions::ipv6>}, accessList},
+      {"conditions/ipv4/config/dscp-set",
+       {LeafType::uint8List, dscpSet<&TermConditions::ipv4>, {.most = highestDscp}},
+       accessList},
+      {"conditions/ipv6/config/dscp",
+       {LeafType::uint8, dscp<&TermConditions::ipv6>, {.most = highestDscp}},
+       accessList},
       {"conditions/ipv6/config/dscp-set",
-       {LeafType::uint8List, dscpSet<&TermConditions::ipv6>},
+       {LeafType::uint8List, dscpSet<&TermConditions::ipv6>, {.most = highestDscp}},
        accessList},
       {"config/id", entryKey},
       {"id", entryKey},

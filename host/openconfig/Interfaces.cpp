@@ -22,6 +22,9 @@ LeafValue always(const Interface& /*interface*/, const Keys& /*keys*/, const Fau
 constexpr std::string_view ethernet = "iana-if-type:ethernetCsmacd";
 constexpr std::string_view up = "UP";  // what `enabled` stands for when it is left out
 constexpr std::string_view unknown = "UNKNOWN";
+constexpr std::string_view adminStatuses[] = {"UP", "DOWN", "TESTING"};
+constexpr std::string_view operStatuses[] = {"UP",      "DOWN",        "TESTING",         "UNKNOWN",
+                                             "DORMANT", "NOT_PRESENT", "LOWER_LAYER_DOWN"};
 
 // The reference is to the port as such, so it names no subinterface; other documents may.
 LeafValue subinterface(const InterfaceConfig& /*config*/, const Keys& /*keys*/,
@@ -56,8 +59,8 @@ struct Table<Interface> {
       {"config/name", entryKey},
       {"config/type", {LeafType::identityref, always<ethernet>}},
       {"name", entryKey},
-      {"state/admin-status", {LeafType::enumeration, always<up>}},
-      {"state/oper-status", {LeafType::enumeration, always<unknown>}},
+      {"state/admin-status", {LeafType::enumeration, always<up>, {.names = adminStatuses}}},
+      {"state/oper-status", {LeafType::enumeration, always<unknown>, {.names = operStatuses}}},
       {"state/type", {LeafType::identityref, always<ethernet>}},
   };
 };
@@ -69,8 +72,10 @@ struct Table<InterfaceInputClassifier> {
   }
   static constexpr Leaf<InterfaceInputClassifier> leaves[] = {
       {"config/name", at<&InterfaceInputClassifier::config, &InterfaceInputClassifierConfig::name>},
-      {"config/type", {LeafType::enumeration, keyOf<InterfaceInputClassifier>}},
-      {"type", {LeafType::enumeration, keyOf<InterfaceInputClassifier>}},
+      {"config/type",
+       {LeafType::enumeration, keyOf<InterfaceInputClassifier>, {.names = classifierTypes}}},
+      {"type",
+       {LeafType::enumeration, keyOf<InterfaceInputClassifier>, {.names = classifierTypes}}},
   };
 };
 
@@ -80,7 +85,7 @@ struct Table<IntfPfc> {
     return "the PFC settings of " + shownInterface(keys);
   }
   static constexpr Leaf<IntfPfc> leaves[] = {
-      {"config/priorities", {LeafType::string, priorities<&IntfPfc::priorities>}},
+      {"config/priorities", {LeafType::string, priorities<&IntfPfc::priorities>, prioritiesLimits}},
   };
 };
 

@@ -11,6 +11,8 @@
 
 namespace host {
 
+// The types of classifiers that OpenConfig knows.
+inline constexpr std::string_view classifierTypes[] = {"IPV4", "IPV6", "MPLS", "ETHERNET"};
 // The name of a classifier's type; empty for a number that has none.
 std::string_view classifierTypeName(QosOc::Classifier::Type type);
 

@@ -22,6 +22,7 @@
 #include <cstdint>
 #include <functional>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -71,10 +72,19 @@ struct Faults {
 template <class Record>
 using LeafReader = LeafValue (*)(const Record& record, const Keys& keys, const Faults& faults);
 
+// What a leaf may hold, where its type allows more.
+struct LeafLimits {
+  std::uint64_t most = ~std::uint64_t{0};         // of a number, and of each in a leaf-list
+  std::span<const std::string_view> names = {};   // of an enumeration, or identities
+  bool (*fits)(std::string_view text) = nullptr;  // of a text
+  std::string_view expected = {};                 // what fits, for messages
+};
+
 template <class Record>
 struct LeafSource {
   LeafType type;
   LeafReader<Record> read;
+  LeafLimits limits = {};
 };
 
 // Which consumers get a leaf.
@@ -126,6 +136,11 @@ constexpr LeafType typeOf() {
   return sizeof(T) == 1 ? LeafType::uint8 : sizeof(T) == 4 ? LeafType::uint32 : LeafType::uint64;
 }
 template <class T>
+constexpr LeafLimits limitsOf() {
+  if constexpr (requires { T::max; }) return {.most = T::max};
+  return {};
+}
+template <class T>
 LeafValue valueOf(const T& v) {
   if constexpr (std::is_same_v<T, Rok::String>) {
     return std::string_view(v);
@@ -149,7 +164,7 @@ struct At {
   template <class Record>
   constexpr operator LeafSource<Record>() const {
     using T = std::remove_cvref_t<decltype(*follow<steps...>(std::declval<const Record&>()))>;
-    return {typeOf<T>(), read<Record>};
+    return {typeOf<T>(), read<Record>, limitsOf<T>()};
   }
 };
 template <auto... steps>

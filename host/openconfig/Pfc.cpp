@@ -70,7 +70,8 @@ struct Table<PfcWatchdog> {
   }
   static constexpr Leaf<PfcWatchdog> leaves[] = {
       {"config/action", at<&PfcWatchdog::action>},
-      {"config/priorities", {LeafType::string, priorities<&PfcWatchdog::priorities>}},
+      {"config/priorities",
+       {LeafType::string, priorities<&PfcWatchdog::priorities>, prioritiesLimits}},
       {"config/time-a", {LeafType::decimal64, time<&PfcWatchdog::timeA>}},
       {"config/time-b", {LeafType::decimal64, time<&PfcWatchdog::timeB>}},
       {"config/time-c", {LeafType::decimal64, time<&PfcWatchdog::timeC>}},

@@ -7,6 +7,8 @@
 namespace host {
 
 bool isPriorities(std::string_view text);
+inline constexpr LeafLimits prioritiesLimits{.fits = isPriorities,
+                                             .expected = "eight bits in hexadecimal"};
 
 template <auto field, class Record>
 LeafValue priorities(const Record& record, const Keys& /*keys*/, const Faults& faults) {

@@ -45,6 +45,7 @@ struct RecordKind {
     std::string_view path;
     LeafType type;
     Shown shown;
+    LeafLimits limits;
   };
 
   std::string_view path;  // below the entry that holds it: containers, and the list
@@ -106,7 +107,7 @@ inline constexpr auto rows = [] {
   std::array<RecordKind::Row, std::size(Table<Record>::leaves)> rows;
   for (std::size_t i = 0; i < rows.size(); ++i) {
     const Leaf<Record>& leaf = Table<Record>::leaves[i];
-    rows[i] = {leaf.path, leaf.source.type, leaf.shown};
+    rows[i] = {leaf.path, leaf.source.type, leaf.shown, leaf.source.limits};
   }
   return rows;
 }();

@@ -44,6 +44,11 @@ LeafValue inputType(const SchedulerInput& input, const Keys& /*keys*/, const Fau
                "type of a scheduler's input", faults);
 }
 
+constexpr std::string_view priorityNames[] = {"STRICT"};
+constexpr std::string_view typeNames[] = {"openconfig-qos-types:ONE_RATE_TWO_COLOR",
+                                          "openconfig-qos-types:TWO_RATE_THREE_COLOR"};
+constexpr std::string_view inputTypeNames[] = {"QUEUE", "IN_PROFILE", "OUT_PROFILE"};
+
 bool isQueue(const SchedulerInput& input) {
   return input.config.inputType == SchedulerInputType::QUEUE;
 }
@@ -65,9 +70,9 @@ template <>
 struct Table<SchedulerConfig> {
   static std::string native(const Keys& keys) { return comment(keys); }
   static constexpr Leaf<SchedulerConfig> leaves[] = {
-      {"config/priority", {LeafType::enumeration, priority}},
+      {"config/priority", {LeafType::enumeration, priority, {.names = priorityNames}}},
       {"config/sequence", {LeafType::uint32, sequence}},
-      {"config/type", {LeafType::identityref, type}},
+      {"config/type", {LeafType::identityref, type, {.names = typeNames}}},
       {"sequence", {LeafType::uint32, sequence}},
   };
 };
@@ -77,7 +82,7 @@ struct Table<SchedulerInput> {
   static std::string native(const Keys& keys) { return comment(keys); }
   static constexpr Leaf<SchedulerInput> leaves[] = {
       {"config/id", entryKey},
-      {"config/input-type", {LeafType::enumeration, inputType}},
+      {"config/input-type", {LeafType::enumeration, inputType, {.names = inputTypeNames}}},
       {"config/queue",
        at<&SchedulerInput::config, &SchedulerInputConfig::queue>,
        nullptr,

@@ -15,6 +15,7 @@ template <class Range>
 class RangeChecked {
  public:
   using Value = typename Range::Value;
+  static constexpr Value max = Range::max;
 
   constexpr RangeChecked() = default;
   // Throws: RangeException with the type's text for a number outside the range, of whatever type.
