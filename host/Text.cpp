@@ -60,6 +60,24 @@ std::string printed(const char* format, Args... args) {
   return buffer.data();
 }
 
+// Up to the first character that begins behind `size` bytes.
+std::string escaped(std::string_view text, std::size_t size) {
+  std::string_view rest = text;
+  std::string line;
+  while (text.size() - rest.size() < size) {
+    const std::string_view before = rest;
+    const std::optional<char32_t> c = takeCharacter(rest);
+    if (!c) {
+      line += printed("\\x%02x", static_cast<unsigned char>(before.front()));
+    } else if (!isPlain(*c)) {
+      line += printed("\\u%04x", static_cast<unsigned>(*c));
+    } else {
+      line += before.substr(0, before.size() - rest.size());
+    }
+  }
+  return line;
+}
+
 }  // namespace
 
 bool isNoncharacter(char32_t c) { return (c & 0xfffe) == 0xfffe || (c >= 0xfdd0 && c <= 0xfdef); }
@@ -112,23 +130,11 @@ std::optional<std::uint64_t> decimal(std::string_view text, std::uint64_t max) {
 }
 
 std::string shown(std::string_view text) {
-  const bool cut = text.size() > longText;
-  std::string_view rest = text;
-  std::string line;
-  while (!rest.empty() && !(cut && text.size() - rest.size() >= shortened)) {
-    const std::string_view before = rest;
-    const std::optional<char32_t> c = takeCharacter(rest);
-    if (!c) {
-      line += printed("\\x%02x", static_cast<unsigned char>(before.front()));
-    } else if (!isPlain(*c)) {
-      line += printed("\\u%04x", static_cast<unsigned>(*c));
-    } else {
-      line += before.substr(0, before.size() - rest.size());
-    }
-  }
-  if (cut) line += printed("...(%zu bytes)", text.size());
-  return line;
+  if (text.size() <= longText) return escaped(text, text.size());
+  return escaped(text, shortened) + printed("...(%zu bytes)", text.size());
 }
+
+std::string shownWhole(std::string_view text) { return escaped(text, text.size()); }
 
 std::string quoted(std::string_view text) { return '"' + shown(text) + '"'; }
 

@@ -29,7 +29,9 @@ std::optional<std::uint64_t> decimal(std::string_view text, std::uint64_t max);
 // that would move the cursor or reverse the line, and bytes that are not UTF-8, are escaped, and
 // a long text is cut and says how long it is.
 std::string shown(std::string_view text);
-// The same in double quotes.
+// The same of a text that is never cut.
+std::string shownWhole(std::string_view text);
+// The same as `shown` in double quotes.
 std::string quoted(std::string_view text);
 
 }  // namespace host

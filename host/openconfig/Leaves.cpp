@@ -56,9 +56,4 @@ std::vector<LeafText> leavesOf(const Model& model, const View& view, const LeafW
   return leaves;
 }
 
-void sortLeaves(std::vector<LeafText>& leaves) {
-  std::sort(leaves.begin(), leaves.end(),
-            [](const LeafText& a, const LeafText& b) { return a.path < b.path; });
-}
-
 }  // namespace host

@@ -6,17 +6,10 @@
 #include <string>
 #include <vector>
 
+#include "host/openconfig/LeafText.h"
 #include "host/openconfig/LeafWalk.h"
 
 namespace host {
-
-// A leaf by its path and its value, which is compact JSON.
-struct LeafText {
-  std::string path;
-  std::string value;
-
-  friend bool operator==(const LeafText&, const LeafText&) = default;
-};
 
 // Calls `visit` for each leaf within `only`, in the order of the document.
 using LeafVisit =
@@ -27,8 +20,5 @@ void eachLeaf(const Model& model, const View& view, const LeafVisit& visit,
 // All of them in bytewise order of their paths, in which no two are the same.
 std::vector<LeafText> leavesOf(const Model& model, const View& view,
                                const LeafWalk::Warn& warn = nullptr, const Subtree& only = {});
-
-// The order that `leavesOf` has.
-void sortLeaves(std::vector<LeafText>& leaves);
 
 }  // namespace host

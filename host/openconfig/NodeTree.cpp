@@ -10,7 +10,10 @@ Node& nodeAt(Node& from, std::string_view path) {
     const std::string_view name = takeName(path);
     Node* next = const_cast<Node*>(node->child(name));
     if (next == nullptr) {
-      next = node->children.emplace_back(std::make_unique<Node>(Node{std::string(name)})).get();
+      const std::size_t number = node->children.size();
+      next = node->children.emplace_back(std::make_unique<Node>()).get();
+      next->name = name;
+      next->number = number;
     }
     node = next;
   }

@@ -14,6 +14,7 @@ namespace host {
 struct Node {
   std::string name;                  // as paths have it, and below the roots documents, too
   std::string_view member;           // of a root: its name in documents
+  std::size_t number = 0;            // among those below the same node: at most 63
   const RecordKind* list = nullptr;  // whose entries stand here
   const RecordKind* kind = nullptr;  // of a leaf: the record that has it
   const View::Row* leaf = nullptr;   // of a leaf

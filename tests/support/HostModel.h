@@ -94,6 +94,37 @@ inline host::Model hostModelWith(const std::string& name, const std::string& par
   return model;
 }
 
+// One of each record, names that paths escape, and values that the document leaves out.
+inline HostModel hostFullModel() {
+  HostModel built;
+  host::readModelText(R"({
+      "classifiers": {"c[1]": {"config": {"name": "c", "type": 1}, "terms": {"t\\": {
+          "actions": {"target-group": "f"}, "conditions": {"ipv4": {"dscp": 64},
+              "ipv6": {"dscp": 0, "dscp-set": [1, 2, 2]}}}, "plain": {}}}, "": {}},
+      "forwarding-groups": {"f": {"name": "f", "output-queue": "q"}, "\u0001": {}},
+      "interfaces": {"Ethernet1/1": {"config": {"interface-id": "e"},
+          "input": {"classifiers": {"1": {"config": {"name": "c[1]", "type": 1}}}},
+          "output": {"pfc": {"priorities": "a0"}, "scheduler-policy": {"config": {"name": "s"}},
+              "queues": {"q": {"config": {"name": "q", "queue-management-profile": "p"}}}}},
+          "Ethernet2": {}},
+      "pfc": {"watchdog": {"action": 5, "priorities": "8", "time-a": 0.5, "time-b": 100}},
+      "queue-management-profiles": {"p": {"config": {"name": "p"}}},
+      "queues": {"q": {"config": {"bandwidth": 40, "strict-priority": true}, "ecn-config": {}}},
+      "scheduler-policies": {"s": {"schedulers": {"1": {"config": {"priority": 0},
+          "inputs": {"i": {"config": {"queue": "q", "weight": 7}}},
+          "one-rate-two-color": {"cir": 1000, "cir-pct": 20}}, "10": {}}}}})",
+                      built.model);
+  return built;
+}
+
+inline std::vector<host::ViewOptions> hostAllViews() {
+  std::vector<host::ViewOptions> all;
+  for (unsigned bits = 0; bits < 8; ++bits) {
+    all.push_back({(bits & 1) != 0, (bits & 2) != 0, (bits & 4) != 0});
+  }
+  return all;
+}
+
 inline QosOc::Config::TermConditionsIpConfig hostDscps(std::initializer_list<unsigned> set) {
   QosOc::Config::TermConditionsIpConfig family;
   for (const unsigned dscp : set) family.dscpSetPush(static_cast<unsigned char>(dscp));

@@ -60,40 +60,9 @@ std::vector<LeafText> flattened(const std::string& document) {
   return leaves;
 }
 
-// One of each, names that paths escape, and values that are left out.
-HostModel full() {
-  HostModel built;
-  readModelText(R"({
-      "classifiers": {"c[1]": {"config": {"name": "c", "type": 1}, "terms": {"t\\": {
-          "actions": {"target-group": "f"}, "conditions": {"ipv4": {"dscp": 64},
-              "ipv6": {"dscp": 0, "dscp-set": [1, 2, 2]}}}, "plain": {}}}, "": {}},
-      "forwarding-groups": {"f": {"name": "f", "output-queue": "q"}, "\u0001": {}},
-      "interfaces": {"Ethernet1/1": {"config": {"interface-id": "e"},
-          "input": {"classifiers": {"1": {"config": {"name": "c[1]", "type": 1}}}},
-          "output": {"pfc": {"priorities": "a0"}, "scheduler-policy": {"config": {"name": "s"}},
-              "queues": {"q": {"config": {"name": "q", "queue-management-profile": "p"}}}}},
-          "Ethernet2": {}},
-      "pfc": {"watchdog": {"action": 5, "priorities": "8", "time-a": 0.5}},
-      "queue-management-profiles": {"p": {"config": {"name": "p"}}},
-      "queues": {"q": {"config": {"bandwidth": 40, "strict-priority": true}, "ecn-config": {}}},
-      "scheduler-policies": {"s": {"schedulers": {"1": {"config": {"priority": 0},
-          "inputs": {"i": {"config": {"queue": "q", "weight": 7}}},
-          "one-rate-two-color": {"cir": 1000, "cir-pct": 20}}, "10": {}}}}})",
-                built.model);
-  return built;
-}
-
-std::vector<ViewOptions> allOptions() {
-  std::vector<ViewOptions> all;
-  for (unsigned bits = 0; bits < 8; ++bits) {
-    all.push_back({(bits & 1) != 0, (bits & 2) != 0, (bits & 4) != 0});
-  }
-  return all;
-}
-
 TEST(FlatLeaves, AreWhatTheDocumentHoldsAtItsEndsInEachView) {
-  const HostModel built = full();
-  for (const ViewOptions& options : allOptions()) {
+  const HostModel built = support::hostFullModel();
+  for (const ViewOptions& options : support::hostAllViews()) {
     const auto expected = flattened(HostRendered(built, options).json);
     EXPECT_GT(expected.size(), 40u);
     const auto leaves = leavesOf(built.model, View(options));
@@ -138,7 +107,7 @@ bool isKeyOf(const LeafText& leaf, const std::string& node) {
 }
 
 TEST(FlatLeaves, WithinASubtreeAreThoseOfAllThatAreThere) {
-  const HostModel built = full();
+  const HostModel built = support::hostFullModel();
   const ViewOptions options{.augments = true, .state = true, .interfaceRef = true};
   const auto all = leavesOf(built.model, View(options));
   const auto nodes = nodesOf(all);
@@ -169,8 +138,8 @@ TEST(FlatLeaves, WithinASubtreeAreThoseOfAllThatAreThere) {
 }
 
 TEST(FlatLeaves, HaveOnePathEach) {
-  const HostModel built = full();
-  for (const ViewOptions& options : allOptions()) {
+  const HostModel built = support::hostFullModel();
+  for (const ViewOptions& options : support::hostAllViews()) {
     const auto leaves = leavesOf(built.model, View(options));
     const auto twice =
         std::adjacent_find(leaves.begin(), leaves.end(),
@@ -197,7 +166,7 @@ TEST(FlatLeaves, ComeInTheOrderOfTheDocumentWhenVisited) {
 }
 
 TEST(FlatLeaves, HaveTheWarningsOfTheDocument) {
-  const HostModel built = full();
+  const HostModel built = support::hostFullModel();
   std::vector<std::string> warnings;
   leavesOf(built.model, View(), [&](const std::string& line) { warnings.push_back(line); });
   EXPECT_EQ(warnings.size(), 3u);

@@ -4,6 +4,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "tests/support/HostModel.h"
+
 namespace host::viewTest {
 namespace {
 
@@ -31,14 +33,6 @@ void eachKind(const View& view, std::span<const RecordKind* const> kinds, const 
   }
 }
 
-std::vector<View> allViews() {
-  std::vector<View> views;
-  for (unsigned bits = 0; bits < 8; ++bits) {
-    views.emplace_back(ViewOptions{(bits & 1) != 0, (bits & 2) != 0, (bits & 4) != 0});
-  }
-  return views;
-}
-
 TEST(Views, ShowTheTablesUnlessAskedForMore) {
   const View view;
   EXPECT_EQ(std::vector(view.outermost().begin(), view.outermost().end()),
@@ -55,7 +49,8 @@ TEST(Views, ShowTheTablesUnlessAskedForMore) {
 }
 
 TEST(Views, StandInTheOrderOfTheirPathsWhateverTheyShow) {
-  for (const View& view : allViews()) {
+  for (const ViewOptions& options : support::hostAllViews()) {
+    const View view(options);
     eachKind(view, view.outermost(), [&](const RecordKind& kind) {
       const auto rows = view.rows(kind);
       EXPECT_TRUE(std::is_sorted(rows.begin(), rows.end(), [](const auto& a, const auto& b) {
@@ -67,7 +62,8 @@ TEST(Views, StandInTheOrderOfTheirPathsWhateverTheyShow) {
 }
 
 TEST(Views, ShowNoPathTwice) {
-  for (const View& view : allViews()) {
+  for (const ViewOptions& options : support::hostAllViews()) {
+    const View view(options);
     eachKind(view, view.outermost(), [&](const RecordKind& kind) {
       auto all = paths(view, kind);
       EXPECT_EQ(std::unique(all.begin(), all.end()), all.end()) << kind.path;
