@@ -107,6 +107,10 @@ void JsonWriter::null() {
   write([](auto& writer) { writer.Null(); });
 }
 
+void JsonWriter::raw(std::string_view json) {
+  write([&](auto& writer) { writer.RawValue(json.data(), json.size(), rapidjson::kObjectType); });
+}
+
 std::string JsonWriter::take() {
   if (pretty_) out_->buffer.Put('\n');
   if (sink_) handOn();

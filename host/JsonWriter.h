@@ -32,6 +32,8 @@ class JsonWriter {
   void real(double number);
   void boolean(bool v);
   void null();
+  // A value that is JSON already, in the layout that it has.
+  void raw(std::string_view json);
 
   // The finished text. A pretty one ends with a line end. With a sink, that has all of it then and
   // this is empty.

@@ -150,5 +150,16 @@ TEST(JsonWriter, WritesTheLargestNumber) {
   EXPECT_EQ(out.take(), "18446744073709551615");
 }
 
+TEST(JsonWriter, TakesAValueThatIsJsonAlready) {
+  JsonWriter out(Layout::compact);
+  out.beginObject();
+  out.key("a");
+  out.raw("[1, 2]");
+  out.key("b");
+  out.raw("\"x\"");
+  out.endObject();
+  EXPECT_EQ(out.take(), R"({"a":[1, 2],"b":"x"})");
+}
+
 }  // namespace
 }  // namespace host::jsonWriterTest

@@ -1,0 +1,54 @@
+#include "host/LeavesOfText.h"
+
+#include "host/CommentFaults.h"
+#include "host/Roots.h"
+#include "host/Sections.h"
+#include "host/Text.h"
+#include "host/openconfig/DocumentReader.h"
+#include "host/openconfig/Leaves.h"
+
+namespace host {
+namespace {
+
+void readOpenConfig(const std::string& file, std::string_view text, const ViewOptions& view,
+                    const Subtree& only, LeavesOfText& result) {
+  DocumentLeaves document = readDocument(text, view);
+  for (const Fault& fault : document.faults) result.faults.push_back(fault.inFile(file));
+  result.leaves = std::move(document.leaves);
+  std::erase_if(result.leaves, [&](const LeafText& leaf) { return !only.within(leaf.path); });
+}
+
+void translate(const std::string& file, std::string_view text, const ViewOptions& view,
+               const Subtree& only, LeavesOfText& result) {
+  const auto fault = [&](const std::string& line) {
+    result.faults.push_back(shown(file) + ": " + line);
+  };
+  const Native native;
+  try {
+    readNativeText(text, native);
+  } catch (const Fault& refused) {
+    result.faults.push_back(refused.inFile(file));
+    return;
+  }
+  for (const std::string& line : commentFaults(native)) fault(line);
+  if (!result.faults.empty()) return;
+  const Model model;
+  const auto roots = buildRoots({}, native, model, fault);
+  if (!result.faults.empty()) return;
+  const auto warn = [&](const std::string& line) {
+    result.warnings.push_back(shown(file) + ": " + line);
+  };
+  result.leaves = leavesOf(model, View(view), warn, only);
+}
+
+}  // namespace
+
+LeavesOfText leavesOfText(const std::string& file, std::string_view text, const ViewOptions& view,
+                          const Subtree& only) {
+  LeavesOfText result;
+  const auto& read = isOpenConfig(text) ? readOpenConfig : translate;
+  read(file, text, view, only, result);
+  return result;
+}
+
+}  // namespace host
