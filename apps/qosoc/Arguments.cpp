@@ -46,9 +46,15 @@ std::optional<std::string> Arguments::value(std::string_view option) const {
 }
 
 const std::string& Arguments::operand(std::string_view what) const {
-  if (operands_.empty()) throw UsageError(std::string(what) + " is missing");
-  if (operands_.size() > 1) throw UsageError("what is " + host::quoted(operands_[1]) + "?");
-  return operands_.front();
+  return operands({&what, 1}).front();
+}
+
+const std::vector<std::string>& Arguments::operands(std::span<const std::string_view> what) const {
+  const std::size_t given = operands_.size();
+  if (given < what.size()) throw UsageError(std::string(what[given]) + " is missing");
+  if (given > what.size())
+    throw UsageError("what is " + host::quoted(operands_[what.size()]) + "?");
+  return operands_;
 }
 
 std::vector<std::string> parts(std::string_view list) {

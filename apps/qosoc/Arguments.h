@@ -38,6 +38,8 @@ class Arguments {
   bool hasOperand() const { return !operands_.empty(); }
   // The one operand. Throws: UsageError when there is none or more than one.
   const std::string& operand(std::string_view what) const;
+  // The same for several, each of which has a name. Throws: UsageError for another number of them.
+  const std::vector<std::string>& operands(std::span<const std::string_view> what) const;
 
  private:
   std::map<std::string, std::string, std::less<>> options_;

@@ -9,5 +9,6 @@ namespace qosoc {
 // Throw: UsageError, InputError, OutputError.
 int translateCommand(std::span<const std::string> words);
 int checkCommand(std::span<const std::string> words);
+int diffCommand(std::span<const std::string> words);
 
 }  // namespace qosoc

@@ -14,6 +14,25 @@ namespace {
 
 }  // namespace
 
+std::string wholeText(const std::string& path) {
+  struct Close {
+    void operator()(std::FILE* file) const {
+      if (file != stdin) std::fclose(file);
+    }
+  };
+  const std::unique_ptr<std::FILE, Close> file(path == "-" ? stdin
+                                                           : std::fopen(path.c_str(), "rb"));
+  if (!file) throwUnreadable(path, errno);
+  std::string text;
+  for (std::size_t size = 0, more = 1; more > 0; size += more) {
+    text.resize(std::max<std::size_t>(2 * size, 65536));
+    more = std::fread(text.data() + size, 1, text.size() - size, file.get());
+    if (more == 0) text.resize(size);
+  }
+  if (std::ferror(file.get()) != 0) throwUnreadable(path, errno);
+  return text;
+}
+
 Lines::Lines(const std::string& path)
     : path_(path), file_(path == "-" ? stdin : std::fopen(path.c_str(), "rb")) {
   if (!file_) throwUnreadable(path_, errno);

@@ -30,6 +30,9 @@ void readFile(const std::string& path, const Read& read) {
   }
 }
 
+// A whole file, or standard input as "-". Throws: InputError.
+std::string wholeText(const std::string& path);
+
 // A text file, or standard input as "-", line by line as the lines come.
 class Lines {
  public:

@@ -1,7 +1,10 @@
 // qosoc: translates native QoS configuration into an OpenConfig QoS model.
+#include <algorithm>
 #include <cstdio>
 #include <new>
+#include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "Arguments.h"
@@ -19,6 +22,7 @@ Translates native QoS configuration into the OpenConfig QoS model, change by cha
 
   qosoc translate NATIVE.json   print the model, also after each of a stream of changes
   qosoc check NATIVE.json       say what is wrong with a native document
+  qosoc diff A.json B.json      print the leaves that differ between two documents
   qosoc --version               print the version
 
 `qosoc COMMAND --help` tells more, with an example.
@@ -26,11 +30,25 @@ Translates native QoS configuration into the OpenConfig QoS model, change by cha
 
 using Words = std::vector<std::string>;
 
+struct Command {
+  std::string_view name;
+  int (*run)(std::span<const std::string> words);
+};
+constexpr Command commands[] = {
+    {"translate", qosoc::translateCommand},
+    {"check", qosoc::checkCommand},
+    {"diff", qosoc::diffCommand},
+};
+const Command* commandNamed(std::string_view name) {
+  const auto found = std::find_if(std::begin(commands), std::end(commands),
+                                  [&](const Command& command) { return command.name == name; });
+  return found != std::end(commands) ? found : nullptr;
+}
+
 int run(const Words& words) {
   const std::string command = words.empty() ? "" : words.front();
   const Words rest(words.begin() + (words.empty() ? 0 : 1), words.end());
-  if (command == "translate") return qosoc::translateCommand(rest);
-  if (command == "check") return qosoc::checkCommand(rest);
+  if (const Command* known = commandNamed(command)) return known->run(rest);
   if (command == "--help") {
     std::fputs(help, stdout);
     return qosoc::done;
@@ -55,7 +73,7 @@ int main(int argc, char** argv) {
   try {
     return run(words);
   } catch (const qosoc::UsageError& error) {
-    const bool known = !words.empty() && (words[0] == "translate" || words[0] == "check");
+    const bool known = !words.empty() && commandNamed(words[0]) != nullptr;
     return refuse(error.what() + (" (see qosoc " + (known ? words[0] + ' ' : "") + "--help)"));
   } catch (const qosoc::InputError& error) {
     return refuse(error.what());

@@ -37,7 +37,8 @@ TEST(Qosoc, TeachesItsCommands) {
   EXPECT_EQ(all.exit, 0);
   EXPECT_NE(all.out.find("qosoc translate NATIVE.json"), std::string::npos);
   EXPECT_NE(all.out.find("qosoc check NATIVE.json"), std::string::npos);
-  for (const char* command : {"translate", "check"}) {
+  EXPECT_NE(all.out.find("qosoc diff A.json B.json"), std::string::npos);
+  for (const char* command : {"translate", "check", "diff"}) {
     const HostRun run = qosoc({command, "--help"});
     EXPECT_EQ(run.exit, 0);
     EXPECT_EQ(run.out.find("usage: qosoc " + std::string(command)), 0u);
@@ -55,24 +56,31 @@ TEST(Qosoc, TeachesEveryOption) {
   }
 }
 
-// The help shows a document, a change and what they give. It must be true.
-TEST(Qosoc, ShowsAnExampleThatIsTrue) {
+// What the help of a command shows below a command of its example, up to the next one. It must be
+// true.
+std::string shownBelow(const std::string& help, const std::string& command) {
+  std::size_t at = help.find("  $ " + command);
+  EXPECT_NE(at, std::string::npos) << command;
+  std::string text;
+  for (at = help.find('\n', at) + 1; help.compare(at, 2, "  ") == 0 && help[at + 2] != '$';) {
+    const std::size_t end = help.find('\n', at) + 1;
+    text += help.substr(at + 2, end - at - 2);
+    at = end;
+  }
+  return text;
+}
+
+TEST(Qosoc, ShowsAnExampleOfATranslationThatIsTrue) {
   const std::string help = qosoc({"translate", "--help"}).out;
-  const auto shown = [&](const std::string& command, int line) {
-    std::size_t at = help.find("  $ " + command);
-    EXPECT_NE(at, std::string::npos) << command;
-    for (int i = 0; i < line; ++i) at = help.find('\n', at) + 1;
-    return help.substr(at + 2, help.find('\n', at) - at - 2);
-  };
   const HostFolder folder;
-  const std::string router = folder.file("router.json", shown("cat router.json", 1));
-  const std::string changes = folder.file("changes.jsonl", shown("cat changes.jsonl", 1));
+  const std::string router = folder.file("router.json", shownBelow(help, "cat router.json"));
+  const std::string changes = folder.file("changes.jsonl", shownBelow(help, "cat changes.jsonl"));
+  const std::string command = "qosoc translate router.json --changes changes.jsonl ";
   const HostRun run = qosoc({"translate", router, "--changes", changes, "--each"});
   EXPECT_EQ(run.exit, 0) << run.err;
-  EXPECT_EQ(run.out, shown("qosoc translate", 1) + '\n' + shown("qosoc translate", 2) + '\n');
+  EXPECT_EQ(run.out, shownBelow(help, command + "--each"));
   const std::string feed = qosoc({"translate", router, "--changes", changes, "--feed"}).out;
-  EXPECT_EQ(feed.substr(feed.find('\n') + 1),
-            shown("qosoc translate router.json --changes changes.jsonl --feed", 1) + '\n');
+  EXPECT_EQ(feed.substr(feed.find('\n') + 1), shownBelow(help, command + "--feed"));
 }
 
 TEST(Qosoc, PrintsAFeedInOneWay) {
@@ -84,12 +92,27 @@ TEST(Qosoc, PrintsAFeedInOneWay) {
   }
 }
 
+TEST(Qosoc, ShowsAnExampleOfADifferenceThatIsTrue) {
+  const std::string help = qosoc({"diff", "--help"}).out;
+  const HostFolder folder;
+  const HostRun run =
+      qosoc({"diff", folder.file("before.json", shownBelow(help, "cat before.json")),
+             folder.file("after.json", shownBelow(help, "cat after.json"))});
+  EXPECT_EQ(run.exit, 1) << run.err;
+  EXPECT_EQ(run.out, shownBelow(help, "qosoc diff"));
+}
+
 TEST(Qosoc, RefusesWhatItDoesNotKnow) {
   expectUsageError({}, "a command is missing (see qosoc --help)");
   expectUsageError({"convert"}, "there is no command \"convert\" (see qosoc --help)");
   expectUsageError({"translate"}, "NATIVE.json is missing (see qosoc translate --help)");
   expectUsageError({"check"}, "NATIVE.json is missing (see qosoc check --help)");
   expectUsageError({"check", "a", "b"}, "what is \"b\"? (see qosoc check --help)");
+  expectUsageError({"diff", "a"}, "B.json is missing (see qosoc diff --help)");
+  expectUsageError({"diff", "a", "b", "c"}, "what is \"c\"? (see qosoc diff --help)");
+  expectUsageError({"diff", "-", "-"}, "standard input is one document (see qosoc diff --help)");
+  expectUsageError({"diff", "a", "b", "--only", "/x"},
+                   "--only: /: there is no element \"x\" here (see qosoc diff --help)");
   expectUsageError({"check", "--each", "a"}, "unknown option \"--each\" (see qosoc check --help)");
   expectUsageError({"translate", "a", "--formt=model"},
                    "unknown option \"--formt\" (see qosoc translate --help)");
