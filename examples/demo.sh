@@ -13,60 +13,67 @@ set -euo pipefail
 qosoc=$(realpath -- "$1")
 cd -P -- "$(dirname -- "${BASH_SOURCE[0]}")"
 
-title='' cut='' added='' removed='' plain=''
+title='' added='' removed='' changed='' plain=''
 if [[ -t 1 && -z ${NO_COLOR-} ]]; then
-  title=$'\e[1;36m' cut=$'\e[2m' added=$'\e[32m' removed=$'\e[31m' plain=$'\e[0m'
+  title=$'\e[1;36m' added=$'\e[32m' removed=$'\e[31m' changed=$'\e[33m' plain=$'\e[0m'
 fi
 
 heading() { printf '%s%s%s\n' "$title" "$1" "$plain"; }
 
-# difference BEFORE AFTER: the lines that changed, with a little of what is round them.
+folder=$(mktemp -d)
+trap 'rm -rf "$folder"' EXIT
+
+# translate NATIVE [CHANGES]: prints the model, in the file `after`; the one before is in `before`.
+# A refused line and an exception make the program's exit code 1, and are reported in `messages`.
+translate() {
+  [[ ! -e $folder/after ]] || mv "$folder/after" "$folder/before"
+  "$qosoc" translate "$1" ${2+--changes "$2"} >"$folder/after" 2>"$folder/messages" || true
+}
+
+# difference: the leaves that changed, by their paths.
 difference() {
-  local line
-  diff -U"${3-3}" <(printf '%s\n' "$1") <(printf '%s\n' "$2") | tail -n +4 |
-    while IFS= read -r line; do
-      case $line in
-        @@*) printf '%s   ...%s\n' "$cut" "$plain" ;;
-        +*) printf '%s%s%s\n' "$added" "$line" "$plain" ;;
-        -*) printf '%s%s%s\n' "$removed" "$line" "$plain" ;;
-        *) printf '%s%s%s\n' "$cut" "$line" "$plain" ;;
-      esac
-    done || true # diff tells by its exit code that there is a difference
+  local line count=0
+  while IFS= read -r line; do
+    count=$((count + 1))
+    case $line in
+      +*) printf '  %s%s%s\n' "$added" "$line" "$plain" ;;
+      -*) printf '  %s%s%s\n' "$removed" "$line" "$plain" ;;
+      *) printf '  %s%s%s\n' "$changed" "$line" "$plain" ;;
+    esac
+  done < <("$qosoc" diff "$folder/before" "$folder/after")
+  ((count > 0)) || printf '  no leaf changed\n'
 }
 
 # ===== One classifier
 
 cd one-classifier
-before=$("$qosoc" translate 01-native.json)
-after=$("$qosoc" translate 01-native.json --changes 02-change.jsonl)
+translate 01-native.json
 
 heading 'Three class maps of a router. Two bear names that stand for a classifier and its term.'
 cat 01-native.json
 heading '$ qosoc translate 01-native.json      the OpenConfig model'
-printf '%s\n' "$before"
+cat "$folder/after"
 heading 'A change: the router gets one more class map.'
 cat 02-change.jsonl
-heading '$ qosoc translate 01-native.json --changes 02-change.jsonl      what it did to the model'
-difference "$before" "$after"
+translate 01-native.json 02-change.jsonl
+heading 'What it did to the model, leaf by leaf (qosoc translate --feed, qosoc diff)'
+difference
 
 # ===== A day of the edge router
 
 cd ../edge-router
 printf '\n'
 heading "A day of a whole router (examples/edge-router), and what each change of it does to the model"
-before=$("$qosoc" translate 01-native.json)
-messages=$(mktemp)
-trap 'rm -f "$messages"' EXIT
-number=0 so_far=
+translate 01-native.json
+number=0
+: >"$folder/changes"
 while IFS= read -r change && IFS= read -r story <&3; do
   number=$((number + 1))
-  so_far+=$change$'\n'
+  printf '%s\n' "$change" >>"$folder/changes"
   [[ -n $change ]] || continue # a blank line counts, and that is all
   printf '\n'
   heading "$number. $story"
-  # A refused line and an exception make the program's exit code 1, and are reported.
-  after=$("$qosoc" translate 01-native.json --changes - <<<"$so_far" 2>"$messages") || true
-  grep "^line $number:" "$messages" || true
-  difference "$before" "$after" 1
-  before=$after
+  translate 01-native.json "$folder/changes"
+  grep "^line $number:" "$folder/messages" | sed 's/^/  /' || true
+  difference
 done <02-change.jsonl 3<story.txt

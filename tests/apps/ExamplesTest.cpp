@@ -133,18 +133,20 @@ TEST(Demo, ShowsTheChangeWithoutColoursWhenNobodyWatches) {
   const HostRun run = hostRun({"bash", std::string(paths::examples) + "/demo.sh", paths::qosoc});
   EXPECT_EQ(run.exit, 0);
   EXPECT_EQ(run.err, "");
-  EXPECT_NE(run.out.find("+                  \"id\": \"video\"\n"), std::string::npos);
+  EXPECT_NE(run.out.find("\n  + /qos/classifiers/classifier[name=edge-in]/terms/term[id=video]/id "
+                         "\"video\"\n"),
+            std::string::npos);
   EXPECT_EQ(run.out.find('\x1b'), std::string::npos);
 }
 
 TEST(Demo, TellsTheDayOfTheRouterWithWhatWasReported) {
   const HostRun run = hostRun({"bash", std::string(paths::examples) + "/demo.sh", paths::qosoc});
   EXPECT_NE(run.out.find("\n4. A term is added"), std::string::npos);
-  EXPECT_NE(run.out.find("\nline 4: refused: "), std::string::npos);
-  EXPECT_NE(run.out.find("\nline 10: range: "), std::string::npos);
+  EXPECT_NE(run.out.find("\n  line 4: refused: "), std::string::npos);
+  EXPECT_NE(run.out.find("\n  no leaf changed\n"), std::string::npos);
+  EXPECT_NE(run.out.find("\n  line 10: range: "), std::string::npos);
   EXPECT_NE(run.out.find("\n14. The guests are withdrawn"), std::string::npos);
-  EXPECT_NE(run.out.find("+                    \"queue-management-profile\": \"ecn-video\"\n"),
-            std::string::npos);
+  EXPECT_NE(run.out.find("/config/max-threshold \"900\" -> \"1200\"\n"), std::string::npos);
 }
 
 INSTANTIATE_TEST_SUITE_P(Examples, Example, testing::ValuesIn(scenarios()),

@@ -1,6 +1,8 @@
 // What the README shows is what happens.
 #include <gtest/gtest.h>
 
+#include <sstream>
+
 #include "Paths.h"
 #include "QosOpenConfig/QosOpenConfigClassifierKivToOCSm.h"
 #include "tests/support/HostProgram.h"
@@ -8,6 +10,7 @@
 namespace readmeTest {
 namespace {
 
+using support::HostRun;
 using support::hostRun;
 using support::hostText;
 
@@ -38,6 +41,20 @@ TEST(Readme, ShowsTheExampleAndWhatTheProgramPrints) {
   EXPECT_EQ(shown[2], hostRun({paths::qosoc, "translate", folder + "01-native.json", "--changes",
                                folder + "02-change.jsonl", "--each"})
                           .out);
+}
+
+TEST(Readme, ShowsLeavesThatTheDayOfTheRouterChanges) {
+  const HostRun demo = hostRun({"bash", std::string(paths::examples) + "/demo.sh", paths::qosoc});
+  std::size_t shown = 0;
+  for (const std::string& block : blocks("")) {
+    std::istringstream lines(block);
+    for (std::string line; std::getline(lines, line);) {
+      if (line.find(" /qos/") != 1) continue;
+      ++shown;
+      EXPECT_NE(demo.out.find("\n  " + line + '\n'), std::string::npos) << line;
+    }
+  }
+  EXPECT_EQ(shown, 3u);
 }
 
 // The lines between the two marks are those of the README.
