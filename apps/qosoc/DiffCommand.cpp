@@ -60,7 +60,7 @@ void tell(const char* begin, const std::vector<std::string>& lines) {
 }
 
 host::LeavesOfText leavesOf(const std::string& file, const Shown& shown) {
-  const host::LeavesOfText read = host::leavesOfText(file, wholeText(file), shown.view, shown.only);
+  host::LeavesOfText read = host::leavesOfText(file, wholeText(file), shown.view, shown.only);
   tell("qosoc: ", read.faults);
   tell("warning: ", read.warnings);
   return read;

@@ -96,6 +96,7 @@ class Findings {
   ReadLeaves takeLeaves() { return std::move(read_); }
   std::vector<Fault> faults() const {
     std::vector<Fault> faults;
+    faults.reserve(faults_.size());
     for (const Found& found : faults_) {
       faults.emplace_back(found.path.empty() ? "(document)" : shownWhole(found.path), found.reason,
                           found.position);

@@ -32,6 +32,7 @@ class Filter {
  public:
   Filter(const ReadLeaves& read, const ViewOptions& options)
       : options_(options), view_(options), widest_({options.augments, true, true}) {
+    all_.reserve(read.leaves.size());
     for (const ReadLeaf& leaf : read.leaves) all_.push_back(leaf.leaf);
     sortLeaves(all_);
     if (options.interfaceRef) return;
@@ -68,6 +69,7 @@ std::vector<LeafText> shownLeaves(ReadLeaves read, const ViewOptions& options) {
     const Filter filter(read, options);
     std::erase_if(read.leaves, [&](const ReadLeaf& leaf) { return !filter.keeps(leaf); });
   }
+  leaves.reserve(read.leaves.size());
   for (ReadLeaf& leaf : read.leaves) leaves.push_back(std::move(leaf.leaf));
   sortLeaves(leaves);
   return leaves;

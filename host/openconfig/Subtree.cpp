@@ -66,7 +66,7 @@ class Parser {
       rest_.remove_prefix(plain);
       if (rest_.front() == ']') break;
       if (rest_.size() < 2 || (rest_[1] != ']' && rest_[1] != '\\')) {
-        refuse("a \"\\\" in a key stands before \"]\" or \"\\\"");
+        refuse(R"(a "\" in a key stands before "]" or "\")");
       }
       value += rest_[1];
       rest_.remove_prefix(2);

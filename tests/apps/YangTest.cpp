@@ -66,8 +66,7 @@ class Yang : public testing::Test {
   }
   // The types of interfaces, which the validator's own package has among its examples.
   static std::string interfaceTypes() {
-    const std::string beside =
-        std::string(std::getenv("OPENCONFIG_YANG_DIR")) + "/iana-if-type.yang";
+    std::string beside = std::string(std::getenv("OPENCONFIG_YANG_DIR")) + "/iana-if-type.yang";
     if (std::filesystem::exists(beside)) return beside;
     return "/usr/share/doc/libyang2-tools/examples/iana-if-type.yang";
   }

@@ -55,7 +55,7 @@ TEST(LeavesOfTexts, RefuseADocumentThatARootRaisesOver) {
 }
 
 TEST(LeavesOfTexts, WarnOfWhatOpenConfigCannotHold) {
-  const auto read = leavesOf("{\"queue-names\": {\"\\u0001\": 3}}");
+  const auto read = leavesOf(R"({"queue-names": {"\u0001": 3}})");
   EXPECT_THAT(read.faults, ElementsAre());
   EXPECT_THAT(read.warnings,
               ElementsAre("f.json: /openconfig-qos:qos/queues/queue[name='\\u0001']: a name that "

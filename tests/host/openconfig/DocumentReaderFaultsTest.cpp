@@ -131,7 +131,7 @@ TEST(OpenConfigFaults, NameAnEntryThatIsThereTwice) {
 }
 
 TEST(OpenConfigFaults, NameAKeyThatIsNotWhatTheConfigSays) {
-  const std::string fault = ": the entry has the key \"q\" and config/name \"p\"";
+  const std::string fault = R"(: the entry has the key "q" and config/name "p")";
   EXPECT_EQ(faultBelow(queue(R"("config":{"name":"p"})")), q + "/config/name" + fault);
   EXPECT_EQ(faultBelow(R"("queues":{"queue":[{"config":{"name":"p"},"name":"q"}]})"),
             q + "/name" + fault);
@@ -155,7 +155,7 @@ TEST(OpenConfigFaults, AreTwentyAtMost) {
 }
 
 TEST(OpenConfigFaults, ComeOutOfDeepTexts) {
-  std::string deep = "{\"openconfig-qos:qos\":{\"x\":";
+  std::string deep = R"({"openconfig-qos:qos":{"x":)";
   deep.append(1'000'000, '[');
   EXPECT_EQ(faults(deep).size(), 2u);
 }

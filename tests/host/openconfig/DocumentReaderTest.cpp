@@ -16,6 +16,7 @@ using testing::ElementsAre;
 
 std::vector<std::string> lines(const std::vector<LeafText>& leaves) {
   std::vector<std::string> lines;
+  lines.reserve(leaves.size());
   for (const LeafText& leaf : leaves) lines.push_back(leaf.path + ' ' + leaf.value);
   return lines;
 }

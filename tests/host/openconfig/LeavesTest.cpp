@@ -77,18 +77,12 @@ TEST(FlatLeaves, AreWhatTheDocumentHoldsAtItsEndsInEachView) {
 std::vector<std::string> nodesOf(const std::vector<LeafText>& leaves) {
   std::vector<std::string> nodes;
   for (const LeafText& leaf : leaves) {
-    int depth = 0;
+    bool inKey = false;
     for (std::size_t i = 1; i < leaf.path.size(); ++i) {
       const char c = leaf.path[i];
-      if (c == '\\') {
-        ++i;
-      } else if (c == '[' && ++depth == 1) {
-        nodes.push_back(leaf.path.substr(0, i));
-      } else if (c == ']') {
-        depth = 0;
-      } else if (c == '/' && depth == 0) {
-        nodes.push_back(leaf.path.substr(0, i));
-      }
+      if (!inKey && (c == '/' || c == '[')) nodes.push_back(leaf.path.substr(0, i));
+      inKey = c == '[' || (inKey && c != ']');
+      if (c == '\\') ++i;
     }
     nodes.push_back(leaf.path);
   }

@@ -42,7 +42,7 @@ TEST(Subtrees, KnowTheRootsByTheirMembersInTheDocument) {
 }
 
 TEST(Subtrees, ReadTheKeysThatPathsEscape) {
-  for (const char* path : {"/qos/queues/queue[name=]", "/qos/queues/queue[name=a/b[c\\]=\\\\]/name",
+  for (const char* path : {"/qos/queues/queue[name=]", R"(/qos/queues/queue[name=a/b[c\]=\\]/name)",
                            "/qos/queues/queue[name=a=b]"}) {
     EXPECT_EQ(Subtree(path).path(), path);
   }
