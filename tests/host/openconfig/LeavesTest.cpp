@@ -159,12 +159,15 @@ TEST(FlatLeaves, ComeInTheOrderOfTheDocumentWhenVisited) {
                   "/qos/queues/queue[name=b]/config/name", "/qos/queues/queue[name=b]/name"));
 }
 
-TEST(FlatLeaves, HaveTheWarningsOfTheDocument) {
+TEST(FlatLeaves, HaveTheWarningsOfTheDocumentOnceWhateverIsMirrored) {
   const HostModel built = support::hostFullModel();
-  std::vector<std::string> warnings;
-  leavesOf(built.model, View(), [&](const std::string& line) { warnings.push_back(line); });
-  EXPECT_EQ(warnings.size(), 3u);
-  EXPECT_EQ(warnings, HostRendered(built).warnings);
+  for (const bool state : {false, true}) {
+    std::vector<std::string> warnings;
+    leavesOf(built.model, View({.state = state}),
+             [&](const std::string& line) { warnings.push_back(line); });
+    EXPECT_EQ(warnings.size(), 3u);
+    EXPECT_EQ(warnings, HostRendered(built).warnings);
+  }
 }
 
 }  // namespace
