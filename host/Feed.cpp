@@ -53,9 +53,10 @@ void Feed::commit() {
     ~End() { isCommitting = false; }
   } const end{isCommitting_};
   std::erase_if(observers_, [](const auto& observer) { return observer->hasEnded; });
-  const RecordChanges changes = takeChanges();
-  // Those that join during the calls stand behind these.
+  // Without those that join during the calls. Made before the changes are taken: behind that, a call
+  // that is missed is a hole.
   const std::vector<std::shared_ptr<Observer>> observers = observers_;
+  const RecordChanges changes = takeChanges();
   std::exception_ptr first;
   for (const auto& observer : observers) {
     if (observer->hasEnded) continue;
@@ -88,9 +89,13 @@ void Feed::call(Observer& observer, const RecordChanges& changes) {
                                      : observer.differ->of(changes, images_.model());
     observer.isNew = false;
     observer.onLeaves(leaves);
+  } else if (isNew) {
+    const RecordChanges all = images_.all();
+    observer.isNew = false;
+    observer.onRecords(all);
   } else {
     observer.isNew = false;
-    observer.onRecords(isNew ? images_.all() : changes);
+    observer.onRecords(changes);
   }
 }
 

@@ -12,9 +12,18 @@ namespace {
 
 using QosOc::Config::RecordKeys;
 
-LeafValue owned(LeafValue value) {
-  if (const auto* text = std::get_if<std::string_view>(&value)) return std::string(*text);
-  return value;
+// A copy with a text of its own. It isn't made by the variant: with libstdc++ 12 that of a text or a
+// list ends the process when memory runs out in it.
+LeafValue owned(const LeafValue& value) {
+  return std::visit(
+      []<class Held>(const Held& held) -> LeafValue {
+        if constexpr (std::is_same_v<Held, std::string_view>) {
+          return std::string(held);
+        } else {
+          return held;
+        }
+      },
+      value);
 }
 
 void sortUpdates(std::vector<LeafUpdate>& updates) {
@@ -89,10 +98,10 @@ class Making {
 
   void leaf(const RecordChange& change, const EntryPath& place, const View::Row& row) {
     const LeafValue before = read(change, change.before.get(), place, row, false);
-    LeafValue after = read(change, change.after, place, row, true);
+    const LeafValue after = read(change, change.after, place, row, true);
     if (before == after) return;
     if (isAbsent(after)) return leafGone(change, row);
-    changes_.updated.push_back({place.pathOf(row.path), row.type, owned(std::move(after))});
+    changes_.updated.push_back({place.pathOf(row.path), row.type, owned(after)});
   }
 
   // What a leaf can't hold is warned of once, and not again for its mirror.

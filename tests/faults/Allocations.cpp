@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdlib>
 #include <new>
+#include <utility>
 
 namespace faults {
 namespace {
@@ -46,6 +47,10 @@ AllocationFault::AllocationFault(std::uint64_t nth, Kind kind) noexcept {
 }
 
 AllocationFault::~AllocationFault() { untilFault = 0; }
+
+AllocationPause::AllocationPause() noexcept : untilFault_(std::exchange(untilFault, 0)) {}
+
+AllocationPause::~AllocationPause() { untilFault = untilFault_; }
 
 bool AllocationFault::struck() const noexcept { return hasStruck; }
 

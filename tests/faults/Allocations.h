@@ -29,4 +29,16 @@ class AllocationFault {
   bool struck() const noexcept;
 };
 
+// While it stands, allocations succeed, and the fault doesn't count them: they are the test's own.
+class AllocationPause {
+ public:
+  AllocationPause() noexcept;
+  AllocationPause(const AllocationPause&) = delete;
+  AllocationPause& operator=(const AllocationPause&) = delete;
+  ~AllocationPause();
+
+ private:
+  std::uint64_t untilFault_;
+};
+
 }  // namespace faults
