@@ -1,5 +1,6 @@
 #include "host/Feed.h"
 
+#include <algorithm>
 #include <exception>
 #include <optional>
 #include <stdexcept>
@@ -56,12 +57,12 @@ void Feed::commit() {
   // Without those that join during the calls. Made before the changes are taken: behind that, a call
   // that is missed is a hole.
   const std::vector<std::shared_ptr<Observer>> observers = observers_;
-  const RecordChanges changes = takeChanges();
+  const Taken taken = takeChanges();
   std::exception_ptr first;
   for (const auto& observer : observers) {
     if (observer->hasEnded) continue;
     try {
-      call(*observer, changes);
+      call(*observer, taken);
     } catch (...) {
       if (!first) first = std::current_exception();
     }
@@ -70,32 +71,37 @@ void Feed::commit() {
 }
 
 // While the images are not in step, all is compared and each observer begins anew.
-RecordChanges Feed::takeChanges() {
+Feed::Taken Feed::takeChanges() {
   const bool wasWhole = std::exchange(isWhole_, false);
   const std::vector<QosOc::Config::Journal::Mark> marks = journal_.taken();
   if (!wasWhole) {
     for (const auto& observer : observers_) observer->isNew = true;
     journalIs(&journal_);
   }
-  RecordChanges changes = wasWhole ? images_.update(model_, marks) : images_.updateAll(model_);
+  Taken taken;
+  taken.changes = wasWhole ? images_.update(model_, marks) : images_.updateAll(model_);
+  const bool isAnyNew = std::any_of(observers_.begin(), observers_.end(),
+                                    [](const auto& observer) { return observer->isNew; });
+  if (isAnyNew) taken.allLeftOut = leftOutOf(model_);
   isWhole_ = true;
-  return changes;
+  return taken;
 }
 
-void Feed::call(Observer& observer, const RecordChanges& changes) {
+void Feed::call(Observer& observer, const Taken& taken) {
   const bool isNew = std::exchange(observer.isNew, true);
   if (observer.onLeaves) {
-    const LeafChanges leaves = isNew ? observer.differ->all(images_.model(), changes.leftOut)
-                                     : observer.differ->of(changes, images_.model());
+    const LeafChanges leaves = isNew ? observer.differ->all(images_.model(), taken.allLeftOut)
+                                     : observer.differ->of(taken.changes, images_.model());
     observer.isNew = false;
     observer.onLeaves(leaves);
   } else if (isNew) {
-    const RecordChanges all = images_.all();
+    RecordChanges all = images_.all();
+    all.leftOut = taken.allLeftOut;
     observer.isNew = false;
     observer.onRecords(all);
   } else {
     observer.isNew = false;
-    observer.onRecords(changes);
+    observer.onRecords(taken.changes);
   }
 }
 

@@ -82,8 +82,13 @@ class Feed {
   const Model& committed() const { return images_.model(); }
 
  private:
-  RecordChanges takeChanges();
-  void call(Observer& observer, const RecordChanges& changes);
+  struct Taken {
+    RecordChanges changes;
+    std::vector<LeftOutEntry> allLeftOut;  // for those whose call brings everything
+  };
+
+  Taken takeChanges();
+  void call(Observer& observer, const Taken& taken);
   void journalIs(QosOc::Config::Journal* journal) const;
 
   const Model& model_;

@@ -1,5 +1,7 @@
 #include "host/feed/RecordChange.h"
 
+#include <utility>
+
 namespace host {
 
 using QosOc::Config::RecordId;
@@ -16,7 +18,24 @@ void addKinds(std::span<const RecordKind* const> kinds, std::vector<const Record
   }
 }
 
+void addLeftOut(const RecordKind& kind, const void* holder, const RecordKeys& above,
+                std::vector<LeftOutEntry>& all) {
+  kind.store.each(holder, above, [&](const RecordKeys& keys) {
+    std::string misfit = kind.store.misfit(holder, keys, kind.key);
+    if (!misfit.empty()) all.push_back({&kind, keys, std::move(misfit)});
+    const void* entry = kind.store.at(holder, keys);
+    if (entry == nullptr) return;
+    for (const RecordKind* child : kind.children) addLeftOut(*child, entry, keys, all);
+  });
+}
+
 }  // namespace
+
+std::vector<LeftOutEntry> leftOutOf(const Model& model) {
+  std::vector<LeftOutEntry> all;
+  for (const RecordKind* kind : outermostKinds()) addLeftOut(*kind, &model, {}, all);
+  return all;
+}
 
 const RecordKind& kindOf(RecordId record) {
   static const std::vector<const RecordKind*> byRecord = [] {

@@ -42,6 +42,9 @@ struct RecordChanges {
   std::vector<LeftOutEntry> leftOut;
 };
 
+// All such entries of a model.
+std::vector<LeftOutEntry> leftOutOf(const Model& model);
+
 // The kind of the record that a journal marks.
 const RecordKind& kindOf(QosOc::Config::RecordId record);
 
