@@ -1,12 +1,10 @@
 // The EXAMPLE blocks of the headers, compiled and run. A test holds each block against this file.
-#include <algorithm>
 #include <cassert>
-#include <cctype>
-#include <fstream>
 #include <sstream>
 
 #include "Rok/Rok.h"
 #include "Rok/Strep.h"
+#include "tests/support/HeaderExample.h"
 
 namespace {
 
@@ -357,37 +355,6 @@ TEST(ExamplesDeathTest, Sassert) {
 
 // ===== The blocks are those of the headers
 
-std::string readAll(const std::string& path) {
-  std::ifstream in(std::string(QOS_SOURCE_DIR) + "/" + path);
-  EXPECT_TRUE(in) << path;
-  std::ostringstream text;
-  text << in.rdbuf();
-  return text.str();
-}
-
-// The text without white space and comment signs, which is how a block and its copy are compared.
-std::string squeezed(const std::string& text) {
-  std::string result;
-  std::istringstream in(text);
-  for (std::string line; std::getline(in, line);) {
-    const std::size_t from = line.find_first_not_of(" /");
-    if (from != std::string::npos) result += line.substr(from);
-  }
-  std::erase_if(result, [](unsigned char c) { return std::isspace(c) != 0; });
-  return result;
-}
-
-std::string exampleOf(const std::string& header) {
-  std::istringstream in(readAll(header));
-  std::string block;
-  bool inside = false;
-  for (std::string line; std::getline(in, line) && line.starts_with("//");) {
-    if (inside) block += line + "\n";
-    inside = inside || line == "// EXAMPLE";
-  }
-  return squeezed(block);
-}
-
 class HeaderExamples : public testing::TestWithParam<const char*> {};
 INSTANTIATE_TEST_SUITE_P(Headers, HeaderExamples,
                          testing::Values("Rok/EnumType.h", "Rok/Exceptions.h", "Rok/Hash.h",
@@ -399,10 +366,7 @@ INSTANTIATE_TEST_SUITE_P(Headers, HeaderExamples,
                                          "Rok/Trace.h", "Velmo/String.h"));
 
 TEST_P(HeaderExamples, AreTheOnesThatRunHere) {
-  const std::string example = exampleOf(GetParam());
-  ASSERT_GT(example.size(), 50u);
-  EXPECT_NE(squeezed(readAll("tests/Rok/ExamplesTest.cpp")).find(example), std::string::npos)
-      << example;
+  support::expectExample(GetParam(), "tests/Rok/ExamplesTest.cpp");
 }
 
 }  // namespace

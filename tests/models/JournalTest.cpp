@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cassert>
 #include <functional>
 #include <string>
 #include <vector>
@@ -15,6 +16,7 @@
 #include "models/openconfig/Pfc.h"
 #include "models/openconfig/Queue.h"
 #include "models/openconfig/SchedulerPolicy.h"
+#include "tests/support/HeaderExample.h"
 
 namespace QosOc::Config::journalTest {
 namespace {
@@ -321,6 +323,20 @@ TEST(Journal, AnObjectThatWasRemovedMarksNoMore) {
   }
   terms->termMade("mail");
   queues->qContentIs("q8");
+}
+
+TEST(JournalExample, Runs) {
+  QosOc::Config::Journal journal;
+  const auto queues = Rok::make<QosOc::Config::QueuesDir>();
+  queues->journalIs(&journal);
+  queues->qContentIs("voice").config.strictPriority = true;
+  const auto marks = journal.taken();
+  assert(marks.size() == 1 && marks[0].keys.outer == "voice");
+  queues->journalIs(nullptr);
+}
+
+TEST(JournalExample, IsTheOneOfTheHeader) {
+  support::expectExample("models/openconfig/Journal.h", "tests/models/JournalTest.cpp");
 }
 
 // A writer can't get at a record but through what marks it.
