@@ -1,6 +1,7 @@
 #include "tests/support/HostProgram.h"
 
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -45,6 +46,11 @@ int openFile(const std::string& path, int flags) {
   return file;
 }
 
+bool isReady(int file, short events, int milliseconds) {
+  pollfd waited{file, events, 0};
+  return ::poll(&waited, 1, milliseconds) == 1 && (waited.revents & events) != 0;
+}
+
 }  // namespace
 
 HostRun hostRun(const std::vector<std::string>& command, const HostStreams& streams) {
@@ -79,11 +85,20 @@ HostDialogue::~HostDialogue() {
   ::close(out_);
 }
 
-void HostDialogue::write(std::string_view line) {
-  const std::string text = std::string(line) + '\n';
+void HostDialogue::write(std::string_view line) { writeText(std::string(line) + '\n'); }
+
+void HostDialogue::writeText(std::string_view text) {
   if (::write(in_, text.data(), text.size()) != static_cast<ssize_t>(text.size())) {
     throw std::runtime_error("the program does not read");
   }
+}
+
+bool HostDialogue::takesInput(int milliseconds) const {
+  return isReady(in_, POLLOUT, milliseconds);
+}
+
+bool HostDialogue::hasAnswered(int milliseconds) const {
+  return isReady(out_, POLLIN, milliseconds);
 }
 
 std::string HostDialogue::read() {

@@ -32,6 +32,12 @@ class HostDialogue {
   HostDialogue& operator=(const HostDialogue&) = delete;
 
   void write(std::string_view line);
+  // The same without an end of line.
+  void writeText(std::string_view text);
+  // Whether the program takes a further line within that time.
+  bool takesInput(int milliseconds) const;
+  // Whether it has written anything within that time that was not read.
+  bool hasAnswered(int milliseconds) const;
   // The next whole line, without its end. Waits for it; empty once the program has closed its
   // output.
   std::string read();

@@ -4,7 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "host/Json.h"
+#include "tests/support/FlatDocument.h"
 #include "tests/support/HostModel.h"
 
 namespace host::leavesTest {
@@ -12,51 +12,10 @@ namespace {
 
 using support::HostModel;
 using support::HostRendered;
-namespace json = host::rapidjson;
-
-std::string textOf(const json::Value& value) {
-  json::StringBuffer buffer;
-  json::Writer<json::StringBuffer> writer(buffer);
-  value.Accept(writer);
-  return {buffer.GetString(), buffer.GetSize()};
-}
-
-// Of an entry only the key is a leaf without a container around it.
-std::string keyOf(const json::Value& entry) {
-  for (const auto& member : entry.GetObject()) {
-    if (member.value.IsObject() || member.value.IsArray()) continue;
-    std::string key;
-    for (const char c :
-         member.value.IsString() ? std::string(member.value.GetString()) : textOf(member.value)) {
-      if (c == ']' || c == '\\') key += '\\';
-      key += c;
-    }
-    return '[' + std::string(member.name.GetString()) + '=' + key + ']';
-  }
-  return "[none]";
-}
-
-void flatten(const json::Value& value, const std::string& path, std::vector<LeafText>& leaves) {
-  if (value.IsObject()) {
-    for (const auto& member : value.GetObject()) {
-      const std::string name = member.name.GetString();
-      // The members of the document are qualified, the roots of paths are not.
-      flatten(member.value, path + '/' + (path.empty() ? name.substr(name.find(':') + 1) : name),
-              leaves);
-    }
-  } else if (value.IsArray() && value.Size() > 0 && value[0].IsObject()) {
-    for (const auto& entry : value.GetArray()) flatten(entry, path + keyOf(entry), leaves);
-  } else {
-    leaves.push_back({path, textOf(value)});
-  }
-}
 
 std::vector<LeafText> flattened(const std::string& document) {
-  json::Document parsed;
-  parsed.Parse(document.c_str());
   std::vector<LeafText> leaves;
-  flatten(parsed, "", leaves);
-  sortLeaves(leaves);
+  for (const auto& [path, value] : support::flatDocument(document)) leaves.push_back({path, value});
   return leaves;
 }
 
