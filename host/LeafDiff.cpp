@@ -4,6 +4,7 @@
 
 #include "host/JsonWriter.h"
 #include "host/Text.h"
+#include "host/feed/FeedLine.h"
 
 namespace host {
 namespace {
@@ -86,34 +87,33 @@ std::string changeLine(const LeafChange& change) {
 }
 
 std::vector<std::string> deletedNodes(const std::vector<LeafChange>& changes,
-                                      const std::vector<LeafText>& after) {
+                                      const std::vector<LeafText>& after, const Subtree& only) {
   std::vector<std::string> nodes;
   for (const LeafChange& change : changes) {
     if (change.after != nullptr) continue;
     // The leaves of a node follow one another.
     if (!nodes.empty() && isWithin(change.before->path, nodes.back())) continue;
-    nodes.push_back(highestMissing(change.before->path, after));
+    const std::string node = highestMissing(change.before->path, after);
+    // The lists don't say what is around the subtree: all that is known to be gone is its top.
+    const bool isAround = only.relation(node) == Subtree::Relation::above;
+    nodes.push_back(isAround ? only.path() : node);
   }
   std::sort(nodes.begin(), nodes.end());
+  nodes.erase(std::unique(nodes.begin(), nodes.end()), nodes.end());
   return nodes;
 }
 
-std::string changesJson(const std::vector<LeafChange>& changes,
-                        const std::vector<LeafText>& after) {
+std::string changesJson(const std::vector<LeafChange>& changes, const std::vector<LeafText>& after,
+                        const Subtree& only) {
   JsonWriter out(Layout::compact);
   out.beginObject();
-  out.key("delete");
-  out.beginArray();
-  for (const std::string& node : deletedNodes(changes, after)) out.text(node);
-  out.endArray();
-  out.key("update");
-  out.beginObject();
-  for (const LeafChange& change : changes) {
-    if (change.after == nullptr) continue;
-    out.key(change.after->path);
-    out.raw(change.after->value);
-  }
-  out.endObject();
+  writeChanges(out, deletedNodes(changes, after, only), [&] {
+    for (const LeafChange& change : changes) {
+      if (change.after == nullptr) continue;
+      out.key(change.after->path);
+      out.raw(change.after->value);
+    }
+  });
   out.endObject();
   return out.take();
 }

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "host/openconfig/LeafText.h"
+#include "host/openconfig/Subtree.h"
 
 namespace host {
 
@@ -24,11 +25,13 @@ std::string changeLine(const LeafChange& change);
 
 // The nodes whose deletion takes away what went, sorted: of each leaf that went, the highest
 // ancestor or itself that has leaves before and none after, but no node above an outermost entry of
-// a list, and outside lists none above the children of the root.
+// a list, outside lists none above the children of the root, and none above the subtree whose leaves
+// the lists have.
 std::vector<std::string> deletedNodes(const std::vector<LeafChange>& changes,
-                                      const std::vector<LeafText>& after);
+                                      const std::vector<LeafText>& after, const Subtree& only = {});
 
 // {"delete":[PATH,...],"update":{PATH:VALUE,...}}, in one line without its end.
-std::string changesJson(const std::vector<LeafChange>& changes, const std::vector<LeafText>& after);
+std::string changesJson(const std::vector<LeafChange>& changes, const std::vector<LeafText>& after,
+                        const Subtree& only = {});
 
 }  // namespace host

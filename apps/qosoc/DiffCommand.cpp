@@ -93,8 +93,9 @@ int diffCommand(std::span<const std::string> words) {
   const host::LeavesOfText after = leavesOf(files[1], shown);
   if (!before.faults.empty() || !after.faults.empty()) return nothingDone;
   const auto changes = host::leafChanges(before.leaves, after.leaves);
-  const bool isPrinted =
-      arguments.has("--json") ? print(host::changesJson(changes, after.leaves)) : printAll(changes);
+  const bool isPrinted = arguments.has("--json")
+                             ? print(host::changesJson(changes, after.leaves, shown.only))
+                             : printAll(changes);
   if (isPrinted && std::fflush(stdout) == 0) return changes.empty() ? done : doneWithReports;
   std::fprintf(stderr, "qosoc: standard output: %s\n", std::strerror(errno));
   return nothingDone;

@@ -7,6 +7,18 @@
 
 namespace host {
 
+void writeChanges(JsonWriter& out, const std::vector<std::string>& deleted,
+                  const std::function<void()>& updates) {
+  out.key("delete");
+  out.beginArray();
+  for (const std::string& node : deleted) out.text(node);
+  out.endArray();
+  out.key("update");
+  out.beginObject();
+  updates();
+  out.endObject();
+}
+
 std::string feedLine(const FeedHead& head, const LeafChanges& changes, const TextSink& sink) {
   JsonWriter out(Layout::compact, sink);
   out.beginObject();
@@ -20,17 +32,12 @@ std::string feedLine(const FeedHead& head, const LeafChanges& changes, const Tex
     out.key("refused");
     out.boolean(true);
   }
-  out.key("delete");
-  out.beginArray();
-  for (const std::string& node : changes.deleted) out.text(node);
-  out.endArray();
-  out.key("update");
-  out.beginObject();
-  for (const LeafUpdate& leaf : changes.updated) {
-    out.key(leaf.path);
-    writeLeaf(out, leaf.type, leaf.value);
-  }
-  out.endObject();
+  writeChanges(out, changes.deleted, [&] {
+    for (const LeafUpdate& leaf : changes.updated) {
+      out.key(leaf.path);
+      writeLeaf(out, leaf.type, leaf.value);
+    }
+  });
   out.endObject();
   return out.take();
 }

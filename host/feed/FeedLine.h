@@ -13,6 +13,11 @@
 
 namespace host {
 
+// Writes the members "delete" and "update" of an object that is open; `updates` writes the members
+// of the latter.
+void writeChanges(JsonWriter& out, const std::vector<std::string>& deleted,
+                  const std::function<void()>& updates);
+
 // What stands before the changes.
 struct FeedHead {
   std::uint64_t line;

@@ -94,6 +94,19 @@ TEST_F(Diff, ComparesAPartOfTheTree) {
             "- /qos/queues/queue[name=AF]/name \"AF\"\n");
 }
 
+TEST_F(Diff, OfAPartDeletesNothingAboveIt) {
+  const std::string term =
+      R"({"class-maps":{"qos":{"__yang_[edge-in]_[]":{},"__yang_[edge-in]_[voice]":{"match":["ip-access-group"]}}}})";
+  const std::string without = R"({"class-maps":{"qos":{"__yang_[edge-in]_[]":{}}}})";
+  const std::string terms = "/qos/classifiers/classifier[name=edge-in]/terms";
+  for (const std::string& only : {terms, terms + "/term", terms + "/term[id=voice]/config"}) {
+    const HostRun run = diff(
+        {"--json", "--only", only, folder_.file("a.json", term), folder_.file("b.json", without)});
+    EXPECT_EQ(run.out, "{\"delete\":[\"" + only + "\"],\"update\":{}}\n");
+    EXPECT_EQ(run.exit, 1);
+  }
+}
+
 TEST_F(Diff, ShowsAStateThatIsNotItsConfig) {
   const std::string document = folder_.file("state.json", R"({"openconfig-qos:qos":{"queues":
       {"queue":[{"name":"AF","config":{"name":"AF"},"state":{"name":"AF"}},
