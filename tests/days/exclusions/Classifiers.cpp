@@ -374,6 +374,18 @@ constexpr Exclusion classifierRows[] = {
               (seen.facts.find(0, term.acl("ipv4")) == nullptr ||
                seen.facts.find(0, term.acl("ipv6")) == nullptr);
      }},
+    {"the conditions that the sweep of a later type resets", +Check::again,
+     "A policy map turns the classifier's type behind the sweeps of its start, and only at the "
+     "next "
+     "one is it the sweep of that type's family that wipes a term without such an ACL.",
+     [](const Seen& seen) {
+       if (!isConditions(seen) || !isFresh(seen, seen.difference.right)) return false;
+       const Classifier term(seen);
+       const std::set<std::string> types = term.types();
+       return term.typesDisagree() &&
+              std::any_of(types.begin(), types.end(),
+                          [&](const std::string& type) { return !seen.facts.has(term.acl(type)); });
+     }},
     {"the conditions that a sweep of the other family would reset", +Check::order,
      "The type decides which family's sweep resets them.",
      [](const Seen& seen) {
