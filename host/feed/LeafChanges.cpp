@@ -31,6 +31,13 @@ void sortUpdates(std::vector<LeafUpdate>& updates) {
             [](const LeafUpdate& a, const LeafUpdate& b) { return a.path < b.path; });
 }
 
+// Behind the key that stands at a place of a path; the place itself where none does.
+std::size_t endOfKey(std::string_view path, std::size_t at) {
+  if (at == path.size() || path[at] != '[') return at;
+  while (path[at] != ']') at += path[at] == '\\' ? 2 : 1;
+  return at + 1;
+}
+
 // The path of an entry and the keys on its way.
 class EntryPath {
  public:
@@ -179,30 +186,44 @@ LeafChanges LeafDiffer::all(const Model& images, const std::vector<LeftOutEntry>
       },
       warnOnce_);
   sortUpdates(all.updated);
-  wasThere_ = !all.updated.empty();
+  tops_.clear();
+  if (!request_.only.isAll()) keepTops(all);
   return all;
 }
 
 LeafChanges LeafDiffer::of(const RecordChanges& records, const Model& images) {
   LeafChanges changes = Making(view_, images, warnOnce_).of(records);
-  if (!request_.only.isAll()) keepWithin(changes, images);
+  if (!request_.only.isAll()) keepWithin(changes);
   return changes;
 }
 
-// A node that went from around the subtree took the subtree along, if it was there.
-void LeafDiffer::keepWithin(LeafChanges& changes, const Model& images) {
-  const Subtree& only = request_.only;
+// A node that went from around the subtree took the subtree along, as far as it was there.
+void LeafDiffer::keepWithin(LeafChanges& changes) {
+  using Relation = Subtree::Relation;
   std::vector<std::string> deleted;
-  bool isAroundGone = false;
   for (std::string& node : changes.deleted) {
-    if (only.within(node)) deleted.push_back(std::move(node));
-    isAroundGone |= only.relation(node) == Subtree::Relation::above;
+    const Relation relation = request_.only.relation(node);
+    if (relation == Relation::above) {
+      deleted.insert(deleted.end(), tops_.begin(), tops_.end());
+      tops_.clear();
+    } else if (relation == Relation::within) {
+      tops_.erase(node);
+      deleted.push_back(std::move(node));
+    }
   }
-  const bool isThereNow = isThere(view_, images, only.path());
-  if (isAroundGone && wasThere_ && !isThereNow) deleted = {only.path()};
   changes.deleted = std::move(deleted);
-  std::erase_if(changes.updated, [&](const LeafUpdate& leaf) { return !only.within(leaf.path); });
-  wasThere_ = isThereNow;
+  std::erase_if(changes.updated,
+                [&](const LeafUpdate& leaf) { return !request_.only.within(leaf.path); });
+  keepTops(changes);
+}
+
+void LeafDiffer::keepTops(const LeafChanges& changes) {
+  for (const LeafUpdate& leaf : changes.updated) {
+    const std::size_t end = endOfKey(leaf.path, request_.only.path().size());
+    if (tops_.empty() || leaf.path.compare(0, end, *tops_.rbegin()) != 0) {
+      tops_.insert(leaf.path.substr(0, end));
+    }
+  }
 }
 
 }  // namespace host

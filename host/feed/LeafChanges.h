@@ -1,6 +1,7 @@
 // What a commit changed, leaf by leaf, as one consumer sees it.
 #pragma once
 
+#include <set>
 #include <string>
 #include <unordered_set>
 #include <vector>
@@ -51,13 +52,15 @@ class LeafDiffer {
   LeafChanges of(const RecordChanges& records, const Model& images);
 
  private:
-  void keepWithin(LeafChanges& changes, const Model& images);
+  void keepWithin(LeafChanges& changes);
+  void keepTops(const LeafChanges& changes);
 
   LeafRequest request_;
   View view_;
   LeafWalk::Warn warnOnce_;
   std::unordered_set<std::string> warned_;
-  bool wasThere_ = false;  // the top of the subtree, before the changes
+  // The top of the subtree, if it is there; of a list, its entries that are.
+  std::set<std::string> tops_;
 };
 
 }  // namespace host

@@ -18,7 +18,4 @@ struct TreeEntry {
 // `below` is a path below the entry that names no key: a container, a list or a leaf.
 bool isThere(const View& view, const TreeEntry& at, std::string_view below);
 
-// Of a whole path with its keys, as Subtree has it.
-bool isThere(const View& view, const Model& model, std::string_view path);
-
 }  // namespace host

@@ -114,6 +114,8 @@ const Case cases[] = {
     {"WithInterfaceRef", {"01-native.json", "--interface-ref"}},
     {"WithAContainerOnly",
      {"01-native.json", "--only", "/qos/classifiers/classifier[name=edge-in]/terms"}},
+    {"WithANestedListOnly",
+     {"01-native.json", "--only", "/qos/classifiers/classifier[name=guest-in]/terms/term"}},
     {"WithAListOnly", {"01-native.json", "--only", "/qos/interfaces/interface"}},
     {"WithALeafOnly",
      {"01-native.json", "--only", "/qos/qosoc-augments:pfc/watchdog/config/action"}},

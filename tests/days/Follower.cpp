@@ -193,6 +193,7 @@ Follower::Follower(const host::Model& model)
   add({});
   add({.view = other});
   add({.only = host::Subtree("/qos/classifiers/classifier[name=edge-in]/terms")});
+  add({.only = host::Subtree("/qos/classifiers/classifier[name=edge-in]/terms/term")});
   add({.only = host::Subtree("/qos/interfaces/interface[interface-id=Ethernet1]/output")});
 }
 

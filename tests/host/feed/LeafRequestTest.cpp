@@ -129,6 +129,23 @@ TEST(LeafRequest, OfASubtreeNamesItsTopWhenItsListLosesTheLastEntry) {
               ElementsAre("- " + terms + "/term[id=t]/config"));
 }
 
+// A list is no node: its entries are.
+TEST(LeafRequest, OfAllEntriesOfAListNamesEachThatGoesWithWhatIsAround) {
+  HostFollowed built(hostOneOfEach, only(terms + "/term"));
+  built.terms().termMade("a]");
+  built.terms().termMade("v");
+  built.commit();
+  built.terms().termDel("v");
+  EXPECT_THAT(built.commit(), ElementsAre("- " + terms + "/term[id=v]"));
+  built.model.classifiers->classifierDel("c");
+  EXPECT_THAT(built.commit(),
+              ElementsAre("- " + terms + "/term[id=a\\]]", "- " + terms + "/term[id=t]"));
+  built.terms().termMade("t");
+  built.commit();
+  built.terms().termDel("t");
+  EXPECT_THAT(built.commit(), ElementsAre("- " + terms + "/term[id=t]"));
+}
+
 TEST(LeafRequest, OfASubtreeThatWasNotThereSaysNothingWhenWhatIsAroundGoes) {
   const auto remove = [](const HostFollowed& m) { m.model.classifiers->classifierDel("c"); };
   EXPECT_THAT(said(only(terms + "/term[id=u]"), remove), IsEmpty());
