@@ -96,7 +96,7 @@ std::vector<std::string> deletedNodes(const std::vector<LeafChange>& changes,
     const std::string node = highestMissing(change.before->path, after);
     // The lists don't say what is around the subtree: all that is known to be gone is its top.
     const bool isAround = only.relation(node) == Subtree::Relation::above;
-    nodes.push_back(isAround ? only.path() : node);
+    nodes.emplace_back(isAround ? only.topAbove(change.before->path) : node);
   }
   std::sort(nodes.begin(), nodes.end());
   nodes.erase(std::unique(nodes.begin(), nodes.end()), nodes.end());

@@ -31,13 +31,6 @@ void sortUpdates(std::vector<LeafUpdate>& updates) {
             [](const LeafUpdate& a, const LeafUpdate& b) { return a.path < b.path; });
 }
 
-// Behind the key that stands at a place of a path; the place itself where none does.
-std::size_t endOfKey(std::string_view path, std::size_t at) {
-  if (at == path.size() || path[at] != '[') return at;
-  while (path[at] != ']') at += path[at] == '\\' ? 2 : 1;
-  return at + 1;
-}
-
 // The path of an entry and the keys on its way.
 class EntryPath {
  public:
@@ -219,10 +212,8 @@ void LeafDiffer::keepWithin(LeafChanges& changes) {
 
 void LeafDiffer::keepTops(const LeafChanges& changes) {
   for (const LeafUpdate& leaf : changes.updated) {
-    const std::size_t end = endOfKey(leaf.path, request_.only.path().size());
-    if (tops_.empty() || leaf.path.compare(0, end, *tops_.rbegin()) != 0) {
-      tops_.insert(leaf.path.substr(0, end));
-    }
+    const std::string_view top = request_.only.topAbove(leaf.path);
+    if (tops_.empty() || top != *tops_.rbegin()) tops_.emplace(top);
   }
 }
 

@@ -97,4 +97,11 @@ Subtree::Relation Subtree::relation(std::string_view path) const {
   return isBelow(path_, path) ? Relation::above : Relation::apart;
 }
 
+std::string_view Subtree::topAbove(std::string_view path) const {
+  std::size_t end = path_.size();
+  if (end == path.size() || path[end] != '[') return path.substr(0, end);
+  while (path[end] != ']') end += path[end] == '\\' ? 2 : 1;
+  return path.substr(0, end + 1);
+}
+
 }  // namespace host

@@ -99,10 +99,15 @@ TEST_F(Diff, OfAPartDeletesNothingAboveIt) {
       R"({"class-maps":{"qos":{"__yang_[edge-in]_[]":{},"__yang_[edge-in]_[voice]":{"match":["ip-access-group"]}}}})";
   const std::string without = R"({"class-maps":{"qos":{"__yang_[edge-in]_[]":{}}}})";
   const std::string terms = "/qos/classifiers/classifier[name=edge-in]/terms";
-  for (const std::string& only : {terms, terms + "/term", terms + "/term[id=voice]/config"}) {
+  // A list is no node: its entry is.
+  const std::pair<std::string, std::string> tops[] = {
+      {terms, terms},
+      {terms + "/term", terms + "/term[id=voice]"},
+      {terms + "/term[id=voice]/config", terms + "/term[id=voice]/config"}};
+  for (const auto& [only, top] : tops) {
     const HostRun run = diff(
         {"--json", "--only", only, folder_.file("a.json", term), folder_.file("b.json", without)});
-    EXPECT_EQ(run.out, "{\"delete\":[\"" + only + "\"],\"update\":{}}\n");
+    EXPECT_EQ(run.out, "{\"delete\":[\"" + top + "\"],\"update\":{}}\n");
     EXPECT_EQ(run.exit, 1);
   }
 }

@@ -149,5 +149,13 @@ TEST(LeafDifferences, MakeTheSecondOfTheFirst) {
   }
 }
 
+TEST(LeafDifferences, DeleteEachEntryWithinAListWhoseSurroundingsWent) {
+  const std::string list = "/qos/classifiers/classifier[name=c]/terms/term";
+  const std::vector<LeafText> before{
+      {list + "[id=a]/config/id", "1"}, {list + "[id=a]/id", "1"}, {list + "[id=b]/id", "1"}};
+  EXPECT_THAT(deletedNodes(leafChanges(before, {}), {}, Subtree(list)),
+              ElementsAre(list + "[id=a]", list + "[id=b]"));
+}
+
 }  // namespace
 }  // namespace host::leafDiffTest

@@ -106,5 +106,13 @@ TEST(Subtrees, AListWithoutItsKeyIsAllOfItsEntries) {
   EXPECT_FALSE(groups.within("/qos/forwarding-groups"));
 }
 
+TEST(Subtrees, HaveAnEntryAtTheTopOfAList) {
+  const std::string list = "/qos/classifiers/classifier[name=c]/terms/term";
+  EXPECT_EQ(Subtree(list).topAbove(list + "[id=a\\]b]/config/id"), list + "[id=a\\]b]");
+  EXPECT_EQ(Subtree(list + "[id=t]").topAbove(list + "[id=t]/config/id"), list + "[id=t]");
+  EXPECT_EQ(Subtree(list + "[id=t]/id").topAbove(list + "[id=t]/id"), list + "[id=t]/id");
+  EXPECT_EQ(Subtree("/qos/queues").topAbove("/qos/queues/queue[name=q]/name"), "/qos/queues");
+}
+
 }  // namespace
 }  // namespace host::subtreeTest
