@@ -129,9 +129,7 @@ class Terms final : public Rok::PtrInterface {
   void termIs(const Term& term) { terms_.is(term); }
   // The term of that id: as it stands, or a new one of which the id and the config's id are set.
   const Term& termMade(const Rok::String& id) {
-    const auto [term, isNew] = terms_.made(id);
-    if (isNew) terms_.content(*term).configId = id;
-    return *term;
+    return terms_.made(id, [&](TermContent& added) { added.configId = id; });
   }
   // What a term that was found or made here holds beside its id, to be written in place.
   // Requires: the term is still there.

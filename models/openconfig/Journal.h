@@ -72,19 +72,24 @@ class Journal {
   Journal& operator=(const Journal&) = delete;
 
   // Throws: std::bad_alloc; then nothing was marked.
-  QOS_EXPORT void mark(RecordId record, const RecordKeys& keys, bool withAllBelow = false);
+  void mark(RecordId record, const RecordKeys& keys, bool withAllBelow = false) {
+    mark(record, keys.outer, keys.number, keys.below, withAllBelow);
+  }
+  // The same, by the keys one by one.
+  QOS_EXPORT void mark(RecordId record, const Rok::String& outer, std::uint32_t number,
+                       const Rok::String& below, bool withAllBelow);
 
-  // The marks since the last call, in the order in which they were made.
+  // The marks since the last call, in the order in which they were made first.
+  // Throws: std::bad_alloc; then they stay.
   QOS_EXPORT std::vector<Mark> taken();
 
  private:
-  std::uint32_t& slotOf(RecordId record, const RecordKeys& keys);
-  void grow();
+  void markWithRoom(RecordId record, const Rok::String& outer, std::uint32_t number,
+                    const Rok::String& below, bool withAllBelow);
 
+  // A record may stand here several times. That is put right when the marks are taken, or when the
+  // room is full; it grows if more than a quarter of it is needed then.
   std::vector<Mark> marks_;
-  // A hash table with linear probing: the number of a mark, counted from 1, or 0. A power of two,
-  // at most half of them taken.
-  std::vector<std::uint32_t> slots_;
 };
 
 // An object's way to the journal, with the keys that lead to the object.

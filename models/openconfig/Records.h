@@ -31,11 +31,13 @@ class RecordMap {
     const auto [node, isNew] = map_.newMember(record.*key, record);
     if (!isNew) node->value() = record;
   }
-  // The record of a key, and whether it is new: then it has the key alone.
-  std::pair<const Record*, bool> made(const Key& k) {
+  // The record of a key. A new one has the key alone, and `fill` gets what it holds beside that.
+  template <class Fill>
+  const Record& made(const Key& k, const Fill& fill) {
     mark(k);
     const auto [node, isNew] = map_.newMember(k, k);
-    return {&node->value(), isNew};
+    if (isNew) fill(static_cast<typename Record::Content&>(node->value()));
+    return node->value();
   }
   // What a record that was found here holds beside its key, to be written in place. A writer that
   // could reach the key would file the record under a wrong one. Requires: it is still there.

@@ -287,6 +287,27 @@ TEST(Journal, KeepsApartAsManyMarksAsThereAre) {
   }
 }
 
+TEST(Journal, AMarkOfTheSameRecordRightAfterItsOwnWidensIt) {
+  Journal journal;
+  const RecordKeys keys{"a", 0, "x"};
+  journal.mark(RecordId::term, keys);
+  journal.mark(RecordId::term, keys, true);
+  journal.mark(RecordId::term, keys);
+  EXPECT_THAT(shown(journal.taken()), ElementsAre("term+ a 0 x"));
+}
+
+TEST(Journal, HasARecordOnceHoweverOftenSeveralAreMarkedInTurn) {
+  Journal journal;
+  journal.mark(RecordId::classifier, {"a", 0, {}});
+  journal.mark(RecordId::term, {"a", 0, "x"}, true);
+  for (int i = 0; i < 10000; ++i) {
+    journal.mark(RecordId::queue, {"q", 0, {}}, i == 5000);
+    journal.mark(RecordId::term, {"a", 0, "x"});
+    journal.mark(RecordId::classifier, {"a", 0, {}});
+  }
+  EXPECT_THAT(shown(journal.taken()), ElementsAre("classifier a 0", "term+ a 0 x", "queue+ q 0"));
+}
+
 TEST(Journal, ADetachedModelMarksNothing) {
   Directories model;
   model.fill();
