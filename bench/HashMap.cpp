@@ -13,6 +13,7 @@
 
 #include "Rok/HashMap2018.h"
 #include "Rok/StdIterator.h"
+#include "support/BytesInUse.h"
 #include "support/Check.h"
 #include "support/Child.h"
 #include "support/Comparisons.h"

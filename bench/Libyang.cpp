@@ -6,10 +6,10 @@
 #include <string>
 #include <vector>
 
+#include "support/BytesInUse.h"
 #include "support/Check.h"
 #include "support/Child.h"
 #include "support/Comparisons.h"
-#include "support/Heap.h"
 #include "support/LibyangTree.h"
 #include "support/Order.h"
 #include "support/Seconds.h"

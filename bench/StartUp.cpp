@@ -6,12 +6,12 @@
 #include <string>
 #include <vector>
 
+#include "support/BytesInUse.h"
 #include "support/Child.h"
 #include "support/ClassMapDevice.h"
 #include "support/ClassificationDevice.h"
 #include "support/Comparisons.h"
 #include "support/Floor.h"
-#include "support/Heap.h"
 #include "support/QueueDevice.h"
 #include "support/Seconds.h"
 #include "support/Series.h"

@@ -1,10 +1,6 @@
 #include "support/Heap.h"
 
-#include <malloc.h>
-
 #include <cstddef>
-
-#include "Dorpel/Slab.h"
 
 namespace {
 
@@ -36,11 +32,5 @@ void* realloc(void* block, std::size_t size) noexcept {
 namespace Bench {
 
 std::uint64_t heapAllocations() { return allocations; }
-
-std::uint64_t bytesInUse() {
-  const Dorpel::SlabUse slabs = Dorpel::slabUse();
-  const struct mallinfo2 heap = mallinfo2();
-  return slabs.bytes + slabs.mapped + heap.uordblks + heap.hblkhd - slabs.chunks;
-}
 
 }  // namespace Bench
