@@ -41,6 +41,12 @@ class ClassMapDevice {
   void machinesDel() { root_ = nullptr; }
   void outputDel() { output_ = nullptr; }
 
+  // The directories that the translators write, once they are there.
+  template <class Visitor>
+  void eachOutput(const Visitor& visit) const {
+    visit(output_);
+  }
+
   static Change change(std::size_t number);
 
   // The events, from the native write on: finding the object to change is the host's part.

@@ -34,6 +34,15 @@ class ClassificationDevice {
   void machinesDel() { roots_.clear(); }
   void outputDel();
 
+  // The directories that the translators write, once they are there.
+  template <class Visitor>
+  void eachOutput(const Visitor& visit) const {
+    visit(classifiers_);
+    visit(interfaces_);
+    visit(groups_);
+    visit(queues_);
+  }
+
   static Change change(std::size_t number);
 
   // The events, all of them at a term or at its classifier.

@@ -23,6 +23,10 @@ class Floor {
   static std::vector<std::string> names(std::size_t classMaps);
 
   void start() {}
+  // It has none.
+  template <class Visitor>
+  void eachOutput(const Visitor& /*visit*/) const {}
+
   static Change change(std::size_t number);
   void write(const Change& name);
 

@@ -20,6 +20,13 @@ class PfcDevice {
   // The translators and their output come.
   void start();
 
+  // The directories that the translators write, once they are there.
+  template <class Visitor>
+  void eachOutput(const Visitor& visit) const {
+    visit(watchdog_);
+    visit(interfaces_);
+  }
+
   static Change change(std::size_t number) { return {number}; }
 
   // The events: the watchdog of the whole device, or a port, gets the other one of two sets of

@@ -28,6 +28,12 @@ class QueueDevice {
   // The translator and its output come.
   void start();
 
+  // The directories that the translators write, once they are there.
+  template <class Visitor>
+  void eachOutput(const Visitor& visit) const {
+    visit(output_);
+  }
+
   static Change change(std::size_t number);
 
   // The events, all of them at one tx queue.

@@ -31,6 +31,13 @@ class QueueManagementDevice {
   // The translator and its output come.
   void start();
 
+  // The directories that the translators write, once they are there.
+  template <class Visitor>
+  void eachOutput(const Visitor& visit) const {
+    visit(profiles_);
+    visit(interfaces_);
+  }
+
   static Change change(std::size_t number);
 
   // The events: at a tx queue, at its interface's profile, and at a queue's name, which is given to

@@ -29,6 +29,13 @@ class SchedulerDevice {
   // The translator and its output come.
   void start();
 
+  // The directories that the translators write, once they are there.
+  template <class Visitor>
+  void eachOutput(const Visitor& visit) const {
+    visit(policies_);
+    visit(interfaces_);
+  }
+
   static Change change(std::size_t number);
 
   // The events, all of them at one tx queue or at the policy of its interface.
