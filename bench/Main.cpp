@@ -74,6 +74,7 @@ void registerAll(Comparisons& comparisons) {
 #ifdef QOS_BENCH_LIBYANG
   libyang(comparisons);
 #endif
+  feed(comparisons);
   startUp(comparisons);
   documents(comparisons);
   notification(comparisons);

@@ -67,6 +67,7 @@ void libyang(Comparisons& comparisons);
 // own: what class maps alone stand for, and terms with all that the whole path gives them.
 double libyangTypedBuild(std::size_t classMaps);
 double libyangWholeBuild(std::size_t classMaps);
+void feed(Comparisons& comparisons);
 void decoders(Comparisons& comparisons);
 void comments(Comparisons& comparisons);
 void notification(Comparisons& comparisons);

@@ -37,6 +37,23 @@ std::size_t count(const lyd_node* list) {
   return result;
 }
 
+void changeIn(lyd_node* tree, const std::string& path, const char* group) {
+  lyd_node* changed = nullptr;
+  checked(lyd_new_path(tree, nullptr, path.c_str(), group, LYD_NEW_PATH_UPDATE, &changed),
+          "a change by path");
+  require(changed != nullptr, "nothing was changed by path");
+}
+
+// Those that are no list key.
+std::size_t leavesBelow(const lyd_node* node) {
+  if ((node->schema->nodetype & LYS_LEAF) != 0) return lysc_is_key(node->schema) ? 0 : 1;
+  std::size_t result = 0;
+  for (const lyd_node* child = lyd_child(node); child != nullptr; child = child->next) {
+    result += leavesBelow(child);
+  }
+  return result;
+}
+
 }  // namespace
 
 LibyangTree::LibyangTree() {
@@ -115,10 +132,7 @@ std::vector<std::string> LibyangTree::groupPaths(std::size_t classMaps) const {
 }
 
 void LibyangTree::change(const std::string& path, const char* group) const {
-  lyd_node* changed = nullptr;
-  checked(lyd_new_path(tree_.get(), nullptr, path.c_str(), group, LYD_NEW_PATH_UPDATE, &changed),
-          "a change by path");
-  require(changed != nullptr, "nothing was changed by path");
+  changeIn(tree_.get(), path, group);
 }
 
 void LibyangTree::change(lyd_node* leaf, const char* group) {
@@ -129,6 +143,27 @@ lyd_node* LibyangTree::leaf(const std::string& path) const {
   lyd_node* found = nullptr;
   checked(lyd_find_path(tree_.get(), path.c_str(), 0, &found), "a leaf");
   return found;
+}
+
+void LibyangTree::keep() {
+  lyd_node* copy = nullptr;
+  checked(lyd_dup_siblings(tree_.get(), nullptr, LYD_DUP_RECURSIVE, &copy), "a copy of a tree");
+  kept_.reset(copy);
+}
+
+std::size_t LibyangTree::changedSinceKept() const {
+  lyd_node* found = nullptr;
+  checked(lyd_diff_siblings(kept_.get(), tree_.get(), 0, &found), "a diff of two trees");
+  const std::unique_ptr<lyd_node, TreeDelete> diff(found);
+  std::size_t result = 0;
+  for (const lyd_node* node = found; node != nullptr; node = node->next) {
+    result += leavesBelow(node);
+  }
+  return result;
+}
+
+void LibyangTree::changeKept(const std::string& path, const char* group) const {
+  changeIn(kept_.get(), path, group);
 }
 
 void LibyangTree::check(std::size_t classMaps) const {

@@ -33,6 +33,12 @@ class LibyangTree {
   static void change(lyd_node* leaf, const char* group);
   lyd_node* leaf(const std::string& path) const;
 
+  // Keeps a copy of the tree as it stands; the leaves that differ from it, by libyang's diff of the
+  // two, list keys and the way to them aside; a change of the copy, like that of the tree.
+  void keep();
+  std::size_t changedSinceKept() const;
+  void changeKept(const std::string& path, const char* group) const;
+
   // Ends the process unless it has the terms of so many class maps.
   void check(std::size_t classMaps) const;
 
@@ -49,6 +55,7 @@ class LibyangTree {
   std::unique_ptr<ly_ctx, ContextDelete> context_;
   const lys_module* module_ = nullptr;
   std::unique_ptr<lyd_node, TreeDelete> tree_;
+  std::unique_ptr<lyd_node, TreeDelete> kept_;
 };
 
 }  // namespace Bench
