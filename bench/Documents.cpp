@@ -35,12 +35,17 @@ void documents(Comparisons& comparisons) {
   comparisons.subject("Native document");
   const std::size_t size = documentMegabytes();
   std::vector<std::string> names;
-  for (const char* way : {"dom", "events", "read", "qosoc check", "qosoc translate"}) {
+  for (const char* way :
+       {"dom", "events", "read", "qosoc check", "qosoc translate", "qosoc translate --feed"}) {
     names.push_back(titleOf(way));
     const std::string figure = at(names.back(), size);
     if (names.size() > 1) comparisons.add(figure, at(titleOf("dom"), size));
     comparisons.add(figure + " peak bytes", figure + " file bytes");
   }
+  const std::string translate = at(titleOf("qosoc translate"), size);
+  const std::string feed = at(titleOf("qosoc translate --feed"), size);
+  comparisons.add(feed, translate);
+  comparisons.add(feed + " peak bytes", translate + " peak bytes");
   registerTogether(names, size, [=] { return measure(size); });
 }
 

@@ -2,8 +2,8 @@
 //
 //   documents write FILE MEGABYTES
 //   documents dom|events|read FILE      prints seconds and the peak of memory in bytes
-//   documents report FILE QOSOC         medians of five runs of each, and of `QOSOC check` and
-//                                       `QOSOC translate`, all in turns
+//   documents report FILE QOSOC         medians of five runs of each, and of `QOSOC check`, `QOSOC
+//                                       translate` and `QOSOC translate --feed`, all in turns
 //
 // dom: a rapidjson::Document with the parser's default flags, which is RapidJSON's own parse.
 // events: the parser alone, with a handler that does nothing.
@@ -98,11 +98,11 @@ int report(const std::string& self, const std::string& path, const std::string& 
   const auto fileBytes = static_cast<double>(std::filesystem::file_size(path));
   Measured measured = documentCosts(self, qosoc, path, repetitions);
   const double dom = median(measured["dom"].seconds);
-  std::printf("%-18s %10s %12s %12s %12s\n", "", "seconds", "of dom's", "peak, MB", "of the file");
+  std::printf("%-24s %10s %12s %12s %12s\n", "", "seconds", "of dom's", "peak, MB", "of the file");
   for (const auto& [what, series] : measured) {
     const double seconds = median(series.seconds);
     const double peak = series.counters.at("peak bytes");
-    std::printf("%-18s %10.3f %12.2f %12.1f %12.2f\n", what.c_str(), seconds, seconds / dom,
+    std::printf("%-24s %10.3f %12.2f %12.1f %12.2f\n", what.c_str(), seconds, seconds / dom,
                 peak / 1e6, peak / fileBytes);
   }
   return 0;

@@ -68,7 +68,9 @@ Measured documentCosts(const std::string& documents, const std::string& qosoc,
       add(way, costToldBy("'" + documents + "' " + way + " '" + file + "'"));
     }
     add("qosoc check", costOf({qosoc, "check", file}));
-    if (i < translations) add("qosoc translate", costOf({qosoc, "translate", file}));
+    if (i >= translations) continue;
+    add("qosoc translate", costOf({qosoc, "translate", file}));
+    add("qosoc translate --feed", costOf({qosoc, "translate", file, "--feed"}));
   }
   return measured;
 }

@@ -172,6 +172,11 @@ void textClaims(std::vector<Claim>& claims) {
                     {{translate + " peak bytes", translate + " file bytes"}},
                     Goal::ratioAtMost,
                     4});
+  claims.push_back(
+      {"memory of qosoc translate --feed beside qosoc translate",
+       {{at("document, qosoc translate --feed", size) + " peak bytes", translate + " peak bytes"}},
+       Goal::ratioAtMost,
+       2});
 }
 
 std::vector<Claim> claims() {
