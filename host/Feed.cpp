@@ -14,6 +14,7 @@ struct Feed::Observer {
   std::optional<LeafDiffer> differ;  // of one that wants leaves
   bool isNew = true;                 // its next call brings everything
   bool hasEnded = false;
+  bool isRunning = false;
 };
 
 Feed::Subscription& Feed::Subscription::operator=(Subscription&& other) noexcept {
@@ -24,13 +25,20 @@ Feed::Subscription& Feed::Subscription::operator=(Subscription&& other) noexcept
 }
 
 void Feed::Subscription::end() {
-  if (const auto observer = observer_.lock()) observer->hasEnded = true;
+  const auto observer = observer_.lock();
   observer_.reset();
+  if (!observer) return;
+  observer->hasEnded = true;
+  if (observer->isRunning) return;  // what it holds goes with the next commit
+  observer->onLeaves = nullptr;
+  observer->onRecords = nullptr;
 }
 
 Feed::Feed(const Model& model) : model_(model) {}
 
-Feed::~Feed() { journalIs(nullptr); }
+Feed::~Feed() {
+  if (isAttached_) journalIs(nullptr);
+}
 
 Feed::Subscription Feed::onLeaves(LeafRequest request, OnLeaves observer) {
   auto made = std::make_shared<Observer>();
@@ -48,7 +56,9 @@ Feed::Subscription Feed::onRecords(OnRecords observer) {
 }
 
 void Feed::commit() {
-  if (std::exchange(isCommitting_, true)) throw std::logic_error("a commit in a commit");
+  if (isCommitting_) throw std::logic_error("a commit in a commit");
+  if (!isAttached_ && model_.pfc->hasJournal()) throw std::logic_error("the model has a feed");
+  isCommitting_ = true;
   struct End {
     bool& isCommitting;
     ~End() { isCommitting = false; }
@@ -61,11 +71,13 @@ void Feed::commit() {
   std::exception_ptr first;
   for (const auto& observer : observers) {
     if (observer->hasEnded) continue;
+    observer->isRunning = true;
     try {
       call(*observer, taken);
     } catch (...) {
       if (!first) first = std::current_exception();
     }
+    observer->isRunning = false;
   }
   if (first) std::rethrow_exception(first);
 }
@@ -77,6 +89,7 @@ Feed::Taken Feed::takeChanges() {
   if (!wasWhole) {
     for (const auto& observer : observers_) observer->isNew = true;
     journalIs(&journal_);
+    isAttached_ = true;
   }
   Taken taken;
   taken.changes = wasWhole ? images_.update(model_, marks) : images_.updateAll(model_);

@@ -18,20 +18,37 @@
 //     and the first exception then leaves `commit`. The changes count as delivered.
 //   - When memory runs out in `commit`, the exception leaves it, and the next call of each observer
 //     brings everything again.
-//   - One feed for a model. The model's directories must outlive it. A subscription may outlive it.
+//   - One feed for a model: the first commit of a second one throws std::logic_error.
+//   - A subscription may outlive the feed. No observer may end the feed's life.
+//   - The feed holds the model's directories. What it gives of them, `committed` too, is to be read
+//     and not to be written.
 //
 // EXAMPLE
 //   host::Feed feed(model);
-//   std::map<std::string, std::string> known;  // what a collector would hold
-//   const auto subscription = feed.onLeaves({}, [&](const host::LeafChanges& changes) {
+//   std::map<std::string, std::string> known;  // leaves, by their paths
+//   const auto leaves = feed.onLeaves({}, [&](const host::LeafChanges& changes) {
+//     if (changes.isWhole) known.clear();
+//     for (const std::string& node : changes.deleted) {
+//       std::erase_if(known, [&](const auto& leaf) {
+//         return leaf.first == node || leaf.first.starts_with(node + '/');
+//       });
+//     }
 //     for (const auto& [path, type, value] : changes.updated) {
 //       known[path] = host::leafText(type, value);
+//     }
+//   });
+//   std::vector<std::string> newQueues;
+//   const auto records = feed.onRecords([&](const host::RecordChanges& changes) {
+//     for (const host::RecordChange& change : changes.changes) {
+//       const auto* queue = change.is<QosOc::Config::Queue>();
+//       if (queue != nullptr && change.before == nullptr) newQueues.push_back(queue->name.data());
 //     }
 //   });
 //   feed.commit();
 //   model.queues->qIs(QosOc::Config::Queue("voice"));  // as a root would
 //   feed.commit();
 //   assert(known["/qos/queues/queue[name=voice]/name"] == "\"voice\"");
+//   assert(newQueues == std::vector<std::string>{"voice"});
 #pragma once
 
 #include <functional>
@@ -91,9 +108,10 @@ class Feed {
   void call(Observer& observer, const Taken& taken);
   void journalIs(QosOc::Config::Journal* journal) const;
 
-  const Model& model_;
+  const Model model_;  // the directories, which others hold too
   QosOc::Config::Journal journal_;
   Images images_;
+  bool isAttached_ = false;  // to the model, since the first commit
   bool isCommitting_ = false;
   bool isWhole_ = false;  // the images hold all that the journal doesn't mark
   std::vector<std::shared_ptr<Observer>> observers_;

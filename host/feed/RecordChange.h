@@ -17,14 +17,20 @@ struct RecordChange {
   std::shared_ptr<const void> before;  // null: it came
   const void* after;                   // null: it went. It stands until the next commit
 
-  // The record, by its type: that of the kind's table. Null where there is none.
+  // The record, by its type, as in `was<QosOc::Config::Term>()`. Null where there is none, or one of
+  // another type.
   template <class Record>
   const Record* was() const {
-    return static_cast<const Record*>(before.get());
+    return hasType<Record>() ? static_cast<const Record*>(before.get()) : nullptr;
   }
   template <class Record>
   const Record* is() const {
-    return static_cast<const Record*>(after);
+    return hasType<Record>() ? static_cast<const Record*>(after) : nullptr;
+  }
+  template <class Record>
+  bool hasType() const {
+    static_assert(std::is_copy_constructible_v<Record>, "an object is no record: its config is");
+    return Record::record == kind->store.id;
   }
 };
 

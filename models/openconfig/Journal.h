@@ -8,7 +8,9 @@
 //     record by its keys. It doesn't say what changed, nor whether anything did.
 //   - A record is marked once, however often it is written, until the marks are taken.
 //   - The mark of an object that was removed, or lost a part, says that all below it may have
-//     changed: what was below has no marks of its own.
+//     changed: what was below is not marked for that.
+//   - A reference that is handed out for writing is good until the marks are taken. What is written
+//     through it behind that isn't marked.
 //   - Records are private to the directories and objects that hold them, inside RecordMap,
 //     ObjectMap or Recorded: these mark, and give out nothing else that can be written.
 //   - One journal for a model. It must be detached, by `journalIs(nullptr)`, before it dies.

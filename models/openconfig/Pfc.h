@@ -39,6 +39,7 @@ class Pfc final : public Rok::PtrInterface {
   void watchdogIs(const PfcWatchdog& watchdog) { watchdog_.is(marker_, watchdog); }
 
   void journalIs(Journal* journal) { marker_ = Marker(journal); }
+  bool hasJournal() const { return marker_.isOn(); }
 
  private:
   Recorded<PfcWatchdog> watchdog_;

@@ -319,6 +319,47 @@ TEST(Feed, MayGoBeforeItsSubscriptions) {
   subscription.end();
 }
 
+TEST(Feed, MayGoBehindTheModelWhoseDirectoriesItHolds) {
+  std::optional<HostModel> built(std::in_place);
+  std::optional<Feed> feed(std::in_place, built->model);
+  HostConsumer consumer(*feed);
+  built->queueIs("a");
+  built.reset();
+  feed->commit();
+  EXPECT_EQ(consumer.lines(), queueA);
+  feed.reset();
+}
+
+TEST(Feed, IsTheOnlyOneOfItsModel) {
+  HostFollowed built;
+  built.commit();
+  Feed second(built.model);
+  EXPECT_THROW(second.commit(), std::logic_error);
+  built.queueIs("a");
+  EXPECT_EQ(built.commit(), queueA) << "the first one follows the model as before";
+}
+
+TEST(Feed, MayComeBehindAnotherOneThatWent) {
+  const HostModel built;
+  Feed(built.model).commit();
+  Feed second(built.model);
+  HostConsumer consumer(second);
+  built.queueIs("a");
+  second.commit();
+  EXPECT_EQ(consumer.lines(), queueA);
+}
+
+TEST(Feed, LetsGoOfAnObserverWhenItsSubscriptionEnds) {
+  const HostModel built;
+  Feed feed(built.model);
+  const auto held = std::make_shared<int>(7);
+  auto subscription = feed.onLeaves({}, [held](const LeafChanges&) {});
+  feed.commit();
+  EXPECT_EQ(held.use_count(), 2);
+  subscription.end();
+  EXPECT_EQ(held.use_count(), 1);
+}
+
 TEST(Feed, LeavesTheModelWithoutAJournal) {
   HostModel built;
   readModelText(hostOneOfEach, built.model);
@@ -405,6 +446,22 @@ TEST(FeedOfRecords, BringsAChangedRecordWithBothOfItsSides) {
   EXPECT_THAT(seen, ElementsAre("1 to 0"));
 }
 
+TEST(FeedOfRecords, GivesNoRecordOfAnotherType) {
+  HostFollowed built;
+  bool wasCalled = false;
+  const auto subscription = built.feed.onRecords([&](const RecordChanges& changes) {
+    for (const RecordChange& change : changes.changes) {
+      wasCalled = true;
+      EXPECT_NE(change.is<QosOc::Config::Queue>(), nullptr);
+      EXPECT_EQ(change.is<QosOc::Config::Term>(), nullptr);
+    }
+  });
+  built.commit();
+  built.queueIs("a");
+  built.commit();
+  EXPECT_TRUE(wasCalled);
+}
+
 TEST(FeedOfRecords, KeepsWhatWentForTheCall) {
   HostFollowed built(hostOneOfEach);
   std::string name;
@@ -460,16 +517,30 @@ TEST(FeedOfRecords, NamesAnEntryThatTheDocumentCannotHold) {
 TEST(FeedExample, Runs) {
   const Model model;
   host::Feed feed(model);
-  std::map<std::string, std::string> known;  // what a collector would hold
-  const auto subscription = feed.onLeaves({}, [&](const host::LeafChanges& changes) {
+  std::map<std::string, std::string> known;  // leaves, by their paths
+  const auto leaves = feed.onLeaves({}, [&](const host::LeafChanges& changes) {
+    if (changes.isWhole) known.clear();
+    for (const std::string& node : changes.deleted) {
+      std::erase_if(known, [&](const auto& leaf) {
+        return leaf.first == node || leaf.first.starts_with(node + '/');
+      });
+    }
     for (const auto& [path, type, value] : changes.updated) {
       known[path] = host::leafText(type, value);
+    }
+  });
+  std::vector<std::string> newQueues;
+  const auto records = feed.onRecords([&](const host::RecordChanges& changes) {
+    for (const host::RecordChange& change : changes.changes) {
+      const auto* queue = change.is<QosOc::Config::Queue>();
+      if (queue != nullptr && change.before == nullptr) newQueues.push_back(queue->name.data());
     }
   });
   feed.commit();
   model.queues->qIs(QosOc::Config::Queue("voice"));  // as a root would
   feed.commit();
   assert(known["/qos/queues/queue[name=voice]/name"] == "\"voice\"");
+  assert(newQueues == std::vector<std::string>{"voice"});
 }
 
 TEST(FeedExample, IsTheOneOfTheHeader) {
