@@ -58,11 +58,14 @@ class EntryPath {
 // The changes of one commit.
 class Making {
  public:
-  Making(const View& view, const Model& images, const LeafWalk::Warn& warn)
-      : view_(view), images_(images), warn_(warn) {}
+  Making(const View& view, const Subtree& only, const Model& images, const LeafWalk::Warn& warn)
+      : view_(view), only_(only), images_(images), warn_(warn) {}
 
   LeafChanges of(const RecordChanges& records) {
-    for (const LeftOutEntry& entry : records.leftOut) leftOut(entry);
+    for (const LeftOutEntry& entry : records.leftOut) {
+      leftOut(*entry.kind, entry);
+      if (entry.kind == &kinds::interface) leftOut(kinds::referencedInterface, entry);
+    }
     for (const RecordChange& change : records.changes) {
       record(change);
       if (change.kind == &kinds::interface) referenced(change);
@@ -75,14 +78,20 @@ class Making {
   }
 
  private:
-  void leftOut(const LeftOutEntry& entry) {
-    if (!warn_ || view_.rows(*entry.kind).empty()) return;
-    warn_(entryLeftOut(*entry.kind, EntryPath(*entry.kind, entry.keys).keys(), entry.misfit));
+  void leftOut(const RecordKind& kind, const LeftOutEntry& entry) {
+    if (!warn_ || view_.rows(kind).empty()) return;
+    const EntryPath place(kind, entry.keys);
+    if (isApart(place.path())) return;
+    warn_(entryLeftOut(kind, place.keys(), entry.misfit));
+  }
+  bool isApart(const std::string& path) const {
+    return only_.relation(path) == Subtree::Relation::apart;
   }
 
   void record(const RecordChange& change) {
     if (view_.rows(*change.kind).empty()) return;  // the view doesn't show it
     const EntryPath place(*change.kind, change.keys);
+    if (isApart(place.path())) return;
     if (change.after == nullptr && change.kind->isList()) return entryGone(change, place);
     for (const View::Row& row : view_.rows(*change.kind)) leaf(change, place, row);
   }
@@ -109,7 +118,7 @@ class Making {
                  const View::Row& row, bool mayWarn) const {
     if (record == nullptr) return {};
     Faults faults;
-    if (mayWarn && warn_ && !row.isMirror) {
+    if (mayWarn && warn_ && !row.isMirror && !isApart(place.pathOf(row.path))) {
       faults.hear = [&](const std::string& reason) {
         warn_(leafLeftOut({change.kind, record, row.leaf}, place.keys(), reason));
       };
@@ -155,6 +164,7 @@ class Making {
   void deleted(std::string node) { changes_.deleted.push_back(std::move(node)); }
 
   const View& view_;
+  const Subtree& only_;
   const Model& images_;
   const LeafWalk::Warn& warn_;
   LeafChanges changes_;
@@ -170,14 +180,15 @@ LeafDiffer::LeafDiffer(LeafRequest request) : request_(std::move(request)), view
 }
 
 LeafChanges LeafDiffer::all(const Model& images, const std::vector<LeftOutEntry>& leftOut) {
-  LeafChanges all = Making(view_, images, warnOnce_).of({.isWhole = true, .leftOut = leftOut});
+  LeafChanges all =
+      Making(view_, request_.only, images, warnOnce_).of({.isWhole = true, .leftOut = leftOut});
   all.isWhole = true;
   eachLeaf(
       images, view_,
       [&](const std::string& path, LeafType type, const LeafValue& value) {
-        if (request_.only.within(path)) all.updated.push_back({path, type, owned(value)});
+        all.updated.push_back({path, type, owned(value)});
       },
-      warnOnce_);
+      warnOnce_, request_.only);
   sortUpdates(all.updated);
   tops_.clear();
   if (!request_.only.isAll()) keepTops(all);
@@ -185,7 +196,7 @@ LeafChanges LeafDiffer::all(const Model& images, const std::vector<LeftOutEntry>
 }
 
 LeafChanges LeafDiffer::of(const RecordChanges& records, const Model& images) {
-  LeafChanges changes = Making(view_, images, warnOnce_).of(records);
+  LeafChanges changes = Making(view_, request_.only, images, warnOnce_).of(records);
   if (!request_.only.isAll()) keepWithin(changes);
   return changes;
 }

@@ -10,6 +10,7 @@ namespace {
 using support::HostConsumer;
 using support::HostFollowed;
 using support::HostLines;
+using support::HostModel;
 using support::hostOneOfEach;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -218,6 +219,35 @@ TEST(LeafRequest, WithStateWarnsOnceOfALeafAndItsMirror) {
   warned.built.forwardingGroupIs("f", "q\x02");
   warned.built.commit();
   EXPECT_EQ(warned.lines.size(), 1u);
+}
+
+TEST(LeafRequest, OfASubtreeWarnsOfWhatIsLeftOutThere) {
+  for (const char* only : {"/qos/queues", "/qos/forwarding-groups/forwarding-group[name=f]"}) {
+    HostModel built;
+    HostLines ofFeed;
+    HostLines ofDocument;
+    const auto warn = [](HostLines& to) {
+      return [&to](const std::string& line) { to.push_back(line); };
+    };
+    Feed feed(built.model);
+    const HostConsumer early(feed, {.only = Subtree(only), .warn = warn(ofFeed)});
+    feed.commit();
+    built.queueIs("a\x01");
+    built.classifier("c\x01");
+    built.forwardingGroupIs("f", "q\x02");
+    built.forwardingGroupIs("g", "q\x03");
+    feed.commit();
+    OpenConfigJson(warn(ofDocument), {}, Subtree(only)).json(built.model, Layout::compact);
+    EXPECT_EQ(ofFeed, ofDocument) << only;
+    EXPECT_EQ(ofFeed.size(), 1u) << only;
+  }
+}
+
+TEST(LeafRequest, WithInterfaceRefWarnsOfAnInterfaceAtBothOfItsPlaces) {
+  Warned warned({.interfaceRef = true});
+  warned.built.interface("e\x01");
+  warned.built.commit();
+  EXPECT_EQ(warned.lines.size(), 2u);
 }
 
 TEST(LeafRequest, OfALateObserverWarnsOfWhatIsThere) {
