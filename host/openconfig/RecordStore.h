@@ -36,10 +36,10 @@ struct RecordStore {
   void (*each)(const void* holder, const Keys& above, const EachKey& visit);
   bool (*isEmpty)(const void* holder);
 
-  bool (*areEqual)(const void* record, const void* other);
-  std::shared_ptr<const void> (*copy)(const void* record);
-  void (*put)(void* holder, const Keys& keys, const void* record);
-  void (*drop)(void* holder, const Keys& keys);
+  bool (*areEqual)(const void* record, const void* other) = nullptr;
+  std::shared_ptr<const void> (*copy)(const void* record) = nullptr;
+  void (*put)(void* holder, const Keys& keys, const void* record) = nullptr;
+  void (*drop)(void* holder, const Keys& keys) = nullptr;
 };
 
 namespace Impl {
@@ -129,72 +129,115 @@ RecordStore::Keys keysWith(RecordStore::Keys above, const MapKey& key) {
   return above;
 }
 
+// What any kind's store does by the type of its record.
 template <class Record>
-constexpr void compareAndCopy(RecordStore& store) {
-  store.areEqual = [](const void* record, const void* other) {
+struct Copied {
+  static bool areEqual(const void* record, const void* other) {
     return *static_cast<const Record*>(record) == *static_cast<const Record*>(other);
-  };
-  store.copy = [](const void* record) -> std::shared_ptr<const void> {
+  }
+  static std::shared_ptr<const void> copy(const void* record) {
     return std::make_shared<Record>(*static_cast<const Record*>(record));
-  };
-}
+  }
+};
+
+// The entries of a directory.
+template <class Record, auto... steps>
+struct Listed {
+  using Keys = RecordStore::Keys;
+  using Holder = decltype(ownerOf(std::get<0>(std::tuple(steps...))));
+  using Dir = std::remove_cvref_t<decltype(*from<steps...>(nullptr))>;
+  using Map = std::remove_cvref_t<decltype(mapOf(std::declval<const Dir&>()))>;
+  using MapKey = typename Map::Key;
+  using Entry = std::remove_cvref_t<decltype(*QosOc::Config::reached(
+      std::declval<const typename Map::Value&>()))>;
+
+  static const typename Map::Value* find(const void* holder, const MapKey& key) {
+    const Dir* dir = from<steps...>(holder);
+    return dir != nullptr ? mapOf(*dir).find(key) : nullptr;
+  }
+  static Dir& dir(void* holder) { return made<steps...>(*static_cast<Holder*>(holder)); }
+
+  static const void* at(const void* holder, const Keys& keys) {
+    const MapKey& key = keyOf<Holder, MapKey>(keys);
+    const auto* found = find(holder, key);
+    return found != nullptr && KeyText::isHeld(key) ? QosOc::Config::reached(*found) : nullptr;
+  }
+  static std::string misfit(const void* holder, const Keys& keys, std::string_view keyLeaf) {
+    const MapKey& key = keyOf<Holder, MapKey>(keys);
+    const bool isNamed = !KeyText::text(key).empty() && find(holder, key) != nullptr;
+    return isNamed ? KeyText::misfit(key, keyLeaf) : std::string();
+  }
+  static std::string keyText(const Keys& keys) {
+    return std::string(KeyText::text(keyOf<Holder, MapKey>(keys)));
+  }
+  static void each(const void* holder, const Keys& above, const RecordStore::EachKey& visit) {
+    const Dir* dir = from<steps...>(holder);
+    if (dir == nullptr) return;
+    for (auto i = mapOf(*dir).unsafeIterator(); i; ++i) {
+      visit(keysWith<Holder, MapKey>(above, i->key()));
+    }
+  }
+  static bool isEmpty(const void* holder) {
+    const Dir* dir = from<steps...>(holder);
+    return dir == nullptr || mapOf(*dir).members() == 0;
+  }
+  static void put(void* holder, const Keys& keys, const void* record) {
+    const Record& content = *static_cast<const Record*>(record);
+    if constexpr (std::is_same_v<Record, Entry>) {
+      (dir(holder).*Dir::entries().is)(content);
+    } else {
+      (dir(holder).*Dir::entries().is)(keyOf<Holder, MapKey>(keys))->configIs(content);
+    }
+  }
+  static void drop(void* holder, const Keys& keys) {
+    (dir(holder).*Dir::entries().del)(keyOf<Holder, MapKey>(keys));
+  }
+};
+
+// A record that the steps lead to.
+template <class Record, auto... steps>
+struct Contained {
+  using Keys = RecordStore::Keys;
+  using Holder = decltype(ownerOf(std::get<0>(std::tuple(steps...))));
+
+  static const void* at(const void* holder, const Keys& /*keys*/) {
+    const Record* record = from<steps...>(holder);
+    return record != nullptr && *record ? record : nullptr;
+  }
+  static std::string misfit(const void* /*holder*/, const Keys& /*keys*/,
+                            std::string_view /*keyLeaf*/) {
+    return {};
+  }
+  static std::string keyText(const Keys& /*keys*/) { return {}; }
+  static void each(const void* holder, const Keys& above, const RecordStore::EachKey& visit) {
+    if (from<steps...>(holder) != nullptr) visit(above);
+  }
+  static bool isEmpty(const void* holder) { return at(holder, {}) == nullptr; }
+  static void put(void* holder, const Keys& /*keys*/, const void* record) {
+    const Record& value = *static_cast<const Record*>(record);
+    withAttribute<steps...>(*static_cast<Holder*>(holder), [&](auto& object, const auto& row) {
+      setAttribute(object, row, {value});
+    });
+  }
+  static void drop(void* holder, const Keys& /*keys*/) {
+    withAttribute<steps...>(*static_cast<Holder*>(holder),
+                            [](auto& object, const auto& row) { resetAttribute(object, row); });
+  }
+};
 
 }  // namespace Impl
 
-// The store of the entries of a directory.
+// The store of the entries of a directory. A kind whose record is the whole object can't be copied:
+// the kind of that object's config keeps it.
 template <class Record, auto... steps>
 constexpr RecordStore listStore() {
-  using Holder = decltype(Impl::ownerOf(std::get<0>(std::tuple(steps...))));
-  using Dir = std::remove_cvref_t<decltype(*Impl::from<steps...>(nullptr))>;
-  using Map = std::remove_cvref_t<decltype(Impl::mapOf(std::declval<const Dir&>()))>;
-  using MapKey = typename Map::Key;
-  using QosOc::Config::reached;
-  using Entry = std::remove_cvref_t<decltype(*reached(std::declval<const typename Map::Value&>()))>;
-  RecordStore store{};
-  store.id = Entry::record;
-  store.at = [](const void* holder, const RecordStore::Keys& keys) -> const void* {
-    const Dir* dir = Impl::from<steps...>(holder);
-    const MapKey& key = Impl::keyOf<Holder, MapKey>(keys);
-    const auto* found = dir != nullptr ? Impl::mapOf(*dir).find(key) : nullptr;
-    return found != nullptr && KeyText::isHeld(key) ? reached(*found) : nullptr;
-  };
-  store.misfit = [](const void* holder, const RecordStore::Keys& keys, std::string_view keyLeaf) {
-    const Dir* dir = Impl::from<steps...>(holder);
-    const MapKey& key = Impl::keyOf<Holder, MapKey>(keys);
-    const bool isThere = dir != nullptr && Impl::mapOf(*dir).find(key) != nullptr;
-    return isThere && !KeyText::text(key).empty() ? KeyText::misfit(key, keyLeaf) : std::string();
-  };
-  store.keyText = [](const RecordStore::Keys& keys) {
-    return std::string(KeyText::text(Impl::keyOf<Holder, MapKey>(keys)));
-  };
-  store.each = [](const void* holder, const RecordStore::Keys& above,
-                  const RecordStore::EachKey& visit) {
-    const Dir* dir = Impl::from<steps...>(holder);
-    if (dir == nullptr) return;
-    for (auto i = Impl::mapOf(*dir).unsafeIterator(); i; ++i) {
-      visit(Impl::keysWith<Holder, MapKey>(above, i->key()));
-    }
-  };
-  store.isEmpty = [](const void* holder) {
-    const Dir* dir = Impl::from<steps...>(holder);
-    return dir == nullptr || Impl::mapOf(*dir).members() == 0;
-  };
-  // A kind whose record is the whole object is kept by the kind that the object's config has.
+  using Of = Impl::Listed<Record, steps...>;
+  RecordStore store{Of::Entry::record, Of::at, Of::misfit, Of::keyText, Of::each, Of::isEmpty};
   if constexpr (std::is_copy_constructible_v<Record>) {
-    Impl::compareAndCopy<Record>(store);
-    store.put = [](void* holder, const RecordStore::Keys& keys, const void* record) {
-      Dir& dir = Impl::made<steps...>(*static_cast<Holder*>(holder));
-      const Record& content = *static_cast<const Record*>(record);
-      if constexpr (std::is_same_v<Record, Entry>) {
-        (dir.*Dir::entries().is)(content);
-      } else {
-        (dir.*Dir::entries().is)(Impl::keyOf<Holder, MapKey>(keys))->configIs(content);
-      }
-    };
-    store.drop = [](void* holder, const RecordStore::Keys& keys) {
-      Dir& dir = Impl::made<steps...>(*static_cast<Holder*>(holder));
-      (dir.*Dir::entries().del)(Impl::keyOf<Holder, MapKey>(keys));
-    };
+    store.areEqual = Impl::Copied<Record>::areEqual;
+    store.copy = Impl::Copied<Record>::copy;
+    store.put = Of::put;
+    store.drop = Of::drop;
   }
   return store;
 }
@@ -202,34 +245,17 @@ constexpr RecordStore listStore() {
 // The store of a record that the steps lead to.
 template <class Record, auto... steps>
 constexpr RecordStore containerStore() {
-  using Holder = decltype(Impl::ownerOf(std::get<0>(std::tuple(steps...))));
-  RecordStore store{};
-  store.id = Record::record;
-  store.at = [](const void* holder, const RecordStore::Keys& /*keys*/) -> const void* {
-    const Record* record = Impl::from<steps...>(holder);
-    return record != nullptr && *record ? record : nullptr;
-  };
-  store.misfit = [](const void* /*holder*/, const RecordStore::Keys& /*keys*/,
-                    std::string_view /*keyLeaf*/) { return std::string(); };
-  store.keyText = [](const RecordStore::Keys& /*keys*/) { return std::string(); };
-  store.each = [](const void* holder, const RecordStore::Keys& above,
-                  const RecordStore::EachKey& visit) {
-    if (Impl::from<steps...>(holder) != nullptr) visit(above);
-  };
-  store.isEmpty = [](const void* holder) { return Impl::from<steps...>(holder) == nullptr; };
-  Impl::compareAndCopy<Record>(store);
-  store.put = [](void* holder, const RecordStore::Keys& /*keys*/, const void* record) {
-    const Record& value = *static_cast<const Record*>(record);
-    Impl::withAttribute<steps...>(
-        *static_cast<Holder*>(holder),
-        [&](auto& object, const auto& row) { Impl::setAttribute(object, row, {value}); });
-  };
-  store.drop = [](void* holder, const RecordStore::Keys& /*keys*/) {
-    Impl::withAttribute<steps...>(*static_cast<Holder*>(holder), [](auto& object, const auto& row) {
-      Impl::resetAttribute(object, row);
-    });
-  };
-  return store;
+  using Of = Impl::Contained<Record, steps...>;
+  return {Record::record,
+          Of::at,
+          Of::misfit,
+          Of::keyText,
+          Of::each,
+          Of::isEmpty,
+          Impl::Copied<Record>::areEqual,
+          Impl::Copied<Record>::copy,
+          Of::put,
+          Of::drop};
 }
 
 }  // namespace host
