@@ -27,12 +27,13 @@ trap 'rm -rf "$folder"' EXIT
 # A refused line and an exception make the program's exit code 1, and are reported in `messages`.
 translate() {
   [[ ! -e $folder/after ]] || mv "$folder/after" "$folder/before"
-  "$qosoc" translate "$1" ${2+--changes "$2"} >"$folder/after" 2>"$folder/messages" || true
+  "$qosoc" translate "$1" ${2+--changes "$2"} >"$folder/after" 2>"$folder/messages" || (($? == 1))
 }
 
 # difference: the leaves that changed, by their paths.
 difference() {
   local line count=0
+  "$qosoc" diff "$folder/before" "$folder/after" >"$folder/difference" || (($? == 1))
   while IFS= read -r line; do
     count=$((count + 1))
     case $line in
@@ -40,7 +41,7 @@ difference() {
       -*) printf '  %s%s%s\n' "$removed" "$line" "$plain" ;;
       *) printf '  %s%s%s\n' "$changed" "$line" "$plain" ;;
     esac
-  done < <("$qosoc" diff "$folder/before" "$folder/after")
+  done <"$folder/difference"
   ((count > 0)) || printf '  no leaf changed\n'
 }
 

@@ -44,7 +44,7 @@ A native document is refused when one of its comments ends the program that tran
 a root raises over it.
 
 Exit code: 0 the documents have the same leaves; 1 they differ; 2 bad usage or bad input, nothing
-compared.
+compared, or the output could not be written.
 )";
 
 constexpr Option options[] = {

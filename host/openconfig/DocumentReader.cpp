@@ -173,7 +173,8 @@ class Reading {
     const Node& node = *frames_.back().node;
     found_.path.resize(frames_.back().pathSize);
     frames_.pop_back();
-    if (node.leaf != nullptr) found_.leaf(node, elements_);
+    // A leaf-list without an element is one that isn't there.
+    if (node.leaf != nullptr && !elements_.empty()) found_.leaf(node, elements_);
     return true;
   }
 

@@ -66,6 +66,14 @@ TEST(OpenConfigDocuments, MayHaveEmptyContainersAndLists) {
   EXPECT_THAT(read(qos(R"("queues":{"queue":[]},"classifiers":{})")), ElementsAre());
 }
 
+TEST(OpenConfigDocuments, HaveNoLeafOfALeafListWithoutAnElement) {
+  const std::string term = R"({"openconfig-qos:qos":{"classifiers":{"classifier":[{"name":"c",
+      "terms":{"term":[{"id":"t","conditions":{"ipv4":{"config":{"dscp-set":[]}}}}]}}]}}})";
+  for (const LeafText& leaf : readDocument(term, {}).leaves) {
+    EXPECT_EQ(leaf.path.find("dscp-set"), std::string::npos) << leaf.path;
+  }
+}
+
 TEST(OpenConfigDocuments, HoldCanonicalValues) {
   EXPECT_THAT(
       read(qos(R"("qosoc-augments:pfc":{"watchdog":{"config":
