@@ -46,6 +46,16 @@ std::string folderOf(const std::string& path) {
   return folder.empty() ? "." : folder;
 }
 
+// Where links lead, also to a file that isn't there yet. A circle is left in the middle of it.
+fs::path behindLinks(fs::path path) {
+  constexpr int mostLinks = 40;
+  std::error_code error;
+  for (int i = 0; i < mostLinks && fs::is_symlink(path, error); ++i) {
+    path = path.parent_path() / fs::read_symlink(path, error);
+  }
+  return path;
+}
+
 // A new file in a folder, which goes again unless it gets a name.
 class Temporary {
  public:
@@ -90,9 +100,10 @@ OutputFile::OutputFile(std::string_view option, const std::string& path) : path_
   if (path == "-" || isStandardOutput(path)) {
     throw UsageError(expected + host::quoted(path) + ": standard output has the model");
   }
+  const fs::path followed = behindLinks(path);
   std::error_code error;
-  target_ = fs::canonical(path, error);
-  if (error) target_ = fs::weakly_canonical(folderOf(path), error) / fs::path(path).filename();
+  target_ = fs::canonical(followed, error);
+  if (error) target_ = fs::weakly_canonical(folderOf(followed), error) / followed.filename();
   judge();
 }
 

@@ -128,6 +128,9 @@ void tell(const std::string& line) { std::fprintf(stderr, "%s\n", line.c_str());
 
 std::unique_ptr<Printer> printerOf(const Arguments& arguments) {
   const Shown shown(arguments);
+  if (!shown.only.isShown(host::View(shown.view))) {
+    throw UsageError("--only: " + shown.only.path() + ": the other options leave all of it out");
+  }
   const bool each = arguments.has("--each");
   const auto format = arguments.value("--format");
   if (!arguments.has("--feed")) {

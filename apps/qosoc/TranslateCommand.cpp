@@ -157,7 +157,7 @@ class Translation {
                [&](const std::string& path) { host::readSavedState(path, native_, model_); });
       return;
     }
-    readFile(request.native, [&](const std::string& path) { host::readNative(path, native_); });
+    readFile(request.native, [this](const std::string& path) { readDocument(path); });
     if (!request.initial) return;
     readFile(*request.initial, [&](const std::string& path) { host::readModel(path, model_); });
   }
@@ -203,6 +203,15 @@ class Translation {
       file->write(text);
     } catch (const OutputError& error) {
       report(std::string("qosoc: ") + error.what());
+    }
+  }
+
+  void readDocument(const std::string& path) {
+    try {
+      host::readNative(path, native_);
+    } catch (const host::Fault& fault) {
+      if (fault.place() != "/qosoc-save") throw;
+      throw host::Fault(fault.place(), "a saved state is given to --restore", fault.position());
     }
   }
 

@@ -151,7 +151,8 @@ std::string shownScalar(const JsonScalar& scalar) {
   if (const auto* number = std::get_if<double>(&scalar)) {
     std::array<char, 32> buffer{};
     const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), *number).ptr;
-    return {buffer.data(), end};
+    const std::string digits(buffer.data(), end);
+    return digits.find_first_of(".e") == std::string::npos ? digits + ".0" : digits;
   }
   return "null";
 }

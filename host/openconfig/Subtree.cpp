@@ -14,6 +14,38 @@ bool isBelow(std::string_view path, std::string_view top) {
          path[top.size()] == '[';
 }
 
+// The names of a path's elements.
+std::string withoutKeys(std::string_view path) {
+  std::string names;
+  bool isInKey = false;
+  for (std::size_t i = 0; i < path.size(); ++i) {
+    if (isInKey && path[i] == '\\') {
+      ++i;
+    } else if (isInKey) {
+      isInKey = path[i] != ']';
+    } else if (path[i] == '[') {
+      isInKey = true;
+    } else {
+      names += path[i];
+    }
+  }
+  return names;
+}
+
+// `around` is the path of what holds the kinds; all are without keys.
+bool hasRowWithin(const View& view, std::span<const RecordKind* const> kinds,
+                  const std::string& around, const std::string& top) {
+  return std::any_of(kinds.begin(), kinds.end(), [&](const RecordKind* kind) {
+    std::string path = around;
+    if (kind->parent == nullptr) appendBelow(path, kind->root->name);
+    appendBelow(path, kind->path);
+    const auto rows = view.rows(*kind);
+    return std::any_of(rows.begin(), rows.end(),
+                       [&](const View::Row& row) { return isBelow(path + '/' + row.path, top); }) ||
+           hasRowWithin(view, view.children(*kind), path, top);
+  });
+}
+
 // Reads a path from front to end and writes it as this program does.
 class Parser {
  public:
@@ -91,6 +123,10 @@ class Parser {
 }  // namespace
 
 Subtree::Subtree(std::string_view path) : path_(Parser(path).parse()) {}
+
+bool Subtree::isShown(const View& view) const {
+  return hasRowWithin(view, view.outermost(), "", withoutKeys(path_));
+}
 
 Subtree::Relation Subtree::relation(std::string_view path) const {
   if (isBelow(path, path_)) return Relation::within;

@@ -6,6 +6,8 @@
 
 namespace host {
 
+class View;
+
 class Subtree {
  public:
   // How a node lies to the subtree.
@@ -21,6 +23,9 @@ class Subtree {
   bool isAll() const { return path_.empty(); }
   // The path, "" for the whole tree.
   const std::string& path() const { return path_; }
+
+  // Whether a view has leaves there, in some model.
+  bool isShown(const View& view) const;
 
   // Of a node's path, with all keys. A path that another one merely begins with is no ancestor.
   Relation relation(std::string_view path) const;

@@ -136,6 +136,12 @@ TEST(Qosoc, JudgesAllOptionsBeforeItReadsAFile) {
   }
   expectUsageError({"translate", "none.json", "--only=/qos", "--format=model"},
                    "--only is for the format openconfig" + see);
+  const std::string none = ": the other options leave all of it out" + see;
+  expectUsageError({"translate", "none.json", "--only=/interfaces"}, "--only: /interfaces" + none);
+  expectUsageError({"translate", "none.json", "--feed", "--only=/qos/queues/queue[name=q]/state"},
+                   "--only: /qos/queues/queue[name=q]/state" + none);
+  expectUsageError({"translate", "none.json", "--no-augments", "--only=/qos/qosoc-augments:pfc"},
+                   "--only: /qos/qosoc-augments:pfc" + none);
   expectUsageError({"translate", "none.json", "--only", "/qos/queue"},
                    "--only: /qos: there is no element \"queue\" here" + see);
   expectUsageError({"translate", "none.json", "--roots", "class-map,bridge"},

@@ -105,6 +105,15 @@ TEST_F(Output, FollowsALink) {
   EXPECT_THAT(files(), ElementsAre("out.json", "target.json"));
 }
 
+TEST_F(Output, FollowsALinkToAFileThatIsNotThereYet) {
+  fs::create_symlink("first", out_);
+  fs::create_symlink("target.json", folder_.path("first"));
+  EXPECT_EQ(write(out_).exit, 0);
+  EXPECT_TRUE(fs::is_symlink(out_));
+  EXPECT_EQ(hostText(folder_.path("target.json")), written);
+  EXPECT_THAT(files(), ElementsAre("first", "out.json", "target.json"));
+}
+
 TEST_F(Output, MayBeADeviceOrAPipe) {
   EXPECT_EQ(write("/dev/null").exit, 0);
   EXPECT_TRUE(fs::is_character_file("/dev/null"));

@@ -147,6 +147,13 @@ TEST_F(Restore, HasOneFileForEachOutput) {
             "qosoc: --native-out and --save name the same file (see qosoc translate --help)\n");
 }
 
+TEST_F(Restore, IsWhatASavedStateIsFor) {
+  const std::string file = folder_.file("saved.json", R"({"qosoc-save": 1})");
+  const HostRun run = hostRun({paths::qosoc, "translate", file});
+  EXPECT_EQ(run.exit, 2);
+  EXPECT_EQ(run.err, "qosoc: " + file + ": /qosoc-save: a saved state is given to --restore\n");
+}
+
 TEST_F(Restore, RefusesWhatIsNoSavedState) {
   const auto refused = [&](std::string_view text) {
     const HostRun run = translate({"--restore", folder_.file("saved.json", text)});
