@@ -155,7 +155,9 @@ inline bool mayNestDeeply(std::string_view text) {
   std::size_t brackets = 0;
   for (; !text.empty(); text.remove_prefix(std::min<std::size_t>(text.size(), 255))) {
     unsigned char inBlock = 0;  // a byte, so that the compiler counts in vectors of bytes
-    for (const char c : text.substr(0, 255)) inBlock += (c | 0x20) == '{';  // either bracket
+    for (const char c : text.substr(0, 255)) {
+      inBlock = static_cast<unsigned char>(inBlock + ((c | 0x20) == '{'));  // either bracket
+    }
     brackets += inBlock;
   }
   return brackets > deep;

@@ -189,10 +189,10 @@ class QOS_EXPORT Notifier : public PtrInterface {
   template <class Key, class Value>
   void memberIs(OrderedMap<Key, Value>& map, const Key& key, const Value& value,
                 Attribute<Key> attribute) {
-    const auto [entry, isNew] = map.newMember(key, value);
+    const auto [place, isNew] = map.newMember(key, value);
     if (!isNew) {
-      if (*entry == value) return;
-      *entry = value;
+      if (*place == value) return;
+      *place = value;
     }
     notify(attribute, key);
   }

@@ -40,7 +40,7 @@ struct TermConditionsIpConfig {
   Velmo::ByteVector dscpSet;
 
   TermConditionsIpConfig() = default;
-  explicit TermConditionsIpConfig(Rok::Optional<unsigned char> dscp) : dscp(dscp) {}
+  explicit TermConditionsIpConfig(Rok::Optional<unsigned char> single) : dscp(single) {}
   void dscpSetPush(unsigned char value) { dscpSet.push_back(value); }
 
   static constexpr auto fields() {
@@ -102,7 +102,7 @@ struct Term : TermContent {
   Rok::String id;  // the key
 
   Term() = default;
-  explicit Term(const Rok::String& id) : id(id) {}
+  explicit Term(const Rok::String& key) : id(key) {}
 
   static constexpr auto fields() {
     return std::tuple{KeyField{"id", &Term::id}, Field{"configId", &Term::configId},

@@ -32,7 +32,7 @@ struct InterfaceInputClassifier {
   InterfaceInputClassifierConfig config;
 
   InterfaceInputClassifier() = default;
-  explicit InterfaceInputClassifier(QosOc::Classifier::Type type) : type(type) {}
+  explicit InterfaceInputClassifier(QosOc::Classifier::Type key) : type(key) {}
   static constexpr auto fields() {
     return std::tuple{KeyField{"type", &InterfaceInputClassifier::type},
                       Field{"config", &InterfaceInputClassifier::config}};
@@ -117,7 +117,7 @@ struct InterfaceOutputQueue : InterfaceOutputQueueContent {
   Rok::String name;  // the key
 
   InterfaceOutputQueue() = default;
-  explicit InterfaceOutputQueue(const Rok::String& name) : name(name) {}
+  explicit InterfaceOutputQueue(const Rok::String& key) : name(key) {}
   static constexpr auto fields() {
     return std::tuple{KeyField{"name", &InterfaceOutputQueue::name},
                       Field{"config", &InterfaceOutputQueue::config}};

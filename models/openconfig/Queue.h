@@ -18,7 +18,7 @@ struct QueueConfig {
   Rok::Optional<PercentType> bandwidth;
 
   QueueConfig() = default;
-  explicit QueueConfig(const Rok::String& name) : name(name) {}
+  explicit QueueConfig(const Rok::String& n) : name(n) {}
   static constexpr auto fields() {
     return std::tuple{Field{"name", &QueueConfig::name},
                       Field{"strictPriority", &QueueConfig::strictPriority},
@@ -63,7 +63,7 @@ struct Queue : QueueContent {
   Rok::String name;  // the key
 
   Queue() = default;
-  explicit Queue(const Rok::String& name) : name(name) {}
+  explicit Queue(const Rok::String& key) : name(key) {}
   static constexpr auto fields() {
     return std::tuple{KeyField{"name", &Queue::name}, Field{"config", &Queue::config},
                       Field{"ecnConfig", &Queue::ecnConfig}};
@@ -145,7 +145,7 @@ struct QueueManagementProfile : QueueManagementProfileContent {
   Rok::String name;  // the key
 
   QueueManagementProfile() = default;
-  explicit QueueManagementProfile(const Rok::String& name) : name(name) {}
+  explicit QueueManagementProfile(const Rok::String& key) : name(key) {}
   static constexpr auto fields() {
     return std::tuple{KeyField{"name", &QueueManagementProfile::name},
                       Field{"config", &QueueManagementProfile::config},

@@ -42,7 +42,7 @@ struct SchedulerInput {
   SchedulerInputConfig config;
 
   SchedulerInput() = default;
-  explicit SchedulerInput(const Rok::String& id) : id(id) {}
+  explicit SchedulerInput(const Rok::String& key) : id(key) {}
   static constexpr auto fields() {
     return std::tuple{KeyField{"id", &SchedulerInput::id},
                       Field{"config", &SchedulerInput::config}};
