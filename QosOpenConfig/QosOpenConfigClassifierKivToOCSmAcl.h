@@ -23,7 +23,7 @@ class AclNameAndType final : public Rok::PtrInterface {
 };
 
 // The rules of one ACL. Makes the classifier, its config and the term, and writes the conditions.
-class AclSubConfigSm final : public Rok::StateMachine<AclSubConfigSm> {
+class QOS_EXPORT AclSubConfigSm final : public Rok::StateMachine<AclSubConfigSm> {
  public:
   static constexpr std::string_view rokTypeName = "AclSubConfigSm";
   static constexpr auto rokArguments() {
@@ -76,7 +76,7 @@ class AclSubConfigSm final : public Rok::StateMachine<AclSubConfigSm> {
 };
 
 // One ACL. Follows its current sub-configuration.
-class AclConfigSm final : public Rok::StateMachine<AclConfigSm> {
+class QOS_EXPORT AclConfigSm final : public Rok::StateMachine<AclConfigSm> {
  public:
   static constexpr std::string_view rokTypeName = "AclConfigSm";
   static constexpr auto rokArguments() {
@@ -127,7 +127,7 @@ QOS_EXPORT std::ostream& operator<<(std::ostream& out, const AclConfigSm& sm);
 
 // The ACLs of one family. Mirrors them and, at start, resets the conditions of terms that have lost
 // their ACL.
-class AclTypeSm final : public Rok::StateMachine<AclTypeSm> {
+class QOS_EXPORT AclTypeSm final : public Rok::StateMachine<AclTypeSm> {
  public:
   static constexpr std::string_view rokTypeName = "AclTypeSm";
   static constexpr auto rokArguments() {
@@ -173,7 +173,7 @@ class AclTypeSm final : public Rok::StateMachine<AclTypeSm> {
 };
 
 // The root: the ACLs of both families. It watches nothing.
-class AclKivToOcSm final : public Rok::StateMachine<AclKivToOcSm> {
+class QOS_EXPORT AclKivToOcSm final : public Rok::StateMachine<AclKivToOcSm> {
  public:
   static constexpr std::string_view rokTypeName = "AclKivToOcSm";
   static constexpr auto rokArguments() {

@@ -10,7 +10,7 @@ namespace QosOc {
 
 // One class map. Makes the classifier, its config and the term exist; never touches a term's
 // conditions or actions.
-class ClassMapSm final : public Rok::StateMachine<ClassMapSm> {
+class QOS_EXPORT ClassMapSm final : public Rok::StateMachine<ClassMapSm> {
  public:
   static constexpr std::string_view rokTypeName = "ClassMapSm";
   static constexpr auto rokArguments() {
@@ -52,7 +52,7 @@ QOS_EXPORT std::ostream& operator<<(std::ostream& out, const ClassMapSm& sm);
 
 // The class maps of one map type. Mirrors them and, at start, sweeps the classifiers and terms that
 // no class map stands for any more.
-class ClassMapTypeSm final : public Rok::StateMachine<ClassMapTypeSm> {
+class QOS_EXPORT ClassMapTypeSm final : public Rok::StateMachine<ClassMapTypeSm> {
  public:
   static constexpr std::string_view rokTypeName = "ClassMapTypeSm";
   static constexpr auto rokArguments() {
@@ -103,7 +103,7 @@ class ClassMapTypeSm final : public Rok::StateMachine<ClassMapTypeSm> {
 
 // The root: the class maps of the one map type that is translated. It watches nothing: what the
 // native side has under mapQos at construction is followed for good.
-class ClassMapKivToOcSm final : public Rok::StateMachine<ClassMapKivToOcSm> {
+class QOS_EXPORT ClassMapKivToOcSm final : public Rok::StateMachine<ClassMapKivToOcSm> {
  public:
   static constexpr std::string_view rokTypeName = "ClassMapKivToOcSm";
   static constexpr auto rokArguments() {

@@ -15,7 +15,7 @@ class ClassActionSm;
 class PmapConfigSm;
 
 // One action of a class. Writes the term's target group, or blanks it.
-class PolicyActionSm final : public Rok::StateMachine<PolicyActionSm> {
+class QOS_EXPORT PolicyActionSm final : public Rok::StateMachine<PolicyActionSm> {
  public:
   static constexpr std::string_view rokTypeName = "PolicyActionSm";
   static constexpr auto rokArguments() {
@@ -70,7 +70,7 @@ class PolicyActionSm final : public Rok::StateMachine<PolicyActionSm> {
 // One class of a policy map. Makes the term and follows the forwarding-group names. It has no
 // doPrepareToDie: its term goes before it when the class goes, and stays as it is, target group
 // included, when the policy map goes.
-class ClassActionSm final : public Rok::StateMachine<ClassActionSm> {
+class QOS_EXPORT ClassActionSm final : public Rok::StateMachine<ClassActionSm> {
  public:
   static constexpr std::string_view rokTypeName = "ClassActionSm";
   static constexpr auto rokArguments() {
@@ -151,7 +151,7 @@ class ClassActionSm final : public Rok::StateMachine<ClassActionSm> {
 
 // One policy map. Makes its classifiers, mirrors its classes and, at start, blanks the actions that
 // no class claims.
-class PmapConfigSm final : public Rok::StateMachine<PmapConfigSm> {
+class QOS_EXPORT PmapConfigSm final : public Rok::StateMachine<PmapConfigSm> {
  public:
   static constexpr std::string_view rokTypeName = "PmapConfigSm";
   static constexpr auto rokArguments() {
@@ -214,7 +214,7 @@ class PmapConfigSm final : public Rok::StateMachine<PmapConfigSm> {
 };
 
 // The policy maps of one map type.
-class PmapTypeSm final : public Rok::StateMachine<PmapTypeSm> {
+class QOS_EXPORT PmapTypeSm final : public Rok::StateMachine<PmapTypeSm> {
  public:
   static constexpr std::string_view rokTypeName = "PmapTypeSm";
   static constexpr auto rokArguments() {
@@ -267,7 +267,7 @@ class PmapTypeSm final : public Rok::StateMachine<PmapTypeSm> {
 
 // The root: the policy maps of the one map type that is translated. Unlike the class maps' root it
 // follows its input.
-class ClassActionKivToOcSm final : public Rok::StateMachine<ClassActionKivToOcSm> {
+class QOS_EXPORT ClassActionKivToOcSm final : public Rok::StateMachine<ClassActionKivToOcSm> {
  public:
   static constexpr std::string_view rokTypeName = "ClassActionKivToOcSm";
   static constexpr auto rokArguments() {

@@ -36,7 +36,7 @@ QOS_EXPORT Velmo::String targetGroupFromTc(
 // term: both empty for a machine that writes nothing, the term alone empty for one that writes the
 // classifier alone. An event that changes one term looks up nothing, as long as no classifier and
 // no term of this one comes or goes.
-class TermPath {
+class QOS_EXPORT TermPath {
  public:
   TermPath() = default;
   TermPath(const Velmo::String& classifierName, const Velmo::String& termId)

@@ -15,7 +15,8 @@
 namespace QosOc {
 
 // The root, and the only machine of its kind.
-class ForwardingGroupKivToOcSm final : public Rok::StateMachine<ForwardingGroupKivToOcSm> {
+class QOS_EXPORT ForwardingGroupKivToOcSm final
+    : public Rok::StateMachine<ForwardingGroupKivToOcSm> {
  public:
   static constexpr std::string_view rokTypeName = "ForwardingGroupKivToOcSm";
   static constexpr auto rokArguments() {

@@ -12,25 +12,25 @@
 namespace QosOc::Helper {
 
 // CommentHelper::commentKey without its trace, for a machine that computes its key once.
-Velmo::String commentKey(const Nerit::IntfId& intfId, const Qos::TxQueue& txQueue);
+QOS_EXPORT Velmo::String commentKey(const Nerit::IntfId& intfId, const Qos::TxQueue& txQueue);
 // The line that CommentHelper::commentKey traces. A machine that keeps its key traces each use of
 // it, as if the key were computed there.
-void traceCommentKey(const Nerit::IntfId& intfId, const Qos::TxQueue& txQueue);
+QOS_EXPORT void traceCommentKey(const Nerit::IntfId& intfId, const Qos::TxQueue& txQueue);
 // Whether that line is on.
-bool keysAreTraced();
+QOS_EXPORT bool keysAreTraced();
 
 // CommentHelper::profileCommentKey without its trace.
-Velmo::String profileCommentKey(const Velmo::String& profileName);
+QOS_EXPORT Velmo::String profileCommentKey(const Velmo::String& profileName);
 // The inverse of CommentHelper::profileCommentKey: the name of the profile whose key it is, or
 // nothing when it is no profile's. The result points into `key`. A profile whose name is that one
 // with a NUL and more behind it has the same key.
-std::optional<std::string_view> profileNameFromCommentKey(std::string_view key);
+QOS_EXPORT std::optional<std::string_view> profileNameFromCommentKey(std::string_view key);
 // Whether a name has a NUL, so that a comment key doesn't hold all of it.
-bool isCutInCommentKey(std::string_view name);
+QOS_EXPORT bool isCutInCommentKey(std::string_view name);
 
 // What a comment names: a text is decoded once for as long as it stays the same. While decodings
 // are traced, each call decodes.
-class CommentMemo {
+class QOS_EXPORT CommentMemo {
  public:
   CommentMemo() = default;
   // Looks into another memo, which outlives it, before it decodes.

@@ -27,7 +27,7 @@ QOS_EXPORT std::pair<Velmo::String, Velmo::String> classifierGroupFromPmapName(
 class InterfaceClassifierKivToOcSm;
 
 // One service policy. Binds its policy map's classifiers to its interfaces, through the root.
-class ServicePolicySm final : public Rok::StateMachine<ServicePolicySm> {
+class QOS_EXPORT ServicePolicySm final : public Rok::StateMachine<ServicePolicySm> {
  public:
   static constexpr std::string_view rokTypeName = "ServicePolicySm";
   static constexpr auto rokArguments() {
@@ -71,7 +71,8 @@ class ServicePolicySm final : public Rok::StateMachine<ServicePolicySm> {
 
 // The root: mirrors the service policies, writes for them, and at start sweeps the bindings that no
 // service policy stands for. An interface itself is never removed.
-class InterfaceClassifierKivToOcSm final : public Rok::StateMachine<InterfaceClassifierKivToOcSm> {
+class QOS_EXPORT InterfaceClassifierKivToOcSm final
+    : public Rok::StateMachine<InterfaceClassifierKivToOcSm> {
  public:
   static constexpr std::string_view rokTypeName = "InterfaceClassifierKivToOcSm";
   static constexpr auto rokArguments() {

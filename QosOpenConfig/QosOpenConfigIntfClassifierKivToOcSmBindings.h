@@ -20,7 +20,7 @@ struct ClassifierNames {
 
 // Finds the interfaces that are bound to given classifiers without a walk over all interfaces. It
 // follows the output, which has no other writer.
-class BindingIndex {
+class QOS_EXPORT BindingIndex {
  public:
   // The interface is bound to these from now on. One that was bound to them already keeps its
   // place, since a walk over the interfaces of these names may be under way.

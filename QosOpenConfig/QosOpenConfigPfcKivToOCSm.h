@@ -24,7 +24,7 @@ QOS_EXPORT Velmo::String priorityConverter(unsigned char value);
 // ===== The watchdog
 
 // The root of the watchdog's settings, and the only machine of its kind.
-class PfcKivToOCSm final : public Rok::StateMachine<PfcKivToOCSm> {
+class QOS_EXPORT PfcKivToOCSm final : public Rok::StateMachine<PfcKivToOCSm> {
  public:
   static constexpr std::string_view rokTypeName = "PfcKivToOCSm";
   static constexpr auto rokArguments() {
@@ -61,7 +61,7 @@ class PfcKivToOCSm final : public Rok::StateMachine<PfcKivToOCSm> {
 // ===== Interfaces
 
 // One interface. Writes the port settings to the interface's output.
-class InterfaceConfigSm final : public Rok::StateMachine<InterfaceConfigSm> {
+class QOS_EXPORT InterfaceConfigSm final : public Rok::StateMachine<InterfaceConfigSm> {
  public:
   static constexpr std::string_view rokTypeName = "InterfaceConfigSm";
   static constexpr auto rokArguments() {
@@ -109,7 +109,7 @@ class InterfaceConfigSm final : public Rok::StateMachine<InterfaceConfigSm> {
 
 // The root of the interfaces' settings. It sweeps nothing: what an earlier run wrote on an
 // interface that the native side no longer has stays there.
-class IntfPfcKivToOCSm final : public Rok::StateMachine<IntfPfcKivToOCSm> {
+class QOS_EXPORT IntfPfcKivToOCSm final : public Rok::StateMachine<IntfPfcKivToOCSm> {
  public:
   static constexpr std::string_view rokTypeName = "IntfPfcKivToOCSm";
   static constexpr auto rokArguments() {

@@ -26,7 +26,7 @@ namespace QosOc {
 
 // One tx queue of an interface. Writes one queue, and removes it. It remembers neither comment nor
 // settings, only what the comment decoded to.
-class TxQueueSm final : public Rok::StateMachine<TxQueueSm> {
+class QOS_EXPORT TxQueueSm final : public Rok::StateMachine<TxQueueSm> {
  public:
   static constexpr std::string_view rokTypeName = "TxQueueSm";
   static constexpr auto rokArguments() {
@@ -85,7 +85,7 @@ class TxQueueSm final : public Rok::StateMachine<TxQueueSm> {
 // ===== Interfaces
 
 // One interface: mirrors its tx queues.
-class IntfSm final : public Rok::StateMachine<IntfSm> {
+class QOS_EXPORT IntfSm final : public Rok::StateMachine<IntfSm> {
  public:
   static constexpr std::string_view rokTypeName = "IntfSm";
   static constexpr auto rokArguments() {
@@ -135,7 +135,7 @@ class IntfSm final : public Rok::StateMachine<IntfSm> {
 // ===== The root
 
 // Mirrors the interfaces. It sweeps nothing: a queue of an earlier run stays.
-class QueueKivToOcSm final : public Rok::StateMachine<QueueKivToOcSm> {
+class QOS_EXPORT QueueKivToOcSm final : public Rok::StateMachine<QueueKivToOcSm> {
  public:
   static constexpr std::string_view rokTypeName = "QueueKivToOcSm";
   static constexpr auto rokArguments() {

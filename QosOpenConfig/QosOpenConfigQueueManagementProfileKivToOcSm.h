@@ -54,7 +54,7 @@ class QueueManagementProfileQosProfileSm;
 
 // The tx queue of a QoS profile. Its settings are the profile's record, which outlives them: a tx
 // queue that goes leaves what it wrote.
-class QueueManagementProfileQosProfileTxQueueSm final
+class QOS_EXPORT QueueManagementProfileQosProfileTxQueueSm final
     : public Rok::StateMachine<QueueManagementProfileQosProfileTxQueueSm> {
  public:
   static constexpr std::string_view rokTypeName = "QueueManagementProfileQosProfileTxQueueSm";
@@ -106,7 +106,7 @@ class QueueManagementProfileQosProfileTxQueueSm final
 };
 
 // One QoS profile, with or without a body.
-class QueueManagementProfileQosProfileSm final
+class QOS_EXPORT QueueManagementProfileQosProfileSm final
     : public Rok::StateMachine<QueueManagementProfileQosProfileSm> {
   using TxQueueSm = QueueManagementProfileQosProfileTxQueueSm;
 
@@ -186,7 +186,7 @@ class QueueManagementProfileQosProfileSm final
 
 // One tx queue of an interface. Writes the attachment, under the name that the tx queue's id has.
 // Once written, an attachment is blanked only when its tx queue goes.
-class QueueManagementProfileTxQueueSm final
+class QOS_EXPORT QueueManagementProfileTxQueueSm final
     : public Rok::StateMachine<QueueManagementProfileTxQueueSm> {
  public:
   static constexpr std::string_view rokTypeName = "QueueManagementProfileTxQueueSm";
@@ -242,7 +242,8 @@ class QueueManagementProfileTxQueueSm final
 };
 
 // One interface: mirrors its tx queues.
-class QueueManagementProfileIntfSm final : public Rok::StateMachine<QueueManagementProfileIntfSm> {
+class QOS_EXPORT QueueManagementProfileIntfSm final
+    : public Rok::StateMachine<QueueManagementProfileIntfSm> {
   using TxQueueSm = QueueManagementProfileTxQueueSm;
 
  public:
@@ -301,7 +302,7 @@ class QueueManagementProfileIntfSm final : public Rok::StateMachine<QueueManagem
 
 // Mirrors the QoS profiles and the interfaces, writes for both, and at start sweeps the profiles
 // that no QoS profile stands for. Attachments are not swept.
-class QueueManagementProfileKivToOcSm final
+class QOS_EXPORT QueueManagementProfileKivToOcSm final
     : public Rok::StateMachine<QueueManagementProfileKivToOcSm> {
   using IntfSm = QueueManagementProfileIntfSm;
   using QosProfileSm = QueueManagementProfileQosProfileSm;

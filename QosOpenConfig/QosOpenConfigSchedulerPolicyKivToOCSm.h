@@ -43,7 +43,8 @@ class SchedulerPolicyKivToOCSm;
 // ===== Interfaces
 
 // One tx queue. Has the root look at its comment.
-class SchedulerPolicyTxQueueSm final : public Rok::StateMachine<SchedulerPolicyTxQueueSm> {
+class QOS_EXPORT SchedulerPolicyTxQueueSm final
+    : public Rok::StateMachine<SchedulerPolicyTxQueueSm> {
  public:
   static constexpr std::string_view rokTypeName = "SchedulerPolicyTxQueueSm";
   static constexpr auto rokArguments() {
@@ -104,7 +105,7 @@ class SchedulerPolicyTxQueueSm final : public Rok::StateMachine<SchedulerPolicyT
 };
 
 // One interface. Mirrors its tx queues.
-class SchedulerPolicyIntfSm final : public Rok::StateMachine<SchedulerPolicyIntfSm> {
+class QOS_EXPORT SchedulerPolicyIntfSm final : public Rok::StateMachine<SchedulerPolicyIntfSm> {
  public:
   static constexpr std::string_view rokTypeName = "SchedulerPolicyIntfSm";
   static constexpr auto rokArguments() {
@@ -162,7 +163,8 @@ class SchedulerPolicyIntfSm final : public Rok::StateMachine<SchedulerPolicyIntf
 
 // Writes the policies and the attachments, and at start sweeps the policies without a profile and
 // the attachments that no tx queue's comment made.
-class SchedulerPolicyKivToOCSm final : public Rok::StateMachine<SchedulerPolicyKivToOCSm> {
+class QOS_EXPORT SchedulerPolicyKivToOCSm final
+    : public Rok::StateMachine<SchedulerPolicyKivToOCSm> {
  public:
   static constexpr std::string_view rokTypeName = "SchedulerPolicyKivToOCSm";
   static constexpr auto rokArguments() {

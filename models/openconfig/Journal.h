@@ -61,7 +61,7 @@ struct RecordKeys {
   bool operator==(const RecordKeys&) const = default;
 };
 
-class Journal {
+class QOS_EXPORT Journal {
  public:
   struct Mark {
     RecordId record;
@@ -78,12 +78,12 @@ class Journal {
     mark(record, keys.outer, keys.number, keys.below, withAllBelow);
   }
   // The same, by the keys one by one.
-  QOS_EXPORT void mark(RecordId record, const Rok::String& outer, std::uint32_t number,
-                       const Rok::String& below, bool withAllBelow);
+  void mark(RecordId record, const Rok::String& outer, std::uint32_t number,
+            const Rok::String& below, bool withAllBelow);
 
   // The marks since the last call, in the order in which they were made first.
   // Throws: std::bad_alloc; then they stay.
-  QOS_EXPORT std::vector<Mark> taken();
+  std::vector<Mark> taken();
 
  private:
   void markWithRoom(RecordId record, const Rok::String& outer, std::uint32_t number,
@@ -95,7 +95,7 @@ class Journal {
 };
 
 // An object's way to the journal, with the keys that lead to the object.
-class Marker {
+class QOS_EXPORT Marker {
  public:
   Marker() = default;
   explicit Marker(Journal* journal) : journal_(journal) {}
@@ -127,8 +127,8 @@ class Marker {
       : journal_(journal), number_(number) {
     if (journal != nullptr) outer_ = outer;
   }
-  QOS_EXPORT void markIn(RecordId record, const Rok::String& key, std::uint32_t number,
-                         bool withAllBelow) const;
+  void markIn(RecordId record, const Rok::String& key, std::uint32_t number,
+              bool withAllBelow) const;
 
   Journal* journal_ = nullptr;
   std::uint32_t number_ = 0;

@@ -1,8 +1,10 @@
 #!/usr/bin/env bash
-# check.sh LIBRARY: fails when a factory or a free function is missing from the library's exports,
-# when a translator's workings leak out of it, or when it needs more than the standard library.
+# check.sh LIBRARY OBJECT...: fails when a factory or a free function is missing from the library's
+# exports, when a header offers a function that the library of these objects keeps to itself, when
+# something leaks out of it, or when it needs more than the standard library.
 set -euo pipefail
 library=$1
+shift
 exports=$(nm -DC --defined-only "$library" | sed 's/\[abi:cxx11\]//')
 failed=0
 
@@ -64,8 +66,17 @@ done
 if foreign=$(grep -i rapidjson <<<"$exports"); then
   complain "exported although it is RapidJSON's: $foreign"
 fi
-if hidden=$(grep -E " [TW] QosOc::[A-Za-z]+Sm::" <<<"$exports"); then
-  complain "exported although it is the library's own affair: $hidden"
+# What is defined and not exported must come from a header that only the library's sources include.
+own='^QosOc::(ClassifierUnit|Helper)::(configObjName|firstGroupName|pathOf|jsonAssertionFailed|'
+own+='nameInProfileName|pmapClassifiers|requireGroupNames|requireQueueNames)\('
+functions() { sed -nE 's/^[0-9a-f]+ [TW] //p' | sort -u; }
+defined=$(nm -C --defined-only "$@" | sed 's/\[abi:cxx11\]//' | sed -nE 's/^[0-9a-f]+ T //p' | sort -u)
+hidden=$(comm -23 <(printf '%s\n' "$defined") <(functions <<<"$exports") | grep -vE "$own" || true)
+if [[ -n $hidden ]]; then
+  complain "a header offers it, and the library doesn't export it: $hidden"
+fi
+if leaked=$(grep -E " [TW] QosOc::(ClassifierUnit|Helper::json)" <<<"$exports"); then
+  complain "exported although it is the library's own affair: $leaked"
 fi
 needed=$(objdump -p "$library" | awk '$1 == "NEEDED" { print $2 }')
 while read -r name; do
