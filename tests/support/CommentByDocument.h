@@ -31,7 +31,10 @@ struct Comment {
   std::string remark;
 
   explicit Comment(std::string_view text) {
-    document.Parse<host::rapidjson::kParseIterativeFlag>(text.data(), text.size());
+    // Parse() of a text with a size takes any byte of a byte-order mark off its front, also one that
+    // stands there alone; a comment has none.
+    host::rapidjson::MemoryStream stream(text.data(), text.size());
+    document.ParseStream<host::rapidjson::kParseIterativeFlag, host::rapidjson::UTF8<>>(stream);
     const bool isWhole = !document.HasParseError() && text.find('\0') == text.npos;
     if (!isWhole || !document.IsObject()) {
       remark = "Comment not json: ";
