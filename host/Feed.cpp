@@ -37,7 +37,7 @@ void Feed::Subscription::end() {
 Feed::Feed(const Model& model) : model_(model) {}
 
 Feed::~Feed() {
-  if (isAttached_) journalIs(nullptr);
+  if (isAttached_) model_.journalIs(nullptr);
 }
 
 Feed::Subscription Feed::onLeaves(LeafRequest request, OnLeaves observer) {
@@ -88,7 +88,7 @@ Feed::Taken Feed::takeChanges() {
   const std::vector<QosOc::Config::Journal::Mark> marks = journal_.taken();
   if (!wasWhole) {
     for (const auto& observer : observers_) observer->isNew = true;
-    journalIs(&journal_);
+    model_.journalIs(&journal_);
     isAttached_ = true;
   }
   Taken taken;
@@ -116,16 +116,6 @@ void Feed::call(Observer& observer, const Taken& taken) {
     observer.isNew = false;
     observer.onRecords(taken.changes);
   }
-}
-
-void Feed::journalIs(QosOc::Config::Journal* journal) const {
-  model_.classifiers->journalIs(journal);
-  model_.forwardingGroups->journalIs(journal);
-  model_.interfaces->journalIs(journal);
-  model_.pfc->journalIs(journal);
-  model_.queueManagementProfiles->journalIs(journal);
-  model_.queues->journalIs(journal);
-  model_.schedulerPolicies->journalIs(journal);
 }
 
 }  // namespace host

@@ -106,7 +106,6 @@ class Feed {
 
   Taken takeChanges();
   void call(Observer& observer, const Taken& taken);
-  void journalIs(QosOc::Config::Journal* journal) const;
 
   const Model model_;  // the directories, which others hold too
   QosOc::Config::Journal journal_;

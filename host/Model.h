@@ -22,6 +22,17 @@ struct Model {
   Rok::Ptr<QosOc::Config::QueuesDir> queues = Rok::make<QosOc::Config::QueuesDir>();
   Rok::Ptr<QosOc::Config::SchedulerPoliciesDir> schedulerPolicies =
       Rok::make<QosOc::Config::SchedulerPoliciesDir>();
+
+  // Of all directories; null: none.
+  void journalIs(QosOc::Config::Journal* journal) const {
+    classifiers->journalIs(journal);
+    forwardingGroups->journalIs(journal);
+    interfaces->journalIs(journal);
+    pfc->journalIs(journal);
+    queueManagementProfiles->journalIs(journal);
+    queues->journalIs(journal);
+    schedulerPolicies->journalIs(journal);
+  }
 };
 
 }  // namespace host

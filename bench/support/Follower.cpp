@@ -16,11 +16,11 @@ void tellEach(std::size_t all, std::size_t events) {
 
 class JournalFollower final : public Follower {
  public:
-  ~JournalFollower() override { attach(nullptr); }
+  ~JournalFollower() override { model_.journalIs(nullptr); }
 
   void start(const host::Model& model) override {
     model_ = model;
-    attach(&journal_);
+    model_.journalIs(&journal_);
   }
   void eventIsNext() override { journal_.taken(); }
   void eventIsOver(bool isCounted) override {
@@ -29,16 +29,6 @@ class JournalFollower final : public Follower {
   void tell(std::size_t events) const override { tellEach(marks_, events); }
 
  private:
-  void attach(QosOc::Config::Journal* journal) const {
-    model_.classifiers->journalIs(journal);
-    model_.forwardingGroups->journalIs(journal);
-    model_.interfaces->journalIs(journal);
-    model_.pfc->journalIs(journal);
-    model_.queueManagementProfiles->journalIs(journal);
-    model_.queues->journalIs(journal);
-    model_.schedulerPolicies->journalIs(journal);
-  }
-
   host::Model model_;
   QosOc::Config::Journal journal_;
   std::size_t marks_ = 0;
