@@ -5,6 +5,7 @@
 #include "host/JsonWriter.h"
 #include "host/Text.h"
 #include "host/feed/FeedLine.h"
+#include "host/openconfig/LeafPath.h"
 
 namespace host {
 namespace {
@@ -57,10 +58,6 @@ std::string highestMissing(const std::string& path, const std::vector<LeafText>&
   return path.substr(0, end);
 }
 
-bool isWithin(std::string_view path, std::string_view node) {
-  return path.starts_with(node) && (path.size() == node.size() || path[node.size()] == '/');
-}
-
 }  // namespace
 
 std::vector<LeafChange> leafChanges(const std::vector<LeafText>& before,
@@ -92,7 +89,7 @@ std::vector<std::string> deletedNodes(const std::vector<LeafChange>& changes,
   for (const LeafChange& change : changes) {
     if (change.after != nullptr) continue;
     // The leaves of a node follow one another.
-    if (!nodes.empty() && isWithin(change.before->path, nodes.back())) continue;
+    if (!nodes.empty() && isAtOrBelow(change.before->path, nodes.back())) continue;
     const std::string node = highestMissing(change.before->path, after);
     // The lists don't say what is around the subtree: all that is known to be gone is its top.
     const bool isAround = only.relation(node) == Subtree::Relation::above;

@@ -4,9 +4,10 @@
 #pragma once
 
 #include <cstdint>
-#include <optional>
+#include <functional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "host/JsonWriter.h"
 #include "host/feed/LeafChanges.h"

@@ -1,12 +1,9 @@
 #include "host/feed/NodeThere.h"
 
+#include "host/openconfig/LeafPath.h"
+
 namespace host {
 namespace {
-
-// Whether `path` is `top` or below it.
-bool isWithin(std::string_view path, std::string_view top) {
-  return path.starts_with(top) && (path.size() == top.size() || path[top.size()] == '/');
-}
 
 std::span<const RecordKind* const> kindsBelow(const View& view, const TreeEntry& at) {
   return at.kind == nullptr ? view.outermost() : view.children(*at.kind);
@@ -18,14 +15,14 @@ bool hasLeaf(const View& view, const RecordKind& kind, const void* record, const
   if (record == nullptr) return false;
   for (const View::Row& row : view.rows(kind)) {
     const std::string path = std::string(prefix) + row.path;
-    if (isWithin(path, below) && !isAbsent(kind.read(record, row.leaf, keys, {}))) return true;
+    if (isAtOrBelow(path, below) && !isAbsent(kind.read(record, row.leaf, keys, {}))) return true;
   }
   return false;
 }
 
 bool hasBelow(const View& view, const RecordKind& kind, const TreeEntry& at,
               std::string_view below) {
-  if (kind.isList()) return isWithin(kind.path, below) && !kind.store.isEmpty(at.entry);
+  if (kind.isList()) return isAtOrBelow(kind.path, below) && !kind.store.isEmpty(at.entry);
   const void* entry = kind.find(at.entry, {});
   const void* record = entry != nullptr ? kind.record(entry) : nullptr;
   return hasLeaf(view, kind, record, at.keys, std::string(kind.path) + '/', below);

@@ -28,4 +28,9 @@ inline void appendBelow(std::string& path, std::string_view below) {
   path += below;
 }
 
+// Whether a path is that of a node, or leads below it.
+inline bool isAtOrBelow(std::string_view path, std::string_view node) {
+  return path.starts_with(node) && (path.size() == node.size() || path[node.size()] == '/');
+}
+
 }  // namespace host
