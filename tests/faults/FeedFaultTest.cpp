@@ -10,6 +10,7 @@
 #include "host/Feed.h"
 #include "host/openconfig/Leaves.h"
 #include "tests/support/HostDevice.h"
+#include "tests/support/HostFeed.h"
 #include "tests/support/House.h"
 
 namespace faults::feedFaultTest {
@@ -26,22 +27,11 @@ class LeafConsumer {
   explicit LeafConsumer(host::Feed& feed)
       : subscription_(feed.onLeaves({}, [this](const auto& changes) {
           const AllocationPause pause;
-          hear(changes);
+          support::hostApply(changes, known_);
         })) {}
   const Known& known() const { return known_; }
 
  private:
-  void hear(const host::LeafChanges& changes) {
-    if (changes.isWhole) known_.clear();
-    for (const std::string& node : changes.deleted) {
-      std::erase_if(known_, [&](const auto& leaf) {
-        return leaf.first == node || leaf.first.starts_with(node + '/');
-      });
-    }
-    for (const auto& [path, type, value] : changes.updated) {
-      known_[path] = host::leafText(type, value);
-    }
-  }
   Known known_;
   host::Feed::Subscription subscription_;
 };

@@ -24,6 +24,19 @@ inline HostLines hostLines(const host::LeafChanges& changes) {
   return lines;
 }
 
+// Brings the leaves that a consumer holds, by path, in step with the changes of a call.
+inline void hostApply(const host::LeafChanges& changes, std::map<std::string, std::string>& known) {
+  if (changes.isWhole) known.clear();
+  for (const std::string& node : changes.deleted) {
+    std::erase_if(known, [&](const auto& leaf) {
+      return leaf.first == node || leaf.first.starts_with(node + '/');
+    });
+  }
+  for (const auto& [path, type, value] : changes.updated) {
+    known[path] = host::leafText(type, value);
+  }
+}
+
 // Subscribes to leaves, and keeps the lines of the last call.
 class HostConsumer {
  public:
@@ -46,15 +59,7 @@ class HostConsumer {
     wasWhole_ = changes.isWhole;
     const HostLines lines = hostLines(changes);
     lines_.insert(lines_.end(), lines.begin(), lines.end());
-    if (changes.isWhole) known_.clear();
-    for (const std::string& node : changes.deleted) {
-      std::erase_if(known_, [&](const auto& leaf) {
-        return leaf.first == node || leaf.first.starts_with(node + '/');
-      });
-    }
-    for (const auto& [path, type, value] : changes.updated) {
-      known_[path] = host::leafText(type, value);
-    }
+    hostApply(changes, known_);
   }
 
   HostLines lines_;
