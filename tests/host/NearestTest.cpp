@@ -1,0 +1,50 @@
+#include "host/Nearest.h"
+
+#include <gtest/gtest.h>
+
+namespace host::nearestTest {
+namespace {
+
+const std::vector<std::string_view> sections{"class-maps", "policy-maps", "interfaces", "comments"};
+
+TEST(Nearest, IsTheNameWithTheFewestSlips) {
+  EXPECT_EQ(nearest("clas-maps", sections), "class-maps");
+  EXPECT_EQ(nearest("class-mapss", sections), "class-maps");
+  EXPECT_EQ(nearest("class_maps", sections), "class-maps");
+  EXPECT_EQ(nearest("lcass-maps", sections), "class-maps");
+  EXPECT_EQ(nearest("interface", sections), "interfaces");
+}
+
+TEST(Nearest, DoesNotCountCase) { EXPECT_EQ(nearest("Class-Maps", sections), "class-maps"); }
+
+TEST(Nearest, IsNoNameWithMoreSlipsThanAThirdOfTheLetters) {
+  EXPECT_EQ(nearest("abcde", {"abcxx"}), "");
+  EXPECT_EQ(nearest("abcdef", {"abcdxx"}), "abcdxx");
+  EXPECT_EQ(nearest("queue-names", sections), "");
+}
+
+TEST(Nearest, MayHaveOneSlipHoweverShortTheWord) {
+  EXPECT_EQ(nearest("enc", {"wred", "ecn"}), "ecn");
+  EXPECT_EQ(nearest("x", {"y"}), "y");
+  EXPECT_EQ(nearest("xy", {"ab"}), "");
+}
+
+TEST(Nearest, CountsTwoLettersThatChangedPlacesOnce) {
+  EXPECT_EQ(nearest("--fromat", {"--from", "--format"}), "--format");
+}
+
+TEST(Nearest, OfSeveralIsTheFirst) { EXPECT_EQ(nearest("ab", {"ax", "ay"}), "ax"); }
+
+TEST(Nearest, IsNothingForAnEmptyOrAnEndlessWord) {
+  EXPECT_EQ(nearest("", {"a"}), "");
+  const std::string endless(1000, 'a');
+  EXPECT_EQ(nearest(endless, {endless}), "");
+}
+
+TEST(DidYouMean, AsksForTheNearestName) {
+  EXPECT_EQ(didYouMean("interface", sections), ": did you mean interfaces?");
+  EXPECT_EQ(didYouMean("queues", sections), "");
+}
+
+}  // namespace
+}  // namespace host::nearestTest
