@@ -1,4 +1,4 @@
-// Each folder of examples/ is a scenario of numbered steps:
+// Each folder of examples/ with a 01-native.json is a scenario of numbered steps:
 //
 //   01-native.json         a device            01-model.json, 01-openconfig.json   its translation
 //   02-change.jsonl        what happens to it  02-model.json, 02-openconfig.json   what comes of it
@@ -11,7 +11,6 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <filesystem>
 #include <fstream>
 
 #include "Paths.h"
@@ -19,6 +18,7 @@
 #include "rapidjson/stringbuffer.h"
 #include "rapidjson/writer.h"
 #include "tests/support/HostProgram.h"
+#include "tests/support/Scenarios.h"
 
 namespace examplesTest {
 namespace {
@@ -32,15 +32,6 @@ using support::hostText;
 bool updates() {
   const char* wanted = std::getenv("QOS_UPDATE_GOLDEN");
   return wanted != nullptr && std::string_view(wanted) == "1";
-}
-
-std::vector<std::string> scenarios() {
-  std::vector<std::string> names;
-  for (const auto& entry : std::filesystem::directory_iterator(paths::examples)) {
-    if (entry.is_directory()) names.push_back(entry.path().filename());
-  }
-  std::sort(names.begin(), names.end());
-  return names;
 }
 
 class Example : public testing::TestWithParam<std::string> {
@@ -149,7 +140,7 @@ TEST(Demo, TellsTheDayOfTheRouterWithWhatWasReported) {
   EXPECT_NE(run.out.find("/config/max-threshold \"900\" -> \"1200\"\n"), std::string::npos);
 }
 
-INSTANTIATE_TEST_SUITE_P(Examples, Example, testing::ValuesIn(scenarios()),
+INSTANTIATE_TEST_SUITE_P(Examples, Example, testing::ValuesIn(support::scenarios(paths::examples)),
                          [](const testing::TestParamInfo<std::string>& scenario) {
                            std::string name = scenario.param;
                            std::replace(name.begin(), name.end(), '-', '_');
