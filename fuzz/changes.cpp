@@ -42,7 +42,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const host::Native trial;
   try {
     host::readNativeText(document, trial);
-  } catch (const host::Fault&) {
+  } catch (const host::Refusal&) {
     return 0;
   }
   if (isDeadly(trial)) return 0;

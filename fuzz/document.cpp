@@ -9,7 +9,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const host::Native native;
   try {
     host::readNativeText(Fuzz::text(data, size), native);
-  } catch (const host::Fault&) {
+  } catch (const host::Refusal&) {
     return 0;
   }
   const std::string written = host::nativeJson(native, host::Layout::pretty);

@@ -6,8 +6,10 @@
 #include <utility>
 #include <vector>
 
+#include "host/Nearest.h"
 #include "host/Sections.h"
 #include "host/Text.h"
+#include "host/ValueJson.h"
 
 namespace host {
 namespace {
@@ -16,13 +18,26 @@ namespace {
 
 bool isBlank(std::string_view line) { return line.find_first_not_of(" \t\r\n") == line.npos; }
 
+// The key that was probably meant by one under which nothing stands. A collection with many keys is
+// not searched: a line may be wrong a thousand times a second.
+std::string keyHint(const Draft& draft, const std::string& token) {
+  constexpr std::size_t many = 1000;
+  if (draft.size() > many) return "";
+  const std::vector<Rok::String> keys = draft.keys();
+  return didYouMean(token, {keys.begin(), keys.end()});
+}
+
 // What stands below the draft. `tokens` are the keys as the line has them.
 // Throws: Fault when there is nothing under one of the keys.
 Draft& follow(Draft& draft, std::span<const Rok::String> keys, const Tokens& tokens) {
   Draft* at = &draft;
   for (std::size_t i = 0; i < keys.size(); ++i) {
-    at = at->at(keys[i]);
-    if (at == nullptr) refuse("nothing is at " + shownPointer(std::span(tokens).first(i + 1)));
+    Draft* below = at->at(keys[i]);
+    if (below == nullptr) {
+      refuse("nothing is at " + shownPointer(std::span(tokens).first(i + 1)) +
+             keyHint(*at, tokens[i]));
+    }
+    at = below;
   }
   return *at;
 }
@@ -31,6 +46,10 @@ std::unique_ptr<Place> follow(const Native& native, std::span<const Rok::String>
   std::unique_ptr<Place> place = nativePlace(native);
   for (const Rok::String& key : keys) place = place->at(key);
   return place;
+}
+
+bool startsWithDigit(std::string_view text) {
+  return !text.empty() && text.front() >= '0' && text.front() <= '9';
 }
 
 std::span<const Rok::String> withoutLast(const std::vector<Rok::String>& keys) {
@@ -73,8 +92,44 @@ Changes::Target Changes::resolve(const Tokens& tokens) {
   }
   Target target;
   target.schema = &nativeSchema();
-  for (const std::string& token : tokens) descend(target, *target.schema, token);
+  try {
+    for (const std::string& token : tokens) descend(target, *target.schema, token);
+  } catch (const Fault& fault) {
+    refuse(fault.what() + slashHint(tokens));
+  }
   return target;
+}
+
+// The "/" in the name of an interface, when it was not escaped, makes two tokens of it: where the
+// pointer leaves the schema with a number, that is taken for the rest of a name.
+std::string Changes::slashHint(const Tokens& tokens) {
+  Tokens joined;
+  Target before, target;
+  target.schema = &nativeSchema();
+  for (const std::string& token : tokens) {
+    Target next = target;
+    if (canDescend(next, token)) {
+      before = std::exchange(target, next);
+      joined.push_back(token);
+    } else if (!joined.empty() && startsWithDigit(token) &&
+               canDescend(next = before, joined.back() + '/' + token)) {
+      target = next;
+      joined.back() += '/' + token;
+    } else {
+      joined.push_back(token);
+    }
+  }
+  if (joined.size() == tokens.size()) return "";
+  return ": a \"/\" in a name is written \"~1\": did you mean " + shownPointer(joined) + '?';
+}
+
+bool Changes::canDescend(Target& target, const std::string& token) {
+  try {
+    descend(target, *target.schema, token);
+    return true;
+  } catch (const Fault&) {
+    return false;
+  }
 }
 
 void Changes::descend(Target& target, const Schema& at, const std::string& token) {
@@ -93,13 +148,13 @@ void Changes::descend(Target& target, const Schema& at, const std::string& token
 
 void Changes::descendRecord(Target& target, const Schema& record, const std::string& token) {
   const Schema::Member* member = record.member(token);
-  if (member == nullptr) refuse("unknown member " + quoted(token));
+  if (member == nullptr) refuse("unknown member " + quoted(token) + record.hint(token));
   step(target, record, token);
 }
 
 void Changes::descendCollection(Target& target, const Schema& keyed, const std::string& token) {
   const std::optional<Rok::String> key = keyed.key().canonical(token);
-  if (!key) refuse(quoted(token) + " is not " + keyed.key().expected);
+  if (!key) refuse(quoted(token) + " is not " + keyed.key().expected + keyed.key().hint(token));
   step(target, keyed, *key);
 }
 
@@ -148,7 +203,10 @@ void Changes::test(const Draft& there, const Patch& patch, std::size_t operation
   } catch (const Fault& fault) {
     refuse(std::string("test failed: ") + fault.what());
   }
-  if (!(there.value() == expected)) refuse("test failed: something else is there");
+  const Value found = there.value();
+  if (found == expected) return;
+  refuse("test failed: expected " + shown(valueJson(expected, schema)) + ", not " +
+         shown(valueJson(found, schema)));
 }
 
 // Checks an operation and carries it out on the draft. Nothing for a `test`.
@@ -162,7 +220,9 @@ std::optional<Changes::Change> Changes::check(const Patch& patch, std::size_t op
     if (inSet && kind != Patch::Kind::add) refuse("nothing stands at \"-\": it is only for add");
     Draft& parent = follow(draft, withoutLast(keys), tokens);
     const Draft* there = parent.at(keys.back());
-    if (there == nullptr && kind != Patch::Kind::add) refuse("nothing is there");
+    if (there == nullptr && kind != Patch::Kind::add) {
+      refuse("nothing is there" + keyHint(parent, tokens.back()));
+    }
     if (kind == Patch::Kind::test) {
       test(*there, patch, operation, *schema);
       return std::nullopt;

@@ -51,6 +51,8 @@ class Changes {
   };
 
   static Target resolve(const Tokens& tokens);
+  static std::string slashHint(const Tokens& tokens);
+  static bool canDescend(Target& target, const std::string& token);
   static void descend(Target& target, const Schema& at, const std::string& token);
   static void descendRecord(Target& target, const Schema& record, const std::string& token);
   static void descendCollection(Target& target, const Schema& keyed, const std::string& token);

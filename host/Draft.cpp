@@ -27,15 +27,22 @@ Value Draft::value() const {
   if (leaf_) return *leaf_;
   if (touched_.empty() && native_) return native_->value();
   Value::Object members;
-  if (native_) {
-    for (const Rok::String& key : native_->keys()) {
-      if (!touched_.contains(key)) members.push_back({key, native_->at(key)->value()});
-    }
-  }
-  for (const auto& [key, draft] : touched_) {
-    if (draft) members.push_back({key, draft->value()});
+  for (const Rok::String& key : keys()) {
+    const auto touched = touched_.find(key);
+    members.push_back(
+        {key, touched != touched_.end() ? touched->second->value() : native_->at(key)->value()});
   }
   return Value(std::move(members));
+}
+
+std::vector<Rok::String> Draft::keys() const {
+  std::vector<Rok::String> keys;
+  if (native_) keys = native_->keys();
+  std::erase_if(keys, [&](const Rok::String& key) { return touched_.contains(key); });
+  for (const auto& [key, draft] : touched_) {
+    if (draft) keys.push_back(key);
+  }
+  return keys;
 }
 
 }  // namespace host

@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "host/Place.h"
 #include "host/Value.h"
@@ -24,6 +25,10 @@ class Draft {
   void put(const Rok::String& key, const Value& value);
   void erase(const Rok::String& key);
   Value value() const;
+  // The keys under which something stands.
+  std::vector<Rok::String> keys() const;
+  // About how many there are.
+  std::size_t size() const { return (native_ ? native_->size() : 0) + touched_.size(); }
 
  private:
   std::unique_ptr<Place> native_;  // null for what the line brings

@@ -4,6 +4,7 @@
 #include <stdexcept>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace host {
 
@@ -22,6 +23,23 @@ class Fault : public std::runtime_error {
  private:
   std::string place_;
   std::string position_;
+};
+
+inline constexpr std::size_t mostFaults = 20;
+
+// A text that is refused, with all that is wrong with it, in its order; of more than `mostFaults`,
+// the first.
+class Refusal : public std::runtime_error {
+ public:
+  // Requires: there is a fault.
+  explicit Refusal(std::vector<Fault> faults)
+      : std::runtime_error(faults.front().what()), faults_(std::move(faults)) {}
+  explicit Refusal(Fault only) : Refusal(std::vector{std::move(only)}) {}
+
+  const std::vector<Fault>& faults() const { return faults_; }
+
+ private:
+  std::vector<Fault> faults_;
 };
 
 }  // namespace host

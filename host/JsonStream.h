@@ -40,6 +40,14 @@ class JsonStream {
   }
   std::size_t Tell() const { return before_ + static_cast<std::size_t>(at_ - begin_); }
 
+  // Skips white space. What comes then is a token, or the end.
+  void beginToken() {
+    while (Peek() == ' ' || Peek() == '\n' || Peek() == '\r' || Peek() == '\t') Take();
+    token_ = Tell();
+  }
+  // Where the token begins that is being read, or was read last.
+  std::size_t token() const { return token_; }
+
   // The rest of the current block, and a way to skip the front of it.
   std::string_view block() const { return {at_, end_}; }
   void skip(std::size_t bytes) {
@@ -93,13 +101,19 @@ class JsonStream {
   const char* at_ = nullptr;
   const char* end_ = nullptr;
   std::size_t before_ = 0;  // bytes in the blocks before this one
-  Lines lines_;             // in those blocks
+  std::size_t token_ = 0;
+  Lines lines_;  // in those blocks
 };
 
 // UTF-8 that the parser copies by stretches of bytes that stand for themselves.
 struct Utf8InBlocks : rapidjson::UTF8<> {};
 
 }  // namespace host
+
+template <>
+inline void host::rapidjson::SkipWhitespace(host::JsonStream& stream) {
+  stream.beginToken();
+}
 
 // Strings are most of a document. The parser calls Transcode before a byte that needs no treatment;
 // its own one copies that byte alone, and reading a document takes an eighth more instructions.
@@ -125,15 +139,29 @@ struct SyntaxFault {
   std::string reason;
   std::size_t offset = 0;
 };
+
+// What a message adds when a text begins as one of another encoding does.
+inline std::string encodingHint(std::string_view begin) {
+  const auto at = [&](std::size_t i) { return i < begin.size() ? begin[i] : ' '; };
+  if (begin.starts_with("\xef\xbb\xbf"))
+    return " (it begins with a byte-order mark: leave that out)";
+  const bool isUtf16 = begin.starts_with("\xff\xfe") || begin.starts_with("\xfe\xff") ||
+                       at(0) == '\0' || at(1) == '\0';
+  return isUtf16 ? " (it looks like UTF-16: write it as UTF-8)" : "";
+}
+
 template <class Handler>
 SyntaxFault parseJson(JsonStream& stream, Handler& handler) {
   JsonParser parser;
+  const std::string begin(stream.block().substr(0, 3));
   constexpr unsigned flags = rapidjson::kParseIterativeFlag | rapidjson::kParseFullPrecisionFlag;
   const rapidjson::ParseResult result = parser.Parse<flags>(stream, handler);
   if (result.Code() == rapidjson::kParseErrorTermination) return {};
-  if (stream.Peek() == '\0' && !stream.atEnd()) return {"a NUL byte", stream.Tell()};
-  if (!result.IsError()) return {};
-  return {rapidjson::GetParseError_En(result.Code()), result.Offset()};
+  const bool isNul = stream.Peek() == '\0' && !stream.atEnd();
+  if (!isNul && !result.IsError()) return {};
+  const std::size_t offset = isNul ? stream.Tell() : result.Offset();
+  const char* reason = isNul ? "a NUL byte" : rapidjson::GetParseError_En(result.Code());
+  return {reason + (offset < 2 ? encodingHint(begin) : ""), offset};
 }
 
 }  // namespace host

@@ -15,37 +15,34 @@ struct CloseFile {
 };
 
 [[noreturn]] void throwUnreadable(int error) {
-  throw Fault("", std::string("cannot be read: ") + std::strerror(error));
+  throw Refusal({"", std::string("cannot be read: ") + std::strerror(error)});
 }
 
-[[noreturn]] void throwFault(const Fault& fault, const JsonStream& stream, Positions positions) {
-  if (positions == Positions::ofSyntax) throw fault;
-  // The parser stands behind a scalar or a key, and at the bracket that opens an object or array.
-  const bool isOpening = stream.Peek() == '{' || stream.Peek() == '[';
-  throw Fault(fault.place(), fault.what(), stream.position(stream.Tell() - (isOpening ? 0 : 1)));
-}
-
-void read(JsonStream& stream, SchemaReader& reader, Positions positions) {
+void read(JsonStream& stream, SchemaReader& reader) {
+  reader.streamIs(&stream);
   const SyntaxFault syntax = parseJson(stream, reader);
   if (stream.failed()) throwUnreadable(errno);
-  if (reader.fault()) throwFault(*reader.fault(), stream, positions);
-  if (syntax.reason.empty()) return;
-  throw Fault(reader.place(), "not JSON: " + syntax.reason, stream.position(syntax.offset));
+  std::vector<Fault> faults = reader.faults();
+  if (!syntax.reason.empty() && faults.size() < mostFaults) {
+    faults.emplace_back(reader.place(), "not JSON: " + syntax.reason,
+                        stream.position(syntax.offset));
+  }
+  if (!faults.empty()) throw Refusal(std::move(faults));
 }
 
 }  // namespace
 
-void readJsonFile(const std::string& path, SchemaReader& reader, Positions positions) {
+void readJsonFile(const std::string& path, SchemaReader& reader) {
   errno = 0;
   const std::unique_ptr<std::FILE, CloseFile> file(std::fopen(path.c_str(), "rb"));
   if (!file) throwUnreadable(errno);
   JsonStream stream(file.get());
-  read(stream, reader, positions);
+  read(stream, reader);
 }
 
-void readJsonText(std::string_view text, SchemaReader& reader, Positions positions) {
+void readJsonText(std::string_view text, SchemaReader& reader) {
   JsonStream stream(text);
-  read(stream, reader, positions);
+  read(stream, reader);
 }
 
 std::string Fault::inFile(const std::string& file) const {

@@ -26,8 +26,8 @@ void translate(const std::string& file, std::string_view text, const ViewOptions
   const Native native;
   try {
     readNativeText(text, native);
-  } catch (const Fault& refused) {
-    result.faults.push_back(refused.inFile(file));
+  } catch (const Refusal& refused) {
+    for (const Fault& one : refused.faults()) result.faults.push_back(one.inFile(file));
     return;
   }
   for (const std::string& line : commentFaults(native)) fault(line);

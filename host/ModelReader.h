@@ -18,7 +18,7 @@ const Schema& modelSchema();
 std::unique_ptr<EntrySink> modelSink(const Model& model);
 
 // Reads a model into an empty one. Members may be left out; they are then absent or default.
-// Throws: Fault; then part of the model may be read.
+// Throws: Refusal; then part of the model may be read.
 void readModel(const std::string& path, const Model& model);
 void readModelText(std::string_view text, const Model& model);
 

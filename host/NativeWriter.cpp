@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "host/Sections.h"
+#include "host/ValueJson.h"
 
 namespace host {
 namespace {
@@ -65,22 +66,7 @@ class NativeWriter {
     if (initial != nullptr && value == *initial) return;
     begin();
     out_.key(key);
-    if (schema.kind() != Schema::Kind::set) return scalar(value, schema);
-    out_.beginArray();
-    for (const Value& element : value.list()) scalar(element, schema.element());
-    out_.endArray();
-  }
-
-  void scalar(const Value& value, const Schema& schema) {
-    if (const auto* v = value.as<bool>()) out_.boolean(*v);
-    if (const auto* v = value.as<double>()) out_.real(*v);
-    if (const auto* v = value.as<Rok::String>()) out_.text(*v);
-    if (const auto* v = value.as<std::uint64_t>()) number(*v, schema);
-  }
-
-  void number(std::uint64_t number, const Schema& schema) {
-    const Name* name = schema.nameOf(number);
-    name != nullptr ? out_.text(name->text) : out_.number(number);
+    writeValue(out_, value, schema);
   }
 
   // Begins the objects that wait for something to stand in them.

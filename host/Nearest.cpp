@@ -32,18 +32,33 @@ std::size_t slips(std::string_view a, std::string_view b) {
   return row.back();
 }
 
+// Ethernet1 and Ethernet2 are two names, and neither is a slip of the other.
+std::string withoutDigits(std::string_view text) {
+  std::string letters;
+  for (const char c : text) {
+    if (std::isdigit(static_cast<unsigned char>(c)) == 0) letters += lower(c);
+  }
+  return letters;
+}
+
+bool differInNumbersAlone(std::string_view a, std::string_view b) {
+  const std::string letters = withoutDigits(a);
+  const bool isNumbered = letters.size() < a.size();
+  return isNumbered && letters == withoutDigits(b) && slips(a, b) > 0;
+}
+
 }  // namespace
 
 std::string_view nearest(std::string_view word, const std::vector<std::string_view>& names) {
   if (word.empty() || word.size() > longest) return {};
   std::string_view found;
-  std::size_t fewest = std::max<std::size_t>(word.size() / 3, 1) + 1;
+  std::size_t fewest = longest;
   for (const std::string_view name : names) {
-    const std::size_t apart =
-        std::max(name.size(), word.size()) - std::min(name.size(), word.size());
-    if (apart >= fewest) continue;
+    const auto [shorter, longer] = std::minmax(name.size(), word.size());
+    const std::size_t most = longer / 3;
+    if (longer - shorter > most || differInNumbersAlone(word, name)) continue;
     const std::size_t count = slips(word, name);
-    if (count >= fewest) continue;
+    if (count > most || count >= fewest) continue;
     fewest = count;
     found = name;
   }
@@ -53,6 +68,14 @@ std::string_view nearest(std::string_view word, const std::vector<std::string_vi
 std::string didYouMean(std::string_view word, const std::vector<std::string_view>& names) {
   const std::string_view name = nearest(word, names);
   return name.empty() ? "" : ": did you mean " + shown(name) + '?';
+}
+
+std::string didYouMeanOf(std::string_view word, const std::vector<std::string_view>& names) {
+  std::string legal;
+  for (const std::string_view name : names) {
+    legal += (legal.empty() ? "" : ", ") + std::string(name);
+  }
+  return didYouMean(word, names) + " (legal: " + legal + ')';
 }
 
 }  // namespace host

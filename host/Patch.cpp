@@ -130,9 +130,10 @@ Patch::~Patch() = default;
 Value Patch::value(std::size_t operation, const Schema& schema) const {
   const Json& json = text_->document[static_cast<rapidjson::SizeType>(operation)];
   SchemaReader reader(schema);
+  reader.mostFaultsIs(1);
   json["value"].Accept(reader);
-  if (!reader.fault()) return reader.take();
-  const Fault& fault = *reader.fault();
+  if (reader.faults().empty()) return reader.take();
+  const Fault& fault = reader.faults().front();
   const bool whole = fault.place() == shownPointer({});
   throw Fault("", whole ? fault.what() : "at " + fault.place() + ": " + fault.what());
 }

@@ -48,6 +48,8 @@ class Place {
   virtual Value value() const;
   // The keys or members that are there, in bytewise order.
   virtual std::vector<Rok::String> keys() const { return {}; }
+  // How many there are.
+  virtual std::size_t size() const { return keys().size(); }
   // The place below; null when nothing is there.
   virtual std::unique_ptr<Place> at(const Rok::String& /*key*/) const { return nullptr; }
   virtual bool has(const Rok::String& key) const { return at(key) != nullptr; }

@@ -62,21 +62,30 @@ bool isForeign(std::string_view place) {
   return place.rfind('/') == 0 && savedSchema().member(place.substr(1)) == nullptr;
 }
 
+// Another version, and what is no saved state at all, is one fault: the others come of it.
+void throwForeign(const Refusal& refusal, bool hasVersion) {
+  for (const Fault& fault : refusal.faults()) {
+    if (fault.place() == '/' + std::string(versionName)) throw Refusal(fault);
+  }
+  const Fault& first = refusal.faults().front();
+  if (hasVersion || !isForeign(first.place())) return;
+  throw Refusal({first.place(), "unknown member: this is no saved state", first.position()});
+}
+
 template <class Read>
 void readSaved(const Native& native, const Model& model, const Read& read) {
   SavedSink sink(native, model);
   SchemaReader reader(savedSchema(), &sink);
   try {
     read(reader);
-  } catch (const Fault& fault) {
-    if (sink.hasMember(versionName) || !isForeign(fault.place())) throw;
-    throw Fault(fault.place(), fault.what() + std::string(": this is no saved state"),
-                fault.position());
+  } catch (const Refusal& refusal) {
+    throwForeign(refusal, sink.hasMember(versionName));
+    throw;
   }
   for (const Schema::Member& member : savedSchema().members()) {
     if (sink.hasMember(member.name)) continue;
-    throw Fault(shownPointer({}), "the member \"" + std::string(member.name) +
-                                      "\" is missing: this is no saved state");
+    throw Refusal({shownPointer({}), "the member \"" + std::string(member.name) +
+                                         "\" is missing: this is no saved state"});
   }
 }
 
@@ -97,13 +106,11 @@ std::string savedStateJson(const Native& native, const Model& model, Layout layo
 }
 
 void readSavedState(const std::string& path, const Native& native, const Model& model) {
-  readSaved(native, model,
-            [&](SchemaReader& reader) { readJsonFile(path, reader, Positions::ofAll); });
+  readSaved(native, model, [&](SchemaReader& reader) { readJsonFile(path, reader); });
 }
 
 void readSavedStateText(std::string_view text, const Native& native, const Model& model) {
-  readSaved(native, model,
-            [&](SchemaReader& reader) { readJsonText(text, reader, Positions::ofAll); });
+  readSaved(native, model, [&](SchemaReader& reader) { readJsonText(text, reader); });
 }
 
 }  // namespace host

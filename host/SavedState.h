@@ -20,7 +20,7 @@ std::string savedStateJson(const Native& native, const Model& model, Layout layo
                            const TextSink& sink = nullptr);
 
 // Mounts a saved state. Requires: nothing but the mounted entries is there, and an empty model.
-// Throws: Fault; then part of the state may be mounted.
+// Throws: Refusal; then part of the state may be mounted.
 void readSavedState(const std::string& path, const Native& native, const Model& model);
 void readSavedStateText(std::string_view text, const Native& native, const Model& model);
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "host/Nearest.h"
 #include "host/Text.h"
 
 namespace host {
@@ -32,6 +33,12 @@ std::string choices(std::string_view what, std::span<const Name> names) {
     separator = ", ";
   }
   return text + " or a number from 0 to 255";
+}
+
+std::vector<std::string_view> texts(std::span<const Name> names) {
+  std::vector<std::string_view> texts;
+  for (const Name& name : names) texts.push_back(name.text);
+  return texts;
 }
 
 bool isNumberUpTo(const Value& value, std::uint64_t max) {
@@ -75,6 +82,8 @@ Key Key::number(std::string_view what, std::uint64_t max) {
           },
           true};
 }
+
+std::string Key::hint(std::string_view text) const { return didYouMean(text, texts(names)); }
 
 Rok::String Key::spelled(const Rok::String& canonical) const {
   if (names.empty()) return canonical;
@@ -185,6 +194,17 @@ const Schema::Member* Schema::member(std::string_view name) const {
     if (member.name == name) return &member;
   }
   return nullptr;
+}
+
+std::vector<std::string_view> Schema::names() const {
+  if (kind_ != Kind::record) return texts(names_);
+  std::vector<std::string_view> members;
+  for (const Member& member : *members_) members.push_back(member.name);
+  return members;
+}
+
+std::string Schema::hint(std::string_view name) const {
+  return kind_ == Kind::record ? didYouMeanOf(name, names()) : didYouMean(name, names());
 }
 
 const Schema& Schema::below(std::string_view key) const {

@@ -34,6 +34,8 @@ struct Key {
   bool isNumber = false;             // canonical ones are decimals
   std::span<const Name> names = {};  // of numbers
 
+  // What a message adds about a text that is no such key: the name that was probably meant.
+  std::string hint(std::string_view text) const;
   // A canonical key as a document spells it: by its name, if it has one.
   Rok::String spelled(const Rok::String& canonical) const;
   // The order in which canonical keys are printed: that of numbers, or of bytes.
@@ -84,6 +86,11 @@ class Schema {
   bool isObject() const { return kind_ == Kind::keyed || kind_ == Kind::record; }
   // What a message says that it expected here.
   const std::string& expected() const { return expected_; }
+  // The names that can stand here: of a record its members, of a scalar those of numbers.
+  std::vector<std::string_view> names() const;
+  // What a message adds about a name that can't stand here: the one that was probably meant, and of a
+  // record all.
+  std::string hint(std::string_view name) const;
 
   // Makes a scalar canonical. False for a value that can't stand here; it stays as it is.
   bool accept(Value& value) const { return accept_(value); }

@@ -4,6 +4,7 @@
 #include <sstream>
 #include <utility>
 
+#include "host/JsonStream.h"
 #include "host/Text.h"
 
 namespace host {
@@ -57,6 +58,7 @@ Value object(const Schema& schema) {
 }  // namespace
 
 bool SchemaReader::Null() {
+  if (isPassing()) return passScalar();
   if (expected().mayBeNull()) return complete(Value());
   return refuse("null is never a value here: expected " + expected().expected());
 }
@@ -68,40 +70,42 @@ bool SchemaReader::Uint64(std::uint64_t v) { return scalar(Value(v)); }
 bool SchemaReader::Double(double v) { return scalar(Value(v)); }
 
 bool SchemaReader::String(const char* text, unsigned size, bool /*copy*/) {
+  if (isPassing()) return passScalar();
   const std::string_view view(text, size);
   if (!isUtf8(view)) return refuse("this string is not valid Unicode: " + quoted(view));
   return scalar(Value(textOf(view)));
 }
 
 bool SchemaReader::StartObject() {
-  if (!expected().isObject()) return mismatch("an object");
+  if (isPassing()) return beginPassing();
+  if (!expected().isObject()) return passOver("an object");
   begin();
   return true;
 }
 
 bool SchemaReader::StartArray() {
-  if (!isArray(expected())) return mismatch("an array");
+  if (isPassing()) return beginPassing();
+  if (!isArray(expected())) return passOver("an array");
   begin();
   return true;
 }
 
 bool SchemaReader::Key(const char* text, unsigned size, bool /*copy*/) {
+  if (isPassing()) return true;
   const std::string_view key(text, size);
-  if (!isUtf8(key)) return refuse("this key is not valid Unicode: " + quoted(key));
-  frames_.back().atMember = true;
-  return frames_.back().schema->kind() == Schema::Kind::keyed ? keyOfCollection(key)
-                                                              : keyOfRecord(key);
+  Frame& frame = frames_.back();
+  frame.atMember = isUtf8(key);
+  if (!frame.atMember) return refuseKey("this key is not valid Unicode: " + quoted(key));
+  return frame.schema->kind() == Schema::Kind::keyed ? keyOfCollection(key) : keyOfRecord(key);
 }
 
 bool SchemaReader::EndObject(unsigned /*members*/) {
+  if (isPassing()) return endPassing();
   end();
-  return !fault_;
+  return !isFull();
 }
 
-bool SchemaReader::EndArray(unsigned /*elements*/) {
-  end();
-  return !fault_;
-}
+bool SchemaReader::EndArray(unsigned elements) { return EndObject(elements); }
 
 std::string SchemaReader::place() const { return shownPointer(tokens()); }
 
@@ -112,19 +116,72 @@ const Schema& SchemaReader::expected() const {
   return isArray(*frame.schema) ? frame.schema->element() : *frame.next;
 }
 
-bool SchemaReader::refuse(const std::string& reason) {
-  fault_.emplace(place(), reason);
-  return false;
+void SchemaReader::fault(const std::string& reason) {
+  const std::string position = stream_ != nullptr ? stream_->position(stream_->token()) : "";
+  faults_.emplace_back(place(), reason, position);
 }
 
-bool SchemaReader::mismatch(const std::string& actual) {
-  return refuse("expected " + expected().expected() + ", not " + actual);
+// A key that can't stand here: the value under it is passed over.
+bool SchemaReader::refuseKey(const std::string& reason) {
+  fault(reason);
+  frames_.back().isFaulty = true;
+  passesNext_ = true;
+  return !isFull();
+}
+
+// A value that can't stand here.
+bool SchemaReader::refuse(const std::string& reason) {
+  fault(reason);
+  leaveOut();
+  return !isFull();
+}
+
+std::string SchemaReader::mismatch(const std::string& actual) const {
+  return "expected " + expected().expected() + ", not " + actual;
+}
+
+// An object or array that begins and can't stand here.
+bool SchemaReader::passOver(const char* what) {
+  fault(mismatch(what));
+  ++passed_;
+  return !isFull();
+}
+
+// The value that has come, or has ended, is not put into what is around it.
+void SchemaReader::leaveOut() {
+  if (frames_.empty()) return;
+  Frame& frame = frames_.back();
+  frame.isFaulty = true;
+  ++frame.elements;
+  if (frame.schema->kind() != Schema::Kind::keyed) return;
+  if (frame.leftOut == nullptr) frame.leftOut = std::make_unique<Keys>();
+  frame.leftOut->insert(frame.key);
+}
+
+bool SchemaReader::beginPassing() {
+  ++passed_;
+  return true;
+}
+
+bool SchemaReader::endPassing() {
+  if (--passed_ > 0) return true;
+  if (!passesNext_) leaveOut();
+  passesNext_ = false;
+  return true;
+}
+
+bool SchemaReader::passScalar() {
+  passesNext_ = passesNext_ && passed_ > 0;
+  return true;
 }
 
 bool SchemaReader::scalar(Value&& value) {
+  if (isPassing()) return passScalar();
   const Schema& schema = expected();
   const bool fits = schema.kind() == Schema::Kind::scalar && schema.accept(value);
-  return fits ? complete(std::move(value)) : mismatch(described(value));
+  if (fits) return complete(std::move(value));
+  const auto* text = value.as<Rok::String>();
+  return refuse(mismatch(described(value)) + (text != nullptr ? schema.hint(*text) : ""));
 }
 
 void SchemaReader::begin() {
@@ -150,14 +207,18 @@ bool SchemaReader::keyOfCollection(std::string_view key) {
   const Rok::String text = textOf(key);
   std::optional<Rok::String> canonical = frame.schema->key().canonical(text);
   frame.written = canonical == text ? std::nullopt : std::optional(text);
-  if (!canonical) return refuse("this key is not " + frame.schema->key().expected);
+  if (!canonical) {
+    const host::Key& legal = frame.schema->key();
+    return refuseKey("this key is not " + legal.expected + legal.hint(key));
+  }
   frame.key = std::move(*canonical);
-  return !isThere(frame, frame.key) || refuse("the same key twice");
+  return !isThere(frame, frame.key) || refuseKey("the same key twice");
 }
 
 // Whether a key of a collection came before. The sink has what it was given, unless an entry may
 // be mounted from the start; a few entries are compared faster than they are hashed.
 bool SchemaReader::isThere(Frame& frame, const Rok::String& key) const {
+  if (frame.leftOut != nullptr && frame.leftOut->contains(key)) return true;
   if (frame.handedOn && frame.schema->mounted().empty()) return sink_->has(key);
   const Value::Object& entries = frame.value.object();
   if (!frame.handedOn && entries.size() < many) return frame.value.find(key) != nullptr;
@@ -172,10 +233,10 @@ bool SchemaReader::keyOfRecord(std::string_view key) {
   Frame& frame = frames_.back();
   const Schema::Member* member = frame.schema->member(key);
   frame.key = member != nullptr ? member->name : Rok::String(key);
-  if (member == nullptr) return refuse("unknown member");
+  if (member == nullptr) return refuseKey("unknown member" + frame.schema->hint(key));
   frame.next = &member->schema;
   const std::uint64_t bit = bitOf(*frame.schema, *member);
-  if ((frame.members & bit) != 0) return refuse("the same member twice");
+  if ((frame.members & bit) != 0) return refuseKey("the same member twice");
   frame.members |= bit;
   return true;
 }
@@ -187,6 +248,10 @@ void SchemaReader::end() {
     frames_.pop_back();
     if (!frames_.empty()) sink_->collectionEnds();
     return;
+  }
+  if (frame.isFaulty) {
+    frames_.pop_back();
+    return leaveOut();
   }
   fillIn(frame);
   Value value = std::move(frame.value);

@@ -1,6 +1,6 @@
-// Builds a checked value from the events of a JSON text, a step at a time, and stops at the first
-// that doesn't fit its schema. So what is held is never more than the schema allows, and however
-// deep a text nests, it is left where it leaves the schema.
+// Builds a checked value from the events of a JSON text, a step at a time. What doesn't fit its
+// schema is a fault and is passed over. So what is held is never more than the schema allows,
+// however deep a text nests.
 //
 // A text of any length can be read through an EntrySink: the collections on the upper levels of the
 // document, and those of members that hold collections, are then handed on entry by entry and not
@@ -23,6 +23,8 @@
 
 namespace host {
 
+class JsonStream;
+
 // Takes the entries of a document as they are read. Keys are canonical, values checked.
 class EntrySink {
  public:
@@ -42,7 +44,13 @@ class SchemaReader {
   explicit SchemaReader(const Schema& schema, EntrySink* sink = nullptr)
       : schema_(schema), sink_(sink) {}
 
-  // The events, by the names that the parser calls. Each returns false once there is a fault.
+  // The stream that the events come from: faults say where in it they are.
+  void streamIs(const JsonStream* stream) { stream_ = stream; }
+  // How many faults end the reading.
+  void mostFaultsIs(std::size_t most) { most_ = most; }
+
+  // The events, by the names that the parser calls. Each returns false once there are too many
+  // faults.
   bool Null();
   bool Bool(bool v);
   bool Int(std::int32_t v) { return Int64(v); }
@@ -60,8 +68,8 @@ class SchemaReader {
   bool StartArray();
   bool EndArray(unsigned elements);
 
-  // What is wrong; nothing while all is well.
-  const std::optional<Fault>& fault() const { return fault_; }
+  // What is wrong so far, in the order of the text.
+  const std::vector<Fault>& faults() const { return faults_; }
   // The place at which the reader stands.
   std::string place() const;
   // The whole value. Requires: a text was read to its end without a fault, and there is no sink.
@@ -82,14 +90,25 @@ class SchemaReader {
     std::optional<Rok::String> written = std::nullopt;  // the same in the text, if different
     const Schema* next = nullptr;                       // the schema of that member
     std::unique_ptr<Keys> seen = nullptr;               // of a collection, when they are many
+    std::unique_ptr<Keys> leftOut = nullptr;            // of a collection, what has a fault
     std::uint64_t members = 0;  // those of a record that were seen, a bit each
     bool atMember = false;      // a key was read
-    std::size_t elements = 0;
+    bool isFaulty = false;      // something below doesn't fit
+    std::size_t elements = 0;   // that came
   };
 
   const Schema& expected() const;
+  bool isFull() const { return faults_.size() >= most_; }
+  void fault(const std::string& reason);
+  bool refuseKey(const std::string& reason);
   bool refuse(const std::string& reason);
-  bool mismatch(const std::string& actual);
+  std::string mismatch(const std::string& actual) const;
+  bool passOver(const char* what);
+  void leaveOut();
+  bool isPassing() const { return passed_ > 0 || passesNext_; }
+  bool beginPassing();
+  bool endPassing();
+  bool passScalar();
   bool scalar(Value&& value);
   void begin();
   bool isDivided(const Schema& schema) const;
@@ -107,7 +126,11 @@ class SchemaReader {
   EntrySink* sink_;
   SharedTexts texts_;  // of what goes to the sink
   std::vector<Frame> frames_;
-  std::optional<Fault> fault_;
+  const JsonStream* stream_ = nullptr;
+  std::size_t most_ = mostFaults;
+  std::vector<Fault> faults_;
+  bool passesNext_ = false;  // the value that comes is passed over
+  std::size_t passed_ = 0;   // how many objects and arrays are open of what is passed over
   Value result_;
 };
 

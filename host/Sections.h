@@ -32,7 +32,7 @@ std::unique_ptr<Place> nativePlace(const Native& native);
 std::unique_ptr<EntrySink> nativeSink(const Native& native);
 
 // Mounts a native document. Requires: nothing but the mounted entries is there.
-// Throws: Fault; then part of the document may be mounted.
+// Throws: Refusal; then part of the document may be mounted.
 void readNative(const std::string& path, const Native& native);
 void readNativeText(std::string_view text, const Native& native);
 

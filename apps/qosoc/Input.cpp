@@ -9,10 +9,16 @@ namespace qosoc {
 namespace {
 
 [[noreturn]] void throwUnreadable(const std::string& path, int error) {
-  throw InputError(path, {"", std::string("cannot be read: ") + std::strerror(error)});
+  throw InputError(path,
+                   host::Refusal({"", std::string("cannot be read: ") + std::strerror(error)}));
 }
 
 }  // namespace
+
+InputError::InputError(const std::string& file, const host::Refusal& refusal)
+    : std::runtime_error(refusal.what()) {
+  for (const host::Fault& fault : refusal.faults()) lines_.push_back(fault.inFile(file));
+}
 
 std::string wholeText(const std::string& path) {
   struct Close {

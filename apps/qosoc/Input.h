@@ -8,25 +8,30 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "host/Fault.h"
 
 namespace qosoc {
 
-// A fault of an input file.
+// What is wrong with an input file, a line for each fault.
 class InputError : public std::runtime_error {
  public:
-  InputError(const std::string& file, const host::Fault& fault)
-      : std::runtime_error(fault.inFile(file)) {}
+  InputError(const std::string& file, const host::Refusal& refusal);
+
+  const std::vector<std::string>& lines() const { return lines_; }
+
+ private:
+  std::vector<std::string> lines_;
 };
 
-// Runs `read(path)`. Throws: InputError for a Fault that leaves it.
+// Runs `read(path)`. Throws: InputError for a Refusal that leaves it.
 template <class Read>
 void readFile(const std::string& path, const Read& read) {
   try {
     read(path);
-  } catch (const host::Fault& fault) {
-    throw InputError(path, fault);
+  } catch (const host::Refusal& refusal) {
+    throw InputError(path, refusal);
   }
 }
 

@@ -209,9 +209,10 @@ class Translation {
   void readDocument(const std::string& path) {
     try {
       host::readNative(path, native_);
-    } catch (const host::Fault& fault) {
-      if (fault.place() != "/qosoc-save") throw;
-      throw host::Fault(fault.place(), "a saved state is given to --restore", fault.position());
+    } catch (const host::Refusal& refusal) {
+      const host::Fault& first = refusal.faults().front();
+      if (first.place() != "/qosoc-save") throw;
+      throw host::Refusal({first.place(), "a saved state is given to --restore", first.position()});
     }
   }
 

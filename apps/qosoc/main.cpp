@@ -76,7 +76,8 @@ int main(int argc, char** argv) {
     const bool known = !words.empty() && commandNamed(words[0]) != nullptr;
     return refuse(error.what() + (" (see qosoc " + (known ? words[0] + ' ' : "") + "--help)"));
   } catch (const qosoc::InputError& error) {
-    return refuse(error.what());
+    for (const std::string& line : error.lines()) refuse(line);
+    return qosoc::nothingDone;
   } catch (const qosoc::OutputError& error) {
     return refuse(error.what());
   } catch (const std::bad_alloc&) {

@@ -1,9 +1,9 @@
 #include "host/openconfig/DocumentReader.h"
 
-#include <cctype>
 #include <unordered_set>
 
 #include "host/JsonStream.h"
+#include "host/Nearest.h"
 #include "host/openconfig/LeafPath.h"
 #include "host/openconfig/ShownLeaves.h"
 
@@ -16,27 +16,6 @@ std::string position(std::string_view text, std::size_t offset) {
   const auto lines = std::count(before.begin(), before.end(), '\n');
   const std::size_t start = before.rfind('\n') + 1;
   return std::to_string(lines + 1) + ':' + std::to_string(offset - start + 1);
-}
-
-// Where the token begins that the parser calls for: it stands at the bracket of what begins, and
-// behind anything else.
-std::size_t tokenBegin(std::string_view text, std::size_t end) {
-  if (end < text.size() && (text[end] == '{' || text[end] == '[')) return end;
-  const auto isLiteral = [&](std::size_t i) {
-    const char c = text[i];
-    return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '-' || c == '+' || c == '.';
-  };
-  std::size_t at = end - 1;
-  if (text[at] != '"') {
-    while (at > 0 && isLiteral(at) && isLiteral(at - 1)) --at;
-    return at;
-  }
-  for (;;) {
-    at = text.rfind('"', at - 1);
-    if (at == 0) return 0;
-    const std::size_t plain = text.find_last_not_of('\\', at - 1);
-    if ((at - plain) % 2 == 1) return at;
-  }
 }
 
 std::string plainText(const LeafValue& value) {
@@ -238,7 +217,11 @@ class Reading {
     Frame& frame = frames_.back();
     const bool isTop = frame.node == &nodeTree();
     frame.member = isTop ? rootNode(name) : frame.node->child(name);
-    if (frame.member == nullptr) return fault(shown(name), "unknown member");
+    if (frame.member == nullptr) {
+      return fault(
+          shown(name),
+          "unknown member" + didYouMeanOf(name, isTop ? rootMembers() : frame.node->childNames()));
+    }
     const std::uint64_t bit = std::uint64_t{1} << frame.member->number;
     const bool isTwice = (frame.seen & bit) != 0;
     frame.seen |= bit;
@@ -311,7 +294,7 @@ class Reading {
     return heldBy(type, next()->kind->leaves[next()->leaf->leaf].limits);
   }
   bool fault(std::string_view name, std::string reason) {
-    return faultAt(tokenBegin(text_, stream_.Tell()), name, std::move(reason));
+    return faultAt(stream_.token(), name, std::move(reason));
   }
   bool faultAt(std::size_t offset, std::string_view name, std::string reason) {
     if (!found_.isFull()) found_.fault(name, std::move(reason), position(text_, offset));

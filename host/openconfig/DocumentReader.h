@@ -12,8 +12,6 @@
 
 namespace host {
 
-inline constexpr std::size_t mostFaults = 20;
-
 struct DocumentLeaves {
   std::vector<LeafText> leaves;  // by the bytes of their paths; values are canonical
   std::vector<Fault> faults;     // by path, with line and column; of many, the first

@@ -54,11 +54,23 @@ const Node& nodeTree() {
   return tree;
 }
 
+std::vector<std::string_view> Node::childNames() const {
+  std::vector<std::string_view> names;
+  for (const auto& child : children) names.push_back(child->name);
+  return names;
+}
+
 const Node* rootNode(std::string_view member) {
   for (const auto& root : nodeTree().children) {
     if (root->member == member) return root.get();
   }
   return nullptr;
+}
+
+std::vector<std::string_view> rootMembers() {
+  std::vector<std::string_view> members;
+  for (const auto& root : nodeTree().children) members.push_back(root->member);
+  return members;
 }
 
 }  // namespace host

@@ -22,11 +22,13 @@ struct Node {
 
   // Null when there is none of that name.
   const Node* child(std::string_view name) const;
+  std::vector<std::string_view> childNames() const;
 };
 
 // The node above the roots.
 const Node& nodeTree();
 // The root of that name in documents; null when there is none.
 const Node* rootNode(std::string_view member);
+std::vector<std::string_view> rootMembers();
 
 }  // namespace host

@@ -1,6 +1,7 @@
 #include "host/openconfig/Subtree.h"
 
 #include "host/Fault.h"
+#include "host/Nearest.h"
 #include "host/openconfig/LeafPath.h"
 #include "host/openconfig/NodeTree.h"
 
@@ -68,7 +69,10 @@ class Parser {
     rest_.remove_prefix(name.size());
     const Node* child = node_->child(name);
     if (child == nullptr && node_ == &nodeTree()) child = rootNode(name);
-    if (child == nullptr) refuse("there is no element " + quoted(name) + " here");
+    if (child == nullptr) {
+      refuse("there is no element " + quoted(name) + " here" +
+             didYouMean(name, node_->childNames()));
+    }
     node_ = child;
     appendBelow(path_, child->name);
     hasKey_ = false;

@@ -178,6 +178,7 @@ class Collected : public Place {
   std::vector<Rok::String> keys() const final {
     return sortedKeys(std::invoke(map, *owner_), Keys::text);
   }
+  std::size_t size() const final { return std::invoke(map, *owner_).members(); }
   bool has(const Rok::String& key) const final { return find(Keys::native(key)) != nullptr; }
   void erase(const Rok::String& key, Writes& writes) override {
     writes([&] { std::invoke(del, *owner_, Keys::native(key)); });

@@ -1,4 +1,5 @@
-// Documents that are refused: one line on standard error, exit code 2, nothing translated.
+// Documents that are refused: a line for each fault on standard error, exit code 2, nothing
+// translated.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -19,6 +20,10 @@ constexpr std::size_t large = 10'000'000;
 #else
 constexpr std::size_t large = 100'000'000;
 #endif
+
+const std::string legal =
+    " (legal: class-maps, access-lists, policy-maps, service-policies, interfaces, qos-profiles, "
+    "comments, tc-to-tx-queue, forwarding-groups, queue-names, pfc-watchdog)";
 
 class BadInput : public testing::Test {
  protected:
@@ -52,7 +57,8 @@ TEST_F(BadInput, IsAnEmptyFile) {
 }
 
 TEST_F(BadInput, IsNotJson) {
-  expectTextRefused("{\n  \"class-maps\": [\n", ": /class-maps: expected an object, not an array");
+  expectTextRefused("{\n  \"class-maps\": []\n}",
+                    ":2:17: /class-maps: expected an object, not an array");
   expectTextRefused("{\n  \"class-maps\": {\n",
                     ":3:1: /class-maps: not JSON: Missing a name for object member.");
 }
@@ -75,26 +81,28 @@ TEST_F(BadInput, HasTextBehindTheDocument) {
 }
 
 TEST_F(BadInput, IsNotUnicode) {
-  expectTextRefused("{\"class-maps\": {\"qos\": {\"V\": {\"match\": [\"\xc3(\"]}}}}",
-                    ": /class-maps/qos/V/match/0: this string is not valid Unicode: \"\\xc3(\"");
+  expectTextRefused(
+      "{\"class-maps\": {\"qos\": {\"V\": {\"match\": [\"\xc3(\"]}}}}",
+      ":1:41: /class-maps/qos/V/match/0: this string is not valid Unicode: \"\\xc3(\"");
   expectTextRefused("{\"class-maps\": {\"qos\": {\"\xc3(\": {}}}}",
-                    ": /class-maps/qos: this key is not valid Unicode: \"\\xc3(\"");
+                    ":1:25: /class-maps/qos: this key is not valid Unicode: \"\\xc3(\"");
 }
 
 TEST_F(BadInput, HoldsAWrongValue) {
   expectTextRefused(R"({"class-maps": {"qos": {"V": {"match": [256]}}}})",
-                    ": /class-maps/qos/V/match/0: expected a match option: ip-access-group, "
+                    ":1:41: /class-maps/qos/V/match/0: expected a match option: ip-access-group, "
                     "ipv6-access-group or a number from 0 to 255, not 256");
   expectTextRefused(R"({"class-maps": {"1": {}, "qos": {}}})",
-                    ": /class-maps/qos: the same key twice");
+                    ":1:26: /class-maps/qos: the same key twice");
   expectTextRefused(R"({"queue-names": {"q": 256}})",
-                    ": /queue-names/q: expected a whole number from 0 to 255, not 256");
-  expectTextRefused(R"({"queue-name": {}})", ": /queue-name: unknown member");
+                    ":1:23: /queue-names/q: expected a whole number from 0 to 255, not 256");
+  expectTextRefused(R"({"queue-name": {}})",
+                    ":1:2: /queue-name: unknown member: did you mean queue-names?" + legal);
 }
 
 TEST_F(BadInput, CannotWriteToTheTerminal) {
   expectTextRefused("{\"class-maps\": {\"qos\": {\"\\u001b[2J\\n\": 1}}}",
-                    ": /class-maps/qos/\\u001b[2J\\u000a: expected an object, not 1");
+                    ":1:40: /class-maps/qos/\\u001b[2J\\u000a: expected an object, not 1");
 }
 
 TEST_F(BadInput, HasALongName) {
@@ -102,16 +110,54 @@ TEST_F(BadInput, HasALongName) {
   const std::string path = file("{\"" + name + "\": 1}");
   const HostRun run = hostRun({paths::qosoc, "check", path});
   EXPECT_EQ(run.exit, 2);
-  EXPECT_EQ(run.err, "qosoc: " + path + ": /" + name.substr(0, 60) + "...(" +
-                         std::to_string(large) + " bytes): unknown member\n");
+  EXPECT_EQ(run.err, "qosoc: " + path + ":1:2: /" + name.substr(0, 60) + "...(" +
+                         std::to_string(large) + " bytes): unknown member" + legal + "\n");
 }
 
 TEST_F(BadInput, NestsDeep) {
-  const std::string deep(large / 10, '[');
-  expectTextRefused(deep, ": (document): expected an object, not an array");
-  expectTextRefused(R"({"class-maps": {"qos": {"V": {"match": )" + deep,
-                    ": /class-maps/qos/V/match/0: expected a match option: ip-access-group, "
+  constexpr std::size_t depth = large / 10;
+  const std::string deep = std::string(depth, '[') + std::string(depth, ']');
+  expectTextRefused(deep, ":1:1: (document): expected an object, not an array");
+  expectTextRefused(R"({"class-maps": {"qos": {"V": {"match": )" + deep + "}}}}",
+                    ":1:41: /class-maps/qos/V/match/0: expected a match option: ip-access-group, "
                     "ipv6-access-group or a number from 0 to 255, not an array");
+}
+
+TEST_F(BadInput, HasAllItsFaultsListed) {
+  const std::string path = file(R"({
+  "queue-names": {"EF": 3, "AF": 300},
+  "interface": {"Ethernet1": {}},
+  "interfaces": {
+    "Ethernet1": {"tx-queue": {"uc-3": {}}},
+    "Ethernet2": {"tx-queues": {"uc3": {}, "uc-4": {"bandwidth": "40"}}}
+  }
+})");
+  const HostRun run = hostRun({paths::qosoc, "translate", path});
+  EXPECT_EQ(run.exit, 2);
+  EXPECT_EQ(run.out, "");
+  const std::string begin = "qosoc: " + path;
+  EXPECT_EQ(
+      run.err,
+      begin + ":2:34: /queue-names/AF: expected a whole number from 0 to 255, not 300\n" + begin +
+          ":3:3: /interface: unknown member: did you mean interfaces?" + legal + "\n" + begin +
+          ":5:19: /interfaces/Ethernet1/tx-queue: unknown member: did you mean tx-queues? (legal: "
+          "tx-queues, pfc)\n" +
+          begin +
+          ":6:33: /interfaces/Ethernet2/tx-queues/uc3: this key is not a tx queue: uc-N or "
+          "mc-N, N from 0 to 255\n" +
+          begin +
+          ":6:66: /interfaces/Ethernet2/tx-queues/uc-4/bandwidth: expected a whole number "
+          "from 0 to 255, not \"40\"\n");
+}
+
+TEST_F(BadInput, IsOfAnotherEncoding) {
+  expectTextRefused(
+      "\xef\xbb\xbf{}",
+      ":1:1: (document): not JSON: Invalid value. (it begins with a byte-order mark: leave "
+      "that out)");
+  expectTextRefused(
+      std::string_view("{\0}\0", 4),
+      ":1:2: (document): not JSON: a NUL byte (it looks like UTF-16: write it as UTF-8)");
 }
 
 TEST_F(BadInput, IsReportedForAnInitialModelToo) {
@@ -121,7 +167,7 @@ TEST_F(BadInput, IsReportedForAnInitialModelToo) {
   EXPECT_EQ(run.exit, 2);
   EXPECT_EQ(run.out, "");
   EXPECT_EQ(run.err, "qosoc: " + model +
-                         ": /queues/q/config/bandwidth: expected a whole number from 0 "
+                         ":1:43: /queues/q/config/bandwidth: expected a whole number from 0 "
                          "to 100 or null, not 101\n");
 }
 

@@ -22,7 +22,9 @@ void expectUsageError(const std::vector<std::string>& words, const std::string& 
   const HostRun run = qosoc(words);
   EXPECT_EQ(run.exit, 2) << message;
   EXPECT_EQ(run.out, "");
-  EXPECT_EQ(run.err, "qosoc: " + message + "\n");
+  EXPECT_EQ(
+      run.err,
+      "qosoc: --feed and --each are two ways to print: give one (see qosoc translate --help)\n");
 }
 
 TEST(Qosoc, TellsItsVersion) {
@@ -143,7 +145,7 @@ TEST(Qosoc, JudgesAllOptionsBeforeItReadsAFile) {
   expectUsageError({"translate", "none.json", "--no-augments", "--only=/qos/qosoc-augments:pfc"},
                    "--only: /qos/qosoc-augments:pfc" + none);
   expectUsageError({"translate", "none.json", "--only", "/qos/queue"},
-                   "--only: /qos: there is no element \"queue\" here" + see);
+                   "--only: /qos: there is no element \"queue\" here: did you mean queues?" + see);
   expectUsageError({"translate", "none.json", "--roots", "class-map,bridge"},
                    "--roots: there is no root \"bridge\"" + see);
 }

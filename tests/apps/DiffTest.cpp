@@ -125,9 +125,13 @@ TEST_F(Diff, NamesTheFaultsOfBothDocuments) {
   const std::string bad =
       folder_.file("bad.json", "{\"openconfig-qos:qos\":{\n\"x\":1,\n \"y\":{}}}");
   const std::string worse = folder_.file("worse.json", R"({"queue-names": 7})");
-  expectRefused(diff({bad, worse}), "qosoc: " + bad + ":2:1: /qos/x: unknown member\nqosoc: " +
-                                        bad + ":3:2: /qos/y: unknown member\nqosoc: " + worse +
-                                        ": /queue-names: expected an object, not 7\n");
+  const std::string legal =
+      " (legal: classifiers, forwarding-groups, interfaces, qosoc-augments:pfc, "
+      "queue-management-profiles, queues, scheduler-policies)";
+  expectRefused(diff({bad, worse}), "qosoc: " + bad + ":2:1: /qos/x: unknown member" + legal +
+                                        "\nqosoc: " + bad + ":3:2: /qos/y: unknown member" + legal +
+                                        "\nqosoc: " + worse +
+                                        ":1:17: /queue-names: expected an object, not 7\n");
 }
 
 TEST_F(Diff, RefusesACommentThatEndsTheProcess) {

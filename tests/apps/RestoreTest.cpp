@@ -151,7 +151,7 @@ TEST_F(Restore, IsWhatASavedStateIsFor) {
   const std::string file = folder_.file("saved.json", R"({"qosoc-save": 1})");
   const HostRun run = hostRun({paths::qosoc, "translate", file});
   EXPECT_EQ(run.exit, 2);
-  EXPECT_EQ(run.err, "qosoc: " + file + ": /qosoc-save: a saved state is given to --restore\n");
+  EXPECT_EQ(run.err, "qosoc: " + file + ":1:2: /qosoc-save: a saved state is given to --restore\n");
 }
 
 TEST_F(Restore, RefusesWhatIsNoSavedState) {
@@ -163,13 +163,13 @@ TEST_F(Restore, RefusesWhatIsNoSavedState) {
   };
   const std::string at = "qosoc: " + saved_;
   EXPECT_EQ(refused("{\n  \"class-maps\": {}}"),
-            at + ":2:14: /class-maps: unknown member: this is no saved state\n");
+            at + ":2:3: /class-maps: unknown member: this is no saved state\n");
   EXPECT_EQ(refused(R"({"qosoc-save": 2})"),
             at + ":1:16: /qosoc-save: expected version 1 of a saved state, not 2\n");
   EXPECT_EQ(refused("{\"qosoc-save\": 1,\n\"native\": {"),
             at + ":2:12: /native: not JSON: Missing a name for object member.\n");
   EXPECT_EQ(refused("{\"qosoc-save\": 1,\n\"native\": {\"queue-names\": {\"q\": true}}}"),
-            at + ":2:36: /native/queue-names/q: expected a whole number from 0 to 255, not true\n");
+            at + ":2:33: /native/queue-names/q: expected a whole number from 0 to 255, not true\n");
   const HostRun none = translate({"--restore", folder_.path("none.json")});
   EXPECT_EQ(none.exit, 2);
   EXPECT_EQ(none.err, "qosoc: " + folder_.path("none.json") +

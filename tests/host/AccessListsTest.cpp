@@ -105,21 +105,21 @@ TEST(AccessLists, EachRuleHasAnIdentityOfItsOwn) {
 
 TEST(AccessLists, RefuseWhatTheyCannotHold) {
   EXPECT_EQ(faultOf("[]"), "/access-lists: expected an object, not an array");
-  EXPECT_EQ(faultOf(R"({"0": {}})"), "/access-lists/0: unknown member");
+  EXPECT_EQ(faultOf(R"({"0": {}})"), "/access-lists/0: unknown member (legal: ipv4, ipv6)");
   EXPECT_EQ(faultOf(R"({"ipv4": {}, "ipv4": {}})"), "/access-lists/ipv4: the same member twice");
   EXPECT_EQ(faultOf(R"({"ipv4": null})"),
             "/access-lists/ipv4: null is never a value here: expected an object");
   EXPECT_EQ(faultOf(R"({"ipv4": {"A": {}, "A": {}}})"), "/access-lists/ipv4/A: the same key twice");
   EXPECT_EQ(faultOf(R"({"ipv4": {"A": {"rule": {}}}})"),
-            "/access-lists/ipv4/A/rule: unknown member");
+            "/access-lists/ipv4/A/rule: unknown member: did you mean rules? (legal: rules)");
   EXPECT_EQ(faultOf(R"({"ipv4": {"A": {"rules": null}}})"),
             "/access-lists/ipv4/A/rules: null is never a value here: expected an object");
   EXPECT_EQ(faultOf(R"({"ipv4": {"A": {"rules": {"10": {}, "10": {}}}}})"),
             "/access-lists/ipv4/A/rules/10: the same key twice");
   EXPECT_EQ(faultOf(R"({"ipv4": {"A": {"rules": {"10": {"tc": 8}}}}})"),
-            "/access-lists/ipv4/A/rules/10/tc: unknown member");
+            "/access-lists/ipv4/A/rules/10/tc: unknown member (legal: dscp)");
   EXPECT_EQ(faultOf(R"({"ipv6": {"A": {"rules": {"10": {"dscp": 8}}}}})"),
-            "/access-lists/ipv6/A/rules/10/dscp: unknown member");
+            "/access-lists/ipv6/A/rules/10/dscp: unknown member (legal: tc, tc-mask)");
   EXPECT_EQ(faultOf(R"({"ipv4": {"A": {"rules": {"10": {"dscp": 256}}}}})"),
             "/access-lists/ipv4/A/rules/10/dscp: expected a whole number from 0 to 255, not 256");
   EXPECT_EQ(faultOf(R"({"ipv4": {"A": {"rules": {"10": {"dscp": "46"}}}}})"),
@@ -305,11 +305,11 @@ TEST(AccessLists, TestSeesWhatTheNativeSideHolds) {
             "");
   EXPECT_EQ(d.reportOf("test", "/access-lists/ipv4/A/rules/10/dscp", "46"), "");
   EXPECT_EQ(d.reportOf("test", "/access-lists/ipv4/A/rules/10", "{}"),
-            "refused: /access-lists/ipv4/A/rules/10: test failed: something else is there");
+            "refused: /access-lists/ipv4/A/rules/10: test failed: expected {}, not {\"dscp\":46}");
   EXPECT_EQ(d.reportOf("test", "/access-lists/ipv4/A/rules/20/dscp", "0"),
             "refused: /access-lists/ipv4/A/rules/20/dscp: nothing is there");
   EXPECT_EQ(d.reportOf("test", "/access-lists/ipv4/B", R"({"rules": {}})"),
-            "refused: /access-lists/ipv4/B: test failed: something else is there");
+            "refused: /access-lists/ipv4/B: test failed: expected {\"rules\":{}}, not {}");
 }
 
 TEST(AccessLists, LaterOperationsOfALineSeeTheEarlierOnes) {
@@ -328,7 +328,7 @@ TEST(AccessLists, LaterOperationsOfALineSeeTheEarlierOnes) {
 TEST(AccessLists, RefuseChangesThatDoNotFit) {
   HostDevice d(device);
   EXPECT_EQ(d.reportOf("add", "/access-lists/ipv5/A", "{}"),
-            "refused: /access-lists/ipv5/A: unknown member \"ipv5\"");
+            "refused: /access-lists/ipv5/A: unknown member \"ipv5\" (legal: ipv4, ipv6)");
   EXPECT_EQ(d.reportOf("add", "/access-lists/ipv4/A/rules/010", "{}"),
             "refused: /access-lists/ipv4/A/rules/010: \"010\" is not a sequence number: a number "
             "from 0 to 4294967295");

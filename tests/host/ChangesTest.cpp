@@ -203,7 +203,8 @@ TEST(Changes, TestThatFailsRefusesTheLine) {
   d.line(one("test", "/class-maps/qos/Z", "{}"));
   EXPECT_THAT(
       d.reports,
-      ElementsAre("line 1: refused: /class-maps/qos/B: test failed: something else is there",
+      ElementsAre("line 1: refused: /class-maps/qos/B: test failed: expected "
+                  "{\"match\":[\"ip-access-group\"]}, not {\"match\":[\"ip-access-group\",7]}",
                   "line 2: refused: /class-maps/qos/B/match: test failed: at /0: expected a "
                   "match option: ip-access-group, ipv6-access-group or a number from 0 to "
                   "255, not \"ip\"",
@@ -272,6 +273,35 @@ TEST(Changes, BlankLinesAreSkippedButCount) {
 
 // ===== Refusals
 
+TEST(Changes, ARefusedLineAsksForTheKeyThatWasProbablyMeant) {
+  HostDevice d(R"({"class-maps": {"qos": {"MGMT-SSH": {}}}})");
+  d.line(one("remove", "/class-maps/qos/MGMT-SHH"));
+  d.line(one("add", "/class-maps/qos/mgmt-ssh/match", "[]"));
+  d.line("[" + operation("add", "/class-maps/qos/VOICE", "{}") + "," +
+         operation("remove", "/class-maps/qos/VIOCE") + "]");
+  d.line("[" + operation("remove", "/class-maps/qos/MGMT-SSH") + "," +
+         operation("remove", "/class-maps/qos/MGMT-SHH") + "]");
+  EXPECT_THAT(
+      d.reports,
+      ElementsAre("line 1: refused: /class-maps/qos/MGMT-SHH: nothing is there: did you mean "
+                  "MGMT-SSH?",
+                  "line 2: refused: /class-maps/qos/mgmt-ssh/match: nothing is at "
+                  "/class-maps/qos/mgmt-ssh: did you mean MGMT-SSH?",
+                  "line 3: refused: /class-maps/qos/VIOCE: nothing is there: did you mean VOICE?",
+                  "line 4: refused: /class-maps/qos/MGMT-SHH: nothing is there"));
+}
+
+TEST(Changes, ACollectionWithManyKeysIsNotSearchedForOneThatWasMeant) {
+  for (const int count : {999, 1001}) {
+    std::string names = R"("VOICE": {})";
+    for (int i = 1; i < count; ++i) names += ", \"C" + std::to_string(i) + "\": {}";
+    HostDevice d(R"({"class-maps": {"qos": {)" + names + "}}}");
+    d.line(one("remove", "/class-maps/qos/VIOCE"));
+    EXPECT_THAT(d.reports, ElementsAre("line 1: refused: /class-maps/qos/VIOCE: nothing is there" +
+                                       std::string(count < 1000 ? ": did you mean VOICE?" : "")));
+  }
+}
+
 struct Refusal {
   std::string line;
   std::string report;
@@ -288,6 +318,9 @@ TEST_P(RefusedLine, IsReportedWithItsPlaceAndReason) {
   EXPECT_THAT(d.reports, ElementsAre("line 1: refused: " + GetParam().report));
 }
 
+const std::string legalSections =
+    " (legal: class-maps, access-lists, policy-maps, service-policies, interfaces, qos-profiles, "
+    "comments, tc-to-tx-queue, forwarding-groups, queue-names, pfc-watchdog)";
 constexpr const char* notAnIndex =
     "\"match\" is a set and its elements have no index: change it as a whole, or add to it at "
     "\"-\"";
@@ -303,8 +336,10 @@ INSTANTIATE_TEST_SUITE_P(
         Refusal{
             one("test", "", "{}"),
             "(document): the document can't be changed or tested as a whole: name a place in it"},
-        Refusal{one("add", "/class-map", "{}"), "/class-map: unknown member \"class-map\""},
-        Refusal{one("add", "/", "{}"), "/: unknown member \"\""},
+        Refusal{
+            one("add", "/class-map", "{}"),
+            "/class-map: unknown member \"class-map\": did you mean class-maps?" + legalSections},
+        Refusal{one("add", "/", "{}"), "/: unknown member \"\"" + legalSections},
         Refusal{one("remove", "/class-maps/01"),
                 "/class-maps/01: \"01\" is not a map type: qos or a number from 0 to 255"},
         Refusal{one("remove", "/class-maps/9"), "/class-maps/9: nothing is there"},
@@ -316,7 +351,28 @@ INSTANTIATE_TEST_SUITE_P(
         Refusal{one("add", "/class-maps/qos/Z/match", "[]"),
                 "/class-maps/qos/Z/match: nothing is at /class-maps/qos/Z"},
         Refusal{one("add", "/class-maps/qos/A/type", "1"),
-                "/class-maps/qos/A/type: unknown member \"type\""},
+                "/class-maps/qos/A/type: unknown member \"type\" (legal: match)"},
+        Refusal{
+            one("remove", "/class-maps/Qos/A"),
+            "/class-maps/Qos/A: \"Qos\" is not a map type: qos or a number from 0 to 255: did you "
+            "mean qos?"},
+        Refusal{one("add", "/interfaces/Ethernet1/1/tx-queues/uc-3", "{}"),
+                "/interfaces/Ethernet1/1/tx-queues/uc-3: unknown member \"1\" (legal: tx-queues, "
+                "pfc): a \"/\" in a name is written \"~1\": did you mean "
+                "/interfaces/Ethernet1~11/tx-queues/uc-3?"},
+        Refusal{one("add", "/interfaces/Ethernet1/2/3", "{}"),
+                "/interfaces/Ethernet1/2/3: unknown member \"2\" (legal: tx-queues, pfc): a \"/\" "
+                "in a name is written \"~1\": did you mean /interfaces/Ethernet1~12~13?"},
+        Refusal{
+            one("add", "/comments/if-Et1/1-uc-3-txq", "\"\""),
+            "/comments/if-Et1/1-uc-3-txq: nothing can stand below \"if-Et1\": a \"/\" in a name "
+            "is written \"~1\": did you mean /comments/if-Et1~11-uc-3-txq?"},
+        Refusal{one("add", "/interfaces/Ethernet1/1/queues", "{}"),
+                "/interfaces/Ethernet1/1/queues: unknown member \"1\" (legal: tx-queues, pfc): a "
+                "\"/\" in "
+                "a name is written \"~1\": did you mean /interfaces/Ethernet1~11/queues?"},
+        Refusal{one("add", "/interfaces/Ethernet1/speed", "{}"),
+                "/interfaces/Ethernet1/speed: unknown member \"speed\" (legal: tx-queues, pfc)"},
         Refusal{one("add", "/class-maps/qos/Z", "null"),
                 "/class-maps/qos/Z: null is never a value here: expected an object"},
         Refusal{one("add", "/class-maps/qos/Z", "[]"),

@@ -144,17 +144,24 @@ TEST(Interfaces, RefuseSettingsThatDoNotFit) {
                 place + record + "/" + byte + ": expected a whole number from 0 to 255, not 256");
     }
     EXPECT_EQ(fault("null"), place + record + ": null is never a value here: expected an object");
-    EXPECT_EQ(fault(R"({"drop": 1})"), place + record + "/drop: unknown member");
+    EXPECT_EQ(fault(R"({"drop": 1})"),
+              place + record +
+                  "/drop: unknown member (legal: min-threshold, max-threshold, "
+                  "threshold-unit, max-drop-percent, weight)");
   }
   EXPECT_EQ(faultOf(R"({"E": {"pfc": {"priorities": 256}}})"),
             "/interfaces/E/pfc/priorities: expected a whole number from 0 to 255, not 256");
 }
 
 TEST(Interfaces, RefuseUnknownMembersAndNull) {
-  EXPECT_EQ(faultOf(R"({"E": {"queues": {}}})"), "/interfaces/E/queues: unknown member");
-  EXPECT_EQ(faultOfQueue(R"({"id": 3})"), "/interfaces/E/tx-queues/uc-3/id: unknown member");
+  EXPECT_EQ(
+      faultOf(R"({"E": {"queues": {}}})"),
+      "/interfaces/E/queues: unknown member: did you mean tx-queues? (legal: tx-queues, pfc)");
+  EXPECT_EQ(faultOfQueue(R"({"id": 3})"),
+            "/interfaces/E/tx-queues/uc-3/id: unknown member (legal: priority, bandwidth, shape, "
+            "ecn, wred)");
   EXPECT_EQ(faultOf(R"({"E": {"pfc": {"action": 1}}})"),
-            "/interfaces/E/pfc/action: unknown member");
+            "/interfaces/E/pfc/action: unknown member (legal: priorities)");
   EXPECT_EQ(faultOf(R"({"E": {"pfc": null}})"),
             "/interfaces/E/pfc: null is never a value here: expected an object");
   EXPECT_EQ(faultOf(R"({"E": {"tx-queues": null}})"),
@@ -199,7 +206,7 @@ TEST(Interfaces, ATxQueueIsAnEntry) {
               ElementsAre("txQueueConfig Ethernet1 unicast-3"));
   EXPECT_TRUE(queue(d, 3, Qos::multicast));
   EXPECT_EQ(d.reportOf("remove", queues + "/uc-3"),
-            "refused: " + queues + "/uc-3: nothing is there");
+            "refused: /interfaces/Ethernet1/tx-queues/uc-3: nothing is there: did you mean mc-3?");
 }
 
 TEST(Interfaces, TxQueuesAsAWholeAreDoneOneByOne) {
@@ -369,8 +376,9 @@ TEST(Interfaces, TestSeesWhatTheNativeSideHolds) {
   EXPECT_EQ(d.reportOf("test", queues + "/mc-3/bandwidth", "101"), "");
   EXPECT_EQ(d.reportOf("test", queues + "/uc-3/ecn/max-drop-percent", "30"), "");
   EXPECT_EQ(d.reportOf("test", "/interfaces/Ethernet1/pfc/priorities", "8"), "");
-  EXPECT_EQ(d.reportOf("test", queues + "/mc-3", R"({"ecn": {}})"),
-            "refused: " + queues + "/mc-3: test failed: something else is there");
+  EXPECT_EQ(
+      d.reportOf("test", queues + "/mc-3", R"({"ecn": {}})"),
+      "refused: /interfaces/Ethernet1/tx-queues/mc-3: test failed: expected {\"ecn\":{}}, not {}");
   EXPECT_EQ(d.reportOf("test", queues + "/mc-3/ecn", "{}"),
             "refused: " + queues + "/mc-3/ecn: nothing is there");
 }

@@ -66,7 +66,9 @@ TEST(ModelReader, RefusesTheSameKeyTwice) {
 }
 
 TEST(ModelReader, RefusesWhatIsNoModel) {
-  EXPECT_EQ(faultOf(R"({"openconfig-qos:qos": {}})"), "/openconfig-qos:qos: unknown member");
+  EXPECT_EQ(faultOf(R"({"openconfig-qos:qos": {}})"),
+            "/openconfig-qos:qos: unknown member (legal: classifiers, forwarding-groups, "
+            "interfaces, pfc, queue-management-profiles, queues, scheduler-policies)");
   EXPECT_EQ(faultOf(R"({"classifiers": {"c": {"config": null}}})"),
             "/classifiers/c/config: null is never a value here: expected an object");
   EXPECT_EQ(faultOf(R"({"classifiers": {"c": {"config": {"type": 256}}}})"),

@@ -63,9 +63,12 @@ TEST(NativeDocument, TakesAnyTextForAName) {
 }
 
 TEST(NativeDocument, RefusesUnknownMembers) {
-  EXPECT_EQ(faultOf(R"({"class-map": {}})"), "/class-map: unknown member");
+  EXPECT_EQ(faultOf(R"({"class-map": {}})"),
+            "/class-map: unknown member: did you mean class-maps? (legal: class-maps, "
+            "access-lists, policy-maps, service-policies, interfaces, qos-profiles, comments, "
+            "tc-to-tx-queue, forwarding-groups, queue-names, pfc-watchdog)");
   EXPECT_EQ(faultOf(R"({"class-maps": {"qos": {"V": {"matches": []}}}})"),
-            "/class-maps/qos/V/matches: unknown member");
+            "/class-maps/qos/V/matches: unknown member: did you mean match? (legal: match)");
 }
 
 TEST(NativeDocument, HasTheSectionsInAnyOrder) {
@@ -151,7 +154,7 @@ TEST(NativeDocument, RefusesNumbersThatAreNoBytes) {
 }
 
 TEST(NativeDocument, RefusesMapTypesThatAreNoCanonicalBytes) {
-  for (const char* type : {"01", "256", "-1", "1.0", "", "QoS", " 1"}) {
+  for (const char* type : {"01", "256", "-1", "1.0", "", "quality", " 1"}) {
     EXPECT_EQ(faultOf("{\"class-maps\": {\"" + std::string(type) + "\": {}}}"),
               "/class-maps/" + std::string(type) +
                   ": this key is not a map type: qos or a number from 0 to 255");
@@ -213,7 +216,8 @@ TEST(NativeDocument, RefusesTheSameKeyTwiceAmongMany) {
 TEST(NativeDocument, JudgesAKeyBeforeWhatStandsUnderIt) {
   EXPECT_EQ(faultOf(R"({"class-maps": {"qos": {"V": {}, "V": {"matches": []}}}})"),
             "/class-maps/qos/V: the same key twice");
-  EXPECT_EQ(faultOf(R"({"comments": {"V": "", "V": nope)"), "/comments/V: the same key twice");
+  EXPECT_EQ(faultOf(R"({"comments": {"V": "", "V": nope)"),
+            "/comments/V: the same key twice\n/comments/V: not JSON: Invalid value.");
 }
 
 TEST(NativeDocument, RefusesWhatIsNotJson) {
@@ -228,15 +232,18 @@ TEST(NativeDocument, RefusesWhatIsNotJson) {
   EXPECT_EQ(faultOf(R"({"class-maps": {"qos": {"V": {} "W": {}}}})"),
             "/class-maps/qos/V: not JSON: Missing a comma or '}' after an object member.");
   EXPECT_EQ(faultOf(std::string_view("{}\0", 3)), "(document): not JSON: a NUL byte");
-  EXPECT_EQ(faultOf("\xef\xbb\xbf{}"), "(document): not JSON: Invalid value.");
+  EXPECT_EQ(
+      faultOf("\xef\xbb\xbf{}"),
+      "(document): not JSON: Invalid value. (it begins with a byte-order mark: leave that out)");
 }
 
 TEST(NativeDocument, SaysWhereItIsNotJson) {
   try {
     const HostDevice device("{\n  \"class-maps\": {\n    \"qos\" {}\n}}");
     FAIL();
-  } catch (const Fault& fault) {
-    EXPECT_EQ(fault.inFile("a.json"),
+  } catch (const Refusal& refusal) {
+    ASSERT_EQ(refusal.faults().size(), 1u);
+    EXPECT_EQ(refusal.faults()[0].inFile("a.json"),
               "a.json:3:11: /class-maps/qos: not JSON: Missing a colon after a name of object "
               "member.");
   }
@@ -244,10 +251,12 @@ TEST(NativeDocument, SaysWhereItIsNotJson) {
 
 TEST(NativeDocument, SurvivesAnyDepth) {
   const std::string deep(1'000'000, '[');
-  EXPECT_EQ(faultOf(deep), "(document): expected an object, not an array");
-  EXPECT_EQ(faultOf(R"({"class-maps": {"qos": {"V": {"match": )" + deep),
-            "/class-maps/qos/V/match/0: expected a match option: ip-access-group, "
-            "ipv6-access-group or a number from 0 to 255, not an array");
+  EXPECT_EQ(faultOf(deep),
+            "(document): expected an object, not an array\n(document): not JSON: Invalid value.");
+  EXPECT_EQ(
+      faultOf(R"({"class-maps": {"qos": {"V": {"match": )" + deep),
+      "/class-maps/qos/V/match/0: expected a match option: ip-access-group, ipv6-access-group or a "
+      "number from 0 to 255, not an array\n/class-maps/qos/V/match/0: not JSON: Invalid value.");
 }
 
 }  // namespace

@@ -20,23 +20,30 @@ TEST(Nearest, DoesNotCountCase) { EXPECT_EQ(nearest("Class-Maps", sections), "cl
 TEST(Nearest, IsNoNameWithMoreSlipsThanAThirdOfTheLetters) {
   EXPECT_EQ(nearest("abcde", {"abcxx"}), "");
   EXPECT_EQ(nearest("abcdef", {"abcdxx"}), "abcdxx");
+  EXPECT_EQ(nearest("class", {"classes"}), "classes");
   EXPECT_EQ(nearest("queue-names", sections), "");
 }
 
-TEST(Nearest, MayHaveOneSlipHoweverShortTheWord) {
+TEST(Nearest, MayHaveASlipFromThreeLettersOn) {
   EXPECT_EQ(nearest("enc", {"wred", "ecn"}), "ecn");
-  EXPECT_EQ(nearest("x", {"y"}), "y");
-  EXPECT_EQ(nearest("xy", {"ab"}), "");
+  EXPECT_EQ(nearest("xy", {"xz"}), "");
+  EXPECT_EQ(nearest("XY", {"xy"}), "xy");
+}
+
+TEST(Nearest, IsNoNameThatDiffersInItsNumbersAlone) {
+  EXPECT_EQ(nearest("Ethernet1", {"Ethernet2", "Ethernet11"}), "");
+  EXPECT_EQ(nearest("Etherent1", {"Ethernet1"}), "Ethernet1");
+  EXPECT_EQ(nearest("ethernet1", {"Ethernet1"}), "Ethernet1");
 }
 
 TEST(Nearest, CountsTwoLettersThatChangedPlacesOnce) {
   EXPECT_EQ(nearest("--fromat", {"--from", "--format"}), "--format");
 }
 
-TEST(Nearest, OfSeveralIsTheFirst) { EXPECT_EQ(nearest("ab", {"ax", "ay"}), "ax"); }
+TEST(Nearest, OfSeveralIsTheFirst) { EXPECT_EQ(nearest("abc", {"abx", "aby"}), "abx"); }
 
 TEST(Nearest, IsNothingForAnEmptyOrAnEndlessWord) {
-  EXPECT_EQ(nearest("", {"a"}), "");
+  EXPECT_EQ(nearest("", {"a", ""}), "");
   const std::string endless(1000, 'a');
   EXPECT_EQ(nearest(endless, {endless}), "");
 }
@@ -44,6 +51,8 @@ TEST(Nearest, IsNothingForAnEmptyOrAnEndlessWord) {
 TEST(DidYouMean, AsksForTheNearestName) {
   EXPECT_EQ(didYouMean("interface", sections), ": did you mean interfaces?");
   EXPECT_EQ(didYouMean("queues", sections), "");
+  EXPECT_EQ(didYouMeanOf("ENC", {"ecn", "wred"}), ": did you mean ecn? (legal: ecn, wred)");
+  EXPECT_EQ(didYouMeanOf("shape", {"ecn", "wred"}), " (legal: ecn, wred)");
 }
 
 }  // namespace

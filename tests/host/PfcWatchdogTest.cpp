@@ -42,7 +42,9 @@ TEST(PfcWatchdog, ActionIsOneWhenLeftOutAndTheRestIsZero) {
 TEST(PfcWatchdog, RefusesWhatItCannotHold) {
   EXPECT_EQ(faultOf("[]"), "/pfc-watchdog: expected an object, not an array");
   EXPECT_EQ(faultOf("null"), "/pfc-watchdog: null is never a value here: expected an object");
-  EXPECT_EQ(faultOf(R"({"time-d": 1})"), "/pfc-watchdog/time-d: unknown member");
+  EXPECT_EQ(faultOf(R"({"time-d": 1})"),
+            "/pfc-watchdog/time-d: unknown member: did you mean time-a? (legal: time-a, time-b, "
+            "action, time-c, priorities)");
   EXPECT_EQ(faultOf(R"({"time-a": "1"})"), "/pfc-watchdog/time-a: expected a number, not \"1\"");
   EXPECT_EQ(faultOf(R"({"action": 256})"),
             "/pfc-watchdog/action: expected a whole number from 0 to 255, not 256");
@@ -110,13 +112,15 @@ TEST(PfcWatchdog, TestSeesWhatTheNativeSideHolds) {
             "");
   EXPECT_EQ(d.reportOf("test", "/pfc-watchdog/time-c", "0"), "");
   EXPECT_EQ(d.reportOf("test", "/pfc-watchdog", "{}"),
-            "refused: /pfc-watchdog: test failed: something else is there");
+            "refused: /pfc-watchdog: test failed: expected {}, not "
+            "{\"time-a\":0.2,\"time-b\":3.0,\"action\":5,\"priorities\":255}");
 }
 
 TEST(PfcWatchdog, RefusesChangesThatDoNotFit) {
   HostDevice d(device);
   EXPECT_EQ(d.reportOf("add", "/pfc-watchdog/time-d", "1"),
-            "refused: /pfc-watchdog/time-d: unknown member \"time-d\"");
+            "refused: /pfc-watchdog/time-d: unknown member \"time-d\": did you mean time-a? "
+            "(legal: time-a, time-b, action, time-c, priorities)");
   EXPECT_EQ(d.reportOf("add", "/pfc-watchdog/action", "256"),
             "refused: /pfc-watchdog/action: expected a whole number from 0 to 255, not 256");
   EXPECT_EQ(d.reportOf("replace", "/pfc-watchdog", R"({"action": true})"),

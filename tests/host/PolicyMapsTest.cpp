@@ -74,11 +74,13 @@ TEST(PolicyMaps, RefuseWhatTheyCannotHold) {
   };
   EXPECT_EQ(faultOf(R"({"qos": {}, "1": {}})"), "/policy-maps/1: the same key twice");
   EXPECT_EQ(faultOf(R"({"QOS": {}})"),
-            "/policy-maps/QOS: this key is not a map type: qos or a number from 0 to 255");
+            "/policy-maps/QOS: this key is not a map type: qos or a number from 0 to 255: did you "
+            "mean qos?");
   EXPECT_EQ(faultOf(R"({"qos": {"P": {"class": {}}}})"),
-            "/policy-maps/qos/P/class: unknown member");
+            "/policy-maps/qos/P/class: unknown member: did you mean classes? (legal: classes)");
   EXPECT_EQ(faultOf(R"({"qos": {"P": {"classes": {"C": {"action": {}}}}}})"),
-            "/policy-maps/qos/P/classes/C/action: unknown member");
+            "/policy-maps/qos/P/classes/C/action: unknown member: did you mean actions? (legal: "
+            "actions)");
   EXPECT_EQ(faultOf(R"({"qos": {"P": {"classes": null}}})"),
             "/policy-maps/qos/P/classes: null is never a value here: expected an object");
   EXPECT_EQ(faultOfAction(R"({"set-traffic-class": 1, "4": 1})"), place + "4: the same key twice");
@@ -206,7 +208,7 @@ TEST(PolicyMaps, TestSeesWhatTheNativeSideHolds) {
   EXPECT_EQ(d.reportOf("test", "/policy-maps/qos/P/classes/C/actions/set-traffic-class", "5"), "");
   EXPECT_EQ(d.reportOf("test", "/policy-maps/qos/P/classes/C/actions/set-traffic-class", "6"),
             "refused: /policy-maps/qos/P/classes/C/actions/set-traffic-class: test failed: "
-            "something else is there");
+            "expected 6, not 5");
 }
 
 TEST(PolicyMaps, LaterOperationsOfALineSeeTheEarlierOnes) {

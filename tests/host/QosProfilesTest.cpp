@@ -53,7 +53,8 @@ TEST(QosProfiles, AProfileWithoutTxQueuesHasNoBody) {
 TEST(QosProfiles, RefuseWhatTheyCannotHold) {
   EXPECT_EQ(faultOf("[]"), "/qos-profiles: expected an object, not an array");
   EXPECT_EQ(faultOf(R"({"P": {}, "P": {}})"), "/qos-profiles/P: the same key twice");
-  EXPECT_EQ(faultOf(R"({"P": {"pfc": {}}})"), "/qos-profiles/P/pfc: unknown member");
+  EXPECT_EQ(faultOf(R"({"P": {"pfc": {}}})"),
+            "/qos-profiles/P/pfc: unknown member (legal: tx-queues)");
   EXPECT_EQ(faultOf(R"({"P": null})"),
             "/qos-profiles/P: null is never a value here: expected an object");
   EXPECT_EQ(faultOf(R"({"P": {"tx-queues": null}})"),
@@ -147,7 +148,7 @@ TEST(QosProfiles, TestSeesWhatTheNativeSideHolds) {
       "uc-3": {"wred": {"weight": 1}, "bandwidth": 40}}}})"),
             "");
   EXPECT_EQ(d.reportOf("test", "/qos-profiles/Q", R"({"tx-queues": {}})"),
-            "refused: /qos-profiles/Q: test failed: something else is there");
+            "refused: /qos-profiles/Q: test failed: expected {\"tx-queues\":{}}, not {}");
 }
 
 }  // namespace

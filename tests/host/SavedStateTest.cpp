@@ -42,8 +42,12 @@ std::string faultOf(std::string_view text) {
   const Model model;
   try {
     readSavedStateText(text, native, model);
-  } catch (const Fault& fault) {
-    return fault.inFile("s");
+  } catch (const Refusal& refusal) {
+    std::string lines;
+    for (const Fault& fault : refusal.faults()) {
+      lines += (lines.empty() ? "" : "\n") + fault.inFile("s");
+    }
+    return lines;
   }
   return "";
 }
@@ -94,10 +98,11 @@ TEST(SavedState, IsRefusedWithoutOneOfItsMembers) {
 
 TEST(SavedState, IsNoOtherDocument) {
   EXPECT_EQ(faultOf(R"({"class-maps": {}})"),
-            "s:1:13: /class-maps: unknown member: this is no saved state");
+            "s:1:2: /class-maps: unknown member: this is no saved state");
   EXPECT_EQ(faultOf(R"({"openconfig-qos:qos": {}})"),
-            "s:1:21: /openconfig-qos:qos: unknown member: this is no saved state");
-  EXPECT_EQ(faultOf(R"({"qosoc-save": 1, "more": {}})"), "s:1:24: /more: unknown member");
+            "s:1:2: /openconfig-qos:qos: unknown member: this is no saved state");
+  EXPECT_EQ(faultOf(R"({"qosoc-save": 1, "more": {}})"),
+            "s:1:19: /more: unknown member (legal: qosoc-save, native, model)");
   EXPECT_EQ(faultOf("[]"), "s:1:1: (document): expected an object, not an array");
   EXPECT_EQ(faultOf(""), "s:1:1: (document): not JSON: The document is empty.");
 }
@@ -106,7 +111,7 @@ TEST(SavedState, HasNoOtherVersion) {
   EXPECT_EQ(faultOf(R"({"qosoc-save": 2, "else": []})"),
             "s:1:16: /qosoc-save: expected version 1 of a saved state, not 2");
   EXPECT_EQ(faultOf(R"({"qosoc-save": "1"})"),
-            "s:1:18: /qosoc-save: expected version 1 of a saved state, not \"1\"");
+            "s:1:16: /qosoc-save: expected version 1 of a saved state, not \"1\"");
   EXPECT_EQ(faultOf(R"({"qosoc-save": {}})"),
             "s:1:16: /qosoc-save: expected version 1 of a saved state, not an object");
 }
@@ -124,22 +129,22 @@ TEST(SavedState, IsRefusedWhereverItIsCutOff) {
 
 TEST(SavedState, SaysWhereAValueDoesNotFit) {
   EXPECT_EQ(faultOf("{\"qosoc-save\": 1, \"native\": {\n  \"queue-names\": {\"q\": 256}}}"),
-            "s:2:26: /native/queue-names/q: expected a whole number from 0 to 255, not 256");
+            "s:2:24: /native/queue-names/q: expected a whole number from 0 to 255, not 256");
   EXPECT_EQ(
       faultOf("{\"qosoc-save\": 1, \"native\": {\"access-lists\": {\"ipv4\":\n{\"a\": []}}}}"),
       "s:2:7: /native/access-lists/ipv4/a: expected an object, not an array");
   EXPECT_EQ(faultOf("{\"native\": {\"class-maps\": {\"1\": {},\n\"qos\": {}}}}"),
-            "s:2:5: /native/class-maps/qos: the same key twice");
+            "s:2:1: /native/class-maps/qos: the same key twice");
   EXPECT_EQ(faultOf("{\"native\": {\"comments\": {\"a\": \"\",\n\"a\": \"\"}}}"),
-            "s:2:3: /native/comments/a: the same key twice");
+            "s:2:1: /native/comments/a: the same key twice");
   EXPECT_EQ(faultOf("{\"model\": {\"queues\": {\n\"q\": {\"config\": {\"bandwidth\": 101}}}}}"),
-            "s:2:33: /model/queues/q/config/bandwidth: expected a whole number from 0 to 100 or "
+            "s:2:31: /model/queues/q/config/bandwidth: expected a whole number from 0 to 100 or "
             "null, not 101");
   EXPECT_EQ(faultOf("{\"model\": {\"queues\": {},\n\"queues\": {}}}"),
-            "s:2:8: /model/queues: the same member twice");
-  EXPECT_EQ(faultOf("{\"model\": {},\n\"model\": {}}"), "s:2:7: /model: the same member twice");
+            "s:2:1: /model/queues: the same member twice");
+  EXPECT_EQ(faultOf("{\"model\": {},\n\"model\": {}}"), "s:2:1: /model: the same member twice");
   EXPECT_EQ(faultOf("{\"native\": null}"),
-            "s:1:15: /native: null is never a value here: expected an object");
+            "s:1:12: /native: null is never a value here: expected an object");
 }
 
 }  // namespace

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
+
 #include "host/JsonText.h"
 #include "tests/support/HostDevice.h"
 
@@ -111,7 +113,8 @@ TEST(SchemaReader, RefusesTheSameTwice) {
 }
 
 TEST(SchemaReader, RefusesUnknownMembers) {
-  EXPECT_EQ(faultOf(R"({"a/b": 1})"), "/a~1b: unknown member");
+  EXPECT_EQ(faultOf(R"({"a/b": 1})"),
+            "/a~1b: unknown member (legal: count, text, real, colours, list, maybe, rooms, seven)");
 }
 
 TEST(SchemaReader, FillsTheSlotsThatAreLeftOut) {
@@ -147,6 +150,103 @@ TEST(SchemaReader, RefusesTextThatIsNotUnicode) {
             "/text: this string is not valid Unicode: \"\\xed\\xb0\\x80\"");
 }
 
+// ===== Several faults
+
+std::string placed(const Schema& schema, std::string_view text, EntrySink* sink = nullptr) {
+  SchemaReader reader(schema, sink);
+  std::string lines;
+  try {
+    readJsonText(text, reader);
+  } catch (const Refusal& refusal) {
+    for (const Fault& fault : refusal.faults())
+      lines += fault.position() + ' ' + fault.place() + '\n';
+  }
+  return lines;
+}
+
+TEST(SchemaReader, ListsEachFaultWithTheLineAndColumnOfItsToken) {
+  EXPECT_EQ(placed(sample(),
+                   "{\"count\": 11,\n  \"text\" :\t[1, {\"a\": [2]}], \"real\": {\"b\": {}},\n"
+                   " \"rooms\": {\"red\": -1, \"green\": 3, \"blue\": 1,\n\"2\": 1},\n"
+                   "\"list\": [1, \"x\", [0], 9]}"),
+            "1:11 /count\n2:12 /text\n2:37 /real\n3:19 /rooms/red\n3:23 /rooms/green\n"
+            "4:1 /rooms/2\n5:13 /list/1\n5:18 /list/2\n5:23 /list/3\n");
+}
+
+TEST(SchemaReader, PassesOverWhatStandsBelowAFault) {
+  EXPECT_EQ(
+      placed(sample(), R"({"what": {"count": 11, "text": [7, {}]}, "count": "x", "text": 1})"),
+      "1:2 /what\n1:51 /count\n1:64 /text\n");
+  EXPECT_EQ(placed(sample(), R"({"rooms": {"red": 1, "red": {"a": [{}]}, "red": 2}, "real": ""})"),
+            "1:22 /rooms/red\n1:42 /rooms/red\n1:61 /real\n");
+}
+
+TEST(SchemaReader, FindsAKeyTwiceAlsoWhenTheFirstOneHasAFault) {
+  EXPECT_EQ(placed(sample(), R"({"rooms": {"red": "", "1": 1}})"),
+            "1:19 /rooms/red\n1:23 /rooms/1\n");
+  EXPECT_EQ(placed(sample(), R"({"text": 1, "text": ""})"), "1:10 /text\n1:13 /text\n");
+}
+
+TEST(SchemaReader, ListsTwentyFaultsAtMost) {
+  std::string text = "{\"list\": [";
+  for (int i = 0; i < 19; ++i) text += "9,\n";
+  const auto count = [](const std::string& lines) {
+    return std::count(lines.begin(), lines.end(), '\n');
+  };
+  EXPECT_EQ(count(placed(sample(), text + "1]}")), 19);
+  EXPECT_EQ(count(placed(sample(), text + "9]}")), 20);
+  EXPECT_EQ(count(placed(sample(), text + "9, 9, nope")), 20);
+}
+
+TEST(SchemaReader, ListsAFaultOfTheSyntaxBehindThoseOfTheShape) {
+  EXPECT_EQ(faultOf(R"({"count": 11, "list": [1, [nope)"),
+            "/count: expected a whole number from 0 to 10, not 11\n"
+            "/list/1: expected a whole number from 0 to 5, not an array\n"
+            "/list/1: not JSON: Invalid value.");
+}
+
+TEST(SchemaReader, SaysWhereAFaultIsWhoseTokenBeganInAnEarlierBlock) {
+  // The stream reads a file in blocks of 65,536 bytes.
+  const std::string text = "\n\n{\"count\": \n \"" + std::string(200'000, 'x') + "\"}";
+  const std::string path = testing::TempDir() + "a-token-over-blocks.json";
+  std::ofstream(path) << text;
+  const Schema schema = sample();
+  SchemaReader ofFile(schema);
+  try {
+    readJsonFile(path, ofFile);
+    FAIL();
+  } catch (const Refusal& refusal) {
+    EXPECT_EQ(refusal.faults().front().position(), "4:2");
+  }
+}
+
+TEST(SchemaReader, SaysThatATextIsOfAnotherEncoding) {
+  const std::string mark = " (it begins with a byte-order mark: leave that out)";
+  const std::string utf16 = " (it looks like UTF-16: write it as UTF-8)";
+  EXPECT_EQ(faultOf("\xef\xbb\xbf{}"), "(document): not JSON: Invalid value." + mark);
+  EXPECT_EQ(faultOf("\xff\xfe{"), "(document): not JSON: Invalid value." + utf16);
+  EXPECT_EQ(faultOf("\xfe\xff"), "(document): not JSON: Invalid value." + utf16);
+  EXPECT_EQ(faultOf(std::string_view("{\0}\0", 4)), "(document): not JSON: a NUL byte" + utf16);
+  EXPECT_EQ(faultOf(std::string_view("\0{\0}", 4)), "(document): not JSON: a NUL byte" + utf16);
+  EXPECT_EQ(faultOf(std::string_view("{} \0", 4)), "(document): not JSON: a NUL byte");
+  EXPECT_EQ(faultOf("x"), "(document): not JSON: Invalid value.");
+}
+
+TEST(SchemaReader, NamesWhatWasProbablyMeant) {
+  EXPECT_EQ(
+      faultOf(R"({"txet": ""})"),
+      "/txet: unknown member: did you mean text? (legal: count, text, real, colours, list, maybe, "
+      "rooms, seven)");
+  EXPECT_EQ(
+      faultOf(R"({"rooms": {"bleu": 1}})"),
+      "/rooms/bleu: this key is not a colour: red, blue or a number from 0 to 255: did you mean "
+      "blue?");
+  EXPECT_EQ(
+      faultOf(R"({"colours": ["Red"]})"),
+      "/colours/0: expected a colour: red, blue or a number from 0 to 255, not \"Red\": did you "
+      "mean red?");
+}
+
 struct SinkLog final : EntrySink {
   void collectionBegins(const Rok::String& key) override { told("begin " + std::string(key)); }
   void collectionEnds() override { told("end"); }
@@ -175,6 +275,16 @@ TEST(SchemaReader, HandsTheEntriesOfUpperCollectionsOnOneByOne) {
       "end",         "end",       "begin doors", "front scalar", "end", "roof object",
       "begin trees", "begin old", "oak object",  "end",          "end"};
   EXPECT_EQ(sink.log, expected);
+}
+
+TEST(SchemaReader, HandsNoEntryOnThatHasAFault) {
+  SinkLog sink;
+  const Schema house = Schema::record(
+      {{"rooms", Schema::keyed(Key::name(), Schema::record({{"size", Schema::number(9)}}))}});
+  EXPECT_EQ(
+      placed(house, R"({"rooms": {"hall": {"size": 10}, "den": {"size": 1}, "hall": {}}})", &sink),
+      "1:29 /rooms/hall/size\n1:54 /rooms/hall\n");
+  EXPECT_EQ(sink.log, (std::vector<std::string>{"begin rooms", "den object", "end"}));
 }
 
 TEST(SchemaReader, HandsTheEntriesOfARecordOfRecordsOnOneByOne) {

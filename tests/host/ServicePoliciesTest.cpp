@@ -61,7 +61,8 @@ TEST(ServicePolicies, RefuseWhatTheyCannotHold) {
   EXPECT_EQ(faultOf("[]"), "/service-policies: expected an object, not an array");
   EXPECT_EQ(faultOf(R"({"1:P": {}, "1:P": {}})"), "/service-policies/1:P: the same key twice");
   EXPECT_EQ(faultOf(R"({"1:P": {"interface": {}}})"),
-            "/service-policies/1:P/interface: unknown member");
+            "/service-policies/1:P/interface: unknown member: did you mean interfaces? (legal: "
+            "interfaces)");
   EXPECT_EQ(faultOf(R"({"1:P": {"interfaces": ["Ethernet1"]}})"),
             "/service-policies/1:P/interfaces: expected an object, not an array");
   EXPECT_EQ(faultOf(R"({"1:P": {"interfaces": {"E": 1}}})"),
@@ -125,9 +126,9 @@ TEST(ServicePolicies, TestSeesWhatTheNativeSideHolds) {
   EXPECT_EQ(d.reportOf("test", "/service-policies", R"({"0:P": {"interfaces": {}},
       "1:P": {"interfaces": {"Ethernet1": true, "Ethernet2": true}}})"),
             "");
-  EXPECT_EQ(d.reportOf("test", "/service-policies/1:P/interfaces/Ethernet1", "false"),
-            "refused: /service-policies/1:P/interfaces/Ethernet1: test failed: something else is "
-            "there");
+  EXPECT_EQ(
+      d.reportOf("test", "/service-policies/1:P/interfaces/Ethernet1", "false"),
+      "refused: /service-policies/1:P/interfaces/Ethernet1: test failed: expected false, not true");
   EXPECT_EQ(d.reportOf("test", "/service-policies/1:P/interfaces/Ethernet9", "true"),
             "refused: /service-policies/1:P/interfaces/Ethernet9: nothing is there");
 }

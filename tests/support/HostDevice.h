@@ -79,13 +79,19 @@ struct HostDevice {
   host::Changes changes{native, [this](const std::string& line) { reports.push_back(line); }};
 };
 
-// "place: reason" of the fault that leaves `read`, or "" when there is none.
+// "place: reason" of each fault that leaves `read`, a line each.
 template <class Read>
 std::string hostFault(const Read& read) {
+  const auto text = [](const host::Fault& fault) { return fault.place() + ": " + fault.what(); };
   try {
     read();
   } catch (const host::Fault& fault) {
-    return fault.place() + ": " + fault.what();
+    return text(fault);
+  } catch (const host::Refusal& refusal) {
+    std::string lines;
+    for (const host::Fault& fault : refusal.faults())
+      lines += (lines.empty() ? "" : "\n") + text(fault);
+    return lines;
   }
   return "";
 }

@@ -30,7 +30,7 @@ TEST(ForwardingGroupsPart, RefusesWhatIsNoForwardingGroup) {
   EXPECT_EQ(hostFault([] { hostModelWith(part, R"({"a": {"name": null}})"); }),
             "/forwarding-groups/a/name: null is never a value here: expected a string");
   EXPECT_EQ(hostFault([] { hostModelWith(part, R"({"a": {"config": {}}})"); }),
-            "/forwarding-groups/a/config: unknown member");
+            "/forwarding-groups/a/config: unknown member (legal: name, output-queue)");
 }
 
 }  // namespace

@@ -29,15 +29,24 @@ const std::string q = "/qos/queues/queue[name=q]";
 
 // ===== Members
 
+const std::string legalOfQos =
+    " (legal: classifiers, forwarding-groups, interfaces, qosoc-augments:pfc, "
+    "queue-management-profiles, queues, scheduler-policies)";
+const std::string legalOfQueue =
+    " (legal: name, qosoc-augments:bandwidth, qosoc-augments:strict-priority)";
+
 TEST(OpenConfigFaults, NameAMemberThatTheTablesDoNotKnow) {
   EXPECT_THAT(faults("{\"openconfig-qos:qos\": {\n  \"queues\": {\"queue\": [\n"
                      "    {\"config\": {\"queue-id\": 7}, \"name\": \"q\"}]}}}"),
-              ElementsAre("3:17 " + q + "/config/queue-id: unknown member"));
+              ElementsAre("3:17 " + q + "/config/queue-id: unknown member" + legalOfQueue));
   EXPECT_THAT(faults(R"({"openconfig-qos:qos":{},"qos":{}})"),
-              ElementsAre("1:26 /qos: unknown member"));
-  EXPECT_EQ(faultBelow(R"("pfc":{"watchdog":[{"x":[1]}]})"), "/qos/pfc: unknown member");
+              ElementsAre("1:26 /qos: unknown member (legal: openconfig-interfaces:interfaces, "
+                          "openconfig-qos:qos)"));
+  EXPECT_EQ(faultBelow(R"("pfc":{"watchdog":[{"x":[1]}]})"),
+            "/qos/pfc: unknown member (legal: classifiers, forwarding-groups, interfaces, "
+            "qosoc-augments:pfc, queue-management-profiles, queues, scheduler-policies)");
   EXPECT_EQ(faultBelow(queue(R"("config":{"bandwidth":7})")),
-            q + "/config/bandwidth: unknown member")
+            q + "/config/bandwidth: unknown member" + legalOfQueue)
       << "a member of the augmenting module without its name";
 }
 
@@ -48,7 +57,7 @@ TEST(OpenConfigFaults, NameAMemberThatIsThereTwice) {
 
 TEST(OpenConfigFaults, StandWhereTheMemberBeginsWhateverIsInItsName) {
   EXPECT_THAT(faults(R"({"openconfig-qos:qos":{"a\\\"b\\":1}})"),
-              ElementsAre("1:24 /qos/a\\\"b\\: unknown member"));
+              ElementsAre("1:24 /qos/a\\\"b\\: unknown member" + legalOfQos));
   EXPECT_THAT(faults("\"x\""), ElementsAre("1:1 (document): expected an object, not \"x\""));
 }
 
@@ -141,7 +150,9 @@ TEST(OpenConfigFaults, NameAKeyThatIsNotWhatTheConfigSays) {
 
 TEST(OpenConfigFaults, OfTheSyntaxStandLast) {
   EXPECT_THAT(faults("{\"openconfig-qos:qos\":{\"x\":1,\n\"queues\":{\"queue\":[{\"y\":2,"),
-              ElementsAre("1:24 /qos/x: unknown member", "2:21 /qos/queues/queue/y: unknown member",
+              ElementsAre("1:24 /qos/x: unknown member" + legalOfQos,
+                          "2:21 /qos/queues/queue/y: unknown member (legal: config, name, "
+                          "qosoc-augments:ecn, state)",
                           "2:27 (document): not JSON: Missing a name for object member."));
   EXPECT_THAT(faults(""), ElementsAre("1:1 (document): not JSON: The document is empty."));
 }

@@ -49,7 +49,8 @@ TEST(Subtrees, ReadTheKeysThatPathsEscape) {
 }
 
 TEST(Subtrees, AFaultNamesTheElementThatNoTableKnows) {
-  EXPECT_EQ(faultOf("/qos/queues/queu[name=q]"), "/qos/queues: there is no element \"queu\" here");
+  EXPECT_EQ(faultOf("/qos/queues/queu[name=q]"),
+            "/qos/queues: there is no element \"queu\" here: did you mean queue?");
   EXPECT_EQ(faultOf("/quality"), "/: there is no element \"quality\" here");
   EXPECT_EQ(faultOf("/qos/"), "/qos: there is no element \"\" here");
   EXPECT_EQ(faultOf("//qos"), "/: there is no element \"\" here");
