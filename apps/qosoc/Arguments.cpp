@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "Commands.h"
+#include "host/Nearest.h"
 #include "host/Text.h"
 
 namespace qosoc {
@@ -9,16 +11,21 @@ namespace {
 
 bool isOption(std::string_view word) { return word.size() > 1 && word.starts_with('-'); }
 
-const Option& named(std::string_view name, std::span<const Option> known) {
-  const auto found = std::find_if(known.begin(), known.end(),
-                                  [&](const Option& option) { return option.name == name; });
-  if (found == known.end()) throw UsageError("unknown option " + host::quoted(name));
-  return *found;
+const Option& named(std::string_view name, const Command& command) {
+  std::vector<std::string_view> known;
+  for (const Option& option : command.options) {
+    if (option.isNamed(name)) return option;
+    known.push_back(option.name);
+  }
+  if (helpOption.isNamed(name)) return helpOption;
+  known.push_back(helpOption.name);
+  throw UsageError("unknown option " + host::quoted(name) + host::didYouMean(name, known));
 }
 
 }  // namespace
 
-Arguments::Arguments(std::span<const std::string> words, std::span<const Option> known) {
+Arguments::Arguments(std::span<const std::string> words, const Command& command)
+    : command_(command) {
   bool onlyOperands = false;
   for (std::size_t i = 0; i < words.size(); ++i) {
     const std::string& word = words[i];
@@ -29,14 +36,14 @@ Arguments::Arguments(std::span<const std::string> words, std::span<const Option>
     onlyOperands = word == "--";
     if (onlyOperands) continue;
     const std::size_t equals = std::min(word.find('='), word.size());
-    const Option& option = named(std::string_view(word).substr(0, equals), known);
+    const Option& option = named(std::string_view(word).substr(0, equals), command);
     const bool hasValue = equals < word.size();
-    if (hasValue && !option.takesValue) throw UsageError(host::quoted(word) + " takes no value");
-    if (option.takesValue && !hasValue && i + 1 == words.size()) {
+    if (hasValue && !option.takesValue()) throw UsageError(host::quoted(word) + " takes no value");
+    if (option.takesValue() && !hasValue && i + 1 == words.size()) {
       throw UsageError(word + " needs a value");
     }
     std::string& value = options_[std::string(option.name)];
-    if (option.takesValue) value = hasValue ? word.substr(equals + 1) : words[++i];
+    if (option.takesValue()) value = hasValue ? word.substr(equals + 1) : words[++i];
   }
 }
 
@@ -45,16 +52,18 @@ std::optional<std::string> Arguments::value(std::string_view option) const {
   return found != options_.end() ? std::optional(found->second) : std::nullopt;
 }
 
-const std::string& Arguments::operand(std::string_view what) const {
-  return operands({&what, 1}).front();
+std::optional<std::string> Arguments::operand(std::size_t index) const {
+  return index < operands_.size() ? std::optional(operands_[index]) : std::nullopt;
 }
 
-const std::vector<std::string>& Arguments::operands(std::span<const std::string_view> what) const {
+void Arguments::checkOperands() const {
+  const auto& known = command_.operands;
   const std::size_t given = operands_.size();
-  if (given < what.size()) throw UsageError(std::string(what[given]) + " is missing");
-  if (given > what.size())
-    throw UsageError("what is " + host::quoted(operands_[what.size()]) + "?");
-  return operands_;
+  if (given > known.size())
+    throw UsageError("what is " + host::quoted(operands_[known.size()]) + "?");
+  if (given < known.size() && !known[given].isOptional) {
+    throw UsageError(std::string(known[given].name) + " is missing");
+  }
 }
 
 std::vector<std::string> parts(std::string_view list) {
@@ -65,6 +74,12 @@ std::vector<std::string> parts(std::string_view list) {
     if (comma == list.size()) return parts;
     list.remove_prefix(comma + 1);
   }
+}
+
+std::vector<std::string_view> names(Words words) {
+  std::vector<std::string_view> names;
+  for (const Word& word : words) names.push_back(word.name);
+  return names;
 }
 
 }  // namespace qosoc

@@ -1,14 +1,27 @@
-// The commands of the program. Each takes the words behind its name and returns the exit code.
+// The commands of the program.
 #pragma once
 
 #include <span>
-#include <string>
+#include <string_view>
+
+#include "Command.h"
 
 namespace qosoc {
 
-// Throw: UsageError, InputError, OutputError.
-int translateCommand(std::span<const std::string> words);
-int checkCommand(std::span<const std::string> words);
-int diffCommand(std::span<const std::string> words);
+// One for each file of a command.
+extern const Command translateCommand;
+extern const Command checkCommand;
+extern const Command diffCommand;
+extern const Command helpCommand;
+
+// All of them, in the order in which the help names them.
+std::span<const Command* const> commands();
+// Throws: UsageError for a name that no command has.
+const Command& commandNamed(std::string_view name);
+
+// What every command knows, and what the program itself knows without a command.
+extern const Option helpOption;
+std::span<const Option> programOptions();
+std::string_view programSummary();
 
 }  // namespace qosoc

@@ -2,17 +2,20 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 
+#include "Command.h"
 #include "host/JsonWriter.h"
 
 namespace qosoc {
 
-// An output file that can't be written.
+// An output that can't be written.
 class OutputError : public std::runtime_error {
  public:
+  using std::runtime_error::runtime_error;
   OutputError(const std::string& file, int error);
 };
 

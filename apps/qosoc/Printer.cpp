@@ -3,10 +3,12 @@
 #include <optional>
 #include <utility>
 
+#include "Messages.h"
 #include "Shown.h"
 #include "StandardOutput.h"
 #include "host/Feed.h"
 #include "host/ModelWriter.h"
+#include "host/Nearest.h"
 #include "host/OpenConfigJson.h"
 #include "host/Text.h"
 #include "host/feed/FeedLine.h"
@@ -31,7 +33,8 @@ Format formatOf(const std::string& format, const Shown& shown) {
     return {host::modelJson, [](const host::Model& /*model*/) {}};
   }
   if (format != "openconfig") {
-    throw UsageError("--format: expected openconfig or model, not " + host::quoted(format));
+    throw UsageError("--format: expected openconfig or model, not " + host::quoted(format) +
+                     host::didYouMean(format, names(formats())));
   }
   const auto renderer = std::make_shared<host::OpenConfigJson>(tellWarning, shown.view, shown.only);
   return {[renderer](const host::Model& model, host::Layout layout, const host::TextSink& sink) {
@@ -124,7 +127,13 @@ class FeedPrinter final : public Printer {
 
 }  // namespace
 
-void tell(const std::string& line) { std::fprintf(stderr, "%s\n", line.c_str()); }
+Words formats() {
+  static constexpr Word words[] = {
+      {"openconfig", "the OpenConfig tree, as clients of OpenConfig read it"},
+      {"model", "every field of the output records, absent ones as null"},
+  };
+  return words;
+}
 
 std::unique_ptr<Printer> printerOf(const Arguments& arguments) {
   const Shown shown(arguments);

@@ -9,24 +9,25 @@
 #include <string_view>
 
 #include "Arguments.h"
+#include "Command.h"
 #include "host/Model.h"
 
 namespace qosoc {
-
-// A line for a person, to standard error.
-void tell(const std::string& line);
 
 class Printer {
  public:
   using Report = std::function<void(const std::string&)>;
 
   virtual ~Printer() = default;
-  // The roots are built. `report` gets a line when standard output fails, once.
+  // The roots are built. `report` gets what is wrong when the output fails, once.
   virtual void start(const host::Model& model, Report report) = 0;
   // A change line is done; `number` counts them, blank ones too.
   virtual void line(std::uint64_t number, bool isRefused) = 0;
   virtual void end() = 0;
 };
+
+// The values of --format.
+Words formats();
 
 // By --each, --feed, --format and the options of Shown. Requires: the command knows them.
 // Throws: UsageError.

@@ -1,10 +1,10 @@
 #include <cstdint>
-#include <cstdio>
 #include <memory>
 
 #include "Arguments.h"
 #include "Commands.h"
 #include "Input.h"
+#include "Messages.h"
 #include "Output.h"
 #include "Printer.h"
 #include "Rok/Rok.h"
@@ -12,6 +12,7 @@
 #include "host/CommentFaults.h"
 #include "host/ModelReader.h"
 #include "host/NativeWriter.h"
+#include "host/Nearest.h"
 #include "host/Roots.h"
 #include "host/SavedState.h"
 #include "host/Sections.h"
@@ -20,67 +21,22 @@
 namespace qosoc {
 namespace {
 
-constexpr const char* help = R"(usage: qosoc translate NATIVE.json [OPTIONS]
-       qosoc translate --restore FILE [OPTIONS]
-
-Reads a native QoS configuration, translates it, and prints the OpenConfig QoS model that comes of
-it. Then each change of the native side changes only what it concerns.
-
-  --changes FILE|-   apply a stream of changes: a JSON Patch a line; "-" reads standard input, line
-                     by line as they come
-  --each             print the model as one line, at the start and after each change
-  --feed             print as a line of JSON all leaves by their paths, and after each change those
-                     that it changed: "delete" has the nodes that went, "update" the new values
-  --format FORMAT    openconfig (the default): the OpenConfig tree, as any OpenConfig client reads it
-                     model: every field of the output records, absent ones as null
-  --only PATH        print that part of the tree: a container, a list, an entry of a list or a leaf,
-                     as /qos/queues/queue[name=EF]; the entries around it have their keys alone
-  --no-augments      leave out what is not in OpenConfig's own modules
-  --state            print each `config` a second time, as the `state` beside it
-  --interface-ref    print where each interface is: its `interface-ref`, and /interfaces
-  --initial FILE     start from the model of an earlier life, in the format `model`; what the native
-                     side no longer stands for is swept out of it
-  --native-out FILE  write the native document to a file, as the changes left it
-  --save FILE        write the native document and the model to a file, as they stand in the end
-  --restore FILE     go on from what --save wrote, as from NATIVE.json and --initial, in their place
-  --roots NAME,...   build only these roots: class-map, acl, class-action, interface-classifier,
-                     forwarding-group, queue, pfc, interface-pfc, queue-management, scheduler-policy
-  --trace LEVEL,...  write the trace lines of these levels (0 to 9) to standard error
-  --order-seed N     walk every hash collection in another order: the output stays the same, unless
-                     several native objects write one thing (as the tx queues of an interface do
-                     that name different scheduler policies), or a root or a handler raises
-
-  $ cat router.json
-  {"class-maps": {"qos": {"__yang_[edge-in]_[]": {"match": ["ip-access-group"]}}}}
-  $ cat changes.jsonl
-  [{"op": "add", "path": "/class-maps/qos/__yang_[edge-in]_[voice]", "value": {"match": ["ip-access-group"]}}]
-  $ qosoc translate router.json --changes changes.jsonl --each
-  {"openconfig-qos:qos":{"classifiers":{"classifier":[{"config":{"name":"edge-in","type":"IPV4"},"name":"edge-in"}]}}}
-  {"openconfig-qos:qos":{"classifiers":{"classifier":[{"config":{"name":"edge-in","type":"IPV4"},"name":"edge-in","terms":{"term":[{"config":{"id":"voice"},"id":"voice"}]}}]}}}
-  $ qosoc translate router.json --changes changes.jsonl --feed | tail -n 1
-  {"line":1,"delete":[],"update":{"/qos/classifiers/classifier[name=edge-in]/terms/term[id=voice]/config/id":"voice","/qos/classifiers/classifier[name=edge-in]/terms/term[id=voice]/id":"voice"}}
-
-A change line that does not apply is refused as a whole, and the next one is read. What is wrong goes
-to standard error. A file is written after the last change line, whole or not at all.
-
-Exit code: 0 all done; 1 translated, but a change line was refused, a root or a handler raised, or
-the output could not be written; 2 bad usage or bad input, nothing translated.
-)";
-
-constexpr Option options[] = {
-    {"--help", false},        {"--changes", true},    {"--each", false},
-    {"--format", true},       {"--initial", true},    {"--roots", true},
-    {"--trace", true},        {"--order-seed", true}, {"--native-out", true},
-    {"--no-augments", false}, {"--state", false},     {"--interface-ref", false},
-    {"--feed", false},        {"--only", true},       {"--save", true},
-    {"--restore", true},
-};
+Words rootWords() {
+  static const std::vector<Word> words = [] {
+    std::vector<Word> all;
+    for (const host::Root& root : host::roots()) all.push_back({root.name});
+    return all;
+  }();
+  return words;
+}
 
 std::vector<std::string> rootNames(const std::string& list) {
   std::vector<std::string> names = parts(list);
   for (const std::string& name : names) {
     const host::Root* root = host::rootNamed(name);
-    if (root == nullptr) throw UsageError("--roots: there is no root " + host::quoted(name));
+    if (root != nullptr) continue;
+    throw UsageError("--roots: there is no root " + host::quoted(name) +
+                     host::didYouMean(name, qosoc::names(rootWords())));
   }
   return names;
 }
@@ -108,11 +64,14 @@ void orderSeedIs(const std::string& text) {
 
 // The native document; empty when a state is restored, which holds one.
 std::string nativeOf(const Arguments& arguments) {
-  constexpr const char* what = "NATIVE.json";
-  if (!arguments.has("--restore")) return arguments.operand(what);
-  if (arguments.hasOperand()) {
-    throw UsageError("--restore takes the place of NATIVE.json: what is " +
-                     host::quoted(arguments.operand(what)) + "?");
+  const auto native = arguments.operand();
+  if (!arguments.has("--restore")) {
+    if (!native) throw UsageError("NATIVE.json is missing");
+    return *native;
+  }
+  if (native) {
+    throw UsageError("--restore takes the place of NATIVE.json: what is " + host::quoted(*native) +
+                     "?");
   }
   if (arguments.has("--initial")) {
     throw UsageError("--restore takes the place of --initial: give one of them");
@@ -171,7 +130,7 @@ class Translation {
     for (const unsigned level : request_.levels) Rok::TraceFacility::levelIs(level, true);
     const auto roots = host::buildRoots(request_.roots, native_, model_,
                                         [this](const std::string& line) { report(line); });
-    request_.printer->start(model_, [this](const std::string& line) { report(line); });
+    request_.printer->start(model_, [this](const std::string& line) { report("qosoc: " + line); });
     if (lines) apply(*lines);
     writeFiles();
     request_.printer->end();
@@ -227,16 +186,109 @@ class Translation {
   bool clean_ = true;
 };
 
-}  // namespace
-
-int translateCommand(std::span<const std::string> words) {
-  const Arguments arguments(words, options);
-  if (arguments.has("--help")) {
-    std::fputs(help, stdout);
-    return done;
-  }
+int run(const Arguments& arguments) {
   const Request request(arguments);
   return Translation(request).run();
 }
+
+constexpr std::string_view synopsis[] = {"NATIVE.json [OPTIONS]", "--restore FILE [OPTIONS]"};
+constexpr Operand operands[] = {{.name = "NATIVE.json", .isOptional = true}};
+
+constexpr Option options[] = {
+    {.name = "--changes",
+     .value = "FILE|-",
+     .kind = Kind::fileOrDash,
+     .help = "apply a stream of changes: a JSON Patch a line; `-` reads standard input, line by "
+             "line as they come"},
+    {.name = "--each", .help = "print the model as one line, at the start and after each change"},
+    {.name = "--feed",
+     .help = "print as a line of JSON all leaves by their paths, and after each change those that "
+             "it changed: \"delete\" has the nodes that went, \"update\" the new values"},
+    {.name = "--format",
+     .value = "FORMAT",
+     .kind = Kind::word,
+     .help = "print the model in this form",
+     .words = formats},
+    {.name = "--only",
+     .value = "PATH",
+     .kind = Kind::other,
+     .help = "print that part of the tree: a container, a list, an entry of a list or a leaf, as "
+             "/qos/queues/queue[name=EF]; the entries around it have their keys alone"},
+    {.name = "--no-augments", .help = "leave out what is not in OpenConfig's own modules"},
+    {.name = "--state", .help = "print each `config` a second time, as the `state` beside it"},
+    {.name = "--interface-ref",
+     .help = "print where each interface is: its `interface-ref`, and /interfaces"},
+    {.name = "--initial",
+     .value = "FILE",
+     .kind = Kind::file,
+     .help = "start from the model of an earlier life, in the format `model`; what the native side "
+             "no longer stands for is swept out of it"},
+    {.name = "--native-out",
+     .value = "FILE",
+     .kind = Kind::file,
+     .help = "write the native document to a file, as the changes left it"},
+    {.name = "--save",
+     .value = "FILE",
+     .kind = Kind::file,
+     .help = "write the native document and the model to a file, as they stand in the end"},
+    {.name = "--restore",
+     .value = "FILE",
+     .kind = Kind::file,
+     .help = "go on from what --save wrote, as from NATIVE.json and --initial, in their place"},
+    {.name = "--roots",
+     .value = "NAME,...",
+     .kind = Kind::words,
+     .help = "build only these roots",
+     .words = rootWords},
+    {.name = "--trace",
+     .value = "LEVEL,...",
+     .kind = Kind::other,
+     .help = "write the trace lines of these levels (0 to 9) to standard error"},
+    {.name = "--order-seed",
+     .value = "N",
+     .kind = Kind::other,
+     .help = "walk every hash collection in another order: the output stays the same, unless "
+             "several native objects write one thing (as the tx queues of an interface do that "
+             "name different scheduler policies), or a root or a handler raises"},
+};
+
+constexpr ExitCode exitCodes[] = {
+    {done, "all done"},
+    {doneWithReports,
+     "translated, but a change line was refused, a root or a handler raised, or the output could "
+     "not be written"},
+    {nothingDone, "bad usage or bad input, nothing translated"},
+};
+
+}  // namespace
+
+constinit const Command translateCommand{
+    .name = "translate",
+    .summary = "print the model, also after each of a stream of changes",
+    .synopsis = synopsis,
+    .about = R"(
+Reads a native QoS configuration, translates it, and prints the OpenConfig QoS model that comes of it.
+Then each change of the native side changes only what it concerns.
+)",
+    .operands = operands,
+    .options = options,
+    .example = R"(
+  $ cat router.json
+  {"class-maps": {"qos": {"__yang_[edge-in]_[]": {"match": ["ip-access-group"]}}}}
+  $ cat changes.jsonl
+  [{"op": "add", "path": "/class-maps/qos/__yang_[edge-in]_[voice]", "value": {"match": ["ip-access-group"]}}]
+  $ qosoc translate router.json --changes changes.jsonl --each
+  {"openconfig-qos:qos":{"classifiers":{"classifier":[{"config":{"name":"edge-in","type":"IPV4"},"name":"edge-in"}]}}}
+  {"openconfig-qos:qos":{"classifiers":{"classifier":[{"config":{"name":"edge-in","type":"IPV4"},"name":"edge-in","terms":{"term":[{"config":{"id":"voice"},"id":"voice"}]}}]}}}
+  $ qosoc translate router.json --changes changes.jsonl --feed | tail -n 1
+  {"line":1,"delete":[],"update":{"/qos/classifiers/classifier[name=edge-in]/terms/term[id=voice]/config/id":"voice","/qos/classifiers/classifier[name=edge-in]/terms/term[id=voice]/id":"voice"}}
+)",
+    .notes = R"(
+A change line that does not apply is refused as a whole, and the next one is read. What is wrong goes
+to standard error. A file is written after the last change line, whole or not at all.
+)",
+    .exitCodes = exitCodes,
+    .run = run,
+};
 
 }  // namespace qosoc

@@ -1,80 +1,74 @@
 // qosoc: translates native QoS configuration into an OpenConfig QoS model.
+#include <unistd.h>
+
 #include <algorithm>
-#include <cstdio>
 #include <new>
-#include <span>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "Arguments.h"
 #include "Commands.h"
+#include "Help.h"
 #include "Input.h"
+#include "Messages.h"
 #include "Output.h"
+#include "StandardOutput.h"
+#include "Terminal.h"
 #include "host/Text.h"
 #include "host/Version.h"
 
 namespace {
 
-constexpr const char* help = R"(usage: qosoc COMMAND ...
+using Arguments = std::span<const std::string>;
 
-Translates native QoS configuration into the OpenConfig QoS model, change by change.
-
-  qosoc translate NATIVE.json   print the model, also after each of a stream of changes
-  qosoc check NATIVE.json       say what is wrong with a native document
-  qosoc diff A.json B.json      print the leaves that differ between two documents
-  qosoc --version               print the version
-
-`qosoc COMMAND --help` tells more, with an example.
-)";
-
-using Words = std::vector<std::string>;
-
-struct Command {
-  std::string_view name;
-  int (*run)(std::span<const std::string> words);
-};
-constexpr Command commands[] = {
-    {"translate", qosoc::translateCommand},
-    {"check", qosoc::checkCommand},
-    {"diff", qosoc::diffCommand},
-};
-const Command* commandNamed(std::string_view name) {
-  const auto found = std::find_if(std::begin(commands), std::end(commands),
-                                  [&](const Command& command) { return command.name == name; });
-  return found != std::end(commands) ? found : nullptr;
+int runCommand(const qosoc::Command& command, Arguments words) {
+  const qosoc::Arguments arguments(words, command);
+  if (arguments.has(qosoc::helpOption.name)) {
+    qosoc::print(help(command, qosoc::hasColours(STDOUT_FILENO)));
+    return qosoc::done;
+  }
+  arguments.checkOperands();
+  return command.run(arguments);
 }
 
-int run(const Words& words) {
-  const std::string command = words.empty() ? "" : words.front();
-  const Words rest(words.begin() + (words.empty() ? 0 : 1), words.end());
-  if (const Command* known = commandNamed(command)) return known->run(rest);
-  if (command == "--help") {
-    std::fputs(help, stdout);
-    return qosoc::done;
+int printVersion(Arguments words) {
+  if (!words.empty()) throw qosoc::UsageError("what is " + host::quoted(words.front()) + "?");
+  qosoc::print("qosoc " + std::string(host::version()) + '\n');
+  return qosoc::done;
+}
+
+int run(Arguments words) {
+  if (words.empty()) throw qosoc::UsageError("a command is missing");
+  const std::string& first = words.front();
+  const Arguments rest = words.subspan(1);
+  for (const qosoc::Option& option : qosoc::programOptions()) {
+    if (!option.isNamed(first)) continue;
+    return option.name == "--version" ? printVersion(rest) : runCommand(qosoc::helpCommand, rest);
   }
-  if (command == "--version") {
-    std::printf("qosoc %s\n", std::string(host::version()).c_str());
-    return qosoc::done;
-  }
-  throw qosoc::UsageError(command.empty() ? "a command is missing"
-                                          : "there is no command " + host::quoted(command));
+  return runCommand(qosoc::commandNamed(first), rest);
 }
 
 int refuse(const std::string& line) {
-  std::fprintf(stderr, "qosoc: %s\n", line.c_str());
+  qosoc::tell("qosoc: " + line);
   return qosoc::nothingDone;
+}
+
+// Where the help is that says how it is done.
+std::string helpFor(Arguments words) {
+  const auto isFirst = [&](const qosoc::Command* command) { return command->name == words[0]; };
+  const auto all = qosoc::commands();
+  const bool isKnown = !words.empty() && std::any_of(all.begin(), all.end(), isFirst);
+  return " (see qosoc " + (isKnown ? words[0] + ' ' : "") + "--help)";
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  const Words words(argv + 1, argv + argc);
+  const std::vector<std::string> words(argv + 1, argv + argc);
   try {
     return run(words);
   } catch (const qosoc::UsageError& error) {
-    const bool known = !words.empty() && commandNamed(words[0]) != nullptr;
-    return refuse(error.what() + (" (see qosoc " + (known ? words[0] + ' ' : "") + "--help)"));
+    return refuse(error.what() + helpFor(words));
   } catch (const qosoc::InputError& error) {
     for (const std::string& line : error.lines()) refuse(line);
     return qosoc::nothingDone;

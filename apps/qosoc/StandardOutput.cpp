@@ -1,0 +1,37 @@
+#include "StandardOutput.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <utility>
+
+#include "Output.h"
+#include "Progress.h"
+
+namespace qosoc {
+
+StandardOutput::StandardOutput()
+    : StandardOutput([](const std::string& reason) { throw OutputError(reason); }) {}
+
+StandardOutput::StandardOutput(Report report) : report_(std::move(report)) {}
+
+void StandardOutput::write(std::string_view piece) {
+  if (error_ != 0) return;
+  progress().clear();
+  if (std::fwrite(piece.data(), 1, piece.size(), stdout) != piece.size()) error_ = errno;
+}
+
+void StandardOutput::flush() {
+  if (error_ == 0 && std::fflush(stdout) != 0) error_ = errno;
+  if (error_ == 0 || hasFailed_) return;
+  hasFailed_ = true;
+  report_(std::string("standard output: ") + std::strerror(error_));
+}
+
+void print(std::string_view text) {
+  StandardOutput out;
+  out.write(text);
+  out.flush();
+}
+
+}  // namespace qosoc
