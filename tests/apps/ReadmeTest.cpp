@@ -6,6 +6,7 @@
 #include "Paths.h"
 #include "QosOpenConfig/QosOpenConfigClassifierKivToOCSm.h"
 #include "tests/support/HostProgram.h"
+#include "tests/support/Page.h"
 
 namespace readmeTest {
 namespace {
@@ -14,17 +15,9 @@ using support::HostRun;
 using support::hostRun;
 using support::hostText;
 
-// The blocks of the README in one language, without indentation.
+// The blocks of the README in one language.
 std::vector<std::string> blocks(const std::string& language) {
-  const std::string readme = hostText(std::string(paths::examples) + "/../README.md");
-  std::vector<std::string> found;
-  const std::string opening = "\n```" + language + "\n";
-  for (std::size_t at = readme.find(opening); at != readme.npos;
-       at = readme.find(opening, at + 1)) {
-    const std::size_t begin = at + opening.size();
-    found.push_back(readme.substr(begin, readme.find("```", begin) - begin));
-  }
-  return found;
+  return support::blocks(hostText(std::string(paths::examples) + "/../README.md"), language);
 }
 
 std::string squeezed(std::string text) {
