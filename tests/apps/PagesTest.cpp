@@ -1,0 +1,86 @@
+// The examples of docs/native-document.md. A block of
+//
+//   json       is a native document that can be translated without a message
+//   jsonl      is change lines of the first document of the page
+//   console    is a command over the document before it, native.json, and over {}, empty.json, and
+//              what it prints
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <sstream>
+
+#include "Paths.h"
+#include "tests/support/HostProgram.h"
+#include "tests/support/Page.h"
+
+namespace pagesTest {
+namespace {
+
+using support::Block;
+using support::HostFolder;
+using support::HostRun;
+using support::hostRun;
+
+std::vector<Block> examples() {
+  return support::blocks(
+      support::hostText(std::string(paths::examples) + "/../docs/native-document.md"));
+}
+
+std::ptrdiff_t count(const std::vector<Block>& all, const std::string& language) {
+  return std::ranges::count(all, language, &Block::language);
+}
+
+// The words of "$ qosoc ...", with a file of the folder for each that names one.
+std::vector<std::string> command(const std::string& line, const HostFolder& folder) {
+  std::istringstream in(line);
+  std::vector<std::string> words;
+  for (std::string word; in >> word;) {
+    words.push_back(word.ends_with(".json") ? folder.path(word) : word);
+  }
+  EXPECT_GE(words.size(), 3u) << line;
+  EXPECT_EQ(words.at(0) + words.at(1), "$qosoc") << line;
+  words.erase(words.begin(), words.begin() + 2);
+  words.insert(words.begin(), paths::qosoc);
+  return words;
+}
+
+TEST(Pages, HaveDocumentsThatCanBeTranslated) {
+  const auto all = examples();
+  EXPECT_GE(count(all, "json"), 7);
+  const HostFolder folder;
+  for (const Block& block : all) {
+    if (block.language != "json") continue;
+    const HostRun run = hostRun({paths::qosoc, "translate", folder.file("a.json", block.text)});
+    EXPECT_EQ(run.err, "") << block.text;
+    EXPECT_EQ(run.exit, 0) << block.text;
+  }
+}
+
+TEST(Pages, HaveChangesThatApplyToTheFirstDocument) {
+  const auto all = examples();
+  ASSERT_EQ(count(all, "jsonl"), 1);
+  const HostFolder folder;
+  const auto lines = std::ranges::find(all, "jsonl", &Block::language);
+  const HostRun run = hostRun({paths::qosoc, "translate", folder.file("a.json", all.at(0).text),
+                               "--changes", folder.file("a.jsonl", lines->text)});
+  EXPECT_EQ(run.err, "");
+  EXPECT_EQ(run.exit, 0);
+}
+
+TEST(Pages, ShowWhatTheProgramPrintsForTheDocumentBefore) {
+  const auto all = examples();
+  EXPECT_GE(count(all, "console"), 2);
+  const HostFolder folder;
+  const std::string empty = folder.file("empty.json", "{}");
+  for (const Block& block : all) {
+    if (block.language == "json") folder.file("native.json", block.text);
+    if (block.language != "console") continue;
+    const std::size_t end = block.text.find('\n');
+    const HostRun run = hostRun(command(block.text.substr(0, end), folder));
+    EXPECT_EQ(run.out, block.text.substr(end + 1));
+    EXPECT_EQ(run.err, "");
+  }
+}
+
+}  // namespace
+}  // namespace pagesTest
