@@ -43,7 +43,7 @@ program that translates it: such comments are named too.
   $ cat router.json
   {"queue-names": {"EF": 256}}
   $ qosoc check router.json
-  qosoc: router.json: /queue-names/EF: expected a whole number from 0 to 255, not 256
+  qosoc: router.json:1:24: /queue-names/EF: expected a whole number from 0 to 255, not 256
 )",
     .exitCodes = exitCodes,
     .run = run,
