@@ -1,9 +1,8 @@
-#include <unistd.h>
-
 #include "Arguments.h"
 #include "Commands.h"
 #include "Input.h"
 #include "Messages.h"
+#include "Output.h"
 #include "Shown.h"
 #include "StandardOutput.h"
 #include "host/LeafDiff.h"
@@ -24,21 +23,25 @@ host::LeavesOfText leavesOf(const std::string& file, const Shown& shown) {
   return read;
 }
 
+// Hands on the text of a difference.
+void write(const std::vector<host::LeafChange>& changes, const host::TextSink& sink) {
+  for (const host::LeafChange& change : changes) sink(host::changeLine(change) + '\n');
+}
+
 int run(const Arguments& arguments) {
   const std::string files[] = {*arguments.operand(0), *arguments.operand(1)};
   if (files[0] == "-" && files[1] == "-") throw UsageError("standard input is one document");
   const Shown shown(arguments);
+  const auto file = outputFile(arguments);
   const host::LeavesOfText before = leavesOf(files[0], shown);
   const host::LeavesOfText after = leavesOf(files[1], shown);
   if (!before.faults.empty() || !after.faults.empty()) return nothingDone;
   const auto changes = host::leafChanges(before.leaves, after.leaves);
-  StandardOutput out;
-  if (arguments.has("--json")) {
-    out.write(host::changesJson(changes, after.leaves, shown.only) + '\n');
-  } else {
-    for (const host::LeafChange& change : changes) out.write(host::changeLine(change) + '\n');
-  }
-  out.flush();
+  const auto text = [&](const host::TextSink& sink) {
+    if (!arguments.has("--json")) return write(changes, sink);
+    sink(host::changesJson(changes, after.leaves, shown.only) + '\n');
+  };
+  file ? file->write(text) : print(text);
   return changes.empty() ? done : doneWithReports;
 }
 
@@ -58,6 +61,7 @@ constexpr Option options[] = {
     {.name = "--state",
      .help = "compare each `state`, and not only one that differs from the `config` beside it"},
     {.name = "--interface-ref", .help = "compare each `interface-ref` and /interfaces, likewise"},
+    outputOption,
 };
 
 constexpr ExitCode exitCodes[] = {

@@ -94,12 +94,20 @@ OutputError::OutputError(const std::string& file, int error)
           host::Fault("", std::string("cannot be written: ") + std::strerror(error)).inFile(file)) {
 }
 
-OutputFile::OutputFile(std::string_view option, const std::string& path) : path_(path) {
-  const auto expected = std::string(option) + ": expected a file, not ";
-  if (path.empty()) throw UsageError(expected + "\"\"");
-  if (path == "-" || isStandardOutput(path)) {
-    throw UsageError(expected + host::quoted(path) + ": standard output has the model");
+std::optional<OutputFile> outputFile(const Arguments& arguments) {
+  const auto path = arguments.value(outputOption.name);
+  if (!path || *path == "-") return std::nullopt;
+  return OutputFile(outputOption.name, *path);
+}
+
+OutputFile::OutputFile(std::string_view option, const std::string& path, std::string_view printed)
+    : path_(path) {
+  const std::string unexpected =
+      std::string(option) + ": expected a file, not " + host::quoted(path);
+  if (!printed.empty() && (path == "-" || isStandardOutput(path))) {
+    throw UsageError(unexpected + ": standard output has " + std::string(printed));
   }
+  if (path.empty() || path == "-") throw UsageError(unexpected);
   const fs::path followed = behindLinks(path);
   std::error_code error;
   target_ = fs::canonical(followed, error);

@@ -24,9 +24,10 @@ class OutputError : public std::runtime_error {
 // it stands.
 class OutputFile {
  public:
-  // Judges the name and its folder, and writes nothing. `option` is what asks for the file.
+  // Judges the name and its folder, and writes nothing. `option` is what asks for the file; standard
+  // output is none, and what it has otherwise, if anything, is named in the message.
   // Throws: UsageError for a name that can be no file's; OutputError.
-  OutputFile(std::string_view option, const std::string& path);
+  OutputFile(std::string_view option, const std::string& path, std::string_view printed = {});
 
   const std::string& path() const { return path_; }
   // Whether both names lead to one file.
@@ -45,5 +46,15 @@ class OutputFile {
   std::string path_;    // as it was given
   std::string target_;  // where its links lead
 };
+
+// --output, which several commands have: the file that gets what would be printed.
+inline constexpr Option outputOption{
+    .name = "--output",
+    .shortName = "-o",
+    .value = "FILE",
+    .kind = Kind::fileOrDash,
+    .help = "write to a file what would be printed, whole or not at all"};
+// Nothing when it was not given, or as "-", which is standard output. Throws: UsageError, OutputError.
+std::optional<OutputFile> outputFile(const Arguments& arguments);
 
 }  // namespace qosoc

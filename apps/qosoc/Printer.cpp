@@ -45,17 +45,20 @@ Format formatOf(const std::string& format, const Shown& shown) {
 
 class ModelPrinter final : public Printer {
  public:
-  ModelPrinter(Format format, bool each) : format_(std::move(format)), each_(each) {}
+  ModelPrinter(Format format, bool each, std::optional<OutputFile> file)
+      : format_(std::move(format)), each_(each), file_(std::move(file)) {}
 
   void start(const host::Model& model, Report report) override {
     model_ = &model;
-    out_.emplace(std::move(report));
+    out_.emplace(report);
+    report_ = std::move(report);
     if (each_) print(host::Layout::compact);
   }
   void line(std::uint64_t /*number*/, bool /*isRefused*/) override {
     if (each_) print(host::Layout::compact);
   }
   void end() override {
+    if (file_) return write();
     if (!each_) print(host::Layout::pretty);
   }
 
@@ -81,8 +84,20 @@ class ModelPrinter final : public Printer {
     out_->flush();
   }
 
+  void write() {
+    try {
+      file_->write([this](const host::TextSink& sink) {
+        format_.render(*model_, host::Layout::pretty, sink);
+      });
+    } catch (const OutputError& error) {
+      report_(error.what());
+    }
+  }
+
   Format format_;
   bool each_;
+  std::optional<OutputFile> file_;
+  Report report_;
   const host::Model* model_ = nullptr;
   std::optional<StandardOutput> out_;
 };
@@ -125,6 +140,17 @@ class FeedPrinter final : public Printer {
   host::Feed::Subscription subscription_;
 };
 
+// ===== Which of them
+
+// A file is written whole, at the end: a stream is read while it grows, and would wait for that.
+void expectNoStream(const Arguments& arguments) {
+  for (const std::string option : {"--each", "--feed"}) {
+    if (!arguments.has(option)) continue;
+    throw UsageError("--output: what " + option +
+                     " prints is a stream, and a file is written whole: use > FILE");
+  }
+}
+
 }  // namespace
 
 Words formats() {
@@ -135,7 +161,9 @@ Words formats() {
   return words;
 }
 
-std::unique_ptr<Printer> printerOf(const Arguments& arguments) {
+std::unique_ptr<Printer> printerOf(const Arguments& arguments,
+                                   const std::optional<OutputFile>& file) {
+  if (file) expectNoStream(arguments);
   const Shown shown(arguments);
   if (!shown.only.isShown(host::View(shown.view))) {
     throw UsageError("--only: " + shown.only.path() + ": the other options leave all of it out");
@@ -143,7 +171,8 @@ std::unique_ptr<Printer> printerOf(const Arguments& arguments) {
   const bool each = arguments.has("--each");
   const auto format = arguments.value("--format");
   if (!arguments.has("--feed")) {
-    return std::make_unique<ModelPrinter>(formatOf(format.value_or("openconfig"), shown), each);
+    return std::make_unique<ModelPrinter>(formatOf(format.value_or("openconfig"), shown), each,
+                                          file);
   }
   if (each || format) {
     throw UsageError(std::string("--feed and ") + (each ? "--each" : "--format") +

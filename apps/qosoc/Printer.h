@@ -5,11 +5,13 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
 #include "Arguments.h"
 #include "Command.h"
+#include "Output.h"
 #include "host/Model.h"
 
 namespace qosoc {
@@ -29,8 +31,9 @@ class Printer {
 // The values of --format.
 Words formats();
 
-// By --each, --feed, --format and the options of Shown. Requires: the command knows them.
-// Throws: UsageError.
-std::unique_ptr<Printer> printerOf(const Arguments& arguments);
+// By --each, --feed, --format and the options of Shown, onto the file of --output or standard output.
+// Requires: the command knows them. Throws: UsageError.
+std::unique_ptr<Printer> printerOf(const Arguments& arguments,
+                                   const std::optional<OutputFile>& file);
 
 }  // namespace qosoc

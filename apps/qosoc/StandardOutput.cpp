@@ -29,8 +29,12 @@ void StandardOutput::flush() {
 }
 
 void print(std::string_view text) {
+  print([&](const host::TextSink& sink) { sink(text); });
+}
+
+void print(const std::function<void(const host::TextSink& sink)>& text) {
   StandardOutput out;
-  out.write(text);
+  text([&](std::string_view piece) { out.write(piece); });
   out.flush();
 }
 

@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include "host/JsonWriter.h"
+
 namespace qosoc {
 
 class StandardOutput {
@@ -26,7 +28,8 @@ class StandardOutput {
   bool hasFailed_ = false;
 };
 
-// Prints a whole text. Throws: OutputError.
+// Prints a whole text, or what `text` hands to the sink. Throws: OutputError.
 void print(std::string_view text);
+void print(const std::function<void(const host::TextSink& sink)>& text);
 
 }  // namespace qosoc

@@ -86,14 +86,31 @@ struct Request {
         restore(arguments.value("--restore")),
         changes(arguments.value("--changes")),
         initial(arguments.value("--initial")),
-        printer(printerOf(arguments)) {
+        output(outputFile(arguments)),
+        printer(printerOf(arguments, output)) {
     if (const auto list = arguments.value("--roots")) roots = rootNames(*list);
     if (const auto list = arguments.value("--trace")) levels = traceLevels(*list);
     if (const auto seed = arguments.value("--order-seed")) orderSeedIs(*seed);
-    if (const auto file = arguments.value("--native-out")) nativeOut.emplace("--native-out", *file);
-    if (const auto file = arguments.value("--save")) save.emplace("--save", *file);
-    if (nativeOut && save && nativeOut->isSameAs(*save)) {
-      throw UsageError("--native-out and --save name the same file");
+    const auto file = [&](const char* option) {
+      const auto path = arguments.value(option);
+      return path ? std::optional<OutputFile>({option, *path, output ? "" : "the model"})
+                  : std::nullopt;
+    };
+    nativeOut = file("--native-out");
+    save = file("--save");
+    checkFilesDiffer();
+  }
+
+  // Throws: UsageError when two options name one file.
+  void checkFilesDiffer() const {
+    const std::pair<const char*, const std::optional<OutputFile>&> files[] = {
+        {"--native-out", nativeOut}, {"--save", save}, {"--output", output}};
+    for (const auto& [option, file] : files) {
+      for (const auto& [other, otherFile] : files) {
+        if (&file == &otherFile) break;
+        if (!file || !otherFile || !file->isSameAs(*otherFile)) continue;
+        throw UsageError(std::string(other) + " and " + option + " name the same file");
+      }
     }
   }
 
@@ -101,6 +118,7 @@ struct Request {
   std::optional<std::string> restore;
   std::optional<std::string> changes;
   std::optional<std::string> initial;
+  std::optional<OutputFile> output;
   std::unique_ptr<Printer> printer;
   std::vector<std::string> roots;
   std::vector<unsigned> levels;  // of the trace
@@ -218,6 +236,7 @@ constexpr Option options[] = {
     {.name = "--state", .help = "print each `config` a second time, as the `state` beside it"},
     {.name = "--interface-ref",
      .help = "print where each interface is: its `interface-ref`, and /interfaces"},
+    outputOption,
     {.name = "--initial",
      .value = "FILE",
      .kind = Kind::file,

@@ -1,0 +1,120 @@
+// --output: what would be printed goes to a file.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "Paths.h"
+#include "tests/support/HostProgram.h"
+
+namespace outputOptionTest {
+namespace {
+
+namespace fs = std::filesystem;
+using support::HostFolder;
+using support::HostRun;
+using support::hostRun;
+using support::hostText;
+
+class OutputOption : public testing::Test {
+ protected:
+  static HostRun qosoc(const std::vector<std::string>& words) {
+    std::vector<std::string> command{paths::qosoc};
+    command.insert(command.end(), words.begin(), words.end());
+    return hostRun(command);
+  }
+  // The file gets what the command prints without the option, and nothing is printed.
+  void expectWritten(std::vector<std::string> words) {
+    const HostRun printed = qosoc(words);
+    EXPECT_NE(printed.out, "");
+    words.insert(words.end(), {"--output", out_});
+    const HostRun run = qosoc(words);
+    EXPECT_EQ(run.exit, printed.exit);
+    EXPECT_EQ(run.out, "");
+    EXPECT_EQ(run.err, printed.err);
+    EXPECT_EQ(hostText(out_), printed.out);
+  }
+  static void expectFailure(const std::vector<std::string>& words, int exit,
+                            const std::string& message) {
+    const HostRun run = qosoc(words);
+    EXPECT_EQ(run.exit, exit);
+    EXPECT_EQ(run.out, "");
+    EXPECT_EQ(run.err, "qosoc: " + message + "\n");
+  }
+
+  HostFolder folder_;
+  std::string native_ = folder_.file("native.json", R"({"queue-names": {"EF": 3, "\u0007": 4}})");
+  std::string other_ = folder_.file("other.json", R"({"queue-names": {"AF": 3}})");
+  std::string out_ = folder_.path("out");
+};
+
+TEST_F(OutputOption, GivesAFileTheModel) {
+  expectWritten({"translate", native_});
+  expectWritten({"translate", native_, "--format=model"});
+}
+
+TEST_F(OutputOption, GivesAFileTheDifference) {
+  expectWritten({"diff", native_, other_});
+  expectWritten({"diff", native_, other_, "--json"});
+}
+
+TEST_F(OutputOption, HasAShortName) {
+  EXPECT_EQ(qosoc({"translate", native_, "-o", out_}).exit, 0);
+  EXPECT_EQ(hostText(out_), qosoc({"translate", native_}).out);
+}
+
+TEST_F(OutputOption, OfADashIsStandardOutput) {
+  EXPECT_EQ(qosoc({"translate", other_, "-o", "-"}).out, qosoc({"translate", other_}).out);
+  EXPECT_EQ(qosoc({"diff", native_, other_, "-o", "-"}).out, qosoc({"diff", native_, other_}).out);
+}
+
+TEST_F(OutputOption, LeavesAnEmptyFileOfDocumentsThatAreEqual) {
+  EXPECT_EQ(qosoc({"diff", other_, other_, "-o", out_}).exit, 0);
+  EXPECT_TRUE(fs::exists(out_));
+  EXPECT_EQ(hostText(out_), "");
+}
+
+TEST_F(OutputOption, LeavesTheFileAsItWasWhenTheInputIsRefused) {
+  folder_.file("out", "old");
+  EXPECT_EQ(qosoc({"translate", folder_.file("bad.json", "{"), "-o", out_}).exit, 2);
+  EXPECT_EQ(qosoc({"diff", other_, folder_.path("bad.json"), "-o", out_}).exit, 2);
+  EXPECT_EQ(hostText(out_), "old");
+}
+
+TEST_F(OutputOption, NamesAFileThatCannotBeWritten) {
+  expectFailure({"translate", other_, "-o", "/dev/full"}, 1,
+                "/dev/full: cannot be written: No space left on device");
+  expectFailure({"diff", native_, native_, "-o", folder_.path("none/out")}, 2,
+                folder_.path("none/out") + ": cannot be written: No such file or directory");
+  expectFailure({"diff", other_, folder_.file("native.json", "{}"), "-o", "/dev/full"}, 2,
+                "/dev/full: cannot be written: No space left on device");
+}
+
+TEST_F(OutputOption, IsNotForAStream) {
+  for (const std::string option : {"--each", "--feed"}) {
+    expectFailure({"translate", "none.json", option, "-o", out_}, 2,
+                  "--output: what " + option +
+                      " prints is a stream, and a file is written whole: use > FILE (see qosoc "
+                      "translate --help)");
+  }
+  EXPECT_EQ(qosoc({"translate", other_, "--each", "-o", "-"}).exit, 0);
+}
+
+TEST_F(OutputOption, IsAFileOfItsOwn) {
+  const std::string see = " name the same file (see qosoc translate --help)";
+  expectFailure({"translate", "none.json", "-o", out_, "--save", folder_.path("./out")}, 2,
+                "--save and --output" + see);
+  expectFailure({"translate", "none.json", "-o", out_, "--native-out", out_}, 2,
+                "--native-out and --output" + see);
+  expectFailure({"translate", "none.json", "--save", out_, "--native-out", out_}, 2,
+                "--native-out and --save" + see);
+  expectFailure({"diff", "a", "b", "-o", ""}, 2,
+                "--output: expected a file, not \"\" (see qosoc diff --help)");
+}
+
+TEST_F(OutputOption, DoesNotFreeStandardOutputForAnotherFile) {
+  expectFailure({"translate", "none.json", "-o", out_, "--save", "-"}, 2,
+                "--save: expected a file, not \"-\" (see qosoc translate --help)");
+}
+
+}  // namespace
+}  // namespace outputOptionTest
