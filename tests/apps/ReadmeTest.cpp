@@ -1,10 +1,15 @@
 // What the README shows is what happens.
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <iostream>
 #include <sstream>
 
 #include "Paths.h"
-#include "QosOpenConfig/QosOpenConfigClassifierKivToOCSm.h"
+#include "host/Changes.h"
+#include "host/Feed.h"
+#include "host/Roots.h"
+#include "host/Sections.h"
 #include "tests/support/HostProgram.h"
 #include "tests/support/Page.h"
 
@@ -28,12 +33,13 @@ std::string squeezed(std::string text) {
 TEST(Readme, ShowsTheExampleAndWhatTheProgramPrints) {
   const std::string folder = std::string(paths::examples) + "/one-classifier/";
   const auto shown = blocks("json");
-  ASSERT_EQ(shown.size(), 3u);
+  ASSERT_EQ(shown.size(), 4u);
   EXPECT_EQ(squeezed(shown[0]), squeezed(hostText(folder + "01-native.json")));
   EXPECT_EQ(shown[1], hostText(folder + "02-change.jsonl"));
   EXPECT_EQ(shown[2], hostRun({paths::qosoc, "translate", folder + "01-native.json", "--changes",
                                folder + "02-change.jsonl", "--each"})
                           .out);
+  EXPECT_EQ(shown[3], hostText(folder + "02-feed.jsonl"));
 }
 
 TEST(Readme, ShowsLeavesThatTheDayOfTheRouterChanges) {
@@ -50,31 +56,69 @@ TEST(Readme, ShowsLeavesThatTheDayOfTheRouterChanges) {
   EXPECT_EQ(shown, 3u);
 }
 
+// In the folder of its example, with standard input from a text. Returns what it printed.
+template <class Host>
+std::string printedBy(const Host& host, const std::string& in) {
+  const auto before = std::filesystem::current_path();
+  std::istringstream lines(in);
+  std::streambuf* const terminal = std::cin.rdbuf(lines.rdbuf());
+  testing::internal::CaptureStdout();
+  host();
+  std::cin.rdbuf(terminal);
+  std::filesystem::current_path(before);
+  return testing::internal::GetCapturedStdout();
+}
+
 // The lines between the two marks are those of the README.
-TEST(Readme, ShowsAHostThatWorks) {
+void shownHost() {
   // >>>
-  auto native = Rok::make<Qos::Input::AclConfig>();
-  auto classMaps = Rok::make<Qos::Input::ClassMapTypeConfig>(Qos::mapQos);
-  native->cmapTypeIs(Qos::mapQos, classMaps);
+  const auto report = [](const std::string& line) { std::cerr << line << '\n'; };
+  host::Native native;
+  host::Model model;
+  host::readNative("router.json", native);
+  const auto roots = host::buildRoots({}, native, model, report);
 
-  auto classifiers = Rok::make<QosOc::Config::ClassifiersDir>();
-  auto root = QosOc::classMapKivToOcSmFactory(native, classifiers);
-
-  auto voice = Rok::make<Qos::ClassMapConfig>("__yang_[edge-in]_[voice]", Qos::mapQos);
-  voice->matchIs(Qos::matchIpAccessGroup, Rok::make<Qos::ClassMapMatch>());
-  classMaps->cmapIs(voice->name(), voice);
-
-  auto term = classifiers->classifier("edge-in")->terms()->term("voice");  // is there now
+  host::Feed feed(model);
+  const auto printed = feed.onLeaves({}, [](const host::LeafChanges& changes) {
+    for (const auto& leaf : changes.updated) std::cout << leaf.path << '\n';
+  });
+  host::Changes changes(native, report);
+  feed.commit();
+  for (std::string line; std::getline(std::cin, line); feed.commit()) changes.line(line);
   // <<<
-  EXPECT_EQ(term.configId, "voice");
+}
 
+TEST(Readme, ShowsAHostThatWorks) {
+  const std::string example = std::string(paths::examples) + "/one-classifier/";
+  const support::HostFolder folder;
+  folder.file("router.json", hostText(example + "01-native.json"));
+  const auto inFolder = [&] {
+    std::filesystem::current_path(folder.path("."));
+    shownHost();
+  };
+  const std::string classifier = "/qos/classifiers/classifier[name=edge-in]/";
+  EXPECT_EQ(printedBy(inFolder, hostText(example + "02-change.jsonl")),
+            classifier + "config/name\n" + classifier + "config/type\n" + classifier + "name\n" +
+                classifier + "terms/term[id=voice]/config/id\n" + classifier +
+                "terms/term[id=voice]/id\n" +
+                // and then by the change
+                classifier + "terms/term[id=video]/config/id\n" + classifier +
+                "terms/term[id=video]/id\n");
+}
+
+TEST(Readme, ShowsThatHostAsItStandsHere) {
   const std::string source =
       hostText(std::string(paths::examples) + "/../tests/apps/ReadmeTest.cpp");
   const std::size_t begin = source.find("// >>>") + 6;
   const std::string here = source.substr(begin, source.find("// <<<") - begin);
   const auto shown = blocks("cpp");
   ASSERT_EQ(shown.size(), 1u);
-  EXPECT_NE(squeezed(shown[0]).find(squeezed(here)), std::string::npos);
+  const std::size_t code = shown[0].find("\n\n");
+  EXPECT_EQ(squeezed(shown[0].substr(code)), squeezed(here));
+  std::istringstream includes(shown[0].substr(0, code));
+  for (std::string line; std::getline(includes, line);) {
+    EXPECT_NE(source.find("\n" + line + "\n"), std::string::npos) << line;
+  }
 }
 
 }  // namespace
