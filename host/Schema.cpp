@@ -11,11 +11,14 @@ namespace {
 
 constexpr std::uint64_t largestByte = 255;
 
+// The number that a text stands for: one with that name, or a decimal.
+std::optional<std::uint64_t> named(std::string_view text, std::span<const Name> names) {
+  const auto found = std::ranges::find(names, text, &Name::text);
+  return found != names.end() ? std::optional<std::uint64_t>(found->number) : std::nullopt;
+}
 std::optional<std::uint64_t> byteOf(std::string_view text, std::span<const Name> names) {
-  for (const Name& name : names) {
-    if (name.text == text) return name.number;
-  }
-  return decimal(text, largestByte);
+  const auto number = named(text, names);
+  return number ? number : decimal(text, largestByte);
 }
 
 // Null when the number has no name.
@@ -41,23 +44,50 @@ std::vector<std::string_view> texts(std::span<const Name> names) {
   return texts;
 }
 
-bool isNumberUpTo(const Value& value, std::uint64_t max) {
-  const auto* number = value.as<std::uint64_t>();
-  return number != nullptr && *number <= max;
+std::optional<Value> realOf(const Value& value) {
+  if (const auto* v = value.as<std::uint64_t>()) return Value(static_cast<double>(*v));
+  if (const auto* v = value.as<std::int64_t>()) return Value(static_cast<double>(*v));
+  return value.as<double>() != nullptr ? std::optional(value) : std::nullopt;
 }
 
-bool acceptReal(Value& value) {
-  if (const auto* number = value.as<std::uint64_t>()) value = Value(static_cast<double>(*number));
-  if (const auto* number = value.as<std::int64_t>()) value = Value(static_cast<double>(*number));
-  return value.as<double>() != nullptr;
-}
-
-bool acceptNamed(Value& value, std::span<const Name> names) {
+std::optional<Value> numberOf(const Value& value, const Scalar& scalar) {
   const auto* text = value.as<Rok::String>();
-  if (text == nullptr) return isNumberUpTo(value, largestByte);
-  const std::optional<std::uint64_t> number = byteOf(*text, names);
-  if (number) value = Value(*number);
-  return number.has_value();
+  if (text == nullptr) {
+    const auto* number = value.as<std::uint64_t>();
+    return number != nullptr && *number <= scalar.max ? std::optional(value) : std::nullopt;
+  }
+  std::optional<std::uint64_t> number = named(*text, scalar.names);
+  if (!number && scalar.isDecimalTaken) number = decimal(*text, scalar.max);
+  return number ? std::optional(Value(*number)) : std::nullopt;
+}
+
+template <class T>
+std::optional<Value> only(const Value& value) {
+  return value.as<T>() != nullptr ? std::optional(value) : std::nullopt;
+}
+
+// The canonical form of a scalar; nothing for a value that can't stand here.
+std::optional<Value> canonical(const Value& value, const Scalar& scalar) {
+  switch (scalar.type) {
+    case Scalar::Type::number:
+      return numberOf(value, scalar);
+    case Scalar::Type::real:
+      return realOf(value);
+    case Scalar::Type::boolean:
+      return only<bool>(value);
+    case Scalar::Type::text:
+      break;
+  }
+  return only<Rok::String>(value);
+}
+
+// A whole text of a pattern. Python's "$" also stands before a line end.
+std::string wholly(const std::string& pattern) { return "^(?:" + pattern + ")$(?!\\n)"; }
+
+std::string byNameOrDecimal(std::span<const Name> names) {
+  std::string pattern;
+  for (const Name& name : names) pattern += std::string(name.text) + '|';
+  return wholly(pattern + decimalPattern(largestByte));
 }
 
 }  // namespace
@@ -67,20 +97,22 @@ Key Key::name() {
 }
 
 Key Key::named(std::string_view what, std::span<const Name> names) {
-  return {choices(what, names),
-          [names](const Rok::String& text) {
-            const std::optional<std::uint64_t> number = byteOf(text, names);
-            return number ? std::optional(Rok::String(std::to_string(*number))) : std::nullopt;
-          },
-          true, names};
+  const auto canonical = [names](const Rok::String& text) {
+    const std::optional<std::uint64_t> number = byteOf(text, names);
+    return number ? std::optional(Rok::String(std::to_string(*number))) : std::nullopt;
+  };
+  return {choices(what, names), canonical, true, names, byNameOrDecimal(names)};
 }
 
 Key Key::number(std::string_view what, std::uint64_t max) {
+  const auto canonical = [max](const Rok::String& text) {
+    return decimal(text, max) ? std::optional(text) : std::nullopt;
+  };
   return {std::string(what) + ": a number from 0 to " + std::to_string(max),
-          [max](const Rok::String& text) {
-            return decimal(text, max) ? std::optional(text) : std::nullopt;
-          },
-          true};
+          canonical,
+          true,
+          {},
+          wholly(decimalPattern(max))};
 }
 
 std::string Key::hint(std::string_view text) const { return didYouMean(text, texts(names)); }
@@ -95,51 +127,41 @@ bool Key::isBefore(const Rok::String& a, const Rok::String& b) const {
   return isNumber && a.size() != b.size() ? a.size() < b.size() : a < b;
 }
 
-Schema Schema::scalar(std::string expected, std::function<bool(Value&)> accept,
-                      std::span<const Name> names) {
+Schema Schema::scalar(std::string expected, Scalar scalar) {
   Schema schema(Kind::scalar, std::move(expected));
-  schema.accept_ = std::move(accept);
-  schema.names_ = names;
+  schema.scalar_ = std::move(scalar);
   return schema;
 }
 
 Schema Schema::number(std::uint64_t max) {
-  return scalar("a whole number from 0 to " + std::to_string(max),
-                [max](const Value& value) { return isNumberUpTo(value, max); });
+  return scalar("a whole number from 0 to " + std::to_string(max), {Scalar::Type::number, max});
 }
 
-Schema Schema::real() { return scalar("a number", acceptReal); }
+Schema Schema::real() { return scalar("a number", {Scalar::Type::real}); }
 
-Schema Schema::boolean() {
-  return scalar("true or false", [](const Value& value) { return value.as<bool>() != nullptr; });
-}
+Schema Schema::boolean() { return scalar("true or false", {Scalar::Type::boolean}); }
 
-Schema Schema::text() {
-  return scalar("a string", [](const Value& value) { return value.as<Rok::String>() != nullptr; });
-}
+Schema Schema::text() { return scalar("a string", {Scalar::Type::text}); }
 
 Schema Schema::named(std::string_view what, std::span<const Name> names) {
-  const auto accept = [names](Value& value) { return acceptNamed(value, names); };
-  return scalar(choices(what, names), accept, names);
+  return scalar(choices(what, names), {Scalar::Type::number, largestByte, names, true});
 }
 
 Schema Schema::nameOrNumber(std::string_view what, std::span<const Name> names) {
-  const auto accept = [names](Value& value) {
-    const auto* text = value.as<Rok::String>();
-    const bool isDecimal = text != nullptr && decimal(*text, largestByte);
-    return !isDecimal && acceptNamed(value, names);
-  };
-  return scalar(choices(what, names), accept, names);
+  return scalar(choices(what, names), {Scalar::Type::number, largestByte, names});
 }
 
 Schema Schema::exactly(const Schema& schema, Value value, std::string expected) {
-  const auto accept = [schema, only = std::move(value)](Value& given) {
-    Value canonical = given;
-    const bool isIt = schema.accept(canonical) && canonical == only;
-    if (isIt) given = std::move(canonical);
-    return isIt;
-  };
-  return scalar(std::move(expected), accept, schema.names_);
+  Schema one = scalar(std::move(expected), schema.scalar_);
+  one.scalar_.only = std::move(value);
+  return one;
+}
+
+bool Schema::accept(Value& value) const {
+  std::optional<Value> found = canonical(value, scalar_);
+  if (!found || (scalar_.only && !(*found == *scalar_.only))) return false;
+  value = std::move(*found);
+  return true;
 }
 
 Schema Schema::set(Schema element) {
@@ -187,7 +209,7 @@ Schema Schema::whole() const {
   return schema;
 }
 
-const Name* Schema::nameOf(std::uint64_t number) const { return nameIn(names_, number); }
+const Name* Schema::nameOf(std::uint64_t number) const { return nameIn(scalar_.names, number); }
 
 const Schema::Member* Schema::member(std::string_view name) const {
   for (const Member& member : *members_) {
@@ -197,7 +219,7 @@ const Schema::Member* Schema::member(std::string_view name) const {
 }
 
 std::vector<std::string_view> Schema::names() const {
-  if (kind_ != Kind::record) return texts(names_);
+  if (kind_ != Kind::record) return texts(scalar_.names);
   std::vector<std::string_view> members;
   for (const Member& member : *members_) members.push_back(member.name);
   return members;

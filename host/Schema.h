@@ -33,6 +33,9 @@ struct Key {
   std::function<std::optional<Rok::String>(const Rok::String&)> canonical;
   bool isNumber = false;             // canonical ones are decimals
   std::span<const Name> names = {};  // of numbers
+  // A regular expression that finds something in the keys and in no other text, as ECMAScript and
+  // Python read it. Empty where any text is a key.
+  std::string pattern = {};
 
   // What a message adds about a text that is no such key: the name that was probably meant.
   std::string hint(std::string_view text) const;
@@ -46,6 +49,16 @@ struct Key {
   static Key named(std::string_view what, std::span<const Name> names);
   // The canonical decimal of a number from 0 to `max`.
   static Key number(std::string_view what, std::uint64_t max);
+};
+
+// What a scalar may be.
+struct Scalar {
+  enum class Type { number, real, boolean, text };
+  Type type;
+  std::uint64_t max = 0;                     // of a number
+  std::span<const Name> names = {};          // texts that stand for numbers
+  bool isDecimalTaken = false;               // as a text
+  std::optional<Value> only = std::nullopt;  // no other value
 };
 
 class Schema {
@@ -92,8 +105,9 @@ class Schema {
   // record all.
   std::string hint(std::string_view name) const;
 
+  const Scalar& scalar() const { return scalar_; }
   // Makes a scalar canonical. False for a value that can't stand here; it stays as it is.
-  bool accept(Value& value) const { return accept_(value); }
+  bool accept(Value& value) const;
   // The text that a document uses for a number here; null when it has none.
   const Name* nameOf(std::uint64_t number) const;
   // Of a set, a list or a collection.
@@ -115,15 +129,13 @@ class Schema {
 
  private:
   Schema(Kind kind, std::string expected) : kind_(kind), expected_(std::move(expected)) {}
-  static Schema scalar(std::string expected, std::function<bool(Value&)> accept,
-                       std::span<const Name> names = {});
+  static Schema scalar(std::string expected, Scalar scalar);
 
   Kind kind_;
   bool mayBeNull_ = false;
   bool isWhole_ = false;
   std::string expected_;
-  std::function<bool(Value&)> accept_;
-  std::span<const Name> names_;  // of numbers
+  Scalar scalar_{};
   std::shared_ptr<const Schema> element_;
   std::shared_ptr<const Key> key_;
   std::shared_ptr<const std::vector<Member>> members_;

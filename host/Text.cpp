@@ -129,6 +129,25 @@ std::optional<std::uint64_t> decimal(std::string_view text, std::uint64_t max) {
   return number;
 }
 
+std::string decimalPattern(std::uint64_t max) {
+  const std::string digits = std::to_string(max);
+  const std::size_t count = digits.size();
+  const auto times = [](std::size_t n) { return n > 1 ? '{' + std::to_string(n) + '}' : ""; };
+  const auto any = [&](std::size_t n) { return n > 0 ? "[0-9]" + times(n) : ""; };
+  std::string pattern = digits;
+  // Of as many digits: the same up to one of them, which is smaller, and any behind it.
+  for (std::size_t i = 0; i < count; ++i) {
+    const char least = i == 0 && count > 1 ? '1' : '0';
+    const char most = static_cast<char>(digits[i] - 1);
+    if (most < least) continue;
+    pattern += '|' + digits.substr(0, i) + '[' + least + '-' + most + ']' + any(count - 1 - i);
+  }
+  // Of fewer.
+  if (count > 1) pattern += "|0";
+  for (std::size_t i = 1; i < count; ++i) pattern += "|[1-9]" + any(i - 1);
+  return pattern;
+}
+
 std::string shown(std::string_view text) {
   if (text.size() <= longText) return escaped(text, text.size());
   return escaped(text, shortened) + printed("...(%zu bytes)", text.size());

@@ -25,6 +25,9 @@ std::size_t plainPrefix(std::string_view text);
 // The number that a canonical decimal stands for: no sign, no leading zero, at most `max`.
 std::optional<std::uint64_t> decimal(std::string_view text, std::uint64_t max);
 
+// A regular expression for the same texts.
+std::string decimalPattern(std::uint64_t max);
+
 // A text for a message. It stays one short line whatever it holds: control characters and others
 // that would move the cursor or reverse the line, and bytes that are not UTF-8, are escaped, and
 // a long text is cut and says how long it is.

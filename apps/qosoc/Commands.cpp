@@ -13,10 +13,7 @@ constexpr Option helpOption{.name = "--help", .shortName = "-h", .help = "print 
 namespace {
 
 constexpr const Command* all[] = {
-    &translateCommand,
-    &checkCommand,
-    &diffCommand,
-    &helpCommand,
+    &translateCommand, &checkCommand, &diffCommand, &schemaCommand, &helpCommand,
 };
 
 constexpr Option ofTheProgram[] = {

@@ -12,6 +12,7 @@ namespace qosoc {
 extern const Command translateCommand;
 extern const Command checkCommand;
 extern const Command diffCommand;
+extern const Command schemaCommand;
 extern const Command helpCommand;
 
 // All of them, in the order in which the help names them.

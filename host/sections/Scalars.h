@@ -136,13 +136,15 @@ struct KeyForm<T> : NumberKeyForm<T> {
   static Key key() { return Key::named(Names<T>::what, Names<T>::names); }
 };
 
-// A key of a syntax of its own: `parse` takes a text apart, `expected` names it.
+// A key of a syntax of its own: `parse` takes a text apart, `expected` names it, and `pattern()` finds
+// it.
 template <class T>
 struct ParsedKeyForm {
   static Key key() {
-    return {KeyForm<T>::expected, [](const Rok::String& text) {
-              return KeyForm<T>::parse(text) ? std::optional(text) : std::nullopt;
-            }};
+    const auto canonical = [](const Rok::String& text) {
+      return KeyForm<T>::parse(text) ? std::optional(text) : std::nullopt;
+    };
+    return {KeyForm<T>::expected, canonical, false, {}, KeyForm<T>::pattern()};
   }
   static T native(std::string_view text) { return *KeyForm<T>::parse(text); }
 };

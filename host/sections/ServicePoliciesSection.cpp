@@ -8,6 +8,7 @@ struct KeyForm<Qos::ServicePolicyKey> : ParsedKeyForm<Qos::ServicePolicyKey> {
   static constexpr const char* expected =
       "a service policy: a tag from 0 to 65535, a colon and the name of a policy map";
 
+  static std::string pattern() { return "^(?:" + decimalPattern(65535) + "):"; }
   // The first colon ends the tag: a policy map's name may hold colons, and may be empty.
   static std::optional<Qos::ServicePolicyKey> parse(std::string_view text) {
     const std::size_t colon = text.find(':');

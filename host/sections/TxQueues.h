@@ -14,6 +14,7 @@ template <>
 struct KeyForm<Qos::TxQueue> : ParsedKeyForm<Qos::TxQueue> {
   static constexpr const char* expected = "a tx queue: uc-N or mc-N, N from 0 to 255";
 
+  static std::string pattern() { return "^[um]c-(?:" + decimalPattern(255) + ")$(?!\\n)"; }
   static std::optional<Qos::TxQueue> parse(std::string_view text) {
     const bool isMulticast = text.starts_with("mc-");
     if (!isMulticast && !text.starts_with("uc-")) return std::nullopt;

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <regex>
+
 namespace host::textTest {
 namespace {
 
@@ -31,6 +33,24 @@ TEST(Text, IsADecimalOnlyInCanonicalFormAndInRange) {
                            "99999999999999999999999"}) {
     EXPECT_EQ(decimal(text, 255), std::nullopt) << text;
   }
+}
+
+TEST(Text, HasAPatternOfItsDecimals) {
+  for (const std::uint64_t max : {0u, 7u, 9u, 10u, 19u, 99u, 100u, 255u, 256u, 1090u}) {
+    const std::regex pattern(decimalPattern(max));
+    for (std::uint64_t n = 0; n < 1200; ++n) {
+      EXPECT_EQ(std::regex_match(std::to_string(n), pattern), n <= max) << max;
+    }
+    for (const char* text : {"", "00", "01", "+1", "1.0", " 1", "1a", "99999999999"}) {
+      EXPECT_FALSE(std::regex_match(text, pattern)) << max << ' ' << text;
+    }
+  }
+  const std::regex all(decimalPattern(4294967295));
+  EXPECT_TRUE(std::regex_match("4294967295", all));
+  EXPECT_TRUE(std::regex_match("4294967289", all));
+  EXPECT_TRUE(std::regex_match("999999999", all));
+  EXPECT_FALSE(std::regex_match("4294967296", all));
+  EXPECT_FALSE(std::regex_match("5000000000", all));
 }
 
 TEST(Text, IsShownWithoutCharactersThatMoveTheCursor) {

@@ -1,0 +1,43 @@
+#include "Arguments.h"
+#include "Commands.h"
+#include "StandardOutput.h"
+#include "host/JsonSchema.h"
+
+namespace qosoc {
+namespace {
+
+int run(const Arguments& /*arguments*/) {
+  print(host::nativeJsonSchema());
+  return done;
+}
+
+constexpr std::string_view synopsis[] = {""};
+constexpr ExitCode exitCodes[] = {
+    {done, "all done"},
+    {nothingDone, "bad usage, or the output could not be written"},
+};
+
+}  // namespace
+
+constinit const Command schemaCommand{
+    .name = "schema",
+    .summary = "print the JSON Schema of the native document",
+    .synopsis = synopsis,
+    .about = R"(
+Prints a JSON Schema, draft 2020-12, of the native document, for editors and other validators. It is made
+from the table by which this program reads the document, and refuses what `check` refuses for its shape,
+but for what no such schema can see: a member that is there twice, a name beside its number (`qos` and
+`1`), and a whole number that is written as 40.0.
+)",
+    .operands = {},
+    .options = {},
+    .example = R"(
+  $ qosoc schema > native.schema.json
+  $ jsonschema -i router.json native.schema.json
+  256: 256 is greater than the maximum of 255
+)",
+    .exitCodes = exitCodes,
+    .run = run,
+};
+
+}  // namespace qosoc

@@ -1,0 +1,14 @@
+// The native document's schema in the standard form, for editors and other validators.
+#pragma once
+
+#include <string>
+
+namespace host {
+
+// A JSON Schema, draft 2020-12, of the native document, made from the table by which this program
+// reads it. It accepts what the reader takes, and refuses what it refuses for its shape, but for
+// what no such schema can see: a member that is there twice, a name beside its number, and a whole
+// number that is written with a fraction of zero.
+std::string nativeJsonSchema();
+
+}  // namespace host
