@@ -24,7 +24,7 @@
 #include <vector>
 
 #include "host/Fault.h"
-#include "host/Sections.h"
+#include "host/NativeReader.h"
 #include "support/Check.h"
 #include "support/DocumentCosts.h"
 #include "support/NativeDocument.h"

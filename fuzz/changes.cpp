@@ -11,6 +11,7 @@
 #include "Fuzz.h"
 #include "host/CommentFaults.h"
 #include "host/Fault.h"
+#include "host/NativeReader.h"
 #include "host/NativeWriter.h"
 #include "host/Sections.h"
 #include "tests/days/Device.h"

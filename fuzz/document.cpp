@@ -2,6 +2,7 @@
 // document, once written, mounts the same one and is written the same again.
 #include "Fuzz.h"
 #include "host/Fault.h"
+#include "host/NativeReader.h"
 #include "host/NativeWriter.h"
 #include "host/Sections.h"
 

@@ -1,8 +1,8 @@
 #include "host/LeavesOfText.h"
 
 #include "host/CommentFaults.h"
+#include "host/NativeReader.h"
 #include "host/Roots.h"
-#include "host/Sections.h"
 #include "host/Text.h"
 #include "host/openconfig/DocumentReader.h"
 #include "host/openconfig/Leaves.h"

@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <stdexcept>
 
-#include "host/JsonText.h"
-
 namespace host {
 
 Section classMapsSection();
@@ -102,18 +100,6 @@ std::unique_ptr<Place> nativePlace(const Native& native) {
 
 std::unique_ptr<EntrySink> nativeSink(const Native& native) {
   return std::make_unique<NativeSink>(native);
-}
-
-void readNative(const std::string& path, const Native& native) {
-  NativeSink sink(native);
-  SchemaReader reader(nativeSchema(), &sink);
-  readJsonFile(path, reader);
-}
-
-void readNativeText(std::string_view text, const Native& native) {
-  NativeSink sink(native);
-  SchemaReader reader(nativeSchema(), &sink);
-  readJsonText(text, reader);
 }
 
 }  // namespace host

@@ -31,9 +31,4 @@ std::unique_ptr<Place> nativePlace(const Native& native);
 // Mounts what is read by the schema of a native document, as it is read. `native` must outlive it.
 std::unique_ptr<EntrySink> nativeSink(const Native& native);
 
-// Mounts a native document. Requires: nothing but the mounted entries is there.
-// Throws: Refusal; then part of the document may be mounted.
-void readNative(const std::string& path, const Native& native);
-void readNativeText(std::string_view text, const Native& native);
-
 }  // namespace host

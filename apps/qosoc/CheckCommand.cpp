@@ -3,7 +3,7 @@
 #include "Input.h"
 #include "Messages.h"
 #include "host/CommentFaults.h"
-#include "host/Sections.h"
+#include "host/NativeReader.h"
 #include "host/Text.h"
 
 namespace qosoc {

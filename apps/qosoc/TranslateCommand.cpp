@@ -11,11 +11,11 @@
 #include "host/Changes.h"
 #include "host/CommentFaults.h"
 #include "host/ModelReader.h"
+#include "host/NativeReader.h"
 #include "host/NativeWriter.h"
 #include "host/Nearest.h"
 #include "host/Roots.h"
 #include "host/SavedState.h"
-#include "host/Sections.h"
 #include "host/Text.h"
 
 namespace qosoc {

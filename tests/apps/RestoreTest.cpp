@@ -6,6 +6,7 @@
 #include <sstream>
 
 #include "Paths.h"
+#include "host/NativeReader.h"
 #include "host/Sections.h"
 #include "tests/support/HostProgram.h"
 

@@ -1,5 +1,6 @@
 #include "tests/days/Device.h"
 
+#include "host/NativeReader.h"
 #include "host/Roots.h"
 #include "host/Sections.h"
 #include "tests/support/WalkOrder.h"

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "host/Roots.h"
+#include "host/Sections.h"
 #include "tests/support/HostDevice.h"
 
 namespace host::nativeWriterTest {

@@ -5,6 +5,7 @@
 #include "host/ModelWriter.h"
 #include "host/NativeWriter.h"
 #include "host/Roots.h"
+#include "host/Sections.h"
 #include "tests/support/HostDevice.h"
 
 namespace host::savedStateTest {

@@ -7,7 +7,7 @@
 
 #include "host/Changes.h"
 #include "host/Native.h"
-#include "host/Sections.h"
+#include "host/NativeReader.h"
 #include "tests/support/HostListener.h"
 
 namespace support {

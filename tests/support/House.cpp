@@ -3,7 +3,7 @@
 #include <sstream>
 
 #include "host/ModelWriter.h"
-#include "host/Sections.h"
+#include "host/NativeReader.h"
 
 namespace support {
 
