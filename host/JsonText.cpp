@@ -36,7 +36,11 @@ void readJsonFile(const std::string& path, SchemaReader& reader) {
   errno = 0;
   const std::unique_ptr<std::FILE, CloseFile> file(std::fopen(path.c_str(), "rb"));
   if (!file) throwUnreadable(errno);
-  JsonStream stream(file.get());
+  readJsonFile(file.get(), reader);
+}
+
+void readJsonFile(std::FILE* file, SchemaReader& reader) {
+  JsonStream stream(file);
   read(stream, reader);
 }
 

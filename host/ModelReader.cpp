@@ -53,6 +53,12 @@ void readModel(const std::string& path, const Model& model) {
   readJsonFile(path, reader);
 }
 
+void readModel(std::FILE* file, const Model& model) {
+  ModelSink sink(model);
+  SchemaReader reader(modelSchema(), &sink);
+  readJsonFile(file, reader);
+}
+
 void readModelText(std::string_view text, const Model& model) {
   ModelSink sink(model);
   SchemaReader reader(modelSchema(), &sink);

@@ -1,6 +1,7 @@
 // Reads the output model of an earlier run, in the format that ModelWriter.h writes.
 #pragma once
 
+#include <cstdio>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -20,6 +21,7 @@ std::unique_ptr<EntrySink> modelSink(const Model& model);
 // Reads a model into an empty one. Members may be left out; they are then absent or default.
 // Throws: Refusal; then part of the model may be read.
 void readModel(const std::string& path, const Model& model);
+void readModel(std::FILE* file, const Model& model);  // that is open, and stays so
 void readModelText(std::string_view text, const Model& model);
 
 }  // namespace host

@@ -11,6 +11,12 @@ void readNative(const std::string& path, const Native& native) {
   readJsonFile(path, reader);
 }
 
+void readNative(std::FILE* file, const Native& native) {
+  const std::unique_ptr<EntrySink> sink = nativeSink(native);
+  SchemaReader reader(nativeSchema(), sink.get());
+  readJsonFile(file, reader);
+}
+
 void readNativeText(std::string_view text, const Native& native) {
   const std::unique_ptr<EntrySink> sink = nativeSink(native);
   SchemaReader reader(nativeSchema(), sink.get());

@@ -109,6 +109,9 @@ void readSavedState(const std::string& path, const Native& native, const Model& 
   readSaved(native, model, [&](SchemaReader& reader) { readJsonFile(path, reader); });
 }
 
+void readSavedState(std::FILE* file, const Native& native, const Model& model) {
+  readSaved(native, model, [&](SchemaReader& reader) { readJsonFile(file, reader); });
+}
 void readSavedStateText(std::string_view text, const Native& native, const Model& model) {
   readSaved(native, model, [&](SchemaReader& reader) { readJsonText(text, reader); });
 }

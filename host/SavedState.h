@@ -6,6 +6,7 @@
 // The number is the version of this form.
 #pragma once
 
+#include <cstdio>
 #include <string>
 #include <string_view>
 
@@ -22,6 +23,7 @@ std::string savedStateJson(const Native& native, const Model& model, Layout layo
 // Mounts a saved state. Requires: nothing but the mounted entries is there, and an empty model.
 // Throws: Refusal; then part of the state may be mounted.
 void readSavedState(const std::string& path, const Native& native, const Model& model);
+void readSavedState(std::FILE* file, const Native& native, const Model& model);  // that is open
 void readSavedStateText(std::string_view text, const Native& native, const Model& model);
 
 }  // namespace host

@@ -12,14 +12,14 @@ namespace {
 int run(const Arguments& arguments) {
   const host::Native native;
   const std::string file = *arguments.operand();
-  readFile(file, [&](const std::string& path) { host::readNative(path, native); });
+  readFile(file, [&](std::FILE* stream) { host::readNative(stream, native); });
   const auto faults = host::commentFaults(native);
   for (const std::string& line : faults) tell("qosoc: " + host::shown(file) + ": " + line);
   return faults.empty() ? done : doneWithReports;
 }
 
 constexpr std::string_view synopsis[] = {"NATIVE.json"};
-constexpr Operand operands[] = {{.name = "NATIVE.json"}};
+constexpr Operand operands[] = {{.name = "NATIVE.json", .kind = Kind::fileOrDash}};
 constexpr ExitCode exitCodes[] = {
     {done, "the document is valid"},
     {doneWithReports, "it is, but not all of its comments can be translated"},
@@ -33,7 +33,7 @@ constinit const Command checkCommand{
     .summary = "say what is wrong with a native document",
     .synopsis = synopsis,
     .about = R"(
-Reads a native document and says what is wrong with it, if anything is. Says nothing when all is well.
+Reads a native document, from standard input as `-`, and says what is wrong with it, if anything is. Says nothing when all is well.
 A comment under MetaData-OpenConfig with a value of the wrong type is legal in a document, and ends the
 program that translates it: such comments are named too.
 )",

@@ -1,41 +1,43 @@
 #include "Input.h"
 
 #include <sys/types.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <cstring>
 
+#include "InputFile.h"
+
 namespace qosoc {
-namespace {
-
-[[noreturn]] void throwUnreadable(const std::string& path, int error) {
-  throw InputError(path,
-                   host::Refusal({"", std::string("cannot be read: ") + std::strerror(error)}));
-}
-
-}  // namespace
 
 InputError::InputError(const std::string& file, const host::Refusal& refusal)
     : std::runtime_error(refusal.what()) {
   for (const host::Fault& fault : refusal.faults()) lines_.push_back(fault.inFile(file));
 }
 
+void throwUnreadable(const std::string& file, int error) {
+  throw InputError(file,
+                   host::Refusal({"", std::string("cannot be read: ") + std::strerror(error)}));
+}
+
+void readFile(const std::string& path, const std::function<void(std::FILE*)>& read) {
+  const InputFile file(path);
+  try {
+    read(file.stream());
+  } catch (const host::Refusal& refusal) {
+    throw InputError(path, refusal);
+  }
+}
+
 std::string wholeText(const std::string& path) {
-  struct Close {
-    void operator()(std::FILE* file) const {
-      if (file != stdin) std::fclose(file);
-    }
-  };
-  const std::unique_ptr<std::FILE, Close> file(path == "-" ? stdin
-                                                           : std::fopen(path.c_str(), "rb"));
-  if (!file) throwUnreadable(path, errno);
+  const InputFile file(path);
   std::string text;
   for (std::size_t size = 0, more = 1; more > 0; size += more) {
     text.resize(std::max<std::size_t>(2 * size, 65536));
-    more = std::fread(text.data() + size, 1, text.size() - size, file.get());
+    more = std::fread(text.data() + size, 1, text.size() - size, file.stream());
     if (more == 0) text.resize(size);
   }
-  if (std::ferror(file.get()) != 0) throwUnreadable(path, errno);
+  if (std::ferror(file.stream()) != 0) throwUnreadable(path, errno);
   return text;
 }
 
@@ -60,6 +62,8 @@ std::optional<std::string_view> Lines::next() {
   if (text.ends_with('\n')) text.remove_suffix(1);
   return text;
 }
+
+bool Lines::areTyped() const { return ::isatty(::fileno(file_.get())) == 1; }
 
 void Lines::checkReadable() const {
   if (std::ferror(file_.get()) != 0) throwUnreadable(path_, errno);

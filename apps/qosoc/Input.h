@@ -3,6 +3,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <stdexcept>
@@ -25,15 +26,11 @@ class InputError : public std::runtime_error {
   std::vector<std::string> lines_;
 };
 
-// Runs `read(path)`. Throws: InputError for a Refusal that leaves it.
-template <class Read>
-void readFile(const std::string& path, const Read& read) {
-  try {
-    read(path);
-  } catch (const host::Refusal& refusal) {
-    throw InputError(path, refusal);
-  }
-}
+[[noreturn]] void throwUnreadable(const std::string& file, int error);
+
+// Runs `read` over the open file, or over standard input as "-".
+// Throws: InputError, also for a Refusal that leaves it.
+void readFile(const std::string& path, const std::function<void(std::FILE*)>& read);
 
 // A whole file, or standard input as "-". Throws: InputError.
 std::string wholeText(const std::string& path);
@@ -47,6 +44,8 @@ class Lines {
   // The next line, without its end; nothing behind the last one. It stands until the next call.
   // Throws: InputError.
   std::optional<std::string_view> next();
+  // Whether the lines are typed.
+  bool areTyped() const;
 
  private:
   void checkReadable() const;

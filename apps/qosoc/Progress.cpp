@@ -42,7 +42,9 @@ bool Progress::isDue() {
 }
 
 void Progress::show(const std::string& text) {
-  write_("\r\033[K" + text);
+  // The cursor goes back to its beginning: what a foreign hand writes, as an assertion that fails
+  // does, covers it.
+  write_("\r\033[K" + text + '\r');
   isThere_ = true;
 }
 

@@ -7,6 +7,7 @@
 #include "Messages.h"
 #include "Output.h"
 #include "Printer.h"
+#include "Progress.h"
 #include "Rok/Rok.h"
 #include "host/Changes.h"
 #include "host/CommentFaults.h"
@@ -99,6 +100,7 @@ struct Request {
     nativeOut = file("--native-out");
     save = file("--save");
     checkFilesDiffer();
+    checkInputsDiffer();
   }
 
   // Throws: UsageError when two options name one file.
@@ -111,6 +113,19 @@ struct Request {
         if (!file || !otherFile || !file->isSameAs(*otherFile)) continue;
         throw UsageError(std::string(other) + " and " + option + " name the same file");
       }
+    }
+  }
+
+  // Throws: UsageError when two inputs are standard input.
+  void checkInputsDiffer() const {
+    std::string first;
+    for (const auto& [name, file] :
+         {std::pair("NATIVE.json", std::optional(native)), std::pair("--restore", restore),
+          std::pair("--initial", initial), std::pair("--changes", changes)}) {
+      if (file != "-") continue;
+      if (!first.empty())
+        throw UsageError("standard input is " + first + " or " + name + ", not both");
+      first = name;
     }
   }
 
@@ -131,12 +146,12 @@ class Translation {
   explicit Translation(const Request& request) : request_(request) {
     if (request.restore) {
       readFile(*request.restore,
-               [&](const std::string& path) { host::readSavedState(path, native_, model_); });
+               [&](std::FILE* file) { host::readSavedState(file, native_, model_); });
       return;
     }
-    readFile(request.native, [this](const std::string& path) { readDocument(path); });
+    readFile(request.native, [this](std::FILE* file) { readDocument(file); });
     if (!request.initial) return;
-    readFile(*request.initial, [&](const std::string& path) { host::readModel(path, model_); });
+    readFile(*request.initial, [&](std::FILE* file) { host::readModel(file, model_); });
   }
 
   int run() {
@@ -159,10 +174,14 @@ class Translation {
   void apply(Lines& lines) {
     host::Changes changes(native_, [this](const std::string& line) { report(line); });
     using Outcome = host::Changes::Outcome;
+    // Trace lines go to the terminal past the line of progress.
+    progress().begin(!lines.areTyped() && request_.levels.empty());
     for (std::uint64_t number = 1; const auto line = lines.next(); ++number) {
       const Outcome outcome = changes.line(*line);
       if (outcome != Outcome::blank) request_.printer->line(number, outcome == Outcome::refused);
+      progress().step([&] { return "change lines: " + std::to_string(number); });
     }
+    progress().end();
   }
 
   // Before the model is printed: a reader that goes away in the middle of it ends the program.
@@ -183,9 +202,9 @@ class Translation {
     }
   }
 
-  void readDocument(const std::string& path) {
+  void readDocument(std::FILE* file) {
     try {
-      host::readNative(path, native_);
+      host::readNative(file, native_);
     } catch (const host::Refusal& refusal) {
       const host::Fault& first = refusal.faults().front();
       if (first.place() != "/qosoc-save") throw;
@@ -210,7 +229,8 @@ int run(const Arguments& arguments) {
 }
 
 constexpr std::string_view synopsis[] = {"NATIVE.json [OPTIONS]", "--restore FILE [OPTIONS]"};
-constexpr Operand operands[] = {{.name = "NATIVE.json", .isOptional = true}};
+constexpr Operand operands[] = {
+    {.name = "NATIVE.json", .kind = Kind::fileOrDash, .isOptional = true}};
 
 constexpr Option options[] = {
     {.name = "--changes",
@@ -239,7 +259,7 @@ constexpr Option options[] = {
     outputOption,
     {.name = "--initial",
      .value = "FILE",
-     .kind = Kind::file,
+     .kind = Kind::fileOrDash,
      .help = "start from the model of an earlier life, in the format `model`; what the native side "
              "no longer stands for is swept out of it"},
     {.name = "--native-out",
@@ -252,7 +272,7 @@ constexpr Option options[] = {
      .help = "write the native document and the model to a file, as they stand in the end"},
     {.name = "--restore",
      .value = "FILE",
-     .kind = Kind::file,
+     .kind = Kind::fileOrDash,
      .help = "go on from what --save wrote, as from NATIVE.json and --initial, in their place"},
     {.name = "--roots",
      .value = "NAME,...",
@@ -286,7 +306,7 @@ constinit const Command translateCommand{
     .summary = "print the model, also after each of a stream of changes",
     .synopsis = synopsis,
     .about = R"(
-Reads a native QoS configuration, translates it, and prints the OpenConfig QoS model that comes of it.
+Reads a native QoS configuration, from standard input as `-`, translates it, and prints the OpenConfig QoS model that comes of it.
 Then each change of the native side changes only what it concerns.
 )",
     .operands = operands,

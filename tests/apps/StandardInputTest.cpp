@@ -1,0 +1,86 @@
+// "-" in the place of a file is standard input, once.
+#include <gtest/gtest.h>
+
+#include "Paths.h"
+#include "tests/support/HostProgram.h"
+
+namespace standardInputTest {
+namespace {
+
+using support::HostFolder;
+using support::HostRun;
+using support::hostRun;
+
+constexpr const char* native = R"({"queue-names": {"EF": 3}})";
+
+HostRun qosoc(const std::vector<std::string>& words, const std::string& in) {
+  std::vector<std::string> command{paths::qosoc};
+  command.insert(command.end(), words.begin(), words.end());
+  return hostRun(command, {in});
+}
+
+// What translate prints without it.
+std::string translated(const std::vector<std::string>& options = {}) {
+  const HostFolder folder;
+  std::vector<std::string> words{"translate", folder.file("native.json", native)};
+  words.insert(words.end(), options.begin(), options.end());
+  return qosoc(words, "").out;
+}
+
+TEST(StandardInput, IsTheNativeDocument) {
+  const HostRun run = qosoc({"translate", "-"}, native);
+  EXPECT_EQ(run.exit, 0);
+  EXPECT_EQ(run.err, "");
+  EXPECT_EQ(run.out, translated());
+  EXPECT_EQ(qosoc({"check", "-"}, native).exit, 0);
+}
+
+TEST(StandardInput, ComesFromAPipeAsWell) {
+  const HostRun run =
+      hostRun({"bash", "-c", R"(printf %s "$1" | "$0" translate -)", paths::qosoc, native});
+  EXPECT_EQ(run.out, translated());
+}
+
+TEST(StandardInput, IsASavedStateOrAnInitialModel) {
+  const HostFolder folder;
+  const std::string file = folder.file("native.json", native);
+  const std::string state = folder.path("state.json");
+  ASSERT_EQ(qosoc({"translate", file, "--save", state}, "").exit, 0);
+  EXPECT_EQ(qosoc({"translate", "--restore", "-"}, support::hostText(state)).out, translated());
+  const std::string model = R"({"queues": {"Ethernet1-unicast-3": {}}})";
+  EXPECT_EQ(
+      qosoc({"translate", file, "--initial=-", "--format=model", "--roots=acl"}, model).out,
+      translated({"--initial", folder.file("model.json", model), "--format=model", "--roots=acl"}));
+}
+
+TEST(StandardInput, IsNamedByItsDashWhenItIsRefused) {
+  for (const char* command : {"check", "translate"}) {
+    const HostRun run = qosoc({command, "-"}, R"({"queue-names": {"EF": 256}})");
+    EXPECT_EQ(run.exit, 2);
+    EXPECT_EQ(run.out, "");
+    EXPECT_EQ(run.err,
+              "qosoc: -:1:24: /queue-names/EF: expected a whole number from 0 to 255, not 256\n");
+  }
+}
+
+TEST(StandardInput, IsOneOfTheInputs) {
+  const auto expectRefused = [](const std::vector<std::string>& words, const std::string& both) {
+    const HostRun run = qosoc(words, native);
+    EXPECT_EQ(run.exit, 2);
+    EXPECT_EQ(run.out, "");
+    EXPECT_EQ(run.err,
+              "qosoc: standard input is " + both + ", not both (see qosoc translate --help)\n");
+  };
+  expectRefused({"translate", "-", "--changes", "-"}, "NATIVE.json or --changes");
+  expectRefused({"translate", "--restore=-", "--changes=-"}, "--restore or --changes");
+  expectRefused({"translate", "-", "--initial=-"}, "NATIVE.json or --initial");
+}
+
+TEST(StandardInput, ThatIsAFolderCannotBeRead) {
+  const HostRun run = hostRun({"bash", "-c", R"("$0" check - < /)", paths::qosoc});
+  EXPECT_EQ(run.exit, 2);
+  EXPECT_EQ(run.err, "qosoc: -: cannot be read: Is a directory\n");
+}
+
+}  // namespace
+}  // namespace standardInputTest
