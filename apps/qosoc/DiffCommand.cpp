@@ -1,3 +1,5 @@
+#include <unistd.h>
+
 #include "Arguments.h"
 #include "Commands.h"
 #include "Input.h"
@@ -5,6 +7,7 @@
 #include "Output.h"
 #include "Shown.h"
 #include "StandardOutput.h"
+#include "Terminal.h"
 #include "host/LeafDiff.h"
 #include "host/LeavesOfText.h"
 
@@ -23,9 +26,16 @@ host::LeavesOfText leavesOf(const std::string& file, const Shown& shown) {
   return read;
 }
 
-// Hands on the text of a difference.
-void write(const std::vector<host::LeafChange>& changes, const host::TextSink& sink) {
-  for (const host::LeafChange& change : changes) sink(host::changeLine(change) + '\n');
+// Hands on a difference, a line each.
+void write(const std::vector<host::LeafChange>& changes, bool isColoured,
+           const host::TextSink& sink) {
+  for (const host::LeafChange& change : changes) {
+    const std::string line = host::changeLine(change);
+    const Style style = line.starts_with('-')   ? Style::red
+                        : line.starts_with('+') ? Style::green
+                                                : Style::yellow;
+    sink(styled(line, style, isColoured) + '\n');
+  }
 }
 
 int run(const Arguments& arguments) {
@@ -37,8 +47,9 @@ int run(const Arguments& arguments) {
   const host::LeavesOfText after = leavesOf(files[1], shown);
   if (!before.faults.empty() || !after.faults.empty()) return nothingDone;
   const auto changes = host::leafChanges(before.leaves, after.leaves);
+  const bool isColoured = !file && hasColours(STDOUT_FILENO);
   const auto text = [&](const host::TextSink& sink) {
-    if (!arguments.has("--json")) return write(changes, sink);
+    if (!arguments.has("--json")) return write(changes, isColoured, sink);
     sink(host::changesJson(changes, after.leaves, shown.only) + '\n');
   };
   file ? file->write(text) : print(text);
