@@ -8,8 +8,8 @@
 #include "Paths.h"
 #include "host/Changes.h"
 #include "host/Feed.h"
+#include "host/NativeReader.h"
 #include "host/Roots.h"
-#include "host/Sections.h"
 #include "tests/support/HostProgram.h"
 #include "tests/support/Page.h"
 
