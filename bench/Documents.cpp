@@ -29,8 +29,6 @@ Measured measure(std::size_t megabytes) {
 
 }  // namespace
 
-std::size_t documentMegabytes() { return isQuick() ? 10 : 100; }
-
 void documents(Comparisons& comparisons) {
   comparisons.subject("Native document");
   const std::size_t size = documentMegabytes();

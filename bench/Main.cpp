@@ -2,12 +2,17 @@
 // floor.
 //
 //   qosbench [--quick] [--counts FILE] [--report FOLDER] [ARGUMENTS OF THE BENCHMARK LIBRARY]
+//   qosbench [--quick] --figures FILE --report FOLDER
 //
 // --quick: devices of 1,000 and of 100,000 objects alone, and a document of 10 MB.
 // --counts: instructions as instructions.sh writes them, "event size count" a line, for the goals.
-// --report: writes results.md and the data of the plots into a folder.
+// --report: writes results.md, figures.txt and the data of the plots into a folder.
+// --figures: takes the figures of a report, with its date and machine, and measures nothing: for a
+// page that is to be laid out anew.
 #include <benchmark/benchmark.h>
+#include <sys/utsname.h>
 
+#include <ctime>
 #include <fstream>
 #include <iostream>
 #include <sstream>
@@ -17,6 +22,7 @@
 
 #include "support/Check.h"
 #include "support/Comparisons.h"
+#include "support/MedianReporter.h"
 #include "support/Report.h"
 #include "support/Series.h"
 #include "support/Sizes.h"
@@ -26,6 +32,7 @@ namespace {
 
 struct Options {
   std::string counts;
+  std::string figures;
   std::string report;
   std::vector<char*> others;  // the library's
 };
@@ -42,6 +49,8 @@ Options optionsOf(int argc, char** argv) {
       quickIs();
     } else if (word == "--counts" && i + 1 < argc) {
       options.counts = argv[++i];
+    } else if (word == "--figures" && i + 1 < argc) {
+      options.figures = argv[++i];
     } else if (word == "--report" && i + 1 < argc) {
       options.report = argv[++i];
     } else {
@@ -50,6 +59,37 @@ Options optionsOf(int argc, char** argv) {
   }
   return options;
 }
+
+// ===== When and where
+
+std::string today() {
+  const std::time_t now = std::time(nullptr);
+  char text[16];
+  std::strftime(text, sizeof(text), "%Y-%m-%d", std::gmtime(&now));
+  return text;
+}
+
+// "2 x 2.25 GHz x86_64, L2 0.50 MB, L3 32.0 MB".
+std::string machine() {
+  const benchmark::CPUInfo& cpu = benchmark::CPUInfo::Get();
+  std::string result =
+      std::to_string(cpu.num_cpus) + " x " + ratio(cpu.cycles_per_second / 1e9) + " GHz ";
+  utsname system{};
+  if (uname(&system) == 0) result += system.machine;
+  for (const auto& cache : cpu.caches) {
+    if (cache.level < 2) continue;
+    result += ", L" + std::to_string(cache.level) + ' ';
+    result += ratio(static_cast<double>(cache.size) / (1 << 20)) + " MB";
+  }
+  return result;
+}
+
+Origin hereAndNow() {
+  return {isQuick() ? "./dev bench --quick" : "./dev bench", today(),
+          machine() + ", g++ " + __VERSION__};
+}
+
+// ===== Figures
 
 void readCounts(const std::string& path, Figures& figures) {
   std::ifstream file(path);
@@ -61,6 +101,15 @@ void readCounts(const std::string& path, Figures& figures) {
     double count = 0;
     if (words >> event >> size >> count) figures[at("instructions " + event, size)] = count;
   }
+}
+
+// Runs what the library's arguments choose.
+Figures measured(const std::string& counts) {
+  MedianReporter reporter;
+  benchmark::RunSpecifiedBenchmarks(&reporter);
+  Figures figures = reporter.figures();
+  if (!counts.empty()) readCounts(counts, figures);
+  return figures;
 }
 
 // What needs two other figures.
@@ -92,13 +141,17 @@ int main(int argc, char** argv) {
 
   Comparisons comparisons;
   registerAll(comparisons);
-  MedianReporter reporter;
-  benchmark::RunSpecifiedBenchmarks(&reporter);
-  Figures figures = reporter.figures();
-  if (!options.counts.empty()) readCounts(options.counts, figures);
+  Origin origin = hereAndNow();
+  Figures figures;
+  if (options.figures.empty()) {
+    figures = measured(options.counts);
+  } else {
+    std::ifstream file(options.figures);
+    readFigures(file, origin, figures);
+  }
   derive(figures);
   printVerdicts(std::cout, figures);
-  if (!options.report.empty()) writeReport(options.report, comparisons, figures);
+  if (!options.report.empty()) writeReport(options.report, origin, comparisons, figures);
   return 0;
 }
 

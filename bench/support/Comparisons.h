@@ -1,39 +1,13 @@
-// The figures of a run, and which of them belong side by side.
+// Which figures belong side by side, and who measures them.
 #pragma once
 
-#include <benchmark/benchmark.h>
-
-#include <map>
+#include <cstddef>
 #include <string>
 #include <vector>
 
+#include "support/Figures.h"
+
 namespace Bench {
-
-// By the name of a benchmark, "event class-map-add/1000": nanoseconds; by that name and a
-// counter's, "memory of a class map/1000 output bytes": the counter.
-using Figures = std::map<std::string, double>;
-
-// Prints one line a benchmark, the median of its repetitions, and keeps it.
-class MedianReporter final : public benchmark::ConsoleReporter {
- public:
-  MedianReporter() : ConsoleReporter(OO_None) {}
-  void ReportRuns(const std::vector<Run>& runs) override;
-  const Figures& figures() const { return figures_; }
-
- private:
-  Figures figures_;
-};
-
-// The name of a benchmark's figure at a size.
-template <class Size>
-std::string at(const std::string& name, Size size) {
-  return std::string(name).append("/").append(std::to_string(size));
-}
-
-// A figure as people read it; its name gives the unit.
-std::string measure(const std::string& name, double value);
-// A ratio or a limit, with three digits at least.
-std::string ratio(double value);
 
 // Which figures belong side by side, by subject.
 class Comparisons {
@@ -73,7 +47,5 @@ void comments(Comparisons& comparisons);
 void notification(Comparisons& comparisons);
 void hashMap(Comparisons& comparisons);
 void documents(Comparisons& comparisons);
-// The size of the document.
-std::size_t documentMegabytes();
 
 }  // namespace Bench

@@ -7,6 +7,8 @@
 #pragma once
 
 #include <cstddef>
+#include <string>
+#include <vector>
 
 #include "support/ClassMapDevice.h"
 #include "support/ClassificationDevice.h"
@@ -95,6 +97,21 @@ void eachEventKind(Visitor& visitor) {
       "scheduler-bandwidth");
   visitor.template kind<SchedulerDevice, removePolicyComment, readPolicy, nothing>(
       "scheduler-policy-read");
+}
+
+struct KindNames {
+  std::vector<std::string> names;
+  template <class Device, auto before, auto event, auto after>
+  void kind(const std::string& name) {
+    names.push_back(name);
+  }
+};
+
+// The names of all kinds, the floor first.
+inline std::vector<std::string> kindNames() {
+  KindNames kinds;
+  eachEventKind(kinds);
+  return kinds.names;
 }
 
 }  // namespace Bench

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "support/Comparisons.h"
+#include "support/Figures.h"
 
 namespace Bench {
 
@@ -16,6 +16,8 @@ struct Verdict {
   std::string ratio;
   std::string goal;
   bool isMet;
+  std::string excess;  // "1.80 times the goal"; empty when it is met
+  std::string why;     // it isn't met, as far as is known
 };
 
 // In the order of the table. Claims without a figure in this run are left out.

@@ -1,74 +1,28 @@
 #include "support/Report.h"
 
-#include <benchmark/benchmark.h>
-#include <sys/utsname.h>
-
 #include <algorithm>
-#include <ctime>
 #include <fstream>
 #include <iostream>
 #include <vector>
 
 #include "support/Check.h"
 #include "support/EventKinds.h"
+#include "support/Expectations.h"
 #include "support/Goals.h"
 #include "support/Sizes.h"
+#include "support/Table.h"
 
 namespace Bench {
 namespace {
-
-// ===== When and where
-
-std::string today() {
-  const std::time_t now = std::time(nullptr);
-  char text[16];
-  std::strftime(text, sizeof(text), "%Y-%m-%d", std::gmtime(&now));
-  return text;
-}
-
-// "2 x 2.25 GHz x86_64, L2 0.50 MB, L3 32.0 MB".
-std::string machine() {
-  const benchmark::CPUInfo& cpu = benchmark::CPUInfo::Get();
-  std::string result =
-      std::to_string(cpu.num_cpus) + " x " + ratio(cpu.cycles_per_second / 1e9) + " GHz ";
-  utsname system{};
-  if (uname(&system) == 0) result += system.machine;
-  for (const auto& cache : cpu.caches) {
-    if (cache.level < 2) continue;
-    result += ", L" + std::to_string(cache.level) + ' ';
-    result += ratio(static_cast<double>(cache.size) / (1 << 20)) + " MB";
-  }
-  return result;
-}
-
-// ===== Texts
-
-std::string grouped(std::size_t number) {
-  std::string text = std::to_string(number);
-  for (std::size_t at = text.size(); at > 3; at -= 3) text.insert(at - 3, 1, ',');
-  return text;
-}
 
 std::string padded(std::string text, std::size_t width) {
   text.resize(std::max(width, text.size()), ' ');
   return text;
 }
 
-void row(std::ostream& out, const std::vector<std::string>& cells) {
-  for (const std::string& cell : cells) out << "| " << cell << ' ';
-  out << "|\n";
-}
-
 void heading(std::ostream& out, const std::string& title, const std::vector<std::string>& columns) {
   out << "\n## " << title << "\n\n";
-  row(out, columns);
-  for (std::size_t i = 0; i < columns.size(); ++i) out << "|---";
-  out << "|\n";
-}
-
-const double* find(const Figures& figures, const std::string& name) {
-  const auto found = figures.find(name);
-  return found != figures.end() ? &found->second : nullptr;
+  head(out, columns);
 }
 
 std::string cell(const Figures& figures, const std::string& name) {
@@ -77,28 +31,6 @@ std::string cell(const Figures& figures, const std::string& name) {
 }
 
 // ===== Tables
-
-void goalsTable(std::ostream& out, const Figures& figures) {
-  heading(out, "Goals", {"", "worst figure", "beside", "ratio", "goal", ""});
-  for (const Verdict& one : verdicts(figures)) {
-    row(out,
-        {one.what, one.own, one.rival, one.ratio, one.goal, one.isMet ? "met" : "**not met**"});
-  }
-}
-
-// The names of all kinds of events, the floor first.
-struct KindNames {
-  std::vector<std::string> names;
-  template <class Device, auto before, auto event, auto after>
-  void kind(const std::string& name) {
-    names.push_back(name);
-  }
-};
-std::vector<std::string> kindNames() {
-  KindNames kinds;
-  eachEventKind(kinds);
-  return kinds.names;
-}
 
 // A row for each kind of event, a column for each size.
 template <class Cell>
@@ -110,7 +42,7 @@ void eventTable(std::ostream& out, const std::string& title,
   for (const std::string& kind : kindNames()) {
     std::vector<std::string> cells = {kind};
     for (const std::size_t size : columns) cells.push_back(cellOf(kind, size));
-    row(out, cells);
+    line(out, cells);
   }
 }
 
@@ -150,12 +82,35 @@ void instructionsTable(std::ostream& out, const Figures& figures) {
 
 void subjectTable(std::ostream& out, const Comparisons::Subject& subject, const Figures& figures) {
   heading(out, subject.title, {"", "", "beside", "", "ratio"});
-  for (const Comparisons::Line& line : subject.lines) {
-    const double* own = find(figures, line.figure);
+  for (const Comparisons::Line& one : subject.lines) {
+    const double* own = find(figures, one.figure);
     if (own == nullptr) continue;
-    const double* other = find(figures, line.against);
-    row(out, {line.figure, measure(line.figure, *own), other != nullptr ? line.against : "",
-              cell(figures, line.against), other != nullptr ? ratio(*own / *other) : ""});
+    const double* other = find(figures, one.against);
+    line(out, {one.figure, measure(one.figure, *own), other != nullptr ? one.against : "",
+               cell(figures, one.against), other != nullptr ? ratio(*own / *other) : ""});
+  }
+}
+
+// ===== Goals
+
+void metGoals(std::ostream& out, const std::vector<Verdict>& all) {
+  heading(out, "Goals that are met", {"", "worst figure", "beside", "ratio", "goal"});
+  for (const Verdict& one : all) {
+    if (one.isMet) line(out, {one.what, one.own, one.rival, one.ratio, one.goal});
+  }
+}
+
+// Each as a paragraph: what, how far, by which figures, why.
+void missedGoals(std::ostream& out, const std::vector<Verdict>& all) {
+  if (std::ranges::all_of(all, &Verdict::isMet)) return;
+  out << "\n## Goals that are not met\n\n";
+  for (const Verdict& one : all) {
+    if (one.isMet) continue;
+    out << "- **" << one.what << "**: ";
+    if (!one.ratio.empty()) out << one.ratio << ", ";
+    out << "goal " << one.goal << (one.excess.empty() ? "" : ", " + one.excess) << ". " << one.own
+        << (one.rival.empty() ? "" : "; " + one.rival) << ". "
+        << (one.why.empty() ? "The reason isn't known." : one.why) << '\n';
   }
 }
 
@@ -196,21 +151,30 @@ void printVerdicts(std::ostream& out, const Figures& figures) {
   }
 }
 
-void writeReport(const std::string& folder, const Comparisons& comparisons,
-                 const Figures& figures) {
-  std::ofstream out(folder + "/results.md");
-  out << "# Results\n\nWritten by `./dev bench" << (isQuick() ? " --quick" : "") << "` on "
-      << today() << ", on " << machine() << ", g++ " << __VERSION__
-      << ". [performance.md](../performance.md) tells what was done.\n";
-  goalsTable(out, figures);
+void writePage(std::ostream& out, const Origin& origin, const Comparisons& comparisons,
+               const Figures& figures) {
+  out << "# Results\n\nWritten by `" << origin.command << "` on " << origin.date << ", on "
+      << origin.machine << ". [performance.md](../performance.md) has the method.\n";
+  writeExpectations(out, figures);
   timesTable(out, figures);
   instructionsTable(out, figures);
   for (const Comparisons::Subject& subject : comparisons.subjects()) {
     if (subject.title != "Events") subjectTable(out, subject, figures);
   }
-  require(bool(out.flush()), "cannot write into " + folder);
+  const std::vector<Verdict> all = verdicts(figures);
+  metGoals(out, all);
+  missedGoals(out, all);
+}
+
+void writeReport(const std::string& folder, const Origin& origin, const Comparisons& comparisons,
+                 const Figures& figures) {
+  std::ofstream page(folder + "/results.md");
+  writePage(page, origin, comparisons, figures);
+  std::ofstream stored(folder + "/figures.txt");
+  writeFigures(stored, origin, figures);
+  require(page.flush() && stored.flush(), "cannot write into " + folder);
   writeData(folder, figures);
-  std::ofstream(folder + "/machine.txt") << today() << ", " << machine() << '\n';
+  std::ofstream(folder + "/machine.txt") << origin.date << ", " << origin.machine << '\n';
 }
 
 }  // namespace Bench

@@ -10,6 +10,7 @@ bool quick = false;
 
 const std::vector<std::size_t>& sizes() { return all; }
 bool isQuick() { return quick; }
+std::size_t documentMegabytes() { return quick ? 10 : 100; }
 
 void quickIs() {
   quick = true;
