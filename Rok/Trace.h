@@ -8,6 +8,7 @@
 //     first.
 //   - A sink must not change what the process translates, neither the native objects nor the
 //     output: handlers hold no extra references against that.
+//   - A sink must not throw: that ends the process.
 //   - The sink gets whole lines, without the end of line. Without a sink of its own a process
 //     writes them to standard error.
 //   - A name or a text goes into the line as it is, except that control characters are written as

@@ -8,6 +8,7 @@
 #include <fstream>
 #include <sstream>
 #include <string>
+#include <vector>
 
 namespace support {
 
@@ -48,6 +49,20 @@ inline void expectExample(const std::string& header, const std::string& test) {
   const std::string example = headerExample(header);
   ASSERT_GT(example.size(), 50u);
   EXPECT_NE(squeezed(sourceText(test)).find(example), std::string::npos) << example;
+}
+
+// The blocks of code in one language on a page.
+inline std::vector<std::string> codeBlocks(const std::string& page, const std::string& language) {
+  const std::string text = sourceText(page);
+  const std::string opening = "\n```" + language + "\n";
+  std::vector<std::string> found;
+  for (std::size_t at = 0; (at = text.find(opening, at)) != text.npos;) {
+    at += opening.size();
+    const std::size_t end = text.find("\n```", at);
+    found.push_back(text.substr(at, end - at + 1));
+    at = end;
+  }
+  return found;
 }
 
 }  // namespace support
