@@ -1,12 +1,16 @@
 #include "host/Changes.h"
 
 #include <algorithm>
+#include <optional>
 #include <span>
 #include <unordered_set>
 #include <utility>
 #include <vector>
 
+#include "host/Draft.h"
 #include "host/Nearest.h"
+#include "host/Patch.h"
+#include "host/Pointer.h"
 #include "host/Sections.h"
 #include "host/Text.h"
 #include "host/ValueJson.h"
@@ -56,37 +60,55 @@ std::span<const Rok::String> withoutLast(const std::vector<Rok::String>& keys) {
   return std::span(keys).first(keys.size() - 1);
 }
 
-}  // namespace
+// How an operation is written.
+enum class Manner {
+  whole,       // by one write of the place: a scalar, a set, what is one native object
+  entry,       // a keyed entry: what is there is removed first
+  collection,  // by the same operation on each of its entries
+};
 
-Changes::Outcome Changes::line(std::string_view text) {
-  ++number_;
-  if (isBlank(text)) return Outcome::blank;
-  std::vector<Change> changes;
-  try {
-    const Patch patch(text);
-    Draft draft(nativePlace(native_));
-    for (std::size_t i = 0; i < patch.operations().size(); ++i) {
-      if (std::optional<Change> change = check(patch, i, draft)) {
-        changes.push_back(std::move(*change));
-      }
-    }
-  } catch (const Fault& fault) {
-    tell("refused: " + fault.place() + ": " + fault.what());
-    return Outcome::refused;
-  }
-  Writes writes([this](const std::string& what) { tell(what); });
-  for (const Change& change : changes) write(change, writes);
-  return Outcome::applied;
+Manner mannerOf(const Schema& container, const Rok::String& key) {
+  const Schema& schema = container.below(key);
+  if (!schema.isObject() || schema.isWhole()) return Manner::whole;
+  if (container.initial(key) != nullptr) return Manner::collection;
+  return container.kind() == Schema::Kind::keyed ? Manner::entry : Manner::whole;
 }
 
-void Changes::tell(const std::string& what) {
-  clean_ = false;
-  report_("line " + std::to_string(number_) + ": " + what);
-}
+struct Target {
+  std::vector<Rok::String> keys;  // canonical, of the place
+  Manner manner = Manner::whole;
+  const Schema* schema = nullptr;  // of the value that the operation brings
+  const Value* initial = nullptr;  // what a removal leaves there; null: nothing
+  bool inSet = false;              // the value joins the set that stands at the place
+};
+
+struct Change {
+  Target target;
+  std::optional<Value> value;  // nothing: removed
+};
 
 // ===== Checking
 
-Changes::Target Changes::resolve(const Tokens& tokens) {
+class ChangeCheck {
+ public:
+  // Checks an operation and carries it out on the draft. Nothing for a `test`. Throws: Fault.
+  static std::optional<Change> check(const Patch& patch, std::size_t operation, Draft& draft);
+
+ private:
+  static Target resolve(const Tokens& tokens);
+  static std::string slashHint(const Tokens& tokens);
+  static bool canDescend(Target& target, const std::string& token);
+  static void descend(Target& target, const Schema& at, const std::string& token);
+  static void descendRecord(Target& target, const Schema& record, const std::string& token);
+  static void descendCollection(Target& target, const Schema& keyed, const std::string& token);
+  static void descendSet(Target& target, const Schema& set, const std::string& token);
+  static void step(Target& target, const Schema& container, const Rok::String& key);
+  static void test(const Draft& there, const Patch& patch, std::size_t operation,
+                   const Schema& schema);
+  static Value joined(const Value& set, const Value& element);
+};
+
+Target ChangeCheck::resolve(const Tokens& tokens) {
   if (tokens.empty()) {
     refuse("the document can't be changed or tested as a whole: name a place in it");
   }
@@ -102,7 +124,7 @@ Changes::Target Changes::resolve(const Tokens& tokens) {
 
 // The "/" in the name of an interface, when it was not escaped, makes two tokens of it: where the
 // pointer leaves the schema with a number, that is taken for the rest of a name.
-std::string Changes::slashHint(const Tokens& tokens) {
+std::string ChangeCheck::slashHint(const Tokens& tokens) {
   Tokens joined;
   Target before, target;
   target.schema = &nativeSchema();
@@ -123,7 +145,7 @@ std::string Changes::slashHint(const Tokens& tokens) {
   return ": a \"/\" in a name is written \"~1\": did you mean " + shownPointer(joined) + '?';
 }
 
-bool Changes::canDescend(Target& target, const std::string& token) {
+bool ChangeCheck::canDescend(Target& target, const std::string& token) {
   try {
     descend(target, *target.schema, token);
     return true;
@@ -132,7 +154,7 @@ bool Changes::canDescend(Target& target, const std::string& token) {
   }
 }
 
-void Changes::descend(Target& target, const Schema& at, const std::string& token) {
+void ChangeCheck::descend(Target& target, const Schema& at, const std::string& token) {
   if (target.inSet) refuse("nothing can stand below " + quoted("-"));
   switch (at.kind()) {
     case Schema::Kind::record:
@@ -146,34 +168,27 @@ void Changes::descend(Target& target, const Schema& at, const std::string& token
   }
 }
 
-void Changes::descendRecord(Target& target, const Schema& record, const std::string& token) {
+void ChangeCheck::descendRecord(Target& target, const Schema& record, const std::string& token) {
   const Schema::Member* member = record.member(token);
   if (member == nullptr) refuse("unknown member " + quoted(token) + record.hint(token));
   step(target, record, token);
 }
 
-void Changes::descendCollection(Target& target, const Schema& keyed, const std::string& token) {
+void ChangeCheck::descendCollection(Target& target, const Schema& keyed, const std::string& token) {
   const std::optional<Rok::String> key = keyed.key().canonical(token);
   if (!key) refuse(quoted(token) + " is not " + keyed.key().expected + keyed.key().hint(token));
   step(target, keyed, *key);
 }
 
-void Changes::step(Target& target, const Schema& container, const Rok::String& key) {
+void ChangeCheck::step(Target& target, const Schema& container, const Rok::String& key) {
   target.keys.push_back(key);
   target.schema = &container.below(key);
   target.manner = mannerOf(container, key);
   target.initial = container.initial(key);
 }
 
-Changes::Manner Changes::mannerOf(const Schema& container, const Rok::String& key) {
-  const Schema& schema = container.below(key);
-  if (!schema.isObject() || schema.isWhole()) return Manner::whole;
-  if (container.initial(key) != nullptr) return Manner::collection;
-  return container.kind() == Schema::Kind::keyed ? Manner::entry : Manner::whole;
-}
-
 // The elements of a set have no places of their own, but one can be added.
-void Changes::descendSet(Target& target, const Schema& set, const std::string& token) {
+void ChangeCheck::descendSet(Target& target, const Schema& set, const std::string& token) {
   if (token != "-") {
     refuse(quoted(target.keys.back()) +
            " is a set and its elements have no index: change it as a " +
@@ -183,7 +198,7 @@ void Changes::descendSet(Target& target, const Schema& set, const std::string& t
   target.schema = &set.element();
 }
 
-Value Changes::joined(const Value& set, const Value& element) {
+Value ChangeCheck::joined(const Value& set, const Value& element) {
   Value::List list = set.list();
   if (std::find(list.begin(), list.end(), element) != list.end()) {
     refuse("the set holds this value already");
@@ -195,8 +210,8 @@ Value Changes::joined(const Value& set, const Value& element) {
   return Value(std::move(list));
 }
 
-void Changes::test(const Draft& there, const Patch& patch, std::size_t operation,
-                   const Schema& schema) {
+void ChangeCheck::test(const Draft& there, const Patch& patch, std::size_t operation,
+                       const Schema& schema) {
   Value expected;
   try {
     expected = patch.value(operation, schema);
@@ -209,9 +224,7 @@ void Changes::test(const Draft& there, const Patch& patch, std::size_t operation
          shown(valueJson(found, schema)));
 }
 
-// Checks an operation and carries it out on the draft. Nothing for a `test`.
-std::optional<Changes::Change> Changes::check(const Patch& patch, std::size_t operation,
-                                              Draft& draft) {
+std::optional<Change> ChangeCheck::check(const Patch& patch, std::size_t operation, Draft& draft) {
   const auto& [kind, path] = patch.operations()[operation];
   const Tokens tokens = *pointerTokens(path);
   try {
@@ -243,10 +256,21 @@ std::optional<Changes::Change> Changes::check(const Patch& patch, std::size_t op
 
 // ===== Writing
 
-void Changes::write(const Change& change, Writes& writes) const {
+class ChangeWrite {
+ public:
+  static void write(const Native& native, const Change& change, Writes& writes);
+
+ private:
+  static void writeCollection(Place& place, const Schema& schema, const Value& value,
+                              Writes& writes);
+  static void eraseMissing(Place& place, const Schema& schema, const Value& value, Writes& writes);
+  static void putAll(Place& place, const Schema& schema, const Value& value, Writes& writes);
+};
+
+void ChangeWrite::write(const Native& native, const Change& change, Writes& writes) {
   const auto& [keys, manner, schema, initial, inSet] = change.target;
   const Rok::String& key = keys.back();
-  const std::unique_ptr<Place> parent = follow(native_, withoutLast(keys));
+  const std::unique_ptr<Place> parent = follow(native, withoutLast(keys));
   if (manner == Manner::collection) {
     return writeCollection(*parent->at(key), *schema, *change.value, writes);
   }
@@ -257,13 +281,14 @@ void Changes::write(const Change& change, Writes& writes) const {
 
 // First the entries that are removed, then those that are added or replaced: through all mounted
 // entries each time. A setting that is left at its default is removed.
-void Changes::writeCollection(Place& place, const Schema& schema, const Value& value,
-                              Writes& writes) {
+void ChangeWrite::writeCollection(Place& place, const Schema& schema, const Value& value,
+                                  Writes& writes) {
   eraseMissing(place, schema, value, writes);
   putAll(place, schema, value, writes);
 }
 
-void Changes::eraseMissing(Place& place, const Schema& schema, const Value& value, Writes& writes) {
+void ChangeWrite::eraseMissing(Place& place, const Schema& schema, const Value& value,
+                               Writes& writes) {
   std::unordered_set<std::string_view> stay;
   for (const Member& entry : value.object()) stay.insert(entry.key);
   for (const Rok::String& key : place.keys()) {
@@ -280,7 +305,7 @@ void Changes::eraseMissing(Place& place, const Schema& schema, const Value& valu
   }
 }
 
-void Changes::putAll(Place& place, const Schema& schema, const Value& value, Writes& writes) {
+void ChangeWrite::putAll(Place& place, const Schema& schema, const Value& value, Writes& writes) {
   for (const auto& [key, entry] : value.object()) {
     const Manner manner = mannerOf(schema, key);
     if (manner == Manner::collection) {
@@ -290,6 +315,34 @@ void Changes::putAll(Place& place, const Schema& schema, const Value& value, Wri
     if (manner == Manner::entry && place.has(key)) place.erase(key, writes);
     place.put(key, entry, writes);
   }
+}
+
+}  // namespace
+
+Changes::Outcome Changes::line(std::string_view text) {
+  ++number_;
+  if (isBlank(text)) return Outcome::blank;
+  std::vector<Change> changes;
+  try {
+    const Patch patch(text);
+    Draft draft(nativePlace(native_));
+    for (std::size_t i = 0; i < patch.operations().size(); ++i) {
+      if (std::optional<Change> change = ChangeCheck::check(patch, i, draft)) {
+        changes.push_back(std::move(*change));
+      }
+    }
+  } catch (const Fault& fault) {
+    tell("refused: " + fault.place() + ": " + fault.what());
+    return Outcome::refused;
+  }
+  Writes writes([this](const std::string& what) { tell(what); });
+  for (const Change& change : changes) ChangeWrite::write(native_, change, writes);
+  return Outcome::applied;
+}
+
+void Changes::tell(const std::string& what) {
+  clean_ = false;
+  report_("line " + std::to_string(number_) + ": " + what);
 }
 
 }  // namespace host

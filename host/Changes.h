@@ -6,15 +6,11 @@
 
 #include <cstddef>
 #include <functional>
-#include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
-#include "host/Draft.h"
 #include "host/Native.h"
-#include "host/Patch.h"
-#include "host/Pointer.h"
-#include "host/Schema.h"
 
 namespace host {
 
@@ -32,43 +28,6 @@ class Changes {
   bool isClean() const { return clean_; }
 
  private:
-  // How an operation is written.
-  enum class Manner {
-    whole,       // by one write of the place: a scalar, a set, what is one native object
-    entry,       // a keyed entry: what is there is removed first
-    collection,  // by the same operation on each of its entries
-  };
-  struct Target {
-    std::vector<Rok::String> keys;  // canonical, of the place
-    Manner manner = Manner::whole;
-    const Schema* schema = nullptr;  // of the value that the operation brings
-    const Value* initial = nullptr;  // what a removal leaves there; null: nothing
-    bool inSet = false;              // the value joins the set that stands at the place
-  };
-  struct Change {
-    Target target;
-    std::optional<Value> value;  // nothing: removed
-  };
-
-  static Target resolve(const Tokens& tokens);
-  static std::string slashHint(const Tokens& tokens);
-  static bool canDescend(Target& target, const std::string& token);
-  static void descend(Target& target, const Schema& at, const std::string& token);
-  static void descendRecord(Target& target, const Schema& record, const std::string& token);
-  static void descendCollection(Target& target, const Schema& keyed, const std::string& token);
-  static void descendSet(Target& target, const Schema& set, const std::string& token);
-  static void step(Target& target, const Schema& container, const Rok::String& key);
-  static Manner mannerOf(const Schema& container, const Rok::String& key);
-  static std::optional<Change> check(const Patch& patch, std::size_t operation, Draft& draft);
-  static void test(const Draft& there, const Patch& patch, std::size_t operation,
-                   const Schema& schema);
-  static Value joined(const Value& set, const Value& element);
-
-  void write(const Change& change, Writes& writes) const;
-  static void writeCollection(Place& place, const Schema& schema, const Value& value,
-                              Writes& writes);
-  static void eraseMissing(Place& place, const Schema& schema, const Value& value, Writes& writes);
-  static void putAll(Place& place, const Schema& schema, const Value& value, Writes& writes);
   void tell(const std::string& what);
 
   const Native& native_;

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "host/JsonText.h"
+#include "host/ModelSchema.h"
 #include "host/model/Parts.h"
 
 namespace host {

@@ -2,21 +2,13 @@
 #pragma once
 
 #include <cstdio>
-#include <memory>
 #include <string>
 #include <string_view>
 
+#include "host/Fault.h"
 #include "host/Model.h"
-#include "host/Schema.h"
-#include "host/SchemaReader.h"
 
 namespace host {
-
-// The schema of a whole model.
-const Schema& modelSchema();
-
-// Puts what is read by that schema into an empty model, as it is read. `model` must outlive it.
-std::unique_ptr<EntrySink> modelSink(const Model& model);
 
 // Reads a model into an empty one. Members may be left out; they are then absent or default.
 // Throws: Refusal; then part of the model may be read.

@@ -3,7 +3,7 @@
 #include <set>
 
 #include "host/JsonText.h"
-#include "host/ModelReader.h"
+#include "host/ModelSchema.h"
 #include "host/ModelWriter.h"
 #include "host/NativeWriter.h"
 #include "host/Sections.h"

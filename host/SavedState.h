@@ -10,6 +10,7 @@
 #include <string>
 #include <string_view>
 
+#include "host/Fault.h"
 #include "host/JsonWriter.h"
 #include "host/Model.h"
 #include "host/Native.h"

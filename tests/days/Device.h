@@ -9,6 +9,7 @@
 #include "host/Changes.h"
 #include "host/Model.h"
 #include "host/Native.h"
+#include "host/Value.h"
 #include "tests/days/Difference.h"
 
 namespace days {
