@@ -1,4 +1,7 @@
-// Marks what leaves the shared library. Everything else is built with hidden visibility.
+// What leaves a shared library; everything else is built with hidden visibility.
 #pragma once
 
-#define QOS_EXPORT __attribute__((visibility("default")))
+// A class, a function, or by `namespace QOS_EXPORT host {` all that a block declares.
+#define QOS_EXPORT [[gnu::visibility("default")]]
+// Within something exported, what stays inside.
+#define QOS_LOCAL [[gnu::visibility("hidden")]]

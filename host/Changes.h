@@ -10,9 +10,10 @@
 #include <string_view>
 #include <utility>
 
+#include "Dorpel/Export.h"
 #include "host/Native.h"
 
-namespace host {
+namespace QOS_EXPORT host {
 
 class Changes {
  public:

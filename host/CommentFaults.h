@@ -9,9 +9,10 @@
 #include <string_view>
 #include <vector>
 
+#include "Dorpel/Export.h"
 #include "host/Native.h"
 
-namespace host {
+namespace QOS_EXPORT host {
 
 // One value of the wrong type.
 struct CommentFault {

@@ -6,7 +6,9 @@
 #include <utility>
 #include <vector>
 
-namespace host {
+#include "Dorpel/Export.h"
+
+namespace QOS_EXPORT host {
 
 class Fault : public std::runtime_error {
  public:

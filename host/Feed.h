@@ -55,10 +55,11 @@
 #include <memory>
 #include <vector>
 
+#include "Dorpel/Export.h"
 #include "host/feed/Images.h"
 #include "host/feed/LeafChanges.h"
 
-namespace host {
+namespace QOS_EXPORT host {
 
 class Feed {
   struct Observer;

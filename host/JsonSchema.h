@@ -3,7 +3,9 @@
 
 #include <string>
 
-namespace host {
+#include "Dorpel/Export.h"
+
+namespace QOS_EXPORT host {
 
 // A JSON Schema, draft 2020-12, of the native document, made from the table by which this program
 // reads it. It accepts what the reader takes, and refuses what it refuses for its shape, but for

@@ -7,7 +7,9 @@
 #include <string>
 #include <string_view>
 
-namespace host {
+#include "Dorpel/Export.h"
+
+namespace QOS_EXPORT host {
 
 enum class Layout { compact, pretty };
 
@@ -40,7 +42,7 @@ class JsonWriter {
   std::string take();
 
  private:
-  struct Out;
+  struct QOS_LOCAL Out;
   template <class Write>
   void write(const Write& write);
   void handOn();

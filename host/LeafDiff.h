@@ -4,10 +4,11 @@
 #include <string>
 #include <vector>
 
+#include "Dorpel/Export.h"
 #include "host/openconfig/LeafText.h"
 #include "host/openconfig/Subtree.h"
 
-namespace host {
+namespace QOS_EXPORT host {
 
 // A leaf that differs. Without `before` it is there in the second list alone, without `after` in the
 // first. Both point into the lists.

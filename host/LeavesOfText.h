@@ -5,11 +5,12 @@
 #include <string_view>
 #include <vector>
 
+#include "Dorpel/Export.h"
 #include "host/openconfig/LeafText.h"
 #include "host/openconfig/Subtree.h"
 #include "host/openconfig/View.h"
 
-namespace host {
+namespace QOS_EXPORT host {
 
 struct LeavesOfText {
   std::vector<LeafText> leaves;     // by the bytes of their paths

@@ -1,6 +1,7 @@
 // The output side: the OpenConfig records that the roots write.
 #pragma once
 
+#include "Dorpel/Export.h"
 #include "Rok/Rok.h"
 #include "models/openconfig/Classifier.h"
 #include "models/openconfig/ForwardingGroup.h"
@@ -9,7 +10,7 @@
 #include "models/openconfig/Queue.h"
 #include "models/openconfig/SchedulerPolicy.h"
 
-namespace host {
+namespace QOS_EXPORT host {
 
 struct Model {
   Rok::Ptr<QosOc::Config::ClassifiersDir> classifiers = Rok::make<QosOc::Config::ClassifiersDir>();

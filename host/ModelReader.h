@@ -5,10 +5,11 @@
 #include <string>
 #include <string_view>
 
+#include "Dorpel/Export.h"
 #include "host/Fault.h"
 #include "host/Model.h"
 
-namespace host {
+namespace QOS_EXPORT host {
 
 // Reads a model into an empty one. Members may be left out; they are then absent or default.
 // Throws: Refusal; then part of the model may be read.

@@ -4,10 +4,11 @@
 
 #include <string>
 
+#include "Dorpel/Export.h"
 #include "host/JsonWriter.h"
 #include "host/Model.h"
 
-namespace host {
+namespace QOS_EXPORT host {
 
 // With a sink, that gets the text, and the result is empty.
 std::string modelJson(const Model& model, Layout layout, const TextSink& sink = nullptr);

@@ -1,6 +1,7 @@
 // The native side: the objects that the host mounts and that the roots watch.
 #pragma once
 
+#include "Dorpel/Export.h"
 #include "Rok/Rok.h"
 #include "models/native/Acl.h"
 #include "models/native/AclConfig.h"
@@ -8,7 +9,7 @@
 #include "models/native/QosInput.h"
 #include "models/native/TxQueue.h"
 
-namespace host {
+namespace QOS_EXPORT host {
 
 struct Native {
   // Mounts what is always there, empty.

@@ -5,10 +5,11 @@
 #include <string>
 #include <string_view>
 
+#include "Dorpel/Export.h"
 #include "host/Fault.h"
 #include "host/Native.h"
 
-namespace host {
+namespace QOS_EXPORT host {
 
 // Mounts a native document. Requires: nothing but the mounted entries is there.
 // Throws: Refusal; then part of the document may be mounted.

@@ -4,10 +4,11 @@
 
 #include <string>
 
+#include "Dorpel/Export.h"
 #include "host/JsonWriter.h"
 #include "host/Native.h"
 
-namespace host {
+namespace QOS_EXPORT host {
 
 // With a sink, that gets the text, and the result is empty. What is held meanwhile is one setting,
 // and the keys of the collections around it.

@@ -6,12 +6,13 @@
 #include <string>
 #include <unordered_set>
 
+#include "Dorpel/Export.h"
 #include "host/JsonWriter.h"
 #include "host/Model.h"
 #include "host/openconfig/Subtree.h"
 #include "host/openconfig/View.h"
 
-namespace host {
+namespace QOS_EXPORT host {
 
 class OpenConfigJson {
  public:

@@ -8,10 +8,11 @@
 #include <string_view>
 #include <vector>
 
+#include "Dorpel/Export.h"
 #include "host/Model.h"
 #include "host/Native.h"
 
-namespace host {
+namespace QOS_EXPORT host {
 
 struct Root {
   std::string_view name;

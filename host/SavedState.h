@@ -10,12 +10,13 @@
 #include <string>
 #include <string_view>
 
+#include "Dorpel/Export.h"
 #include "host/Fault.h"
 #include "host/JsonWriter.h"
 #include "host/Model.h"
 #include "host/Native.h"
 
-namespace host {
+namespace QOS_EXPORT host {
 
 // With a sink, that gets the text, and the result is empty.
 std::string savedStateJson(const Native& native, const Model& model, Layout layout,

@@ -7,7 +7,9 @@
 #include <string>
 #include <string_view>
 
-namespace host {
+#include "Dorpel/Export.h"
+
+namespace QOS_EXPORT host {
 
 // Whether Unicode sets the character aside for internal use.
 bool isNoncharacter(char32_t c);

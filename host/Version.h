@@ -3,7 +3,9 @@
 
 #include <string_view>
 
-namespace host {
+#include "Dorpel/Export.h"
+
+namespace QOS_EXPORT host {
 
 std::string_view version();
 

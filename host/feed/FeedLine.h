@@ -9,10 +9,11 @@
 #include <string_view>
 #include <vector>
 
+#include "Dorpel/Export.h"
 #include "host/JsonWriter.h"
 #include "host/feed/LeafChanges.h"
 
-namespace host {
+namespace QOS_EXPORT host {
 
 // Writes the members "delete" and "update" of an object that is open; `updates` writes the members
 // of the latter.

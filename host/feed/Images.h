@@ -4,10 +4,11 @@
 
 #include <span>
 
+#include "Dorpel/Export.h"
 #include "host/feed/RecordChange.h"
 #include "models/openconfig/Journal.h"
 
-namespace host {
+namespace QOS_EXPORT host {
 
 class Images {
  public:

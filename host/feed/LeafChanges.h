@@ -6,12 +6,13 @@
 #include <unordered_set>
 #include <vector>
 
+#include "Dorpel/Export.h"
 #include "host/feed/RecordChange.h"
 #include "host/openconfig/LeafWalk.h"
 #include "host/openconfig/Subtree.h"
 #include "host/openconfig/View.h"
 
-namespace host {
+namespace QOS_EXPORT host {
 
 struct LeafUpdate {
   std::string path;

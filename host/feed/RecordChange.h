@@ -5,9 +5,10 @@
 #include <string>
 #include <vector>
 
+#include "Dorpel/Export.h"
 #include "host/openconfig/RecordKind.h"
 
-namespace host {
+namespace QOS_EXPORT host {
 
 // A record that came, changed or went. When an entry of a list went, all below it went too, and has
 // no changes of its own.

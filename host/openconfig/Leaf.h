@@ -29,11 +29,12 @@
 #include <variant>
 #include <vector>
 
+#include "Dorpel/Export.h"
 #include "Rok/Rok.h"
 #include "host/Text.h"
 #include "models/openconfig/Fields.h"
 
-namespace host {
+namespace QOS_EXPORT host {
 
 class JsonWriter;
 

@@ -8,9 +8,10 @@
 #include <variant>
 #include <vector>
 
+#include "Dorpel/Export.h"
 #include "host/openconfig/Leaf.h"
 
-namespace host {
+namespace QOS_EXPORT host {
 
 // A leaf by its path and its value, which is compact JSON.
 struct LeafText {

@@ -6,12 +6,13 @@
 #include <functional>
 #include <string>
 
+#include "Dorpel/Export.h"
 #include "host/Model.h"
 #include "host/openconfig/LeftOut.h"
 #include "host/openconfig/Subtree.h"
 #include "host/openconfig/View.h"
 
-namespace host {
+namespace QOS_EXPORT host {
 
 class LeafWalk {
  public:

@@ -6,10 +6,11 @@
 #include <string>
 #include <vector>
 
+#include "Dorpel/Export.h"
 #include "host/openconfig/LeafText.h"
 #include "host/openconfig/LeafWalk.h"
 
-namespace host {
+namespace QOS_EXPORT host {
 
 // Calls `visit` for each leaf within `only`, in the order of the document.
 using LeafVisit =

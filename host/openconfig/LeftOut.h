@@ -4,9 +4,10 @@
 #include <string>
 #include <string_view>
 
+#include "Dorpel/Export.h"
 #include "host/openconfig/RecordKind.h"
 
-namespace host {
+namespace QOS_EXPORT host {
 
 // A leaf of a record, by its number in the kind's table.
 struct RecordLeaf {

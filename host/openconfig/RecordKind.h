@@ -21,12 +21,13 @@
 #include <span>
 #include <utility>
 
+#include "Dorpel/Export.h"
 #include "host/Sorted.h"
 #include "host/openconfig/KeyText.h"
 #include "host/openconfig/Leaf.h"
 #include "host/openconfig/RecordStore.h"
 
-namespace host {
+namespace QOS_EXPORT host {
 
 // A root of the tree: its member in the document, and its element in a path.
 struct TreeRoot {

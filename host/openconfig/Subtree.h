@@ -4,7 +4,9 @@
 #include <string>
 #include <string_view>
 
-namespace host {
+#include "Dorpel/Export.h"
+
+namespace QOS_EXPORT host {
 
 class View;
 

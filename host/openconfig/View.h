@@ -13,9 +13,10 @@
 #include <string>
 #include <vector>
 
+#include "Dorpel/Export.h"
 #include "host/openconfig/RecordKind.h"
 
-namespace host {
+namespace QOS_EXPORT host {
 
 struct ViewOptions {
   bool augments = true;       // members of the augmenting module
