@@ -12,7 +12,6 @@ Each row that is wrong is named on standard error; then nothing is printed, and 
 """
 
 import json
-import math
 import re
 import sys
 from collections.abc import Callable, Iterator
@@ -45,7 +44,8 @@ def number(most: int) -> Callable[[Any], int]:
 
 
 def seconds(value: Any) -> int | float:
-    if type(value) not in (int, float) or not math.isfinite(value):
+    if (isinstance(value, bool) or not isinstance(value, int | float)
+            or abs(value) > sys.float_info.max):
         raise BadRow("is not a number")
     return value
 
@@ -62,7 +62,7 @@ def words(*known: str) -> Callable[[Any], list[str]]:
 def priority(value: Any) -> str:
     if value not in ("strict", "unset"):
         raise BadRow("is neither strict nor unset")
-    return value
+    return text(value)
 
 
 def priorities(value: Any) -> int:
@@ -73,9 +73,10 @@ def priorities(value: Any) -> int:
 
 
 def queue(value: Any) -> str:
-    if not re.fullmatch(r"[um]c-(0|[1-9]\d{0,2})", text(value), re.ASCII) or int(value[3:]) > 255:
+    name = text(value)
+    if not re.fullmatch(r"[um]c-(0|[1-9]\d{0,2})", name, re.ASCII) or int(name[3:]) > 255:
         raise BadRow("is neither uc-N nor mc-N, N from 0 to 255")
-    return value
+    return name
 
 
 # ===== The tables
@@ -267,8 +268,9 @@ def main(command: str = "", *files: str) -> int:
     if faults:
         print("\n".join(faults), file=sys.stderr)
         return 2
-    lines = ([document_text(*dumps)] if command == "document"
-             else [*removals(*dumps), *additions(*dumps)])
+    before, after = dumps[0], dumps[-1]
+    lines = ([document_text(before)] if command == "document"
+             else [*removals(before, after), *additions(before, after)])
     sys.stdout.buffer.write("".join(line + "\n" for line in lines).encode())
     sys.stdout.buffer.flush()
     return 0

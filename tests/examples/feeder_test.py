@@ -235,7 +235,11 @@ class BadRows(Case):
                 '{"table": "pfc", "interface": "E1", "priorities": [8]}':
                     '"priorities" is not a list of priorities from 0 to 7',
                 '{"table": "pfc-watchdog", "time-a": 1e999}': '"time-a" is not a number',
+                '{"table": "pfc-watchdog", "time-a": 1' + "0" * 309 + "}": '"time-a" is not a number',
+                '{"table": "pfc-watchdog", "time-a": true}': '"time-a" is not a number',
                 '{"table": "pfc-watchdog", "time-a": NaN}': "not JSON: NaN",
+                "[" * 100000: "not JSON: maximum recursion depth exceeded while decoding a JSON "
+                              "array from a unicode string",
         }.items():
             self.assertEqual(self.refused(text), f"dump.jsonl:1: {what}\n", text)
 
