@@ -27,7 +27,7 @@ follow() {
   done
 }
 
-trap 'jobs -p | xargs -r kill; rm -rf "$folder"' EXIT
+trap 'jobs -p | xargs -r kill 2>/dev/null || :; rm -rf "$folder"' EXIT
 "${dump[@]}" >"$before"
 "$feeder" document "$before" >"$folder/native.json"
 mkfifo "$folder/changes"

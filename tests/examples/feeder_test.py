@@ -235,7 +235,8 @@ class BadRows(Case):
                 '{"table": "pfc", "interface": "E1", "priorities": [8]}':
                     '"priorities" is not a list of priorities from 0 to 7',
                 '{"table": "pfc-watchdog", "time-a": 1e999}': '"time-a" is not a number',
-                '{"table": "pfc-watchdog", "time-a": 1' + "0" * 309 + "}": '"time-a" is not a number',
+                '{"table": "pfc-watchdog", "time-a": 1' + "0" * 309 + "}":
+                    '"time-a" is not a number',
                 '{"table": "pfc-watchdog", "time-a": true}': '"time-a" is not a number',
                 '{"table": "pfc-watchdog", "time-a": NaN}': "not JSON: NaN",
                 "[" * 100000: "not JSON: maximum recursion depth exceeded while decoding a JSON "
@@ -351,17 +352,26 @@ class RandomDumps(Case):
 class Follow(Case):
     """follow.sh, over a command that gives another dump each time."""
 
-    def test_passes_over_bad_dumps_and_ends_with_the_program(self):
-        self.file("1", '{"table": "pfc", "interface": "E1", "priorities": [0]}\n')
-        self.file("2", '{"table": "pfc", "interface": "E1", "priorities": [9]}\n')
-        self.file("4", '{"table": "pfc", "interface": "E1", "priorities": [1]}\n')
-        # The third dump fails; after the fourth, nothing changes any more.
+    def follow(self, *dumps):
+        """Runs it over the dumps, of which the last one stays; a dump of None fails."""
+        for number, text in enumerate(dumps, 1):
+            if text is not None:
+                self.file(str(number), text)
+        (self.folder / "temporary").mkdir()
         command = self.file("dump", 'cd "$(dirname "$0")"; n=$(cat n 2>/dev/null || echo 0)\n'
-                                    'n=$((n + 1)); echo $n >n; [ $n -lt 5 ] || n=4; cat $n\n')
-        with subprocess.Popen([EXAMPLE / "follow.sh", "0.1", "sh", command], text=True,
-                              stdout=subprocess.PIPE, stderr=subprocess.PIPE,
-                              start_new_session=True,
-                              env={**os.environ, "QOSOC": QOSOC}) as follow:
+                                    f"[ $n -ge {len(dumps)} ] || n=$((n + 1))\n"
+                                    "echo $n >n; cat $n\n")
+        return subprocess.Popen(
+            [EXAMPLE / "follow.sh", "0.1", "sh", command], text=True, start_new_session=True,
+            stdout=subprocess.PIPE, stderr=subprocess.PIPE,
+            env={**os.environ, "QOSOC": QOSOC, "TMPDIR": str(self.folder / "temporary")})
+
+    def expect_nothing_left(self):
+        self.assertEqual(list((self.folder / "temporary").iterdir()), [])
+
+    def test_passes_over_bad_dumps(self):
+        row = '{"table": "pfc", "interface": "E1", "priorities": [%d]}\n'
+        with self.follow(row % 0, row % 9, None, row % 1) as follow:
             try:
                 first, second = (json.loads(follow.stdout.readline()) for _ in range(2))
             finally:
@@ -373,6 +383,24 @@ class Follow(Case):
         self.assertEqual((second["line"], second["update"]), (1, {priorities: "2"}))
         self.assertIn('after.jsonl:1: "priorities" is not a list of priorities', errors)
         self.assertIn("cat: 3: No such file", errors)
+        self.expect_nothing_left()
+
+    def test_ends_as_the_program_does(self):
+        queue = '{"table": "tx-queue", "interface": "E1", "queue": "uc-0"}\n'
+        wrong = json.dumps({"table": "comment", "key": "if-E1-uc-txq-0",
+                            "text": '{"MetaData-OpenConfig":1}'})
+        with self.follow(queue, queue + wrong) as follow:
+            errors = follow.communicate()[1]
+        self.assertEqual(follow.returncode, 128 + signal.SIGABRT)
+        self.assertIn("a comment holds a JSON value of the wrong type", errors)
+        self.expect_nothing_left()
+
+    def test_prints_nothing_when_the_first_dump_is_bad(self):
+        with self.follow("{}\n") as follow:
+            out, errors = follow.communicate()
+        self.assertEqual((follow.returncode, out), (2, ""))
+        self.assertTrue(errors.endswith('before.jsonl:1: no member "table"\n'), errors)
+        self.expect_nothing_left()
 
 
 if __name__ == "__main__":
