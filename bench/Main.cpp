@@ -147,6 +147,7 @@ int main(int argc, char** argv) {
     figures = measured(options.counts);
   } else {
     std::ifstream file(options.figures);
+    require(file.is_open(), "cannot read " + options.figures);
     readFigures(file, origin, figures);
   }
   derive(figures);
