@@ -20,10 +20,9 @@ enum class Kind {
   none,        // there is no value
   file,        // the name of a file
   fileOrDash,  // the same, or "-" for standard input or output
-  folder,
-  word,   // one of some words
-  words,  // several of them with commas between
-  other,  // a number, a path in a tree: nothing that a shell knows
+  word,        // one of some words
+  words,       // several of them with commas between
+  other,       // a number, a path in a tree: nothing that a shell knows
 };
 
 // A word that may be a value, with what it means; `help` may be empty.

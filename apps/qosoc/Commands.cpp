@@ -13,7 +13,8 @@ constexpr Option helpOption{.name = "--help", .shortName = "-h", .help = "print 
 namespace {
 
 constexpr const Command* all[] = {
-    &translateCommand, &checkCommand, &diffCommand, &schemaCommand, &helpCommand,
+    &translateCommand, &checkCommand,      &diffCommand,   &schemaCommand,
+    &helpCommand,      &completionCommand, &manualCommand,
 };
 
 constexpr Option ofTheProgram[] = {
@@ -39,7 +40,7 @@ const Command& commandNamed(std::string_view name) {
 std::span<const Option> programOptions() { return ofTheProgram; }
 
 std::string_view programSummary() {
-  return "Translates native QoS configuration into the OpenConfig QoS model, change by change.";
+  return "translates native QoS configuration into the OpenConfig QoS model, change by change";
 }
 
 }  // namespace qosoc

@@ -14,6 +14,8 @@ extern const Command checkCommand;
 extern const Command diffCommand;
 extern const Command schemaCommand;
 extern const Command helpCommand;
+extern const Command completionCommand;
+extern const Command manualCommand;
 
 // All of them, in the order in which the help names them.
 std::span<const Command* const> commands();
@@ -23,6 +25,7 @@ const Command& commandNamed(std::string_view name);
 // What every command knows, and what the program itself knows without a command.
 extern const Option helpOption;
 std::span<const Option> programOptions();
+// What it does, as the rest of a sentence.
 std::string_view programSummary();
 
 }  // namespace qosoc

@@ -108,9 +108,10 @@ std::string help(bool isStyled) {
   for (const Command* command : commands()) {
     table.row(commandLabel(*command), {std::string(command->summary)});
   }
-  return heading("usage:") + " qosoc COMMAND [ARGUMENTS]\n\n" + std::string(programSummary()) +
-         "\n\n" + heading("Commands:") + '\n' + table.text() + '\n' + heading("Options:") + '\n' +
-         options(programOptions()) + "\n`qosoc help COMMAND` tells more, with an example.\n";
+  return heading("usage:") + " qosoc COMMAND [ARGUMENTS]\n\nThis program " +
+         std::string(programSummary()) + ".\n\n" + heading("Commands:") + '\n' + table.text() +
+         '\n' + heading("Options:") + '\n' + options(programOptions()) +
+         "\n`qosoc help COMMAND` tells more, with an example.\n";
 }
 
 std::string help(const Command& command, bool isStyled) {

@@ -20,14 +20,16 @@ HostTerminal::HostTerminal(const std::vector<std::string>& command,
   std::vector<char*> arguments;
   for (std::string& word : words) arguments.push_back(word.data());
   arguments.push_back(nullptr);
-  termios raw{};
-  ::cfmakeraw(&raw);
   winsize size{};
   size.ws_row = 50;
   size.ws_col = 200;
-  child_ = ::forkpty(&terminal_, nullptr, &raw, &size);
+  child_ = ::forkpty(&terminal_, nullptr, nullptr, &size);
   if (child_ < 0) throw std::runtime_error("no terminal");
   if (child_ > 0) return;
+  termios modes{};
+  ::tcgetattr(STDOUT_FILENO, &modes);
+  modes.c_oflag &= ~static_cast<tcflag_t>(OPOST);
+  ::tcsetattr(STDOUT_FILENO, TCSANOW, &modes);
   ::execvp(arguments[0], arguments.data());
   ::_exit(127);
 }
@@ -40,7 +42,9 @@ HostTerminal::~HostTerminal() {
   ::close(terminal_);
 }
 
-void HostTerminal::write(std::string_view text) const {
+void HostTerminal::write(std::string_view text) {
+  while (readMore(0)) continue;
+  typedAt_ = screen_.size();
   if (::write(terminal_, text.data(), text.size()) != static_cast<ssize_t>(text.size())) {
     throw std::runtime_error("the terminal takes nothing");
   }
@@ -48,7 +52,7 @@ void HostTerminal::write(std::string_view text) const {
 
 bool HostTerminal::shows(std::string_view text) {
   constexpr int milliseconds = 20'000;
-  while (screen_.find(text) == std::string::npos) {
+  while (screen_.find(text, typedAt_) == std::string::npos) {
     if (!readMore(milliseconds)) return false;
   }
   return true;

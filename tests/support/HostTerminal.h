@@ -12,7 +12,7 @@ namespace support {
 class HostTerminal {
  public:
   // TERM is xterm and NO_COLOR is not set, unless `environment` ("NO_COLOR=1") says otherwise. The
-  // terminal hands on each byte as it is.
+  // terminal shows each byte that is written as it is.
   explicit HostTerminal(const std::vector<std::string>& command,
                         const std::vector<std::string>& environment = {});
   ~HostTerminal();
@@ -20,8 +20,9 @@ class HostTerminal {
   HostTerminal& operator=(const HostTerminal&) = delete;
 
   // Types a text.
-  void write(std::string_view text) const;
-  // Waits until `text` is on the screen. False when it is not there within some seconds.
+  void write(std::string_view text);
+  // Waits until `text` is on the screen, below what was there when a text was last typed. False when
+  // it is not there within some seconds.
   bool shows(std::string_view text);
   // Waits for the end of the program. Returns its exit code; 128 and more: ended by a signal.
   int end();
@@ -34,6 +35,7 @@ class HostTerminal {
   pid_t child_ = -1;
   int terminal_ = -1;
   std::string screen_;
+  std::size_t typedAt_ = 0;  // the end of the screen then
 };
 
 // The screen of a program that has ended.
