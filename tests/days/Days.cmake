@@ -24,7 +24,7 @@ set(sources
 list(TRANSFORM sources PREPEND ${CMAKE_CURRENT_LIST_DIR}/)
 add_library(days STATIC ${sources})
 target_include_directories(days PUBLIC ${include})
-target_link_libraries(days PUBLIC translators_headers qos_host_headers qos_host_whole
+target_link_libraries(days PUBLIC qos_translators_headers qos_host_headers qos_host_whole
   PRIVATE qos_options)
 target_precompile_headers(days PRIVATE <algorithm> <map> <set> <string> <vector> <Rok/Rok.h>
   <host/Value.h>)
