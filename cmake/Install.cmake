@@ -5,20 +5,30 @@ include(CMakePackageConfigHelpers)
 set(headers ${CMAKE_INSTALL_INCLUDEDIR}/qosopenconfig)
 set(package ${CMAKE_INSTALL_LIBDIR}/cmake/qosopenconfig)
 
-# Outside the places where the loader looks anyway, each finds the libraries from where it lies.
+# Each finds the libraries from where it lies, also where the loader doesn't look by itself.
+file(RELATIVE_PATH to_libraries ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
 set(libraries qosopenconfig qosopenconfig_host)
+set_target_properties(${libraries} PROPERTIES INSTALL_RPATH $ORIGIN)
+set_target_properties(qosoc PROPERTIES INSTALL_RPATH $ORIGIN/${to_libraries})
 foreach(library IN LISTS libraries)
   target_include_directories(${library} INTERFACE $<INSTALL_INTERFACE:${headers}>)
 endforeach()
-if(NOT CMAKE_INSTALL_PREFIX STREQUAL /usr)
-  set_target_properties(${libraries} PROPERTIES INSTALL_RPATH $ORIGIN)
-  file(RELATIVE_PATH libdir ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
-  set_target_properties(qosoc PROPERTIES INSTALL_RPATH $ORIGIN/${libdir})
-endif()
 
 install(TARGETS ${libraries} EXPORT qosopenconfigTargets
   LIBRARY COMPONENT library NAMELINK_COMPONENT development)
 install(TARGETS qosoc COMPONENT program)
+# In /usr it does, and Debian wants no such path there.
+function(qos_plain_in_usr component)
+  foreach(file IN LISTS ARGN)
+    install(CODE "if(CMAKE_INSTALL_PREFIX STREQUAL \"/usr\")
+      file(RPATH_REMOVE FILE \"\$ENV{DESTDIR}/usr/${file}\")
+    endif()" COMPONENT ${component})
+  endforeach()
+endfunction()
+foreach(library IN LISTS libraries)
+  qos_plain_in_usr(library ${CMAKE_INSTALL_LIBDIR}/$<TARGET_FILE_NAME:${library}>)
+endforeach()
+qos_plain_in_usr(program ${CMAKE_INSTALL_BINDIR}/$<TARGET_FILE_NAME:qosoc>)
 
 # The headers of whole floors, and of the upper two what an embedder needs. What stands in them is
 # exported by the libraries.
@@ -106,3 +116,4 @@ endforeach()
 
 install(FILES yang/qosoc-augments.yang
   DESTINATION ${CMAKE_INSTALL_DATADIR}/yang/modules/qosopenconfig COMPONENT program)
+install(FILES LICENSE CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT documents)
