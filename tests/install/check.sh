@@ -1,0 +1,57 @@
+#!/usr/bin/env bash
+# check.sh SOURCES BUILD COMPILER [FLAGS]: installs a build that is there into a folder, takes it to
+# another one, and builds programs with what lies there: by CMake, by pkg-config, and within a CMake
+# project of its own that takes the sources. Each must do what outside/expected.txt says.
+set -euo pipefail
+sources=$1 build=$2 compiler=$3 flags=${4-}
+here=$sources/tests/install
+strict='-Wall -Wextra -Wconversion -Wshadow -Wpedantic -Werror'
+work=$build/tests/install/work
+prefix=$work/prefix
+
+die() {
+  printf '%s\n' "$*" >&2
+  exit 1
+}
+
+# same PROGRAM: fails unless it prints what is expected.
+same() {
+  diff -u "$here/outside/expected.txt" <("$@") || die "$1 printed something else"
+}
+
+rm -rf "$work"
+mkdir -p "$work"
+cmake --install "$build" --prefix "$work/first" >/dev/null
+mv "$work/first" "$prefix"
+libraries=$(dirname "$(find "$prefix" -name libqosopenconfig.so)")
+[[ $("$prefix/bin/qosoc" --version) == "qosoc "* ]] || die 'the installed qosoc does not run'
+if grep -rIlF -e "$sources" -e "$work" "$prefix"; then die 'these name folders of the build'; fi
+
+configure() {
+  cmake -G Ninja -S "$here/outside" -B "$work/$1" -DCMAKE_CXX_COMPILER="$compiler" \
+    -DCMAKE_CXX_FLAGS="$flags $strict" "${@:2}" >"$work/$1.log" || die "$(<"$work/$1.log")"
+}
+
+# By CMake, with the host and with the translators alone.
+configure cmake -DCMAKE_PREFIX_PATH="$prefix"
+cmake --build "$work/cmake" >"$work/build.log" || die "$(<"$work/build.log")"
+same "$work/cmake/outside"
+"$work/cmake/translators"
+
+# By pkg-config: its Requires bring the translators.
+export PKG_CONFIG_PATH=$libraries/pkgconfig
+# shellcheck disable=SC2046,SC2086
+"$compiler" $flags $strict -std=c++20 "$here/outside/outside.cpp" -o "$work/outside" \
+  $(pkg-config --cflags --libs qosopenconfig-host)
+LD_LIBRARY_PATH=$libraries same "$work/outside"
+
+# As a part of another project: its targets are there, and what we ask of our own sources stays ours.
+configure part -DQOS_SOURCES="$sources" -DCMAKE_EXPORT_COMPILE_COMMANDS=ON -DCMAKE_BUILD_TYPE=
+ninja -C "$work/part" -n outside >/dev/null
+command=$(ninja -C "$work/part" -t compdb | grep -F 'outside.cpp.o -c' | grep '"command"')
+for own in -fvisibility -fno-semantic-interposition -O3 -DNDEBUG; do
+  [[ $command != *" $own"* ]] || die "$own reaches another project: $command"
+done
+if ninja -C "$work/part" -t targets all | grep -E '^(tests|bench)/|^test_|^install:'; then
+  die 'tests or rules to install are in another project'
+fi
