@@ -22,7 +22,8 @@ class Table {
       std::string line = std::string(indent, ' ') + label;
       for (const std::string& paragraph : paragraphs) {
         for (const std::string& part : wrapped(paragraph, helpColumns - column_)) {
-          text += line + std::string(column_ - line.size(), ' ') + part + '\n';
+          line.resize(column_, ' ');
+          text += line.append(part) += '\n';
           line.clear();
         }
       }

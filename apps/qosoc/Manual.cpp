@@ -101,8 +101,10 @@ when it is empty or \(lqdumb\(rq, a terminal gets neither colours nor a line of 
 }  // namespace
 
 std::string manual() {
-  std::string text = ".TH QOSOC 1 \"\" \"qosoc " + std::string(host::version()) +
-                     "\" \"User Commands\"\n.SH NAME\nqosoc \\- " + roff(programSummary()) +
+  std::string text = R"(.TH QOSOC 1 "" "qosoc )" + std::string(host::version()) +
+                     R"(" "User Commands"
+.SH NAME
+qosoc \- )" + roff(programSummary()) +
                      "\n.SH SYNOPSIS\n";
   std::string sections;
   for (const Command* command : commands()) {

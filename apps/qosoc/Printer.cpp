@@ -111,10 +111,8 @@ class FeedPrinter final : public Printer {
   void start(const host::Model& model, Report report) override {
     out_.emplace(std::move(report));
     feed_.emplace(model);
-    subscription_ =
-        feed_->onLeaves({shown_.view, shown_.only,
-                         [this](const std::string& warning) { tell("warning: " + warning); }},
-                        [this](const host::LeafChanges& changes) { print(changes); });
+    subscription_ = feed_->onLeaves({shown_.view, shown_.only, tellWarning},
+                                    [this](const host::LeafChanges& changes) { print(changes); });
     epoch_ = host::newEpoch();
     commit({0, epoch_});
   }

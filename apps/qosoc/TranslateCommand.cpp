@@ -1,5 +1,6 @@
 #include <cstdint>
 #include <memory>
+#include <utility>
 
 #include "Arguments.h"
 #include "Commands.h"
@@ -123,9 +124,9 @@ struct Request {
          {std::pair("NATIVE.json", std::optional(native)), std::pair("--restore", restore),
           std::pair("--initial", initial), std::pair("--changes", changes)}) {
       if (file != "-") continue;
-      if (!first.empty())
-        throw UsageError("standard input is " + first + " or " + name + ", not both");
-      first = name;
+      const std::string other = std::exchange(first, name);
+      if (other.empty()) continue;
+      throw UsageError("standard input is " + other + " or " + name + ", not both");
     }
   }
 

@@ -3,6 +3,7 @@
 
 #include "Paths.h"
 #include "apps/qosoc/Commands.h"
+#include "apps/qosoc/Help.h"
 #include "host/Version.h"
 #include "tests/support/HostProgram.h"
 
@@ -52,9 +53,7 @@ TEST(Manual, SaysEverythingOfEachCommand) {
     ASSERT_NE(begin, std::string::npos) << command->name;
     const std::string part = text.substr(begin);
     for (const qosoc::Option& option : command->options) {
-      std::string label(option.name);
-      if (!option.shortName.empty()) label = std::string(option.shortName) + ", " + label;
-      if (option.takesValue()) label += " " + std::string(option.value);
+      const std::string label = qosoc::optionLabel(option);
       EXPECT_NE(part.find("\n " + label), std::string::npos) << label;
     }
     EXPECT_NE(part.find("\n Example:\n\n $ "), std::string::npos) << command->name;

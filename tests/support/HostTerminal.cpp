@@ -2,12 +2,12 @@
 
 #include <poll.h>
 #include <pty.h>
-#include <signal.h>
 #include <sys/wait.h>
 #include <termios.h>
 #include <unistd.h>
 
 #include <array>
+#include <csignal>
 #include <stdexcept>
 
 namespace support {
@@ -18,6 +18,7 @@ HostTerminal::HostTerminal(const std::vector<std::string>& command,
   words.insert(words.end(), environment.begin(), environment.end());
   words.insert(words.end(), command.begin(), command.end());
   std::vector<char*> arguments;
+  arguments.reserve(words.size() + 1);
   for (std::string& word : words) arguments.push_back(word.data());
   arguments.push_back(nullptr);
   winsize size{};
