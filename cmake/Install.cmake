@@ -116,4 +116,16 @@ endforeach()
 
 install(FILES yang/qosoc-augments.yang
   DESTINATION ${CMAKE_INSTALL_DATADIR}/yang/modules/qosopenconfig COMPONENT program)
+# What the program prints of itself. Where the packages go, zsh looks for what vendors bring.
+set(share ${PROJECT_BINARY_DIR}/share)
+set(zsh zsh/site-functions)
+if(CMAKE_INSTALL_PREFIX STREQUAL /usr)
+  set(zsh zsh/vendor-completions)
+endif()
+install(FILES ${share}/qosoc.1.gz DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT program)
+install(FILES ${share}/qosoc.bash RENAME qosoc
+  DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT program)
+install(FILES ${share}/_qosoc DESTINATION ${CMAKE_INSTALL_DATADIR}/${zsh} COMPONENT program)
+install(FILES ${share}/qosoc-native.schema.json
+  DESTINATION ${CMAKE_INSTALL_DATADIR}/qosopenconfig COMPONENT program)
 install(FILES LICENSE CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT documents)

@@ -25,6 +25,12 @@ cmake --install "$build" --prefix "$work/first" >/dev/null
 mv "$work/first" "$prefix"
 libraries=$(dirname "$(find "$prefix" -name libqosopenconfig.so)")
 [[ $("$prefix/bin/qosoc" --version) == "qosoc "* ]] || die 'the installed qosoc does not run'
+share=$prefix/share
+cmp "$share/qosopenconfig/qosoc-native.schema.json" <("$prefix/bin/qosoc" schema)
+cmp <(gzip -dc "$share/man/man1/qosoc.1.gz") <("$prefix/bin/qosoc" manual)
+cmp "$share/bash-completion/completions/qosoc" <("$prefix/bin/qosoc" completion bash)
+cmp "$share/zsh/site-functions/_qosoc" <("$prefix/bin/qosoc" completion zsh)
+[[ -s $share/yang/modules/qosopenconfig/qosoc-augments.yang ]]
 if grep -rIlF -e "$sources" -e "$work" "$prefix"; then die 'these name folders of the build'; fi
 
 configure() {
