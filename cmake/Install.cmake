@@ -68,19 +68,13 @@ set(upper_headers
   host/OpenConfigJson.h
   host/Roots.h
   host/SavedState.h
-  host/Sorted.h
-  host/Text.h
   host/Version.h
   host/feed/FeedLine.h
-  host/feed/Images.h
   host/feed/LeafChanges.h
   host/feed/RecordChange.h
-  host/openconfig/KeyText.h
   host/openconfig/Leaf.h
   host/openconfig/LeafText.h
-  host/openconfig/LeafWalk.h
   host/openconfig/Leaves.h
-  host/openconfig/LeftOut.h
   host/openconfig/RecordKind.h
   host/openconfig/RecordStore.h
   host/openconfig/Subtree.h

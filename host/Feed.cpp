@@ -6,6 +6,9 @@
 #include <stdexcept>
 #include <utility>
 
+#include "host/feed/Images.h"
+#include "host/feed/LeafDiffer.h"
+
 namespace host {
 
 struct Feed::Observer {
@@ -34,11 +37,13 @@ void Feed::Subscription::end() {
   observer->onRecords = nullptr;
 }
 
-Feed::Feed(const Model& model) : model_(model) {}
+Feed::Feed(const Model& model) : model_(model), images_(std::make_unique<Images>()) {}
 
 Feed::~Feed() {
   if (isAttached_) model_.journalIs(nullptr);
 }
+
+const Model& Feed::committed() const { return images_->model(); }
 
 Feed::Subscription Feed::onLeaves(LeafRequest request, OnLeaves observer) {
   auto made = std::make_shared<Observer>();
@@ -92,7 +97,7 @@ Feed::Taken Feed::takeChanges() {
     isAttached_ = true;
   }
   Taken taken;
-  taken.changes = wasWhole ? images_.update(model_, marks) : images_.updateAll(model_);
+  taken.changes = wasWhole ? images_->update(model_, marks) : images_->updateAll(model_);
   const bool isAnyNew = std::any_of(observers_.begin(), observers_.end(),
                                     [](const auto& observer) { return observer->isNew; });
   if (isAnyNew) taken.allLeftOut = leftOutOf(model_);
@@ -103,12 +108,12 @@ Feed::Taken Feed::takeChanges() {
 void Feed::call(Observer& observer, const Taken& taken) {
   const bool isNew = std::exchange(observer.isNew, true);
   if (observer.onLeaves) {
-    const LeafChanges leaves = isNew ? observer.differ->all(images_.model(), taken.allLeftOut)
-                                     : observer.differ->of(taken.changes, images_.model());
+    const LeafChanges leaves = isNew ? observer.differ->all(images_->model(), taken.allLeftOut)
+                                     : observer.differ->of(taken.changes, images_->model());
     observer.isNew = false;
     observer.onLeaves(leaves);
   } else if (isNew) {
-    RecordChanges all = images_.all();
+    RecordChanges all = images_->all();
     all.leftOut = taken.allLeftOut;
     observer.isNew = false;
     observer.onRecords(all);

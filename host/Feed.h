@@ -56,10 +56,14 @@
 #include <vector>
 
 #include "Dorpel/Export.h"
-#include "host/feed/Images.h"
+#include "host/Model.h"
 #include "host/feed/LeafChanges.h"
+#include "host/feed/RecordChange.h"
+#include "models/openconfig/Journal.h"
 
 namespace QOS_EXPORT host {
+
+class Images;
 
 class Feed {
   struct Observer;
@@ -97,7 +101,7 @@ class Feed {
 
   // The model as the last commit left it: entries and records that the document holds, and no
   // other. Empty before the first commit.
-  const Model& committed() const { return images_.model(); }
+  const Model& committed() const;
 
  private:
   struct Taken {
@@ -110,7 +114,7 @@ class Feed {
 
   const Model model_;  // the directories, which others hold too
   QosOc::Config::Journal journal_;
-  Images images_;
+  const std::unique_ptr<Images> images_;
   bool isAttached_ = false;  // to the model, since the first commit
   bool isCommitting_ = false;
   bool isWhole_ = false;  // the images hold all that the journal doesn't mark

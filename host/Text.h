@@ -7,9 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "Dorpel/Export.h"
-
-namespace QOS_EXPORT host {
+namespace host {
 
 // Whether Unicode sets the character aside for internal use.
 bool isNoncharacter(char32_t c);

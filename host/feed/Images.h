@@ -4,11 +4,10 @@
 
 #include <span>
 
-#include "Dorpel/Export.h"
 #include "host/feed/RecordChange.h"
 #include "models/openconfig/Journal.h"
 
-namespace QOS_EXPORT host {
+namespace host {
 
 class Images {
  public:

@@ -1,14 +1,10 @@
 // What a commit changed, leaf by leaf, as one consumer sees it.
 #pragma once
 
-#include <set>
 #include <string>
-#include <unordered_set>
 #include <vector>
 
 #include "Dorpel/Export.h"
-#include "host/feed/RecordChange.h"
-#include "host/openconfig/LeafWalk.h"
 #include "host/openconfig/Subtree.h"
 #include "host/openconfig/View.h"
 
@@ -36,32 +32,7 @@ struct LeafRequest {
   ViewOptions view = {};
   Subtree only = {};
   // Gets a line for what the document can't hold, each once.
-  LeafWalk::Warn warn = nullptr;
-};
-
-// Makes changes of leaves from changes of records.
-class LeafDiffer {
- public:
-  explicit LeafDiffer(LeafRequest request);
-  LeafDiffer(const LeafDiffer&) = delete;
-  LeafDiffer& operator=(const LeafDiffer&) = delete;
-
-  // All leaves of a model. `leftOut` is what it can't hold.
-  LeafChanges all(const Model& images, const std::vector<LeftOutEntry>& leftOut);
-  // `images` is the model that the changes led to, with nothing but what the document holds.
-  // Requires: what was given last was of the model before them.
-  LeafChanges of(const RecordChanges& records, const Model& images);
-
- private:
-  void keepWithin(LeafChanges& changes);
-  void keepTops(const LeafChanges& changes);
-
-  LeafRequest request_;
-  View view_;
-  LeafWalk::Warn warnOnce_;
-  std::unordered_set<std::string> warned_;
-  // The top of the subtree, if it is there; of a list, its entries that are.
-  std::set<std::string> tops_;
+  Warn warn = nullptr;
 };
 
 }  // namespace host

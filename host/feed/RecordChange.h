@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "Dorpel/Export.h"
+#include "host/Model.h"
 #include "host/openconfig/RecordKind.h"
 
 namespace QOS_EXPORT host {

@@ -1,7 +1,8 @@
 // /qos/classifiers
 #include <bitset>
 
-#include "host/openconfig/RecordKind.h"
+#include "host/Text.h"
+#include "host/openconfig/MakeKind.h"
 
 namespace host {
 

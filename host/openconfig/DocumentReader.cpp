@@ -4,6 +4,7 @@
 
 #include "host/JsonStream.h"
 #include "host/Nearest.h"
+#include "host/Text.h"
 #include "host/openconfig/LeafPath.h"
 #include "host/openconfig/ShownLeaves.h"
 

@@ -1,6 +1,6 @@
 // /qos/interfaces, and what it refers to in /interfaces
+#include "host/openconfig/MakeKind.h"
 #include "host/openconfig/Priorities.h"
-#include "host/openconfig/RecordKind.h"
 
 namespace host {
 

@@ -6,11 +6,10 @@
 #include <string>
 #include <string_view>
 
-#include "Dorpel/Export.h"
 #include "Rok/Rok.h"
 #include "models/openconfig/Classifier.h"
 
-namespace QOS_EXPORT host {
+namespace host {
 
 // The types of classifiers that OpenConfig knows.
 inline constexpr std::string_view classifierTypes[] = {"IPV4", "IPV6", "MPLS", "ETHERNET"};

@@ -1,6 +1,8 @@
 #include "host/openconfig/Leaf.h"
 
 #include "host/JsonWriter.h"
+#include "host/Text.h"
+#include "host/openconfig/LeafTable.h"
 
 namespace host {
 

@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <charconv>
 
+#include "host/Text.h"
+#include "host/openconfig/LeafTable.h"
+
 namespace host {
 namespace {
 

@@ -6,19 +6,15 @@
 #include <functional>
 #include <string>
 
-#include "Dorpel/Export.h"
 #include "host/Model.h"
 #include "host/openconfig/LeftOut.h"
 #include "host/openconfig/Subtree.h"
 #include "host/openconfig/View.h"
 
-namespace QOS_EXPORT host {
+namespace host {
 
 class LeafWalk {
  public:
-  // Gets a line for each value that is left out.
-  using Warn = std::function<void(const std::string&)>;
-
   // All must outlive the walk. Without `warn` no warning is made. With `only`, the walk has the
   // leaves within that subtree, and of the entries around them the keys.
   LeafWalk(const View& view, const Warn& warn, const Subtree& only);

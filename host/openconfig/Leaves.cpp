@@ -1,6 +1,7 @@
 #include "host/openconfig/Leaves.h"
 
 #include "host/openconfig/LeafPath.h"
+#include "host/openconfig/LeafWalk.h"
 
 namespace host {
 namespace {
@@ -38,12 +39,12 @@ class Flattening final : public LeafWalk {
 
 }  // namespace
 
-void eachLeaf(const Model& model, const View& view, const LeafVisit& visit,
-              const LeafWalk::Warn& warn, const Subtree& only) {
+void eachLeaf(const Model& model, const View& view, const LeafVisit& visit, const Warn& warn,
+              const Subtree& only) {
   Flattening(view, visit, warn, only).walk(model);
 }
 
-std::vector<LeafText> leavesOf(const Model& model, const View& view, const LeafWalk::Warn& warn,
+std::vector<LeafText> leavesOf(const Model& model, const View& view, const Warn& warn,
                                const Subtree& only) {
   std::vector<LeafText> leaves;
   eachLeaf(

@@ -7,8 +7,10 @@
 #include <vector>
 
 #include "Dorpel/Export.h"
+#include "host/Model.h"
 #include "host/openconfig/LeafText.h"
-#include "host/openconfig/LeafWalk.h"
+#include "host/openconfig/Subtree.h"
+#include "host/openconfig/View.h"
 
 namespace QOS_EXPORT host {
 
@@ -16,10 +18,10 @@ namespace QOS_EXPORT host {
 using LeafVisit =
     std::function<void(const std::string& path, LeafType type, const LeafValue& value)>;
 void eachLeaf(const Model& model, const View& view, const LeafVisit& visit,
-              const LeafWalk::Warn& warn = nullptr, const Subtree& only = {});
+              const Warn& warn = nullptr, const Subtree& only = {});
 
 // All of them in bytewise order of their paths, in which no two are the same.
-std::vector<LeafText> leavesOf(const Model& model, const View& view,
-                               const LeafWalk::Warn& warn = nullptr, const Subtree& only = {});
+std::vector<LeafText> leavesOf(const Model& model, const View& view, const Warn& warn = nullptr,
+                               const Subtree& only = {});
 
 }  // namespace host

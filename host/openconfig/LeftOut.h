@@ -4,10 +4,9 @@
 #include <string>
 #include <string_view>
 
-#include "Dorpel/Export.h"
 #include "host/openconfig/RecordKind.h"
 
-namespace QOS_EXPORT host {
+namespace host {
 
 // A leaf of a record, by its number in the kind's table.
 struct RecordLeaf {

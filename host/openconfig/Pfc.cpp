@@ -2,8 +2,8 @@
 // yang/qosoc-augments.yang.
 #include <charconv>
 
+#include "host/openconfig/MakeKind.h"
 #include "host/openconfig/Priorities.h"
-#include "host/openconfig/RecordKind.h"
 
 namespace host {
 

@@ -2,6 +2,7 @@
 // translators write it.
 #pragma once
 
+#include "host/Text.h"
 #include "host/openconfig/Leaf.h"
 
 namespace host {

@@ -1,5 +1,6 @@
 // /qos/queue-management-profiles
-#include "host/openconfig/RecordKind.h"
+#include "host/Text.h"
+#include "host/openconfig/MakeKind.h"
 
 namespace host {
 

@@ -1,5 +1,5 @@
 // /qos/queues
-#include "host/openconfig/RecordKind.h"
+#include "host/openconfig/MakeKind.h"
 
 namespace host {
 

@@ -1,5 +1,8 @@
 #include "host/openconfig/RecordKind.h"
 
+#include "host/openconfig/KeyText.h"
+#include "host/openconfig/LeafTable.h"
+
 namespace host {
 
 std::span<const RecordKind* const> outermostKinds() {

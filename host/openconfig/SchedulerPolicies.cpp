@@ -1,5 +1,6 @@
 // /qos/scheduler-policies
-#include "host/openconfig/RecordKind.h"
+#include "host/Text.h"
+#include "host/openconfig/MakeKind.h"
 
 namespace host {
 

@@ -2,6 +2,7 @@
 
 #include "host/Fault.h"
 #include "host/Nearest.h"
+#include "host/Text.h"
 #include "host/openconfig/LeafPath.h"
 #include "host/openconfig/NodeTree.h"
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <optional>
 
+#include "host/feed/Images.h"
 #include "host/openconfig/Leaves.h"
 
 namespace days {

@@ -8,6 +8,7 @@
 
 #include "EachAllocation.h"
 #include "host/Feed.h"
+#include "host/feed/Images.h"
 #include "host/openconfig/Leaves.h"
 #include "tests/support/HostDevice.h"
 #include "tests/support/HostFeed.h"

@@ -1,7 +1,7 @@
 // What stands at the ends of the OpenConfig document.
-#include "host/openconfig/Leaf.h"
-
 #include <gtest/gtest.h>
+
+#include "host/openconfig/LeafTable.h"
 
 namespace host::leafTest {
 namespace {

@@ -1,5 +1,5 @@
 // What a commit says of changed records, leaf by leaf.
-#include "host/feed/LeafChanges.h"
+#include "host/feed/LeafDiffer.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "host/feed/LeafChanges.h"
+#include "host/feed/LeafDiffer.h"
 
 #include <algorithm>
 
@@ -58,7 +58,7 @@ class EntryPath {
 // The changes of one commit.
 class Making {
  public:
-  Making(const View& view, const Subtree& only, const Model& images, const LeafWalk::Warn& warn)
+  Making(const View& view, const Subtree& only, const Model& images, const Warn& warn)
       : view_(view), only_(only), images_(images), warn_(warn) {}
 
   LeafChanges of(const RecordChanges& records) {
@@ -166,7 +166,7 @@ class Making {
   const View& view_;
   const Subtree& only_;
   const Model& images_;
-  const LeafWalk::Warn& warn_;
+  const Warn& warn_;
   LeafChanges changes_;
 };
 
