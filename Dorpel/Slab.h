@@ -32,6 +32,7 @@ QOS_EXPORT void slabFree(void* block, std::size_t size) noexcept;
 QOS_EXPORT void* slabAllocOrStdMalloc(std::size_t size);
 // With all bytes zero. A large block costs its pages only as they are written.
 QOS_EXPORT void* slabAllocOrStdCalloc(std::size_t size);
+// Gives a block back. Requires: `size` is that with which it was asked for.
 QOS_EXPORT void slabFreeOrStdFree(void* block, std::size_t size) noexcept;
 
 // What the slabs hold at the moment, for tests and for memory figures.
@@ -41,6 +42,7 @@ struct SlabUse {
   std::uint64_t chunks = 0;  // bytes of all chunks
   std::uint64_t mapped = 0;  // bytes that are no part of malloc's: large chunks and large blocks
 };
+// That of the whole process.
 QOS_EXPORT SlabUse slabUse() noexcept;
 
 }  // namespace Dorpel

@@ -51,6 +51,7 @@ class QOS_EXPORT AclSubConfigSm final : public Rok::StateMachine<AclSubConfigSm>
 
   // A rule came, changed or went.
   void handleRuleBySequence(std::uint32_t sequence);
+  // The family of the classifiers of an ACL: any type but IPv4 counts as IPv6.
   Classifier::Type classifierTypeFromAclType(Acl::AclType aclType) const;
   void handleInitialized();
 

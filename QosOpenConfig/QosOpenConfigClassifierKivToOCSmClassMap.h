@@ -28,6 +28,7 @@ class QOS_EXPORT ClassMapSm final : public Rok::StateMachine<ClassMapSm> {
   // A match statement came or went. Either way the classifier is written: only the deletion of the
   // class map removes anything.
   void handleClassMapMatch(Qos::ClassMapMatchOption option);
+  // IPv4 for an option that has no family, with a trace of the fault.
   Classifier::Type classifierTypeFromMatchOption(Qos::ClassMapMatchOption option) const;
   // Removes the term, or the classifier when this is its placeholder.
   void doPrepareToDie();
@@ -118,6 +119,7 @@ class QOS_EXPORT ClassMapKivToOcSm final : public Rok::StateMachine<ClassMapKivT
 
   Rok::In<Qos::Input::AclConfig> qosAclConfig() const { return qosAclConfig_; }
   Rok::Out<Config::ClassifiersDir> classifierDir() const { return classifierDir_; }
+  // The one that is translated.
   static constexpr Qos::MapType mapType() { return Qos::mapQos; }
 
   const CmapTypeConfigSm& cmapTypeConfigSm() const { return cmapTypeConfigSm_; }

@@ -41,6 +41,7 @@ class QOS_EXPORT PolicyActionSm final : public Rok::StateMachine<PolicyActionSm>
 
   // The traffic class changed.
   void handlePolicyActionValue();
+  // Writes the action, and makes the classifier and the term where they are missing.
   void addClassifierTermAction(const Velmo::String& targetGroup);
   // Blanks the action: the block stays, with an empty target group.
   void delClassifierTermAction();
@@ -284,6 +285,7 @@ class QOS_EXPORT ClassActionKivToOcSm final : public Rok::StateMachine<ClassActi
   Rok::Ptr<Qos::Input::AclConfig const> qosAclConfig() const { return qosAclConfig_.ptr(); }
   Rok::In<Qos::Input::Config> cliConfig() const { return cliConfig_; }
   Rok::Out<Config::ClassifiersDir> classifierDir() const { return classifierDir_; }
+  // The one that is translated.
   static constexpr Qos::MapType mapType() { return Qos::mapQos; }
 
   const PmapTypeSms& pmapTypeSm() const { return pmapTypeSm_; }

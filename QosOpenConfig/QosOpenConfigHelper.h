@@ -74,6 +74,7 @@ class QOS_EXPORT CommentHelper final : public Rok::PtrInterface {
       const Velmo::String& comment);
 };
 
+// As CommentHelper::CommentHelperIs.
 QOS_EXPORT Rok::Ptr<CommentHelper> commentHelperFactory();
 
 }  // namespace QosOc

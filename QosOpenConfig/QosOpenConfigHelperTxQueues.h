@@ -25,6 +25,7 @@ class TxQueueMemo {
         comment_(ofRoot) {}
 
   const Velmo::String& commentKey() const { return commentKey_; }
+  // What the queue's comment names, kept while its text stays the same.
   CommentMemo& comment() { return comment_; }
   // The interface, or null when there is none.
   Config::Interface* interface(const Config::InterfacesDir& dir) {
@@ -62,6 +63,7 @@ class TxQueues {
           byCommentKey_(all.byCommentKey_, memo_.commentKey(), sm),
           byTxQueueId_(all.byTxQueueId_, txQueue.id, sm) {}
 
+    // What is kept of the tx queue.
     TxQueueMemo& memo() { return memo_; }
     const TxQueueMemo& memo() const { return memo_; }
 

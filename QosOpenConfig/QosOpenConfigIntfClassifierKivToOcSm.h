@@ -98,6 +98,7 @@ class QOS_EXPORT InterfaceClassifierKivToOcSm final
 
   // A service policy came or went.
   void handleServicePolicyConfig(const Qos::ServicePolicyKey& key);
+  // The record of a classifier at an input; writes nothing.
   Config::InterfaceInputClassifier getIntfClassifier(const Velmo::String& classifierName,
                                                      Classifier::Type classifierType) const;
   // Writes the classifiers of a policy map to an interface, over whatever stood there. The

@@ -26,6 +26,7 @@ class QOS_EXPORT BindingIndex {
   // place, since a walk over the interfaces of these names may be under way.
   // Throws: std::bad_alloc; the interface is then bound to nothing.
   void is(const Velmo::String& interfaceId, const ClassifierNames& names);
+  // The interface is bound to nothing from now on.
   void del(const Velmo::String& interfaceId);
 
   // Calls visit(interface id) for each interface that is bound to exactly these. A visit may bind

@@ -211,6 +211,7 @@ class QOS_EXPORT QueueManagementProfileTxQueueSm final
   Qos::TxQueue txQueue() const { return txQueueConfig_.read(&Qos::TxQueueConfig::txQueue); }
   // The key of the comment of this tx queue.
   const Velmo::String& commentKey() const { return entry_.memo().commentKey(); }
+  // Its place in the root's indexes.
   TxQueues::Entry& entry() { return entry_; }
   // The comment's text; empty without a comment.
   Velmo::String comment() const;

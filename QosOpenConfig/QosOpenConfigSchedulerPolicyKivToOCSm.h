@@ -71,6 +71,7 @@ class QOS_EXPORT SchedulerPolicyTxQueueSm final
   Qos::TxQueue txQueue() const { return txQueueConfig_.read(&Qos::TxQueueConfig::txQueue); }
   // The key of the comment of this tx queue.
   const Velmo::String& commentKey() const { return entry_.memo().commentKey(); }
+  // Its place in the root's indexes.
   TxQueues::Entry& entry() { return entry_; }
 
   // Leaves the output as it stands.

@@ -19,6 +19,7 @@ namespace QosOc {
 
 // ===== Schedulers
 
+// The priority of a scheduler, as a comment has it.
 enum class SchedulerPriorityCommentInfo : unsigned char { NONE = 0, STRICT = 1 };
 using enum SchedulerPriorityCommentInfo;
 QOS_EXPORT const Rok::EnumType<unsigned char>& rokEnumType(SchedulerPriorityCommentInfo);

@@ -10,8 +10,10 @@
 
 namespace Rok {
 
+// The counts of one type.
 class QOS_EXPORT AllocTrackTypeInfo {
  public:
+  // Those of T, for the process.
   template <class T>
   static AllocTrackTypeInfo& of() {
     static constinit AllocTrackTypeInfo info;
@@ -21,6 +23,7 @@ class QOS_EXPORT AllocTrackTypeInfo {
   std::uint64_t blocks() const { return blocks_; }
   std::uint64_t bytes() const { return bytes_; }
 
+  // An object of so many bytes was allocated, or given back.
   void blockNew(std::size_t size) {
     ++blocks_;
     bytes_ += size;

@@ -94,6 +94,7 @@ class Children {
   }
   // xSmDel(key): releases the child and leaves the output alone. Returns whether there was one.
   bool del(const Key& key) { return map_.deleteMember(key); }
+  // The same for all children.
   void delAll() { map_._memberDelAll(); }
 
   // The child under a key, or null.

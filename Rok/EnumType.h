@@ -37,6 +37,7 @@ class EnumType;
 template <>
 class QOS_EXPORT EnumType<unsigned char> {
  public:
+  // A value and its name.
   struct Enumerator {
     unsigned char value;
     std::string_view name;
@@ -69,6 +70,7 @@ class QOS_EXPORT EnumType<unsigned char> {
   std::vector<Enumerator> enumerators_;
 };
 
+// Prints the name of a value, or its number where it has none.
 template <class Enum>
 std::ostream& enumPrint(std::ostream& out, Enum value) {
   static_assert(sizeof(Enum) == 1, "enumerations of the models are one byte wide");

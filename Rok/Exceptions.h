@@ -32,6 +32,7 @@
 
 namespace Rok {
 
+// What a translator throws, whatever is wrong.
 class QOS_EXPORT Exception : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
@@ -61,6 +62,7 @@ class QOS_EXPORT MutatorException : public Exception {
   AttributeId attributeId_;
 };
 
+// An argument that must be there is null.
 class QOS_EXPORT MutatorArgNullPointerException : public MutatorException {
  public:
   using MutatorException::MutatorException;
@@ -77,6 +79,7 @@ class QOS_EXPORT MutatorReinstantiatingException : public MutatorException {
 // printf into a string.
 [[gnu::format(printf, 1, 2)]] QOS_EXPORT Velmo::String _fmt(const char* format, ...);
 
+// Throws: RangeException with that text.
 [[noreturn]] QOS_EXPORT void throwRangeException(const char* text);
 [[noreturn]] QOS_EXPORT void throwRangeException(const Velmo::String& text);
 

@@ -11,6 +11,7 @@
 
 namespace Rok {
 
+// A value of a type without a hash was asked for it.
 class QOS_EXPORT UnhashableException : public Exception {
  public:
   using Exception::Exception;

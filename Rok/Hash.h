@@ -27,6 +27,7 @@
 
 namespace Rok {
 
+// What all hashes and hash collections of the process have in common.
 struct QOS_EXPORT HashHelper {
   // The seed from which every hash of a value class starts.
   static constexpr std::uint32_t hashSeed32() { return 0x9d7c3f21u; }

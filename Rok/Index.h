@@ -67,6 +67,7 @@ class Index final : public PtrInterface {
   // The number of keys that objects have.
   std::uint32_t keys() const { return lists_.members(); }
 
+  // Calls visit(object) for each object of the key, in the order in which they entered.
   template <class Visit>
   void each(const Key& key, const Visit& visit) const {
     const Ptr<List>* found = lists_.find(key);

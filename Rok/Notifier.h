@@ -106,6 +106,7 @@ class QOS_EXPORT NotifieeList {
   bool empty() const { return word_ == 0; }
   std::size_t notifiees() const;
 
+  // Enters a notifiee. Requires: it isn't on a list.
   void notifieeNew(const Notifiee& notifiee);
   // Requires: notifieeNew(notifiee) came before.
   void notifieeDel(const Notifiee& notifiee) noexcept;

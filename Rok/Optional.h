@@ -35,6 +35,7 @@ class Optional : public std::optional<T> {
   }
 };
 
+// The same on the heap: one word while there is no value.
 template <class T>
 class DynOptional {
  public:
@@ -56,6 +57,7 @@ class DynOptional {
   T& operator*() { return *value_; }
   const T* operator->() const { return value_.get(); }
   T* operator->() { return value_.get(); }
+  // There is no value from now on.
   void reset() { value_.reset(); }
 
   friend bool operator==(const DynOptional& a, const DynOptional& b) {

@@ -160,6 +160,7 @@ class OrderedMap<KeyType, ValueType>::Iterator {
     const Value* found = value();
     return {*key_, found != nullptr ? *found : Value()};
   }
+  // Moves to the next key that is there, also when this one has gone.
   void advance() {
     check();
     at_ = version_ == map_->version_ ? std::next(at_) : map_->tree_.upper_bound(*key_);

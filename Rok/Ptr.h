@@ -170,6 +170,7 @@ class Ptr {
   T* operator->() const noexcept { return object_; }
   T& operator*() const noexcept { return *object_; }
   explicit operator bool() const noexcept { return object_ != nullptr; }
+  // Moves no count.
   void swap(Ptr& other) noexcept { std::swap(object_, other.object_); }
 
   template <class U>

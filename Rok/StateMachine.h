@@ -78,6 +78,7 @@
 
 namespace Rok {
 
+// What state machines of all types have in common.
 class QOS_EXPORT StateMachineBase : public PtrInterface {
  public:
   // Makes zombies of the machine and its watches, or (false) takes that back. Children keep their
@@ -88,6 +89,7 @@ class QOS_EXPORT StateMachineBase : public PtrInterface {
   void rokPartNew() { ++rokParts_; }
 
  protected:
+  // Ends the process when parts() leaves out a watch or a collection of the machine.
   void rokPartsAssert(std::size_t named, std::string_view type) const;
 
  private:
@@ -113,6 +115,7 @@ class StateMachine : public StateMachineBase {
     eachCollection([v](auto& children) { children.rokActiveIs(v); });
   }
 
+  // As the base class says, on the machine's own watches.
   void rokDoZombieReactors(bool v) override {
     if (rokMarkedForDeletion() == v) return;
     eachWatch([v](auto& watch) { watch.rokZombieIs(v); });

@@ -40,6 +40,7 @@
 
 namespace Rok {
 
+// Which lines are written, and where they go: for the whole process.
 struct QOS_EXPORT TraceFacility {
   using FacilityLevel = unsigned;
   static constexpr FacilityLevel levels = 10;
@@ -74,6 +75,7 @@ class QOS_EXPORT TraceHandle {
   constexpr TraceHandle(const char* name, bool /*unused*/) : name_(name) {}
 
   std::string_view name() const { return name_; }
+  // Whether lines of the level are written.
   bool isOn(TraceFacility::FacilityLevel level) {
     return ((mask_ >> level) & 1) != 0 && isOnAfterRegistering(level);
   }
@@ -115,6 +117,7 @@ class QOS_EXPORT TraceStream {
     return *this;
   }
 
+  // Where the line is built, and what is there of it.
   std::ostream& stream() { return stream_; }
   std::string text() const { return stream_.str(); }
 

@@ -29,7 +29,9 @@ class ValueMap {
     const auto [node, isNew] = map_.newMember(key, value);
     if (!isNew) node->value() = value;
   }
+  // Removes what is there.
   void del(const Key& key) { map_.deleteMember(key); }
+  // The same for all keys.
   void delAll() { map_._memberDelAll(); }
 
  private:

@@ -25,6 +25,7 @@
 
 namespace Rok {
 
+// Calls act(key), and line(key) where the walk is shown, as the rules say.
 template <class Map, class Line, class Act>
 void inWalkOrder(const Map& map, std::vector<typename Map::Key> keys, bool traced, const Line& line,
                  const Act& act) {

@@ -30,6 +30,7 @@ struct On {
   using Key = typename decltype(attribute)::Key;
   static constexpr AttributeId id = attribute.id;
   static constexpr bool evenZombie = false;
+  // Calls the handler.
   template <class Owner>
   static void react(Owner& owner, const void* key) {
     if constexpr (std::is_invocable_v<decltype(handler), Owner&>) {
@@ -54,6 +55,7 @@ struct OnEvenZombie : On<attribute, handler> {
 template <auto handler>
 struct OnBound {
   static constexpr AttributeId id = 0;  // of no attribute
+  // Calls the handler.
   template <class Owner>
   static void bound(Owner& owner) {
     (owner.*handler)();
@@ -111,6 +113,7 @@ class Watch : public PtrInterface::NotifieeConst {
     if (other && !rokMarkedForDeletion() && owner_ != nullptr) (callBound<Reactions>(), ...);
   }
 
+  // Runs the reactions to the attribute, unless the watch has no owner.
   void onAttribute(AttributeId id, const void* key) override {
     if (!((Reactions::id == id) || ...) || owner_ == nullptr) return;
     const Ptr<Owner> alive(owner_);
@@ -194,6 +197,7 @@ class KeyedWatch : public Watch<Owner, Input, Reaction> {
 
   const auto& key() const { return key_; }
 
+  // The same for the one key.
   void onAttribute(AttributeId id, const void* key) override {
     // Two keys may have one interest, so the keys are compared.
     if (*static_cast<const Key*>(key) == key_) Base::onAttribute(id, key);

@@ -16,6 +16,7 @@ constexpr std::uint64_t hashMix(std::uint64_t a, std::uint64_t b) {
   return static_cast<std::uint64_t>(product) ^ static_cast<std::uint64_t>(product >> 64);
 }
 
+// The hash of a word, on top of what `seed` already holds.
 constexpr std::uint32_t hashWord(std::uint32_t seed, std::uint64_t word) {
   const std::uint64_t mixed = hashMix(word, seed + 0xa0761d6478bd642fu);
   return static_cast<std::uint32_t>(mixed ^ (mixed >> 32));

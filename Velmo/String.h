@@ -52,11 +52,14 @@ class String {
   }
   ~String() { release(); }
 
+  // Replaces the text. Copies keep theirs.
   String& assign(std::string_view text) { return *this = String(text); }
+  // Puts another text behind it. Copies keep theirs. Throws: std::bad_alloc.
   QOS_EXPORT String& append(std::string_view text);
 
-  // A new string with the text put in front, or behind.
+  // A new string with the text put in front.
   String addLeft(std::string_view text) const { return joined(text, *this); }
+  // The same with the text behind.
   String addRight(std::string_view text) const { return joined(*this, text); }
 
   std::size_t size() const noexcept { return rep_ != nullptr ? rep_->size : 0; }
@@ -64,6 +67,7 @@ class String {
   const char* data() const noexcept { return rep_ != nullptr ? rep_->text : ""; }
   operator std::string_view() const noexcept { return {data(), size()}; }
 
+  // Whether the bytes are those before the NUL of `text`.
   bool equal(const char* text) const noexcept { return std::string_view(*this) == text; }
   // Negative, zero or positive, by unsigned bytes.
   int compare(std::string_view other) const noexcept {

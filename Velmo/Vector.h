@@ -11,12 +11,14 @@
 
 namespace Velmo {
 
+// Takes what a standard container needs from the slabs.
 template <class T>
 struct Allocator {
   using value_type = T;
   Allocator() noexcept = default;
   template <class U>
   Allocator(const Allocator<U>&) noexcept {}
+  // Room for n objects, and the end of it. Throws: std::bad_alloc.
   T* allocate(std::size_t n) {
     return static_cast<T*>(Dorpel::slabAllocOrStdMalloc(n * sizeof(T)));
   }

@@ -17,6 +17,7 @@ namespace QOS_EXPORT host {
 
 class Changes {
  public:
+  // What became of a line. One at which a handler raised is applied.
   enum class Outcome { blank, refused, applied };
   using Report = std::function<void(const std::string&)>;
 

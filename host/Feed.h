@@ -93,7 +93,9 @@ class Feed {
   Feed(const Feed&) = delete;
   Feed& operator=(const Feed&) = delete;
 
+  // From the next commit on, until the subscription ends. `request` says which leaves.
   Subscription onLeaves(LeafRequest request, OnLeaves observer);
+  // The same by records, all of them.
   Subscription onRecords(OnRecords observer);
 
   // Throws: what left an observer; std::bad_alloc.

@@ -11,6 +11,7 @@
 
 namespace QOS_EXPORT host {
 
+// One line without white space, or laid out for people.
 enum class Layout { compact, pretty };
 
 // Takes the pieces of a text as they are written.
@@ -22,17 +23,24 @@ class JsonWriter {
   explicit JsonWriter(Layout layout, TextSink sink = nullptr);
   ~JsonWriter();
 
+  // What stands between is the members: a key, then a value.
   void beginObject();
   void endObject();
+  // What stands between is the elements.
   void beginArray();
   void endArray();
+  // Of the next member.
   void key(std::string_view key) { text(key); }
 
+  // Quotes, backslashes and control characters are escaped; all other bytes stand as they are.
   void text(std::string_view text);
+  // In decimals.
   void number(std::uint64_t number);
   // Always with a fraction or an exponent. Requires: finite.
   void real(double number);
+  // A literal.
   void boolean(bool v);
+  // The literal `null`.
   void null();
   // A value that is JSON already, in the layout that it has.
   void raw(std::string_view json);

@@ -14,6 +14,7 @@
 
 namespace QOS_EXPORT host {
 
+// A translator, by its name on the command line and in messages.
 struct Root {
   std::string_view name;
   Rok::Ptr<Rok::PtrInterface> (*factory)(const Native& native, const Model& model);

@@ -10,8 +10,9 @@
 
 namespace host {
 
-// A key as a text: a name as it stands, a number or an enumeration as a decimal.
+// A key as a text: a name as it stands; below, a number or an enumeration as a decimal.
 inline std::string_view keyText(std::string_view key) { return key; }
+// The same of a number or an enumeration.
 template <class Number>
 requires std::is_integral_v<Number> || std::is_enum_v<Number> std::string keyText(Number key) {
   return std::to_string(static_cast<unsigned>(key));

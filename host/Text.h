@@ -16,6 +16,7 @@ bool isNoncharacter(char32_t c);
 // byte is taken. Requires: text is not empty.
 std::optional<char32_t> takeCharacter(std::string_view& text);
 
+// Whether all of it is valid UTF-8.
 bool isUtf8(std::string_view text);
 
 // How many bytes stand at the front of `text` that a JSON string holds as they are: those before

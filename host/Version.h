@@ -7,6 +7,7 @@
 
 namespace QOS_EXPORT host {
 
+// That of the library, as "0.1.0".
 std::string_view version();
 
 }  // namespace host

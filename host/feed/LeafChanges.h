@@ -10,6 +10,7 @@
 
 namespace QOS_EXPORT host {
 
+// A leaf that came or changed.
 struct LeafUpdate {
   std::string path;
   LeafType type;

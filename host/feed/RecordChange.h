@@ -43,6 +43,7 @@ struct LeftOutEntry {
   std::string misfit;  // why
 };
 
+// What a commit changed, record by record.
 struct RecordChanges {
   // They are all records that there are, each as one that came; what was known before is void.
   bool isWhole = false;

@@ -20,10 +20,12 @@ std::string_view classifierTypeName(QosOc::Classifier::Type type);
 struct KeyText {
   using Type = QosOc::Classifier::Type;
 
+  // As the document has it.
   static std::string_view text(const Rok::String& key) { return key; }
   static std::string text(std::uint32_t key) { return std::to_string(key); }
   static std::string text(Type key);
 
+  // The inverse; nothing for a text that is no key of the type.
   static std::optional<Rok::String> key(std::string_view text, const Rok::String*) {
     return {text};
   }
@@ -35,6 +37,7 @@ struct KeyText {
   static bool isHeld(std::uint32_t /*key*/) { return true; }
   static bool isHeld(Type key) { return !classifierTypeName(key).empty(); }
 
+  // Why the leaf of that name can't hold the key; empty when it can.
   static std::string misfit(const Rok::String& key, std::string_view leaf);
   static std::string misfit(std::uint32_t /*key*/, std::string_view /*leaf*/) { return {}; }
   static std::string misfit(Type key, std::string_view leaf);

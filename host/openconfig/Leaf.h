@@ -32,6 +32,7 @@ enum class LeafType : unsigned char {
 // Absent; true or false; a number; a text of the record; a text made for the document; a leaf-list.
 using LeafValue = std::variant<std::monostate, bool, std::uint64_t, std::string_view, std::string,
                                std::vector<unsigned>>;
+// Whether there is no value.
 inline bool isAbsent(const LeafValue& value) { return value.index() == 0; }
 
 // The keys of the list entries that lead to a record, the outermost first, as the document has
@@ -42,6 +43,7 @@ using Keys = std::vector<std::string_view>;
 struct Faults {
   std::function<void(const std::string& reason)> hear = nullptr;
 
+  // reason() makes the text.
   template <class Reason>
   void leftOut(const Reason& reason) const {
     if (hear) hear(reason());

@@ -35,8 +35,9 @@ using JsonScalar =
 std::optional<LeafValue> leafFrom(const JsonScalar& scalar, LeafType type,
                                   const LeafLimits& limits);
 
-// For messages: what a leaf holds, "a number from 0 to 63", and what a scalar is.
+// For messages: what a leaf holds, "a number from 0 to 63".
 std::string heldBy(LeafType type, const LeafLimits& limits);
+// For messages: what a scalar is.
 std::string shownScalar(const JsonScalar& scalar);
 
 }  // namespace host

@@ -23,6 +23,7 @@ class LeafWalk {
   LeafWalk& operator=(const LeafWalk&) = delete;
 
  protected:
+  // Calls the functions below, in the order of the document.
   void walk(const Model& model);
 
  private:

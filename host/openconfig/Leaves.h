@@ -14,9 +14,11 @@
 
 namespace QOS_EXPORT host {
 
-// Calls `visit` for each leaf within `only`, in the order of the document.
+// Gets a leaf. The value is good during the call alone.
 using LeafVisit =
     std::function<void(const std::string& path, LeafType type, const LeafValue& value)>;
+// Calls `visit` for each leaf within `only`, in the order of the document, and `warn` with a line
+// for each value that a leaf can't hold.
 void eachLeaf(const Model& model, const View& view, const LeafVisit& visit,
               const Warn& warn = nullptr, const Subtree& only = {});
 

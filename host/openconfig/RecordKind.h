@@ -40,6 +40,7 @@ struct RecordKind {
   // and is mostly empty. The key is empty for a container.
   using Visit =
       std::function<void(std::string_view key, std::string_view misfit, const void* entry)>;
+  // A leaf of the kind, by its path below the entry.
   struct Row {
     std::string_view path;
     LeafType type;
@@ -66,6 +67,7 @@ struct RecordKind {
   RecordStore store;
 
   bool isList() const { return !key.empty(); }
+  // Calls visit for each entry, in the order of the keys.
   void each(const void* holder, const Visit& visit) const { walk(*this, holder, visit); }
 };
 

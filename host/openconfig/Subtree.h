@@ -31,6 +31,7 @@ class Subtree {
 
   // Of a node's path, with all keys. A path that another one merely begins with is no ancestor.
   Relation relation(std::string_view path) const;
+  // Whether it is the top or below it.
   bool within(std::string_view path) const { return relation(path) == Relation::within; }
   // The subtree's top above a node within: its path; where that is a list, the path of the entry.
   std::string_view topAbove(std::string_view path) const;

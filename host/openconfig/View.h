@@ -18,6 +18,7 @@
 
 namespace QOS_EXPORT host {
 
+// What a consumer gets beside the leaves that all get.
 struct ViewOptions {
   bool augments = true;       // members of the augmenting module
   bool state = false;         // each leaf below a `config` below `state`, too
@@ -26,6 +27,7 @@ struct ViewOptions {
 
 class View {
  public:
+  // A place of a leaf.
   struct Row {
     std::string path;  // below the record
     LeafType type;
@@ -40,6 +42,7 @@ class View {
   std::span<const RecordKind* const> outermost() const { return outermost_; }
   // Empty for a kind that the view doesn't show.
   std::span<const RecordKind* const> children(const RecordKind& kind) const;
+  // The leaves of the kind; empty for one that the view doesn't show.
   std::span<const Row> rows(const RecordKind& kind) const;
 
  private:

@@ -9,6 +9,7 @@
 
 namespace Acl {
 
+// The address family of an ACL.
 enum class AclType : unsigned char { aclTypeIpv4 = 0, aclTypeIpv6 = 1 };
 using enum AclType;
 QOS_EXPORT const Rok::EnumType<unsigned char>& rokEnumType(AclType);
@@ -16,12 +17,14 @@ inline std::ostream& operator<<(std::ostream& out, AclType v) { return Rok::enum
 
 // ===== Rules. Of a rule, only the DSCP fields of its filter are read; the rest is copied with it.
 
+// Of the packet within a tunnel, which nothing here reads.
 struct InnerFilter {
   std::uint32_t source = 0;
   std::uint32_t destination = 0;
   bool operator==(const InnerFilter&) const = default;
 };
 
+// Of the tunnel, which nothing here reads.
 struct TunnelData {
   std::uint32_t identifier = 0;
   std::uint8_t kind = 0;
@@ -68,6 +71,7 @@ struct IpFilterBase {
   std::uint16_t half29 = 0;
 };
 
+// What an IPv4 rule matches. Of it, only the DSCP is translated.
 struct IpFilter : IpFilterBase {
   bool operator==(const IpFilter&) const = default;
 
@@ -75,6 +79,7 @@ struct IpFilter : IpFilterBase {
   bool matchDscp = false;  // `dscp` is in force
 };
 
+// What an IPv6 rule matches. Of it, only the DSCP is translated.
 struct Ip6Filter : IpFilterBase {
   bool operator==(const Ip6Filter&) const = default;
 
@@ -82,6 +87,7 @@ struct Ip6Filter : IpFilterBase {
   std::uint8_t tcMask = 0;  // DSCP is matched only when the upper six bits are all set
 };
 
+// What IPv4 and IPv6 rules have in common beside the filter; nothing here reads it.
 struct RuleConfig {
   RuleConfig() = default;
   RuleConfig(const RuleConfig&) = default;
@@ -94,12 +100,14 @@ struct RuleConfig {
   std::uint16_t half3 = 0;
 };
 
+// A rule of an IPv4 ACL.
 struct IpRuleConfig : RuleConfig {
   bool operator==(const IpRuleConfig&) const = default;
   IpFilter filter;
 };
 QOS_EXPORT std::ostream& operator<<(std::ostream& out, const IpRuleConfig& rule);
 
+// A rule of an IPv6 ACL.
 struct Ip6RuleConfig : RuleConfig {
   bool operator==(const Ip6RuleConfig&) const = default;
   Ip6Filter filter;
@@ -152,6 +160,7 @@ class AclSubConfig final : public Rok::Notifier {
   Ip6Rules ip6RuleById_;
 };
 
+// One ACL: its name, its family and its rules.
 class AclConfig final : public Rok::Notifier {
  public:
   struct Attr {

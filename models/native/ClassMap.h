@@ -23,6 +23,7 @@ inline std::ostream& operator<<(std::ostream& out, ClassMapMatchOption v) {
 // One match statement. Only its presence matters.
 class ClassMapMatch final : public Rok::PtrInterface {};
 
+// One class map.
 class ClassMapConfig final : public Rok::Notifier {
  public:
   struct Attr {

@@ -5,6 +5,7 @@
 
 namespace Cli {
 
+// All comments of the device.
 class Config final : public Rok::Notifier {
  public:
   struct Attr {

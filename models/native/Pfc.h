@@ -7,6 +7,7 @@
 
 namespace Pfc {
 
+// The settings of a port that has any.
 class PortConfig final : public Rok::Notifier {
  public:
   struct Attr {

@@ -14,6 +14,7 @@ using enum ActionType;
 QOS_EXPORT const Rok::EnumType<unsigned char>& rokEnumType(ActionType);
 inline std::ostream& operator<<(std::ostream& out, ActionType v) { return Rok::enumPrint(out, v); }
 
+// What a class of a policy map does: an action and its operand.
 class Action final : public Rok::Notifier {
  public:
   struct Attr {
@@ -61,6 +62,7 @@ class ClassAction final : public Rok::Notifier {
   Actions policyAction_;
 };
 
+// One policy map.
 class PolicyMapConfig final : public Rok::Notifier {
  public:
   struct Attr {

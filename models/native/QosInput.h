@@ -142,6 +142,7 @@ class ForwardingGroupNameToTcMap final : public Rok::Notifier {
 
 namespace Input {
 
+// All QoS settings of the device but class maps, policy maps, ACLs, profiles and comments.
 class Config final : public Rok::Notifier {
  public:
   struct Attr {
@@ -215,7 +216,8 @@ class Config final : public Rok::Notifier {
     attributeIs(queueNameToTxQueueIdMap_, map, Attr::queueNameToTxQueueIdMap);
   }
 
-  // The device-wide watchdog of priority flow control. Notifies: the attribute.
+  // The device-wide watchdog of priority flow control. The times are handed on in the device's own
+  // unit; the priorities are a bit each. Notifies: the attribute.
   double pfcWatchdogTimeA() const { return pfcWatchdogTimeA_; }
   void pfcWatchdogTimeAIs(double v) { attributeIs(pfcWatchdogTimeA_, v, Attr::pfcWatchdogTimeA); }
   double pfcWatchdogTimeB() const { return pfcWatchdogTimeB_; }

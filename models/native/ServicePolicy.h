@@ -8,6 +8,7 @@
 
 namespace Qos {
 
+// The key of a service policy: its policy map, and a tag that only keeps keys apart.
 struct ServicePolicyKey {
   std::uint16_t keyTag = 0;  // nothing reads it apart from the rest of the key
   Rok::String pmapName;
@@ -21,6 +22,7 @@ struct ServicePolicyKey {
   }
 };
 
+// One service policy.
 class ServicePolicyConfig final : public Rok::Notifier {
  public:
   struct Attr {

@@ -11,6 +11,7 @@ namespace Qos {
 // The thresholds of ECN or of WRED. Never changes: another setting is another object.
 class EcnWredConfig final : public Rok::PtrInterface {
  public:
+  // The values that one object holds.
   struct Settings {
     std::uint32_t minThreshold = 0;  // in the unit of thresholdUnit
     std::uint32_t maxThreshold = 0;  // the same
@@ -54,7 +55,7 @@ class TxQueueConfig final : public Rok::Notifier {
   TxQueuePriority priority() const { return priority_; }
   void priorityIs(TxQueuePriority v) { attributeIs(priority_, v, Attr::priority); }
 
-  // The guaranteed share.
+  // The guaranteed share in percent.
   Percent bandwidth() const { return bandwidth_; }
   void bandwidthIs(Percent v) { attributeIs(bandwidth_, v, Attr::bandwidth); }
 
@@ -104,6 +105,7 @@ class QosProfile final : public Rok::Notifier {
   TxQueueConfigs txQueueConfig_;
 };
 
+// One QoS profile, by its native name.
 class QosProfileConfig final : public Rok::Notifier {
  public:
   struct Attr {

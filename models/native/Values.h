@@ -86,16 +86,19 @@ struct ByteValue {
   }
 };
 
+// The initial value and the text of the exception, of a TxQueueId.
 struct TxQueueIdForm {
   static constexpr unsigned char initial = 16;
   static constexpr const char* text =
       "Qos::TxQueueId::value < Qos::TxQueueId::min or > Qos::TxQueueId::max not allowed";
 };
+// The same of a Percent.
 struct PercentForm {
   static constexpr unsigned char initial = 101;
   static constexpr const char* text =
       "Qos::Percent::value < Qos::Percent::min or > Qos::Percent::max not allowed";
 };
+// The same of a TrafficClass.
 struct TrafficClassForm {
   static constexpr unsigned char initial = 0;
   static constexpr const char* text =
@@ -130,6 +133,7 @@ struct NameValue {
 using QueueName = NameValue<struct QueueNameTag>;
 using ForwardingGroupName = NameValue<struct ForwardingGroupNameTag>;
 
+// What a transmit queue is for.
 enum class QueueType : unsigned char { unicast = 0, multicast = 1 };
 using enum QueueType;
 QOS_EXPORT const Rok::EnumType<unsigned char>& rokEnumType(QueueType);

@@ -9,6 +9,7 @@
 
 namespace QosOc::Classifier {
 
+// The address family of a classifier.
 enum class Type : unsigned char { classifierTypeIpv4 = 0, classifierTypeIpv6 = 1 };
 using enum Type;
 
@@ -41,6 +42,7 @@ struct TermConditionsIpConfig {
 
   TermConditionsIpConfig() = default;
   explicit TermConditionsIpConfig(Rok::Optional<unsigned char> single) : dscp(single) {}
+  // A DSCP, 0 to 63, behind those that are there.
   void dscpSetPush(unsigned char value) { dscpSet.push_back(value); }
 
   static constexpr auto fields() {
@@ -66,6 +68,7 @@ struct TermConditions {
   explicit operator bool() const { return *this != TermConditions(); }
 };
 
+// The action that is translated: the group to which a term's packets go.
 struct TermActionsConfig {
   Rok::String targetGroup;  // the name of a forwarding group; empty when the action was withdrawn
 
@@ -96,6 +99,7 @@ struct TermContent {
   bool operator==(const TermContent&) const = default;
 };
 
+// One term of a classifier.
 struct Term : TermContent {
   static constexpr RecordId record = RecordId::term;
   using Content = TermContent;

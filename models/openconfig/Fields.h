@@ -28,21 +28,25 @@
 
 namespace QosOc::Config {
 
+// A field of a record, by its name and its place.
 template <class Record, class T>
 struct Field {
   std::string_view name;
   T Record::*place;
+  // The field's value in a record.
   constexpr const T& get(const Record& record) const { return record.*place; }
 };
 // Guides that not every compiler makes for aggregates.
 template <class Record, class T>
 Field(const char*, T Record::*) -> Field<Record, T>;
+// The field by which a directory files the record.
 template <class Record, class T>
 struct KeyField : Field<Record, T> {
   static constexpr bool isKey = true;
 };
 template <class Record, class T>
 KeyField(const char*, T Record::*) -> KeyField<Record, T>;
+// The only field of a record, which prints as its value alone.
 template <class Only>
 struct Wrapped {
   static constexpr bool isWrapped = true;
@@ -64,6 +68,7 @@ struct Attribute {
   std::string_view name;
   const T& (Object::*read)() const;
   void (Object::*set)(const T&);
+  // The value in an object.
   const T& get(const Object& object) const { return (object.*read)(); }
 };
 // An object below, null until it is made.
@@ -72,13 +77,16 @@ struct Child {
   std::string_view name;
   const Rok::Ptr<T>& (Object::*read)() const;
   const Rok::Ptr<T>& (Object::*is)(Arguments...);
+  // The object below, or null.
   const Rok::Ptr<T>& get(const Object& object) const { return (object.*read)(); }
 };
+// The row of a value, in an object's attributes().
 template <class Object, class T>
 constexpr auto attribute(std::string_view name, const T& (Object::*read)() const,
                          void (Object::*set)(const T&)) {
   return Attribute<Object, T>{name, read, set};
 }
+// The row of an object below.
 template <class Object, class T, class... Arguments>
 constexpr auto child(std::string_view name, const Rok::Ptr<T>& (Object::*read)() const,
                      const Rok::Ptr<T>& (Object::*is)(Arguments...)) {

@@ -8,6 +8,7 @@
 
 namespace QosOc::Config {
 
+// What a forwarding group is called, and where its packets go.
 struct ForwardingGroupConfig {
   static constexpr RecordId record = RecordId::forwardingGroup;
   Rok::String name;

@@ -12,6 +12,7 @@ namespace QosOc::Config {
 
 // ===== Input
 
+// The name and the family of the classifier.
 struct InterfaceInputClassifierConfig {
   Rok::String name;
   QosOc::Classifier::Type type = QosOc::Classifier::classifierTypeIpv4;
@@ -42,6 +43,7 @@ struct InterfaceInputClassifier {
   explicit operator bool() const { return *this != InterfaceInputClassifier(); }
 };
 
+// The classifiers of an interface's input, one a family.
 class InterfaceInputClassifiers final : public Rok::PtrInterface {
  public:
   using Classifiers =
@@ -66,6 +68,7 @@ class InterfaceInputClassifiers final : public Rok::PtrInterface {
   Classifiers classifiers_;
 };
 
+// What comes in: the service policies write it.
 class InterfaceInput final : public Rok::PtrInterface {
  public:
   static constexpr auto attributes() {
@@ -91,6 +94,7 @@ class InterfaceInput final : public Rok::PtrInterface {
 
 // ===== Output
 
+// A queue's name, and the queue-management profile that it uses; empty when that was withdrawn.
 struct InterfaceOutputQueueConfig {
   Rok::String name;
   Rok::String queueManagementProfile;
@@ -105,12 +109,14 @@ struct InterfaceOutputQueueConfig {
   explicit operator bool() const { return *this != InterfaceOutputQueueConfig(); }
 };
 
+// What an output queue holds beside its key.
 struct InterfaceOutputQueueContent {
   InterfaceOutputQueueConfig config;
 
   bool operator==(const InterfaceOutputQueueContent&) const = default;
 };
 
+// A queue of an interface's output, by its name.
 struct InterfaceOutputQueue : InterfaceOutputQueueContent {
   static constexpr RecordId record = RecordId::outputQueue;
   using Content = InterfaceOutputQueueContent;
@@ -163,6 +169,7 @@ class InterfaceOutputQueues final : public Rok::PtrInterface {
   Queues queues_;
 };
 
+// The name of a scheduler policy.
 struct InterfaceOutputSchedulerPolicyConfig {
   Rok::String name;
   static constexpr auto fields() {
@@ -173,6 +180,7 @@ struct InterfaceOutputSchedulerPolicyConfig {
   explicit operator bool() const { return *this != InterfaceOutputSchedulerPolicyConfig(); }
 };
 
+// The scheduler policy of an interface's output.
 struct InterfaceOutputSchedulerPolicy {
   static constexpr RecordId record = RecordId::outputSchedulerPolicy;
   InterfaceOutputSchedulerPolicyConfig config;
@@ -194,6 +202,7 @@ struct IntfPfc {
   explicit operator bool() const { return *this != IntfPfc(); }
 };
 
+// What goes out: queues, scheduler policy and priority flow control have a writer each.
 class InterfaceOutput final : public Rok::PtrInterface {
  public:
   using SchedulerPolicy = Rok::Optional<InterfaceOutputSchedulerPolicy>;
@@ -231,6 +240,7 @@ class InterfaceOutput final : public Rok::PtrInterface {
 
 // ===== Interfaces
 
+// What an interface is called: its native long name.
 struct InterfaceConfig {
   static constexpr RecordId record = RecordId::interface;
   Rok::String interfaceId;

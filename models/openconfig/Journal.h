@@ -63,6 +63,7 @@ struct RecordKeys {
 
 class QOS_EXPORT Journal {
  public:
+  // A record that was written, or an object whose parts all may have changed.
   struct Mark {
     RecordId record;
     bool withAllBelow;
@@ -154,6 +155,7 @@ template <class Held>
 class Recorded {
  public:
   const Held& get() const { return held_; }
+  // Marks the record, then replaces it.
   void is(const Marker& marker, const Held& record) {
     if constexpr (requires { Held::record; }) {
       marker.mark(Held::record);

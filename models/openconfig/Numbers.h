@@ -34,6 +34,7 @@ class RangeChecked {
   Value value_ = Range::initial;
 };
 
+// Range, initial value and the text of the exception, of a PercentType.
 struct PercentRange {
   using Value = std::uint8_t;
   static constexpr Value max = 100;
@@ -42,6 +43,7 @@ struct PercentRange {
       "QosOc::PercentType::value < QosOc::PercentType::min or > QosOc::PercentType::max not "
       "allowed";
 };
+// The same of a PercentType100: 100 at first.
 struct PercentRange100 {
   using Value = std::uint8_t;
   static constexpr Value max = 100;
@@ -50,6 +52,7 @@ struct PercentRange100 {
       "QosOc::PercentType100::value < QosOc::PercentType100::min or > QosOc::PercentType100::max "
       "not allowed";
 };
+// The same of a ThresholdType.
 struct ThresholdRange {
   using Value = std::uint32_t;
   static constexpr Value max = 4294967294u;

@@ -12,10 +12,11 @@ namespace QosOc::Config {
 
 // ===== Queues
 
+// What a queue is called; of a tx queue, the settings that no scheduler policy has.
 struct QueueConfig {
   Rok::String name;
   bool strictPriority = false;
-  Rok::Optional<PercentType> bandwidth;
+  Rok::Optional<PercentType> bandwidth;  // the guaranteed share in percent
 
   QueueConfig() = default;
   explicit QueueConfig(const Rok::String& n) : name(n) {}
@@ -50,6 +51,7 @@ struct QueueEcnConfig {
   explicit operator bool() const { return *this != QueueEcnConfig(); }
 };
 
+// What a queue holds beside its key.
 struct QueueContent {
   QueueConfig config;
   Rok::Optional<QueueEcnConfig> ecnConfig;
@@ -101,6 +103,7 @@ class QueuesDir final : public Rok::PtrInterface {
 
 // ===== Queue-management profiles
 
+// The drop settings of a profile. The thresholds are the native ones, in native units.
 struct WredUniform {
   std::uint64_t minThreshold = 0;
   std::uint64_t maxThreshold = 0;
@@ -122,6 +125,7 @@ struct WredUniform {
   explicit operator bool() const { return *this != WredUniform(); }
 };
 
+// What a profile is called.
 struct QueueManagementProfileConfig {
   Rok::String name;
   static constexpr auto fields() {
@@ -132,6 +136,7 @@ struct QueueManagementProfileConfig {
   explicit operator bool() const { return *this != QueueManagementProfileConfig(); }
 };
 
+// What a profile holds beside its key.
 struct QueueManagementProfileContent {
   QueueManagementProfileConfig config;
   WredUniform wredUniform;
@@ -139,6 +144,7 @@ struct QueueManagementProfileContent {
   bool operator==(const QueueManagementProfileContent&) const = default;
 };
 
+// One queue-management profile.
 struct QueueManagementProfile : QueueManagementProfileContent {
   static constexpr RecordId record = RecordId::queueManagementProfile;
   using Content = QueueManagementProfileContent;
@@ -156,6 +162,7 @@ struct QueueManagementProfile : QueueManagementProfileContent {
   explicit operator bool() const { return *this != QueueManagementProfile(); }
 };
 
+// All profiles by name.
 class QueueManagementProfilesDir final : public Rok::PtrInterface {
  public:
   using Profiles = RecordMap<QueueManagementProfile, 0x9bdc06a7u, &QueueManagementProfile::name>;

@@ -26,6 +26,7 @@ class RecordMap {
     const Record* found = map_.find(k);
     return found != nullptr ? *found : Record(Key());
   }
+  // Puts a record in, or replaces the one of its key.
   void is(const Record& record) {
     mark(record.*key);
     const auto [node, isNew] = map_.newMember(record.*key, record);
@@ -53,6 +54,7 @@ class RecordMap {
     typename Record::Content& content = map_.newMember(k, k).first->value();
     return content;
   }
+  // Removes the record of a key, into `removed` where that is given.
   void del(const Key& k, Record* removed = nullptr) {
     mark(k);
     map_.deleteMember(k, removed);

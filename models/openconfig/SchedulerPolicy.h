@@ -13,12 +13,14 @@ namespace QosOc::Config {
 
 // ===== Inputs of a scheduler
 
+// What a scheduler's input comes from.
 enum class SchedulerInputType : unsigned char { QUEUE = 0 };
 QOS_EXPORT const Rok::EnumType<unsigned char>& rokEnumType(SchedulerInputType);
 inline std::ostream& operator<<(std::ostream& out, SchedulerInputType v) {
   return Rok::enumPrint(out, v);
 }
 
+// What an input is called, the queue that it takes from, and its weight.
 struct SchedulerInputConfig {
   Rok::String id;
   SchedulerInputType inputType = SchedulerInputType::QUEUE;
@@ -36,6 +38,7 @@ struct SchedulerInputConfig {
   explicit operator bool() const { return *this != SchedulerInputConfig(); }
 };
 
+// One input of a scheduler.
 struct SchedulerInput {
   static constexpr RecordId record = RecordId::schedulerInput;
   Rok::String id;  // the key
@@ -53,6 +56,7 @@ struct SchedulerInput {
   explicit operator bool() const { return *this != SchedulerInput(); }
 };
 
+// The inputs of a scheduler by id.
 class SchedulerInputs final : public Rok::PtrInterface {
  public:
   using Inputs = RecordMap<SchedulerInput, 0x2de92c6fu, &SchedulerInput::id>;
@@ -81,7 +85,7 @@ class SchedulerInputs final : public Rok::PtrInterface {
 // nothing reads them.
 struct OneRateTwoColor {
   static constexpr RecordId record = RecordId::schedulerRate;
-  Rok::Optional<std::uint64_t> cir;
+  Rok::Optional<std::uint64_t> cir;  // in bits per second
   Rok::Optional<PercentType> cirPct;
 
   static constexpr auto fields() {
@@ -93,6 +97,7 @@ struct OneRateTwoColor {
   explicit operator bool() const { return *this != OneRateTwoColor(); }
 };
 
+// How a scheduler meters.
 enum class SchedulerType : unsigned char { ONE_RATE_TWO_COLOR = 0 };
 QOS_EXPORT const Rok::EnumType<unsigned char>& rokEnumType(SchedulerType);
 inline std::ostream& operator<<(std::ostream& out, SchedulerType v) {
@@ -107,6 +112,7 @@ inline std::ostream& operator<<(std::ostream& out, SchedulerPriority v) {
   return Rok::enumPrint(out, v);
 }
 
+// The place of a scheduler in its policy, and its kind.
 struct SchedulerConfig {
   static constexpr RecordId record = RecordId::scheduler;
   std::uint32_t sequence = 0;
@@ -123,6 +129,7 @@ struct SchedulerConfig {
   explicit operator bool() const { return *this != SchedulerConfig(); }
 };
 
+// One scheduler of a policy.
 class Scheduler final : public Rok::PtrInterface {
  public:
   static constexpr RecordId record = SchedulerConfig::record;
@@ -188,6 +195,7 @@ class Schedulers final : public Rok::PtrInterface {
 
 // ===== Policies
 
+// What a policy is called.
 struct SchedulerPolicyConfig {
   static constexpr RecordId record = RecordId::schedulerPolicy;
   Rok::String name;
