@@ -33,16 +33,23 @@ cmp "$share/zsh/site-functions/_qosoc" <("$prefix/bin/qosoc" completion zsh)
 [[ -s $share/yang/modules/qosopenconfig/qosoc-augments.yang ]]
 if grep -rIlF -e "$sources" -e "$work" "$prefix"; then die 'these name folders of the build'; fi
 
+# configure FOLDER SOURCES [CMAKE ARGUMENTS]
 configure() {
-  cmake -G Ninja -S "$here/outside" -B "$work/$1" -DCMAKE_CXX_COMPILER="$compiler" \
-    -DCMAKE_CXX_FLAGS="$flags $strict" "${@:2}" >"$work/$1.log" || die "$(<"$work/$1.log")"
+  cmake -G Ninja -S "$2" -B "$work/$1" -DCMAKE_CXX_COMPILER="$compiler" \
+    -DCMAKE_CXX_FLAGS="$flags $strict" "${@:3}" >"$work/$1.log" || die "$(<"$work/$1.log")"
 }
 
 # By CMake, with the host and with the translators alone.
-configure cmake -DCMAKE_PREFIX_PATH="$prefix"
+configure cmake "$here/outside" -DCMAKE_PREFIX_PATH="$prefix"
 cmake --build "$work/cmake" >"$work/build.log" || die "$(<"$work/build.log")"
 same "$work/cmake/outside"
 "$work/cmake/translators"
+
+# The agent of the examples, which is a project of its own.
+configure agent "$sources/examples/agent" -DCMAKE_PREFIX_PATH="$prefix"
+cmake --build "$work/agent" >"$work/build.log" || die "$(<"$work/build.log")"
+usage=$("$work/agent/agent" 2>&1) && die 'the agent runs without a socket'
+[[ $usage == 'agent: usage: '* ]] || die "the agent says: $usage"
 
 # By pkg-config: its Requires bring the translators.
 export PKG_CONFIG_PATH=$libraries/pkgconfig
@@ -52,7 +59,7 @@ export PKG_CONFIG_PATH=$libraries/pkgconfig
 LD_LIBRARY_PATH=$libraries same "$work/outside"
 
 # As a part of another project: its targets are there, and what we ask of our own sources stays ours.
-configure part -DQOS_SOURCES="$sources" -DCMAKE_EXPORT_COMPILE_COMMANDS=ON -DCMAKE_BUILD_TYPE=
+configure part "$here/outside" -DQOS_SOURCES="$sources" -DCMAKE_EXPORT_COMPILE_COMMANDS=ON -DCMAKE_BUILD_TYPE=
 ninja -C "$work/part" -n outside >/dev/null
 command=$(ninja -C "$work/part" -t compdb | grep -F 'outside.cpp.o -c' | grep '"command"')
 for own in -fvisibility -fno-semantic-interposition -O3 -DNDEBUG; do
