@@ -54,7 +54,7 @@ std::string_view nearest(std::string_view word, const std::vector<std::string_vi
   std::string_view found;
   std::size_t fewest = longest;
   for (const std::string_view name : names) {
-    const auto [shorter, longer] = std::minmax(name.size(), word.size());
+    const auto [shorter, longer] = std::minmax({name.size(), word.size()});
     const std::size_t most = longer / 3;
     if (longer - shorter > most || differInNumbersAlone(word, name)) continue;
     const std::size_t count = slips(word, name);
