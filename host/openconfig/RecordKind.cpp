@@ -1,5 +1,6 @@
 #include "host/openconfig/RecordKind.h"
 
+#include "host/Sorted.h"
 #include "host/openconfig/KeyText.h"
 #include "host/openconfig/LeafTable.h"
 
