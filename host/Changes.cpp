@@ -13,6 +13,7 @@
 #include "host/Pointer.h"
 #include "host/Sections.h"
 #include "host/Text.h"
+#include "host/ValueDifference.h"
 #include "host/ValueJson.h"
 
 namespace host {
@@ -28,7 +29,9 @@ std::string keyHint(const Draft& draft, const std::string& token) {
   constexpr std::size_t many = 1000;
   if (draft.size() > many) return "";
   const std::vector<Rok::String> keys = draft.keys();
-  return didYouMean(token, {keys.begin(), keys.end()});
+  const std::string_view key = nearest(token, {keys.begin(), keys.end()});
+  if (key.empty()) return "";
+  return ": did you mean " + shownPointer(Tokens{std::string(key)}).substr(1) + '?';
 }
 
 // What stands below the draft. `tokens` are the keys as the line has them.
@@ -50,10 +53,6 @@ std::unique_ptr<Place> follow(const Native& native, std::span<const Rok::String>
   std::unique_ptr<Place> place = nativePlace(native);
   for (const Rok::String& key : keys) place = place->at(key);
   return place;
-}
-
-bool startsWithDigit(std::string_view text) {
-  return !text.empty() && text.front() >= '0' && text.front() <= '9';
 }
 
 std::span<const Rok::String> withoutLast(const std::vector<Rok::String>& keys) {
@@ -95,8 +94,9 @@ class ChangeCheck {
   static std::optional<Change> check(const Patch& patch, std::size_t operation, Draft& draft);
 
  private:
-  static Target resolve(const Tokens& tokens);
-  static std::string slashHint(const Tokens& tokens);
+  static Target resolve(const Tokens& tokens, Draft& draft);
+  static std::string slashHint(const Tokens& tokens, Draft& draft);
+  static bool isLikelyName(const std::vector<Rok::String>& keys, std::size_t half, Draft& draft);
   static bool canDescend(Target& target, const std::string& token);
   static void descend(Target& target, const Schema& at, const std::string& token);
   static void descendRecord(Target& target, const Schema& record, const std::string& token);
@@ -108,7 +108,7 @@ class ChangeCheck {
   static Value joined(const Value& set, const Value& element);
 };
 
-Target ChangeCheck::resolve(const Tokens& tokens) {
+Target ChangeCheck::resolve(const Tokens& tokens, Draft& draft) {
   if (tokens.empty()) {
     refuse("the document can't be changed or tested as a whole: name a place in it");
   }
@@ -117,32 +117,49 @@ Target ChangeCheck::resolve(const Tokens& tokens) {
   try {
     for (const std::string& token : tokens) descend(target, *target.schema, token);
   } catch (const Fault& fault) {
-    refuse(fault.what() + slashHint(tokens));
+    refuse(fault.what() + slashHint(tokens, draft));
   }
   return target;
 }
 
-// The "/" in the name of an interface, when it was not escaped, makes two tokens of it: where the
-// pointer leaves the schema with a number, that is taken for the rest of a name.
-std::string ChangeCheck::slashHint(const Tokens& tokens) {
+// A "/" in a name that was not escaped makes two tokens of it. Where the pointer leaves the schema,
+// the last two are taken for one name, if that is likely one. A pointer that still leads nowhere then
+// is asked for as far as it leads.
+std::string ChangeCheck::slashHint(const Tokens& tokens, Draft& draft) {
   Tokens joined;
   Target before, target;
   target.schema = &nativeSchema();
+  bool isJoined = false;
   for (const std::string& token : tokens) {
     Target next = target;
     if (canDescend(next, token)) {
       before = std::exchange(target, next);
       joined.push_back(token);
-    } else if (!joined.empty() && startsWithDigit(token) &&
-               canDescend(next = before, joined.back() + '/' + token)) {
-      target = next;
-      joined.back() += '/' + token;
-    } else {
-      joined.push_back(token);
+      continue;
     }
+    const std::string name = joined.empty() ? "" : joined.back() + '/' + token;
+    if (joined.empty() || !canDescend(next = before, name)) break;
+    if (!isLikelyName(next.keys, joined.back().size(), draft)) break;
+    target = next;
+    joined.back() = name;
+    isJoined = true;
   }
-  if (joined.size() == tokens.size()) return "";
+  if (!isJoined) return "";
   return ": a \"/\" in a name is written \"~1\": did you mean " + shownPointer(joined) + '?';
+}
+
+// Whether a name with a "/" after `half` characters, the last of the keys, is one that stands in its
+// collection, or may be that of an interface, as Ethernet1/1 is, or the key of its comment.
+bool ChangeCheck::isLikelyName(const std::vector<Rok::String>& keys, std::size_t half,
+                               Draft& draft) {
+  const std::string_view name = keys.back();
+  const std::string_view collection = keys[keys.size() - 2];
+  const bool isNumbered = name.substr(half + 1).find_first_of("0123456789") == 0;
+  if (isNumbered && collection == "interfaces") return true;
+  if (isNumbered && collection == "comments" && name.starts_with("if-")) return true;
+  Draft* at = &draft;
+  for (std::size_t i = 0; i < keys.size() && at != nullptr; ++i) at = at->at(keys[i]);
+  return at != nullptr;
 }
 
 bool ChangeCheck::canDescend(Target& target, const std::string& token) {
@@ -212,23 +229,22 @@ Value ChangeCheck::joined(const Value& set, const Value& element) {
 
 void ChangeCheck::test(const Draft& there, const Patch& patch, std::size_t operation,
                        const Schema& schema) {
+  const Value found = there.value();
   Value expected;
   try {
     expected = patch.value(operation, schema);
   } catch (const Fault& fault) {
-    refuse(std::string("test failed: ") + fault.what());
+    refuse("test failed: " + shown(valueJson(found, schema)) + " is there; " + fault.what());
   }
-  const Value found = there.value();
-  if (found == expected) return;
-  refuse("test failed: expected " + shown(valueJson(expected, schema)) + ", not " +
-         shown(valueJson(found, schema)));
+  const auto difference = firstDifference(expected, found, schema);
+  if (difference) refuse("test failed: " + *difference);
 }
 
 std::optional<Change> ChangeCheck::check(const Patch& patch, std::size_t operation, Draft& draft) {
   const auto& [kind, path] = patch.operations()[operation];
   const Tokens tokens = *pointerTokens(path);
   try {
-    Change change{resolve(tokens), std::nullopt};
+    Change change{resolve(tokens, draft), std::nullopt};
     const auto& [keys, manner, schema, initial, inSet] = change.target;
     if (inSet && kind != Patch::Kind::add) refuse("nothing stands at \"-\": it is only for add");
     Draft& parent = follow(draft, withoutLast(keys), tokens);

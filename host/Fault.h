@@ -44,4 +44,7 @@ class Refusal : public std::runtime_error {
   std::vector<Fault> faults_;
 };
 
+// A line for each fault, as `inFile` has it, and one that says so when there may be more.
+std::vector<std::string> linesOf(const std::vector<Fault>& faults, const std::string& file);
+
 }  // namespace host

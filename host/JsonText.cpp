@@ -49,11 +49,4 @@ void readJsonText(std::string_view text, SchemaReader& reader) {
   read(stream, reader);
 }
 
-std::string Fault::inFile(const std::string& file) const {
-  std::string line = shown(file);
-  if (!position_.empty()) line += ':' + position_;
-  if (!place_.empty()) line += ": " + place_;
-  return line + ": " + what();
-}
-
 }  // namespace host

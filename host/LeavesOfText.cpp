@@ -13,7 +13,7 @@ namespace {
 void readOpenConfig(const std::string& file, std::string_view text, const ViewOptions& view,
                     const Subtree& only, LeavesOfText& result) {
   DocumentLeaves document = readDocument(text, view);
-  for (const Fault& fault : document.faults) result.faults.push_back(fault.inFile(file));
+  result.faults = linesOf(document.faults, file);
   result.leaves = std::move(document.leaves);
   std::erase_if(result.leaves, [&](const LeafText& leaf) { return !only.within(leaf.path); });
 }
@@ -27,7 +27,7 @@ void translate(const std::string& file, std::string_view text, const ViewOptions
   try {
     readNativeText(text, native);
   } catch (const Refusal& refused) {
-    for (const Fault& one : refused.faults()) result.faults.push_back(one.inFile(file));
+    result.faults = linesOf(refused.faults(), file);
     return;
   }
   for (const std::string& line : commentFaults(native)) fault(line);

@@ -3,6 +3,7 @@
 #include <optional>
 
 #include "host/JsonStream.h"
+#include "host/Nearest.h"
 #include "host/Pointer.h"
 #include "host/SchemaReader.h"
 #include "host/Text.h"
@@ -83,7 +84,8 @@ Patch::Kind kindOf(std::string_view name, const Place& place) {
   if (name == "move" || name == "copy") {
     throw Fault(place(), std::string(name) + " is not supported: use remove and add");
   }
-  throw Fault(place(), "unknown operation " + quoted(name));
+  throw Fault(place(), "unknown operation " + quoted(name) +
+                           didYouMeanOf(name, {"add", "replace", "remove", "test"}));
 }
 
 Patch::Operation operationOf(const Json& json, std::size_t number) {

@@ -11,9 +11,7 @@
 namespace qosoc {
 
 InputError::InputError(const std::string& file, const host::Refusal& refusal)
-    : std::runtime_error(refusal.what()) {
-  for (const host::Fault& fault : refusal.faults()) lines_.push_back(fault.inFile(file));
-}
+    : std::runtime_error(refusal.what()), lines_(host::linesOf(refusal.faults(), file)) {}
 
 void throwUnreadable(const std::string& file, int error) {
   throw InputError(file,

@@ -305,11 +305,13 @@ TEST(AccessLists, TestSeesWhatTheNativeSideHolds) {
             "");
   EXPECT_EQ(d.reportOf("test", "/access-lists/ipv4/A/rules/10/dscp", "46"), "");
   EXPECT_EQ(d.reportOf("test", "/access-lists/ipv4/A/rules/10", "{}"),
-            "refused: /access-lists/ipv4/A/rules/10: test failed: expected {}, not {\"dscp\":46}");
+            "refused: /access-lists/ipv4/A/rules/10: test failed: at /dscp: expected nothing, and "
+            "46 is there");
   EXPECT_EQ(d.reportOf("test", "/access-lists/ipv4/A/rules/20/dscp", "0"),
             "refused: /access-lists/ipv4/A/rules/20/dscp: nothing is there");
-  EXPECT_EQ(d.reportOf("test", "/access-lists/ipv4/B", R"({"rules": {}})"),
-            "refused: /access-lists/ipv4/B: test failed: expected {\"rules\":{}}, not {}");
+  EXPECT_EQ(
+      d.reportOf("test", "/access-lists/ipv4/B", R"({"rules": {}})"),
+      "refused: /access-lists/ipv4/B: test failed: at /rules: expected {}, and nothing is there");
 }
 
 TEST(AccessLists, LaterOperationsOfALineSeeTheEarlierOnes) {

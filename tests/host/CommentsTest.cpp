@@ -72,7 +72,7 @@ TEST(Comments, TestSeesWhatTheNativeSideHolds) {
   HostDevice d(device);
   EXPECT_EQ(d.reportOf("test", "/comments", R"({"b": "", "qos-profile-P": "text"})"), "");
   EXPECT_EQ(d.reportOf("test", "/comments/b", R"("x")"),
-            "refused: /comments/b: test failed: expected \"x\", not \"\"");
+            "refused: /comments/b: test failed: expected \"x\", and \"\" is there");
   EXPECT_EQ(d.reportOf("test", "/comments/c", R"("")"), "refused: /comments/c: nothing is there");
 }
 

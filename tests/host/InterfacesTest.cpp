@@ -376,9 +376,9 @@ TEST(Interfaces, TestSeesWhatTheNativeSideHolds) {
   EXPECT_EQ(d.reportOf("test", queues + "/mc-3/bandwidth", "101"), "");
   EXPECT_EQ(d.reportOf("test", queues + "/uc-3/ecn/max-drop-percent", "30"), "");
   EXPECT_EQ(d.reportOf("test", "/interfaces/Ethernet1/pfc/priorities", "8"), "");
-  EXPECT_EQ(
-      d.reportOf("test", queues + "/mc-3", R"({"ecn": {}})"),
-      "refused: /interfaces/Ethernet1/tx-queues/mc-3: test failed: expected {\"ecn\":{}}, not {}");
+  EXPECT_EQ(d.reportOf("test", queues + "/mc-3", R"({"ecn": {}})"),
+            "refused: /interfaces/Ethernet1/tx-queues/mc-3: test failed: at /ecn: expected {}, and "
+            "nothing is there");
   EXPECT_EQ(d.reportOf("test", queues + "/mc-3/ecn", "{}"),
             "refused: " + queues + "/mc-3/ecn: nothing is there");
 }

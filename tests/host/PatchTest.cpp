@@ -79,7 +79,7 @@ TEST(Patch, RefusesMoveAndCopy) {
   EXPECT_EQ(faultOf(R"([{"op": "copy", "path": "/a", "from": "/b"}])"),
             "/a: copy is not supported: use remove and add");
   EXPECT_EQ(faultOf(R"([{"op": "Add", "path": "/a", "value": 1}])"),
-            "/a: unknown operation \"Add\"");
+            "/a: unknown operation \"Add\": did you mean add? (legal: add, replace, remove, test)");
 }
 
 TEST(Patch, RefusesAPathThatIsNoPointer) {

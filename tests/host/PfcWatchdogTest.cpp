@@ -112,8 +112,7 @@ TEST(PfcWatchdog, TestSeesWhatTheNativeSideHolds) {
             "");
   EXPECT_EQ(d.reportOf("test", "/pfc-watchdog/time-c", "0"), "");
   EXPECT_EQ(d.reportOf("test", "/pfc-watchdog", "{}"),
-            "refused: /pfc-watchdog: test failed: expected {}, not "
-            "{\"time-a\":0.2,\"time-b\":3.0,\"action\":5,\"priorities\":255}");
+            "refused: /pfc-watchdog: test failed: at /action: expected 1, and 5 is there");
 }
 
 TEST(PfcWatchdog, RefusesChangesThatDoNotFit) {

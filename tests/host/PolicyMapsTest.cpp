@@ -208,7 +208,7 @@ TEST(PolicyMaps, TestSeesWhatTheNativeSideHolds) {
   EXPECT_EQ(d.reportOf("test", "/policy-maps/qos/P/classes/C/actions/set-traffic-class", "5"), "");
   EXPECT_EQ(d.reportOf("test", "/policy-maps/qos/P/classes/C/actions/set-traffic-class", "6"),
             "refused: /policy-maps/qos/P/classes/C/actions/set-traffic-class: test failed: "
-            "expected 6, not 5");
+            "expected 6, and 5 is there");
 }
 
 TEST(PolicyMaps, LaterOperationsOfALineSeeTheEarlierOnes) {

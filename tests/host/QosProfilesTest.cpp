@@ -147,8 +147,9 @@ TEST(QosProfiles, TestSeesWhatTheNativeSideHolds) {
   EXPECT_EQ(d.reportOf("test", "/qos-profiles", R"({"Q": {}, "P": {"tx-queues": {"mc-1": {},
       "uc-3": {"wred": {"weight": 1}, "bandwidth": 40}}}})"),
             "");
-  EXPECT_EQ(d.reportOf("test", "/qos-profiles/Q", R"({"tx-queues": {}})"),
-            "refused: /qos-profiles/Q: test failed: expected {\"tx-queues\":{}}, not {}");
+  EXPECT_EQ(
+      d.reportOf("test", "/qos-profiles/Q", R"({"tx-queues": {}})"),
+      "refused: /qos-profiles/Q: test failed: at /tx-queues: expected {}, and nothing is there");
 }
 
 }  // namespace

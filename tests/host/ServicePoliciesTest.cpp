@@ -126,9 +126,9 @@ TEST(ServicePolicies, TestSeesWhatTheNativeSideHolds) {
   EXPECT_EQ(d.reportOf("test", "/service-policies", R"({"0:P": {"interfaces": {}},
       "1:P": {"interfaces": {"Ethernet1": true, "Ethernet2": true}}})"),
             "");
-  EXPECT_EQ(
-      d.reportOf("test", "/service-policies/1:P/interfaces/Ethernet1", "false"),
-      "refused: /service-policies/1:P/interfaces/Ethernet1: test failed: expected false, not true");
+  EXPECT_EQ(d.reportOf("test", "/service-policies/1:P/interfaces/Ethernet1", "false"),
+            "refused: /service-policies/1:P/interfaces/Ethernet1: test failed: expected false, and "
+            "true is there");
   EXPECT_EQ(d.reportOf("test", "/service-policies/1:P/interfaces/Ethernet9", "true"),
             "refused: /service-policies/1:P/interfaces/Ethernet9: nothing is there");
 }
