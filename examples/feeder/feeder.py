@@ -9,8 +9,10 @@ A dump has a table's row on each line, as a JSON object. The rows that there are
     {"table": "tx-queue", "interface": "Ethernet1", "queue": "uc-3", "bandwidth": 40}
 
 Each row that is wrong is named on standard error; then nothing is printed, and the exit code is 2.
+It is 1 when standard output can't take all of it.
 """
 
+import contextlib
 import json
 import re
 import sys
@@ -256,6 +258,19 @@ def document_text(document: Document) -> str:
     return json.dumps(sections, ensure_ascii=False, indent=2)
 
 
+def write(text: str) -> int:
+    """To standard output. Returns the exit code."""
+    try:
+        sys.stdout.buffer.write(text.encode())
+        sys.stdout.buffer.flush()
+    except OSError as error:
+        print(f"standard output: {error.strerror}", file=sys.stderr)
+        with contextlib.suppress(OSError):
+            sys.stdout.close()  # the interpreter would try once more at its end
+        return 1
+    return 0
+
+
 def main(command: str = "", *files: str) -> int:
     if (command, len(files)) not in (("document", 1), ("changes", 2)):
         print(__doc__, file=sys.stderr)
@@ -271,9 +286,7 @@ def main(command: str = "", *files: str) -> int:
     before, after = dumps[0], dumps[-1]
     lines = ([document_text(before)] if command == "document"
              else [*removals(before, after), *additions(before, after)])
-    sys.stdout.buffer.write("".join(line + "\n" for line in lines).encode())
-    sys.stdout.buffer.flush()
-    return 0
+    return write("".join(line + "\n" for line in lines))
 
 
 if __name__ == "__main__":

@@ -111,6 +111,23 @@ class Example(Case):
         done = run(sys.executable, "-B", FEEDER, "document", os.devnull, "more")
         self.assertEqual((done.returncode, done.stdout), (2, b""))
 
+    def test_that_cannot_be_written_is_a_failure_with_a_message(self):
+        with open("/dev/full", "wb") as full:
+            done = subprocess.run(
+                [sys.executable, "-B", FEEDER, "document", EXAMPLE / "before.jsonl"],
+                stdout=full, stderr=subprocess.PIPE, check=False)
+        self.assertEqual((done.returncode, done.stderr),
+                         (1, b"standard output: No space left on device\n"))
+
+    def test_that_is_read_to_no_end_is_a_failure_with_a_message(self):
+        reader, writer = os.pipe()
+        os.close(reader)
+        with open(writer, "wb") as pipe:
+            done = subprocess.run(
+                [sys.executable, "-B", FEEDER, "document", EXAMPLE / "before.jsonl"],
+                stdout=pipe, stderr=subprocess.PIPE, check=False)
+        self.assertEqual((done.returncode, done.stderr), (1, b"standard output: Broken pipe\n"))
+
     def test_leads_to_the_model_of_the_second_dump(self):
         led, alone = self.followed((EXAMPLE / "before.jsonl").read_text(),
                                    (EXAMPLE / "after.jsonl").read_text())
