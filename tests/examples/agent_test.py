@@ -3,6 +3,8 @@
     agent_test.py QOSOC AGENT [ARGUMENTS OF UNITTEST]
 """
 
+import array
+import fcntl
 import json
 import os
 import pathlib
@@ -12,6 +14,7 @@ import socket
 import subprocess
 import sys
 import tempfile
+import termios
 import time
 import unittest
 
@@ -222,6 +225,83 @@ class AnEnd(Case):
         self.assertEqual(self.refused_start(feed="/dev/full"),
                          "agent: /dev/full: No space left on device\n")
         self.assertEqual(self.state.read_bytes(), before)
+
+
+class APipe(Case):
+    """A feed that is a pipe."""
+
+    def setUp(self):
+        super().setUp()
+        self.pipe = self.folder / "feed.pipe"
+        os.mkfifo(self.pipe)
+
+    def reader(self):
+        """One that holds a page of it, and reads nothing by itself."""
+        reader = os.open(self.pipe, os.O_RDONLY | os.O_NONBLOCK)
+        self.addCleanup(os.close, reader)
+        fcntl.fcntl(reader, fcntl.F_SETPIPE_SZ, 4096)
+        return reader
+
+    def waiting(self, reader):
+        count = array.array("i", [0])
+        fcntl.ioctl(reader, termios.FIONREAD, count)
+        return count[0]
+
+    def read_lines(self, reader, count):
+        text = b""
+        while text.count(b"\n") < count:
+            self.wait_for("the feed", lambda: self.waiting(reader) > 0)
+            text += os.read(reader, 1000)
+        return [json.loads(line) for line in text.splitlines()]
+
+    def test_without_a_reader_is_refused(self):
+        self.assertEqual(self.refused_start(feed=self.pipe),
+                         f"agent: {self.pipe}: No such device or address\n")
+
+    def test_gives_a_slow_reader_all_of_it(self):
+        self.begin_with_router()
+        expected = self.expected_feed("--restore", self.state, "--changes",
+                                      ROUTER / "02-change.jsonl")
+        reader = self.reader()
+        agent = self.start(feed=self.pipe)
+        self.wait_for("a full pipe", lambda: self.waiting(reader) == 4096)
+        first = self.read_lines(reader, 1)
+        self.write(b"".join(DAY))
+        self.assert_feed(first + self.read_lines(reader, len(expected) - 1), expected)
+        self.assertEqual(self.end(agent), 0)
+
+    def test_whose_reader_stalls_at_the_start_can_be_left(self):
+        self.begin_with_router()
+        reader = self.reader()
+        agent = self.start(feed=self.pipe)
+        self.wait_for("a full pipe", lambda: self.waiting(reader) == 4096)
+        self.assertEqual(self.end(agent), 0)
+        self.assertEqual(self.log.read_text(),
+                         f"agent: {self.pipe}: cut off: its reader stalls\n")
+
+    def test_whose_reader_stalls_later_can_be_left_and_the_line_is_saved(self):
+        reader = self.reader()
+        agent = self.start(feed=self.pipe)
+        self.read_lines(reader, 1)
+        name = "c" * 3000
+        self.write(class_map(f"__yang_[{name}]_[]"))
+        self.wait_for("a full pipe", lambda: self.waiting(reader) == 4096)
+        self.assertEqual(self.end(agent, signal.SIGINT), 0)
+        self.assertEqual(self.log.read_text(),
+                         f"agent: {self.pipe}: cut off: its reader stalls\n")
+        self.start_and_wait()
+        self.assertIn(f"/qos/classifiers/classifier[name={name}]/name",
+                      self.feed_lines()[0]["update"])
+
+    def test_whose_reader_goes_is_a_feed_that_cannot_be_written(self):
+        reader = os.open(self.pipe, os.O_RDONLY | os.O_NONBLOCK)
+        agent = self.start(feed=self.pipe)
+        self.wait_for("line 0", lambda: self.waiting(reader) > 0)
+        os.close(reader)
+        self.write(class_map("__yang_[c]_[]"))
+        self.assertEqual(agent.wait(PATIENCE), 1)
+        self.assertEqual(self.log.read_text(), f"agent: {self.pipe}: Broken pipe\n")
+        self.assertFalse(self.state.exists())
 
 
 class AStart(Case):
