@@ -1,6 +1,7 @@
 // What the README shows is what happens.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <iostream>
 #include <sstream>
@@ -8,6 +9,7 @@
 #include "Paths.h"
 #include "host/Changes.h"
 #include "host/Feed.h"
+#include "host/ModelWriter.h"
 #include "host/NativeReader.h"
 #include "host/Roots.h"
 #include "tests/support/HostProgram.h"
@@ -69,56 +71,91 @@ std::string printedBy(const Host& host, const std::string& in) {
   return testing::internal::GetCapturedStdout();
 }
 
-// The lines between the two marks are those of the README.
+// The lines between two marks are those of a block of the README.
 void shownHost() {
-  // >>>
+  // >>> 0
   const auto report = [](const std::string& line) { std::cerr << line << '\n'; };
   host::Native native;
   host::Model model;
   host::readNative("router.json", native);
   const auto roots = host::buildRoots({}, native, model, report);
-
-  host::Feed feed(model);
-  const auto printed = feed.onLeaves({}, [](const host::LeafChanges& changes) {
-    for (const auto& leaf : changes.updated) std::cout << leaf.path << '\n';
-  });
   host::Changes changes(native, report);
-  feed.commit();
-  for (std::string line; std::getline(std::cin, line); feed.commit()) changes.line(line);
+  for (std::string line; std::getline(std::cin, line);) changes.line(line);
+  // <<<
+  std::cout << host::modelJson(model, host::Layout::pretty);
+}
+
+void shownFeed() {
+  const auto report = [](const std::string& line) { std::cerr << line << '\n'; };
+  host::Native native;
+  host::Model model;
+  host::readNative("router.json", native);
+  const auto roots = host::buildRoots({}, native, model, report);
+  host::Changes changes(native, report);
+  // >>> 1
+  host::Feed feed(model);
+  const auto printed = feed.onLeaves({}, [](const auto& now) {
+    for (auto& leaf : now.updated) std::cout << leaf.path << '\n';
+  });
+  for (std::string line; feed.commit(), std::getline(std::cin, line);) changes.line(line);
   // <<<
 }
 
-TEST(Readme, ShowsAHostThatWorks) {
+// What a host prints over the small example.
+std::string printedOverExample(void (*host)()) {
   const std::string example = std::string(paths::examples) + "/one-classifier/";
   const support::HostFolder folder;
   folder.file("router.json", hostText(example + "01-native.json"));
   const auto inFolder = [&] {
     std::filesystem::current_path(folder.path("."));
-    shownHost();
+    host();
   };
-  const std::string classifier = "/qos/classifiers/classifier[name=edge-in]/";
-  EXPECT_EQ(printedBy(inFolder, hostText(example + "02-change.jsonl")),
-            classifier + "config/name\n" + classifier + "config/type\n" + classifier + "name\n" +
-                classifier + "terms/term[id=voice]/config/id\n" + classifier +
-                "terms/term[id=voice]/id\n" +
-                // and then by the change
-                classifier + "terms/term[id=video]/config/id\n" + classifier +
-                "terms/term[id=video]/id\n");
+  return printedBy(inFolder, hostText(example + "02-change.jsonl"));
 }
 
-TEST(Readme, ShowsThatHostAsItStandsHere) {
+TEST(Readme, ShowsAHostThatWorks) {
+  EXPECT_EQ(printedOverExample(shownHost),
+            hostText(std::string(paths::examples) + "/one-classifier/02-model.json"));
+}
+
+TEST(Readme, ShowsAFeedThatWorks) {
+  const std::string classifier = "/qos/classifiers/classifier[name=edge-in]/";
+  EXPECT_EQ(printedOverExample(shownFeed), classifier + "config/name\n" + classifier +
+                                               "config/type\n" + classifier + "name\n" +
+                                               classifier + "terms/term[id=voice]/config/id\n" +
+                                               classifier + "terms/term[id=voice]/id\n" +
+                                               // and then by the change
+                                               classifier + "terms/term[id=video]/config/id\n" +
+                                               classifier + "terms/term[id=video]/id\n");
+}
+
+// A block's lines of code, without those that include headers, which must stand in this file, too.
+std::string shownCode(const std::string& block, const std::string& source) {
+  std::string code;
+  std::istringstream lines(block);
+  for (std::string line; std::getline(lines, line);) {
+    if (!line.starts_with("#include ")) {
+      code += line + '\n';
+    } else {
+      EXPECT_NE(source.find("\n" + line + "\n"), std::string::npos) << line;
+    }
+  }
+  return code;
+}
+
+TEST(Readme, ShowsThatHostAndThatFeedAsTheyStandHere) {
   const std::string source =
       hostText(std::string(paths::examples) + "/../tests/apps/ReadmeTest.cpp");
-  const std::size_t begin = source.find("// >>>") + 6;
-  const std::string here = source.substr(begin, source.find("// <<<") - begin);
   const auto shown = blocks("cpp");
-  ASSERT_EQ(shown.size(), 1u);
-  const std::size_t code = shown[0].find("\n\n");
-  EXPECT_EQ(squeezed(shown[0].substr(code)), squeezed(here));
-  std::istringstream includes(shown[0].substr(0, code));
-  for (std::string line; std::getline(includes, line);) {
-    EXPECT_NE(source.find("\n" + line + "\n"), std::string::npos) << line;
+  ASSERT_EQ(shown.size(), 2u);
+  for (std::size_t block = 0; block < shown.size(); ++block) {
+    const std::string mark = "  // >>> " + std::to_string(block) + '\n';
+    const std::size_t begin = source.find(mark) + mark.size();
+    const std::string here = source.substr(begin, source.find("  // <<<", begin) - begin);
+    EXPECT_EQ(squeezed(shownCode(shown[block], source)), squeezed(here));
   }
+  EXPECT_EQ(std::ranges::count(shown[0], '\n'), 10);
+  EXPECT_EQ(std::ranges::count(shown[1], '\n'), 3);
 }
 
 }  // namespace
