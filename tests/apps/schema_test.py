@@ -3,13 +3,15 @@
 usage: schema_test.py QOSOC EXAMPLES
 
 Each slip of the table below is put into a document by itself, and so are hundreds of random ones into
-the documents of EXAMPLES; the schema and the program say the same of each.
+the documents of EXAMPLES and of docs/native-document.md; the schema and the program say the same of
+each, but for what the help of the command declares. Its example is run, too.
 """
 
 import copy
 import json
 import pathlib
 import random
+import re
 import subprocess
 import sys
 import tempfile
@@ -103,6 +105,34 @@ ILLEGAL = [
 ]
 BAD_VALUES = [None, True, -1, 256, 4294967296, 0.5, "", "x", "1", [], {}, [1], {"x": {}}]
 BAD_KEYS = ["", "x", "01", "256", "qos", "1:P", "uc-3", "uc-256", "a\n", "4294967296", "7", "9"]
+# What no schema can see, in texts, since most of it is gone from what a validator gets.
+HIDDEN = [
+    '{"queue-names": {"q": 1, "q": 2}}',
+    '{"queue-names": {}, "queue-names": {}}',
+    '{"class-maps": {"qos": {}, "1": {}}}',
+    '{"class-maps": {"qos": {"V": {"match": [7, "7"]}}}}',
+    '{"class-maps": {"qos": {"V": {"match": ["ip-access-group", 1]}}}}',
+    '{"interfaces": {"E": {"tx-queues": {"uc-3": {"bandwidth": 40.0}}}}}',
+    '{"interfaces": {"E": {"tx-queues": {"uc-3": {"bandwidth": 4e1}}}}}',
+    '{"interfaces": {"E": {"tx-queues": {"uc-3": {"priority": 0.0}}}}}',
+]
+
+
+def run_example(example):
+    """The command lines of an example of the help, with what each one prints; a `cat` makes the file."""
+    steps = re.findall(r"^  \$ (.*)\n((?:  (?!\$ ).*\n)*)", example, re.MULTILINE)
+    with tempfile.TemporaryDirectory() as folder:
+        path = f"{pathlib.Path(qosoc).resolve().parent}:/usr/bin:/bin"
+        for command, output in steps:
+            shown = re.sub("^  ", "", output, flags=re.MULTILINE)
+            if command.startswith("cat "):
+                pathlib.Path(folder, command[4:]).write_text(shown, encoding="utf-8")
+                continue
+            run = subprocess.run(command, shell=True, cwd=folder, env={"PATH": path}, text=True,
+                                 stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
+            if run.stdout != shown:
+                failures.append(f"{command}: the help shows {shown!r}, it prints {run.stdout!r}")
+    return len(steps)
 
 
 def places(value, above=()):
@@ -144,8 +174,18 @@ for document in LEGAL:
 for document in ILLEGAL:
     expect(False, document, "illegal")
 
-natives = [json.loads(path.read_text()) for path in sorted(examples.glob("*/*-native*.json"))]
-assert natives, "no examples"
+for text in HIDDEN:
+    if program_accepts(text):
+        failures.append(f"hidden: the program takes {text}")
+    if not validator.is_valid(json.loads(text)):
+        failures.append(f"hidden: the schema refuses {text}, and the help says that it can't")
+
+page = (examples.parent / "docs" / "native-document.md").read_text(encoding="utf-8")
+blocks = re.findall(r"^```json\n(.*?)^```$", page, re.MULTILINE | re.DOTALL)
+assert len(blocks) >= 7, "the page has lost its documents"
+files = sorted(examples.glob("*/*native*.json"))
+assert examples / "feeder" / "native.json" in files, files
+natives = [json.loads(text) for text in [path.read_text() for path in files] + blocks]
 for document in natives + LEGAL:
     expect(True, document, "example")
 
@@ -158,6 +198,10 @@ for turn in range(400):
     verdict = validator.is_valid(document)
     refused += not verdict
     expect(verdict, document, f"slip {turn}")
+
+help_text = subprocess.run([qosoc, "schema", "--help"], capture_output=True, text=True, check=True).stdout
+example = help_text[help_text.index("\nExample:\n"):help_text.index("\nExit code:\n")]
+assert run_example(example) == 3, example
 
 print(f"{len(LEGAL) + len(natives)} legal and {len(ILLEGAL)} illegal documents, 400 slips, {refused} refused")
 assert refused > 100, "the slips are too few to say anything"
