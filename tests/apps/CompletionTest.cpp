@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <iterator>
 #include <sstream>
 
 #include "Paths.h"
@@ -131,6 +132,24 @@ TEST_F(BashCompletion, GoesOnBehindTheCommasOfAList) {
               UnorderedElementsAre("acl,interface-classifier", "acl,interface-pfc"));
   EXPECT_THAT(completed({"translate", "--roots", "acl,interface-pfc,interface-"}),
               ElementsAre("acl,interface-pfc,interface-classifier"));
+}
+
+// The words before "<TAB>" in the example, and what stands below them.
+TEST_F(BashCompletion, IsAsItsHelpShows) {
+  const std::string help = hostRun({paths::qosoc, "completion", "--help"}).out;
+  EXPECT_NE(help.find("\n  $ source <(qosoc completion bash)\n"), std::string::npos) << help;
+  const std::string command = "\n  $ qosoc ", tab = "<TAB>\n";
+  const std::size_t begin = help.find(command) + command.size(), end = help.find(tab, begin);
+  ASSERT_NE(end, std::string::npos) << help;
+  const auto words = [](const std::string& text) {
+    std::istringstream in(text);
+    return Texts(std::istream_iterator<std::string>(in), {});
+  };
+  const std::size_t shown = end + tab.size();
+  const Texts expected = words(help.substr(shown, help.find('\n', shown) - shown));
+  EXPECT_EQ(expected.size(), 2u);
+  EXPECT_THAT(completed(words(help.substr(begin, end - begin))),
+              UnorderedElementsAreArray(expected));
 }
 
 TEST_F(BashCompletion, TakesAValueBehindAnEqualsSign) {
