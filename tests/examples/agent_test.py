@@ -9,6 +9,7 @@ import json
 import os
 import pathlib
 import random
+import re
 import signal
 import socket
 import subprocess
@@ -414,6 +415,43 @@ class TheLog(Case):
         self.write(class_map("__yang_[a\1]_[]"))
         self.wait_for_lines(2)
         self.assertRegex(self.log.read_text(), r"^agent: /openconfig-qos:qos/.*: left out \(from .*\)\n$")
+
+
+# Stands for socat -u FILE:NAME UNIX-CONNECT:NAME, once the agent listens.
+SOCAT = """#!/usr/bin/env python3
+import socket, sys, time
+flag, source, target = sys.argv[1:]
+assert flag == "-u" and source.startswith("FILE:") and target.startswith("UNIX-CONNECT:")
+writer = socket.socket(socket.AF_UNIX)
+end = time.monotonic() + 60
+while writer.connect_ex(target[13:]) != 0:
+    assert time.monotonic() < end
+    time.sleep(0.01)
+writer.sendall(open(source[5:], "rb").read())
+"""
+
+
+class ThePage(Case):
+    def test_has_commands_that_give_the_day_of_the_router(self):
+        page = (EXAMPLES / "agent" / "README.md").read_text()
+        lines = re.search("^    cmake -S .*\n((?:    .*\n)+)", page, re.MULTILINE).group(1)
+        (self.folder / "build" / "agent").mkdir(parents=True)
+        for link, target in (("examples", EXAMPLES), ("build/agent/agent", AGENT),
+                             ("qosoc", QOSOC)):
+            (self.folder / link).symlink_to(pathlib.Path(target).resolve())
+        socat = self.folder / "socat"
+        socat.write_text(SOCAT)
+        socat.chmod(0o700)
+        path = f"{self.folder}:{os.environ['PATH']}"
+        wait = "while (($(wc -l <feed.jsonl) < %d)); do sleep 0.01; done\nkill " % len(DAY)
+        done = subprocess.run(["bash", "-e", "-m", "-c", lines.replace("    kill ", wait) + "wait"],
+                              cwd=self.folder, env={**os.environ, "PATH": path},
+                              capture_output=True, timeout=PATIENCE, check=False)
+        self.assertEqual(done.returncode, 0, done.stderr)
+        saved = self.folder / "first.json"
+        self.qosoc(ROUTER / "01-native.json", "--save", saved)
+        self.assert_feed(self.feed_lines(), self.expected_feed(
+            "--restore", saved, "--changes", ROUTER / "02-change.jsonl"))
 
 
 class TheProgram(unittest.TestCase):

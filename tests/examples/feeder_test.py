@@ -11,6 +11,8 @@ import json
 import os
 import pathlib
 import random
+import re
+import shutil
 import signal
 import subprocess
 import sys
@@ -160,6 +162,28 @@ class Page(unittest.TestCase):
             written = "/" + "/".join(part if isinstance(part, str) else
                                      f"{part.prefix}<{part.name}>" for part in table.place)
             self.assertTrue(place.startswith(written), (place, written))
+
+
+class Commands(Case):
+    """The blocks of commands of the README and of docs/feeding.md, over the dumps of the example."""
+
+    def test_of_the_pages_print_the_feed_of_the_example(self):
+        expected = self.qosoc(False, "translate", EXAMPLE / "native.json", "--changes",
+                              EXAMPLE / "changes.jsonl", "--feed").splitlines()[1:]
+        self.assertEqual(len(expected), len((EXAMPLE / "changes.jsonl").read_text().splitlines()))
+        for page in PAGE, EXAMPLE.parent.parent / "README.md":
+            block, = re.findall(r"^```\n(feeder.py document .*?)^```$", page.read_text(),
+                                re.MULTILINE | re.DOTALL)
+            with tempfile.TemporaryDirectory() as folder:
+                for name in "before.jsonl", "after.jsonl":
+                    shutil.copy(EXAMPLE / name, folder)
+                os.symlink(FEEDER, pathlib.Path(folder, "feeder.py"))
+                os.symlink(pathlib.Path(QOSOC).resolve(), pathlib.Path(folder, "qosoc"))
+                done = subprocess.run(["bash", "-e", "-c", block], cwd=folder, capture_output=True,
+                                      env={**os.environ, "PATH": f"{folder}:{os.environ['PATH']}"},
+                                      check=False)
+            self.assertEqual((done.returncode, done.stderr), (0, b""), page)
+            self.assertEqual(done.stdout.decode().splitlines()[1:], expected, page)
 
 
 class Changes(Case):
