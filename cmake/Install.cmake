@@ -86,7 +86,7 @@ endforeach()
 
 set(made ${PROJECT_BINARY_DIR}/packaging)
 configure_package_config_file(packaging/qosopenconfigConfig.cmake.in
-  ${made}/qosopenconfigConfig.cmake INSTALL_DESTINATION ${package})
+  ${made}/qosopenconfigConfig.cmake INSTALL_DESTINATION ${package} NO_SET_AND_CHECK_MACRO)
 # Before 1.0 each minor version may change what is there.
 write_basic_package_version_file(${made}/qosopenconfigConfigVersion.cmake
   COMPATIBILITY SameMinorVersion)

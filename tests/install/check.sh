@@ -45,6 +45,13 @@ cmake --build "$work/cmake" >"$work/build.log" || die "$(<"$work/build.log")"
 same "$work/cmake/outside"
 "$work/cmake/translators"
 
+# A component that the package doesn't have.
+if missing=$(cmake -G Ninja -S "$here/outside" -B "$work/component" -DCMAKE_PREFIX_PATH="$prefix" \
+  -DCMAKE_CXX_COMPILER="$compiler" '-DQOS_COMPONENTS=COMPONENTS;nonsense' 2>&1); then
+  die 'the package is found with a component that it does not have'
+fi
+[[ $missing == *'no components, such as nonsense'* ]] || die "$missing"
+
 # The agent of the examples, which is a project of its own.
 configure agent "$sources/examples/agent" -DCMAKE_PREFIX_PATH="$prefix"
 cmake --build "$work/agent" >"$work/build.log" || die "$(<"$work/build.log")"
