@@ -56,6 +56,18 @@ fs::path behindLinks(fs::path path) {
   return path;
 }
 
+// The name of the file that is written. A pipe or a device has the one that was given: the links of
+// /dev/stdout and /dev/fd lead to texts such as "pipe:[4711]", which name no file.
+std::string targetOf(const std::string& path) {
+  const std::optional<mode_t> mode = modeOf(path);
+  if (mode && !S_ISREG(*mode)) return path;
+  const fs::path followed = behindLinks(path);
+  std::error_code error;
+  const fs::path target = fs::canonical(followed, error);
+  if (!error) return target;
+  return fs::weakly_canonical(folderOf(followed), error) / followed.filename();
+}
+
 // A new file in a folder, which goes again unless it gets a name.
 class Temporary {
  public:
@@ -108,10 +120,7 @@ OutputFile::OutputFile(std::string_view option, const std::string& path, std::st
     throw UsageError(unexpected + ": standard output has " + std::string(printed));
   }
   if (path.empty() || path == "-") throw UsageError(unexpected);
-  const fs::path followed = behindLinks(path);
-  std::error_code error;
-  target_ = fs::canonical(followed, error);
-  if (error) target_ = fs::weakly_canonical(folderOf(followed), error) / followed.filename();
+  target_ = targetOf(path);
   judge();
 }
 

@@ -125,6 +125,27 @@ TEST_F(Output, MayBeADeviceOrAPipe) {
   EXPECT_TRUE(fs::is_fifo(pipe));
 }
 
+TEST_F(Output, MayBeAPipeThatHasNoNameInAFolder) {
+  for (const std::string option : {"--native-out", "--save", "--output"}) {
+    const std::string script = R"("$0" translate "$1" )" + option + R"( /dev/fd/3 3>&1 >&2 | cat)";
+    const HostRun run =
+        hostRun({"bash", "-c", "set -o pipefail; " + script, paths::qosoc, native_});
+    EXPECT_EQ(run.exit, 0);
+    const std::string file = folder_.path(option);
+    hostRun({paths::qosoc, "translate", native_, option, file});
+    EXPECT_EQ(run.out, hostText(file));
+    EXPECT_EQ(run.err, option == "--output" ? "" : model);
+  }
+  EXPECT_EQ(
+      hostRun({"bash", "-c", R"("$0" translate "$1" -o /dev/stdout | cat)", paths::qosoc, native_})
+          .out,
+      model);
+  EXPECT_EQ(
+      hostRun({"bash", "-c", R"("$0" translate "$1" -o >(cat); wait $!)", paths::qosoc, native_})
+          .out,
+      model);
+}
+
 TEST_F(Output, IsNotTheStandardOutput) {
   expectUsageError("-", "expected a file, not \"-\": standard output has the model");
   expectUsageError("", "expected a file, not \"\"");
