@@ -38,11 +38,17 @@ void write(const std::vector<host::LeafChange>& changes, bool isColoured,
   }
 }
 
+constexpr Operand operands[] = {{.name = "A.json", .kind = Kind::fileOrDash},
+                                {.name = "B.json", .kind = Kind::fileOrDash}};
+
 int run(const Arguments& arguments) {
   const std::string files[] = {*arguments.operand(0), *arguments.operand(1)};
   if (files[0] == "-" && files[1] == "-") throw UsageError("standard input is one document");
   const Shown shown(arguments);
   const auto file = outputFile(arguments);
+  for (std::size_t i = 0; file && i < std::size(files); ++i) {
+    file->checkIsNot(operands[i].name, files[i]);
+  }
   const host::LeavesOfText before = leavesOf(files[0], shown);
   const host::LeavesOfText after = leavesOf(files[1], shown);
   if (!before.faults.empty() || !after.faults.empty()) return nothingDone;
@@ -57,8 +63,6 @@ int run(const Arguments& arguments) {
 }
 
 constexpr std::string_view synopsis[] = {"A.json B.json [OPTIONS]"};
-constexpr Operand operands[] = {{.name = "A.json", .kind = Kind::fileOrDash},
-                                {.name = "B.json", .kind = Kind::fileOrDash}};
 
 constexpr Option options[] = {
     {.name = "--json",

@@ -32,13 +32,17 @@ std::optional<mode_t> modeOf(const std::string& path) {
   return ::stat(path.c_str(), &status) == 0 ? std::optional(status.st_mode) : std::nullopt;
 }
 
+// Whether `path` leads to the regular file of that status.
+bool isRegularFile(const std::string& path, const struct stat& other) {
+  struct stat file {};
+  return ::stat(path.c_str(), &file) == 0 && S_ISREG(file.st_mode) && file.st_dev == other.st_dev &&
+         file.st_ino == other.st_ino;
+}
+
 // Whether the standard output is this file. Devices don't count: several streams can share one.
 bool isStandardOutput(const std::string& path) {
-  struct stat file {};
   struct stat output {};
-  return ::stat(path.c_str(), &file) == 0 && S_ISREG(file.st_mode) &&
-         ::fstat(STDOUT_FILENO, &output) == 0 && file.st_dev == output.st_dev &&
-         file.st_ino == output.st_ino;
+  return ::fstat(STDOUT_FILENO, &output) == 0 && isRegularFile(path, output);
 }
 
 std::string folderOf(const std::string& path) {
@@ -113,7 +117,7 @@ std::optional<OutputFile> outputFile(const Arguments& arguments) {
 }
 
 OutputFile::OutputFile(std::string_view option, const std::string& path, std::string_view printed)
-    : path_(path) {
+    : option_(option), path_(path) {
   const std::string unexpected =
       std::string(option) + ": expected a file, not " + host::quoted(path);
   if (!printed.empty() && (path == "-" || isStandardOutput(path))) {
@@ -133,6 +137,15 @@ void OutputFile::judge() const {
   if (!mode && !modeOf(folder)) fail(errno);
   const bool isReplaced = !mode || S_ISREG(*mode);
   if (isReplaced && ::access(folder.c_str(), W_OK | X_OK) != 0) fail(errno);
+}
+
+void OutputFile::checkIsNot(std::string_view name, const std::string& input) const {
+  struct stat status {};
+  const bool isThere =
+      input == "-" ? ::fstat(STDIN_FILENO, &status) == 0 : ::stat(input.c_str(), &status) == 0;
+  if (!isThere || !isRegularFile(path_, status)) return;
+  throw UsageError(option_ + " and " + std::string(name) +
+                   " name the same file, which would be overwritten");
 }
 
 void OutputFile::write(const Text& text) const {

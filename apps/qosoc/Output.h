@@ -33,6 +33,10 @@ class OutputFile {
   // Whether both names lead to one file.
   bool isSameAs(const OutputFile& other) const { return target_ == other.target_; }
 
+  // Throws: UsageError when the input `name`, whose file is `input` ("-" is standard input), is the
+  // regular file that a write would replace.
+  void checkIsNot(std::string_view name, const std::string& input) const;
+
   // Writes what `text` hands to the sink. Throws: OutputError; then the file is as it was.
   using Text = std::function<void(const host::TextSink& sink)>;
   void write(const Text& text) const;
@@ -43,6 +47,7 @@ class OutputFile {
   void fill(std::FILE* file, const Text& text) const;
   [[noreturn]] void fail(int error) const { throw OutputError(path_, error); }
 
+  std::string option_;
   std::string path_;    // as it was given
   std::string target_;  // where its links lead
 };

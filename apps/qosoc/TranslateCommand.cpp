@@ -1,3 +1,4 @@
+#include <array>
 #include <cstdint>
 #include <memory>
 #include <utility>
@@ -102,6 +103,15 @@ struct Request {
     save = file("--save");
     checkFilesDiffer();
     checkInputsDiffer();
+    checkInputsStay();
+  }
+
+  using Input = std::pair<const char*, std::optional<std::string>>;
+  std::array<Input, 4> inputs() const {
+    return {{{"NATIVE.json", restore ? std::nullopt : std::optional(native)},
+             {"--restore", restore},
+             {"--initial", initial},
+             {"--changes", changes}}};
   }
 
   // Throws: UsageError when two options name one file.
@@ -120,13 +130,23 @@ struct Request {
   // Throws: UsageError when two inputs are standard input.
   void checkInputsDiffer() const {
     std::string first;
-    for (const auto& [name, file] :
-         {std::pair("NATIVE.json", std::optional(native)), std::pair("--restore", restore),
-          std::pair("--initial", initial), std::pair("--changes", changes)}) {
+    for (const auto& [name, file] : inputs()) {
       if (file != "-") continue;
       const std::string other = std::exchange(first, name);
       if (other.empty()) continue;
       throw UsageError("standard input is " + other + " or " + name + ", not both");
+    }
+  }
+
+  // Throws: UsageError when a file to write is an input. A document may be brought up to date in its
+  // place, and so may a saved state.
+  void checkInputsStay() const {
+    for (const auto& [name, input] : inputs()) {
+      if (!input) continue;
+      const std::string_view of = name;
+      if (output) output->checkIsNot(of, *input);
+      if (nativeOut && of != "NATIVE.json") nativeOut->checkIsNot(of, *input);
+      if (save && of != "--restore") save->checkIsNot(of, *input);
     }
   }
 

@@ -111,6 +111,52 @@ TEST_F(OutputOption, IsAFileOfItsOwn) {
                 "--output: expected a file, not \"\" (see qosoc diff --help)");
 }
 
+TEST_F(OutputOption, IsNoneOfTheInputs) {
+  const std::string before = hostText(native_);
+  const auto expectKept = [&](const std::string& names, std::vector<std::string> words) {
+    const std::string see = " (see qosoc " + words.front() + " --help)";
+    expectFailure(words, 2, names + " name the same file, which would be overwritten" + see);
+    EXPECT_EQ(hostText(native_), before);
+  };
+  fs::create_symlink("native.json", folder_.path("link"));
+  const std::string link = folder_.path("link");
+  expectKept("--output and NATIVE.json", {"translate", native_, "-o", link});
+  expectKept("--output and --changes", {"translate", other_, "--changes", native_, "-o", native_});
+  expectKept("--output and --initial", {"translate", other_, "--initial", link, "-o", native_});
+  expectKept("--output and --restore", {"translate", "--restore", native_, "-o", native_});
+  expectKept("--save and NATIVE.json", {"translate", native_, "--save", native_});
+  expectKept("--save and --initial", {"translate", other_, "--initial", link, "--save", native_});
+  expectKept("--native-out and --changes",
+             {"translate", other_, "--changes", native_, "--native-out", native_});
+  expectKept("--native-out and --restore", {"translate", "--restore", link, "--native-out", link});
+  expectKept("--output and A.json", {"diff", native_, other_, "-o", native_});
+  expectKept("--output and B.json", {"diff", other_, native_, "-o", link});
+}
+
+TEST_F(OutputOption, IsNotTheFileOfStandardInput) {
+  const std::string before = hostText(native_);
+  const HostRun run =
+      hostRun({"bash", "-c", R"("$0" translate - -o "$1" < "$1")", paths::qosoc, native_});
+  EXPECT_EQ(run.exit, 2);
+  EXPECT_EQ(run.err,
+            "qosoc: --output and NATIVE.json name the same file, which would be overwritten (see "
+            "qosoc translate --help)\n");
+  EXPECT_EQ(hostText(native_), before);
+}
+
+TEST_F(OutputOption, LetsADeviceBeReadAndWritten) {
+  const HostRun run = qosoc({"translate", other_, "--changes", "/dev/null", "-o", "/dev/null"});
+  EXPECT_EQ(run.exit, 0);
+  EXPECT_EQ(run.err, "");
+}
+
+TEST_F(OutputOption, LetsAStateBeSavedInItsPlace) {
+  ASSERT_EQ(qosoc({"translate", other_, "--save", out_}).exit, 0);
+  const std::string before = hostText(out_);
+  EXPECT_EQ(qosoc({"translate", "--restore", out_, "--save", out_}).exit, 0);
+  EXPECT_EQ(hostText(out_), before);
+}
+
 TEST_F(OutputOption, DoesNotFreeStandardOutputForAnotherFile) {
   expectFailure({"translate", "none.json", "-o", out_, "--save", "-"}, 2,
                 "--save: expected a file, not \"-\" (see qosoc translate --help)");
