@@ -11,6 +11,7 @@
 #include <optional>
 
 #include "Arguments.h"
+#include "Temporary.h"
 #include "host/Fault.h"
 #include "host/Text.h"
 
@@ -71,37 +72,6 @@ std::string targetOf(const std::string& path) {
   if (!error) return target;
   return fs::weakly_canonical(folderOf(followed), error) / followed.filename();
 }
-
-// A new file in a folder, which goes again unless it gets a name.
-class Temporary {
- public:
-  // Sets errno when it can't be made; then file() is null.
-  explicit Temporary(const std::string& folder) {
-    const std::string stem = folder + "/.qosoc-" + std::to_string(::getpid()) + '-';
-    do {
-      path_ = stem + std::to_string(count_++);
-      file_.reset(std::fopen(path_.c_str(), "wbx"));
-    } while (!file_ && errno == EEXIST);
-  }
-  ~Temporary() {
-    if (file_) ::unlink(path_.c_str());
-  }
-  Temporary(const Temporary&) = delete;
-  Temporary& operator=(const Temporary&) = delete;
-
-  std::FILE* file() const { return file_.get(); }
-  // False sets errno.
-  bool nameIs(const std::string& path) {
-    if (std::rename(path_.c_str(), path.c_str()) != 0) return false;
-    file_.reset();
-    return true;
-  }
-
- private:
-  std::string path_;
-  unsigned count_ = 0;
-  File file_;
-};
 
 }  // namespace
 

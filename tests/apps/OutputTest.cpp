@@ -1,8 +1,11 @@
 // The files that `qosoc translate` writes: whole or not at all.
+#include "apps/qosoc/Output.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <csignal>
 #include <filesystem>
 
 #include "Paths.h"
@@ -173,6 +176,20 @@ TEST_F(Output, StaysAsItWasWhenItCannotBeWritten) {
   EXPECT_EQ(run.out, model);
   EXPECT_EQ(hostText(out_), "old");
   EXPECT_THAT(files(), ElementsAre("out.json"));
+}
+
+// The text ends the process in the middle of the write, which has a new file in the folder.
+TEST_F(Output, StaysAsItWasWhenASignalEndsTheProgram) {
+  folder_.file("out.json", "old");
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGXFSZ}) {
+    EXPECT_EXIT(qosoc::OutputFile("--output", out_).write([&](const host::TextSink& sink) {
+      sink("new");
+      if (files().size() == 2) ::raise(signal);
+    }),
+                testing::KilledBySignal(signal), "");
+    EXPECT_THAT(files(), ElementsAre("out.json"));
+    EXPECT_EQ(hostText(out_), "old");
+  }
 }
 
 TEST_F(Output, IsReportedWhenItsFolderOrDeviceTakesNothing) {
