@@ -2,6 +2,7 @@
 #include "Commands.h"
 #include "Input.h"
 #include "Messages.h"
+#include "Progress.h"
 #include "host/CommentFaults.h"
 #include "host/NativeReader.h"
 #include "host/Text.h"
@@ -13,7 +14,9 @@ int run(const Arguments& arguments) {
   const host::Native native;
   const std::string file = *arguments.operand();
   readFile(file, [&](std::FILE* stream) { host::readNative(stream, native); });
+  std::optional<Stage> stage("checking the comments");
   const auto faults = host::commentFaults(native);
+  stage.reset();
   for (const std::string& line : faults) tell("qosoc: " + host::shown(file) + ": " + line);
   return faults.empty() ? done : doneWithReports;
 }

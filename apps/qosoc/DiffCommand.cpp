@@ -5,11 +5,13 @@
 #include "Input.h"
 #include "Messages.h"
 #include "Output.h"
+#include "Progress.h"
 #include "Shown.h"
 #include "StandardOutput.h"
 #include "Terminal.h"
 #include "host/LeafDiff.h"
 #include "host/LeavesOfText.h"
+#include "host/Text.h"
 
 namespace qosoc {
 namespace {
@@ -20,7 +22,9 @@ void tellAll(const char* begin, const std::vector<std::string>& lines) {
 }
 
 host::LeavesOfText leavesOf(const std::string& file, const Shown& shown) {
-  host::LeavesOfText read = host::leavesOfText(file, wholeText(file), shown.view, shown.only);
+  const std::string text = wholeText(file);
+  const Stage stage("reading " + (file == "-" ? "standard input" : host::shown(file)));
+  host::LeavesOfText read = host::leavesOfText(file, text, shown.view, shown.only);
   tellAll("qosoc: ", read.faults);
   tellAll("warning: ", read.warnings);
   return read;
@@ -52,7 +56,9 @@ int run(const Arguments& arguments) {
   const host::LeavesOfText before = leavesOf(files[0], shown);
   const host::LeavesOfText after = leavesOf(files[1], shown);
   if (!before.faults.empty() || !after.faults.empty()) return nothingDone;
+  std::optional<Stage> stage("comparing");
   const auto changes = host::leafChanges(before.leaves, after.leaves);
+  stage.reset();
   const bool isColoured = !file && hasColours(STDOUT_FILENO);
   const auto text = [&](const host::TextSink& sink) {
     if (!arguments.has("--json")) return write(changes, isColoured, sink);

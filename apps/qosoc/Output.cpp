@@ -11,6 +11,7 @@
 #include <optional>
 
 #include "Arguments.h"
+#include "Progress.h"
 #include "Temporary.h"
 #include "host/Fault.h"
 #include "host/Text.h"
@@ -119,6 +120,7 @@ void OutputFile::checkIsNot(std::string_view name, const std::string& input) con
 }
 
 void OutputFile::write(const Text& text) const {
+  const Stage stage("writing " + host::shown(path_));
   const std::optional<mode_t> mode = modeOf(target_);
   if (!mode || S_ISREG(*mode)) return replace(text);
   const File file(std::fopen(target_.c_str(), "wb"));

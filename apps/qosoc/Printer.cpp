@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "Messages.h"
+#include "Progress.h"
 #include "Shown.h"
 #include "StandardOutput.h"
 #include "host/Feed.h"
@@ -59,7 +60,9 @@ class ModelPrinter final : public Printer {
   }
   void end() override {
     if (file_) return write();
-    if (!each_) print(host::Layout::pretty);
+    if (each_) return;
+    const Stage stage("printing");
+    print(host::Layout::pretty);
   }
 
  private:

@@ -2,8 +2,11 @@
 
 #include <unistd.h>
 
+#include <algorithm>
+#include <condition_variable>
 #include <cstdint>
 #include <cstdio>
+#include <utility>
 
 #include "Terminal.h"
 
@@ -17,21 +20,43 @@ Progress::Write standardErrorOfTerminal() {
 
 }  // namespace
 
-void Progress::begin(bool isShown) {
-  clear();
+void Progress::begin(std::string word, bool isShown) {
+  const std::lock_guard lock(mutex_);
+  erase();
   isAtWork_ = isShown && write_;
-  if (isAtWork_) due_ = now_() + patience;
+  word_ = std::move(word);
+}
+
+void Progress::tick() {
+  const std::lock_guard lock(mutex_);
+  const bool isWanted = isAtWork_ && !isThere_ && !word_.empty();
+  if (isWanted && now_() >= std::max(due_, quiet_)) show(word_);
 }
 
 void Progress::clear() {
-  if (!isThere_) return;
-  write_("\r\033[K");
-  isThere_ = false;
+  if (!isAtWork_) return;
+  const std::lock_guard lock(mutex_);
+  erase();
+}
+
+void Progress::giveWay() {
+  if (!isAtWork_) return;
+  const std::lock_guard lock(mutex_);
+  erase();
+  word_.clear();
 }
 
 void Progress::end() {
-  clear();
+  const std::lock_guard lock(mutex_);
+  erase();
   isAtWork_ = false;
+}
+
+void Progress::erase() {
+  quiet_ = now_() + pause;
+  if (!isThere_) return;
+  write_("\r\033[K");
+  isThere_ = false;
 }
 
 bool Progress::isDue() {
@@ -51,6 +76,28 @@ void Progress::show(const std::string& text) {
 Progress& progress() {
   static Progress progress(standardErrorOfTerminal());
   return progress;
+}
+
+Stage::Stage(std::string word, bool isShown) {
+  progress().begin(std::move(word), isShown);
+  if (!progress().isAtWork()) return;
+  ticks_ = std::jthread([](const std::stop_token& stop) {
+    std::mutex mutex;
+    std::condition_variable_any ended;
+    std::unique_lock lock(mutex);
+    while (!stop.stop_requested()) {
+      ended.wait_for(lock, stop, Progress::pause, [] { return false; });
+      if (!stop.stop_requested()) progress().tick();
+    }
+  });
+}
+
+Stage::~Stage() {
+  if (ticks_.joinable()) {
+    ticks_.request_stop();
+    ticks_.join();
+  }
+  progress().end();
 }
 
 std::string bytesText(std::uint64_t bytes) {

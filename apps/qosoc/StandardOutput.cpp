@@ -1,5 +1,8 @@
 #include "StandardOutput.h"
 
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -13,11 +16,15 @@ namespace qosoc {
 StandardOutput::StandardOutput()
     : StandardOutput([](const std::string& reason) { throw OutputError(reason); }) {}
 
-StandardOutput::StandardOutput(Report report) : report_(std::move(report)) {}
+StandardOutput::StandardOutput(Report report) : report_(std::move(report)) {
+  struct stat status {};
+  isFile_ = ::fstat(STDOUT_FILENO, &status) == 0 && S_ISREG(status.st_mode);
+}
 
 void StandardOutput::write(std::string_view piece) {
   if (error_ != 0) return;
-  progress().clear();
+  // A terminal gets the text itself, and so may what reads a pipe.
+  if (!isFile_) progress().giveWay();
   if (std::fwrite(piece.data(), 1, piece.size(), stdout) != piece.size()) error_ = errno;
 }
 
@@ -33,6 +40,7 @@ void print(std::string_view text) {
 }
 
 void print(const std::function<void(const host::TextSink& sink)>& text) {
+  const Stage stage("printing");
   StandardOutput out;
   text([&](std::string_view piece) { out.write(piece); });
   out.flush();

@@ -24,6 +24,7 @@ class StandardOutput {
 
  private:
   Report report_;
+  bool isFile_ = false;
   int error_ = 0;  // that of the first write that failed
   bool hasFailed_ = false;
 };

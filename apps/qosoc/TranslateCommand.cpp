@@ -178,6 +178,8 @@ class Translation {
   int run() {
     std::unique_ptr<Lines> lines;
     if (request_.changes) lines = std::make_unique<Lines>(*request_.changes);
+    // Trace lines go to the terminal past the line of progress.
+    std::optional<Stage> stage(std::in_place, "translating", request_.levels.empty());
     for (const std::string& fault : host::commentFaults(native_)) tell("warning: " + fault);
     // Traced from here on: commentFaults would add lines, since it computes keys and decodes names
     // by the library's functions.
@@ -185,6 +187,7 @@ class Translation {
     const auto roots = host::buildRoots(request_.roots, native_, model_,
                                         [this](const std::string& line) { report(line); });
     request_.printer->start(model_, [this](const std::string& line) { report("qosoc: " + line); });
+    stage.reset();
     if (lines) apply(*lines);
     writeFiles();
     request_.printer->end();
@@ -195,7 +198,6 @@ class Translation {
   void apply(Lines& lines) {
     host::Changes changes(native_, [this](const std::string& line) { report(line); });
     using Outcome = host::Changes::Outcome;
-    // Trace lines go to the terminal past the line of progress.
     progress().begin(!lines.areTyped() && request_.levels.empty());
     for (std::uint64_t number = 1; const auto line = lines.next(); ++number) {
       const Outcome outcome = changes.line(*line);

@@ -12,6 +12,7 @@
 #include "Input.h"
 #include "Messages.h"
 #include "Output.h"
+#include "Progress.h"
 #include "StandardOutput.h"
 #include "Terminal.h"
 #include "host/Text.h"
@@ -65,6 +66,7 @@ std::string helpFor(Arguments words) {
 
 int main(int argc, char** argv) {
   const std::vector<std::string> words(argv + 1, argv + argc);
+  qosoc::progress();  // its patience counts from here
   try {
     return run(words);
   } catch (const qosoc::UsageError& error) {

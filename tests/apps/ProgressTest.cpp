@@ -20,6 +20,10 @@ class ProgressLine : public testing::Test {
       return text;
     });
   }
+  void tick(std::chrono::milliseconds later) {
+    now_ += later;
+    progress_.tick();
+  }
   std::string taken() { return std::exchange(screen_, ""); }
 
   Progress::Clock::time_point now_;
@@ -70,12 +74,56 @@ TEST_F(ProgressLine, IsErasedOnceAndComesBackWithTheNextStep) {
   EXPECT_EQ(taken(), "\r\033[Ksecond\r");
 }
 
-TEST_F(ProgressLine, WaitsASecondAgainForOtherWork) {
+TEST_F(ProgressLine, WaitsOneSecondForAllPiecesOfWork) {
   progress_.begin();
-  step(1000ms, "first");
+  step(600ms, "first");
+  progress_.end();
   progress_.begin();
-  EXPECT_EQ(taken(), "\r\033[Kfirst\r\r\033[K");
-  step(999ms, "second");
+  EXPECT_EQ(taken(), "");
+  step(400ms, "second");
+  EXPECT_EQ(taken(), "\r\033[Ksecond\r");
+  progress_.begin();
+  EXPECT_EQ(taken(), "\r\033[K");
+  step(100ms, "third");
+  EXPECT_EQ(taken(), "\r\033[Kthird\r");
+}
+
+TEST_F(ProgressLine, IsTheWordOfWorkThatDoesNotCount) {
+  progress_.begin("translating", true);
+  tick(999ms);
+  EXPECT_EQ(taken(), "");
+  tick(1ms);
+  EXPECT_EQ(taken(), "\r\033[Ktranslating\r");
+  tick(100ms);
+  EXPECT_EQ(taken(), "");
+  progress_.end();
+  EXPECT_EQ(taken(), "\r\033[K");
+  tick(1000ms);
+  EXPECT_EQ(taken(), "");
+}
+
+TEST_F(ProgressLine, DoesNotFlashTheWordOfShortWork) {
+  now_ += 2000ms;
+  progress_.begin("comparing", true);
+  tick(99ms);
+  EXPECT_EQ(taken(), "");
+  tick(1ms);
+  EXPECT_EQ(taken(), "\r\033[Kcomparing\r");
+}
+
+TEST_F(ProgressLine, ComesBackBehindAMessageAndNotBetweenPiecesOfText) {
+  progress_.begin("printing", true);
+  tick(1000ms);
+  taken();
+  progress_.clear();
+  EXPECT_EQ(taken(), "\r\033[K");
+  tick(99ms);
+  EXPECT_EQ(taken(), "");
+  tick(1ms);
+  EXPECT_EQ(taken(), "\r\033[Kprinting\r");
+  progress_.giveWay();
+  EXPECT_EQ(taken(), "\r\033[K");
+  tick(1000ms);
   EXPECT_EQ(taken(), "");
 }
 

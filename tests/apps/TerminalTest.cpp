@@ -174,5 +174,39 @@ TEST_F(Terminal, SaysHowMuchOfASlowDocumentIsRead) {
             "\r\033[Kreading: 2 B\r\r\033[K");
 }
 
+// A document whose bytes come late and take a while: `shown` is on the screen as it is worked on.
+void expectShown(const HostFolder& folder, const std::vector<std::string>& words,
+                 const std::string& shown) {
+  std::string text = R"({"class-maps": {"qos": {"V": {})";
+  for (int i = 0; i < 200'000; ++i) {
+    const std::string term = i % 100 == 0 ? "" : "t" + std::to_string(i);
+    text += ",\"__yang_[c" + std::to_string(i / 100) + "]_[" + term +
+            "]\": {\"match\": [\"ip-access-group\"]}";
+  }
+  const std::string large = folder.file("large.json", text + "}}}");
+  const std::string screen = hostScreen(byShell(
+      "cd '" + folder.path(".") + R"('; { sleep 1.1; cat ')" + large + R"('; } | "$@" > out)",
+      words));
+  EXPECT_NE(screen.find("\r\033[K" + shown + "\r\r\033[K"), std::string::npos) << screen;
+  EXPECT_TRUE(screen.ends_with("\r\033[K")) << screen;
+}
+
+TEST_F(Terminal, SaysThatALargeDocumentIsTranslatedAndPrinted) {
+  expectShown(folder_, {"translate", "-"}, "translating");
+  expectShown(folder_, {"translate", "-"}, "printing");
+}
+
+TEST_F(Terminal, SaysThatALargeDocumentIsCompared) {
+  expectShown(folder_, {"diff", before_, "-"}, "reading standard input");
+}
+
+TEST_F(Terminal, SaysThatAFileIsWritten) {
+  const std::string pipe = folder_.path("pipe");
+  ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+  EXPECT_EQ(hostScreen(byShell(R"({ sleep 2; cat ')" + pipe + R"(' > /dev/null; } & "$@"; wait)",
+                               {"translate", before_, "-o", pipe})),
+            "\r\033[Kwriting " + pipe + "\r\r\033[K");
+}
+
 }  // namespace
 }  // namespace terminalTest
