@@ -7,8 +7,9 @@
 namespace qosoc {
 namespace {
 
-// The last lines of the script's function use what those of the table set: `kind` and `words` of what
-// stands at the cursor, `isValue` when that is the value of an option, and `options`.
+// The last lines of the script's function use what those of the table set: `options`, `valued`, which
+// are those that take a value, `operands`, each as its kind and its words, and where the value of an
+// option stands at the cursor, `isValue` and its `kind` and `words`.
 constexpr const char* begin =
     R"(# Completes the arguments of qosoc in bash; made by `qosoc completion bash`.
 
@@ -27,9 +28,25 @@ _qosoc_files() {
   mapfile -t COMPREPLY < <(compgen -f -- "$cur")
 }
 
+# Sets `count` to the operands before the cursor, and `isRest` when no option can follow.
+_qosoc_count() {
+  local i word
+  for ((i = 2; i < COMP_CWORD; ++i)); do
+    word=${COMP_WORDS[i]}
+    if [[ ! $isRest && $word == -- ]]; then
+      isRest=1
+    elif [[ $isRest || $word == - || $word != -* ]]; then
+      ((++count))
+    elif [[ " $valued " == *" $word "* ]]; then
+      [[ ${COMP_WORDS[++i]} != = ]] || ((++i))
+    fi
+  done
+}
+
 _qosoc() {
   local cur=${COMP_WORDS[COMP_CWORD]} prev=${COMP_WORDS[COMP_CWORD - 1]}
-  local command= options= kind=other words= isValue= attached=
+  local command= options= valued= kind= words= isValue= attached= isRest= count=0
+  local -a operands=()
   COMPREPLY=()
   # "--option=value" is three words here, or one where COMP_WORDBREAKS has no "=".
   if [[ $cur == = ]]; then
@@ -44,15 +61,17 @@ _qosoc() {
 )";
 
 constexpr const char* end = R"(  esac
-  [[ " ${COMP_WORDS[*]:1:COMP_CWORD-1} " == *' -- '* ]] && isValue=1
-  if [[ $cur == -* && ! $isValue ]]; then
+  _qosoc_count
+  if [[ $cur == -* && ! $isValue && ! $isRest ]]; then
     kind=word words=$options
+  elif [[ ! $isValue ]]; then
+    read -r kind words <<<"${operands[count]-}"
   fi
   case $kind in
     file) _qosoc_files ;;
     fileOrDash)
       _qosoc_files
-      [[ $isValue && - == "$cur"* ]] && COMPREPLY+=(-)
+      [[ - == "$cur"* ]] && COMPREPLY+=(-)
       ;;
     word) COMPREPLY=($(compgen -W "$words" -- "$cur")) ;;
     words) _qosoc_list ;;
@@ -86,10 +105,16 @@ std::string kindText(Kind kind) {
   return "other";
 }
 
-// What the script sets for a value.
-std::string setting(Kind kind, Words (*words)()) {
-  const std::string text = "kind=" + kindText(kind);
-  return words == nullptr ? text : text + " words='" + joined(names(words())) + '\'';
+std::string wordsText(Words (*words)()) { return words == nullptr ? "" : joined(names(words())); }
+
+// The elements of the script's `operands`.
+std::string operandTexts(std::span<const Operand> operands) {
+  std::string text;
+  for (const Operand& operand : operands) {
+    text += (text.empty() ? "'" : " '") + kindText(operand.kind) + ' ' + wordsText(operand.words) +
+            '\'';
+  }
+  return text;
 }
 
 std::string optionNames(std::span<const Option> options) {
@@ -104,23 +129,26 @@ std::string optionNames(std::span<const Option> options) {
 std::string valueCase(const Option& option) {
   const std::string shortName =
       option.shortName.empty() ? "" : " | " + std::string(option.shortName);
-  return "        " + std::string(option.name) + shortName + ") isValue=1 " +
-         setting(option.kind, option.words) + " ;;\n";
+  return "        " + std::string(option.name) + shortName +
+         ") isValue=1 kind=" + kindText(option.kind) + " words='" + wordsText(option.words) +
+         "' ;;\n";
 }
 
 std::string commandCase(const Command& command) {
   std::vector<Option> options(command.options.begin(), command.options.end());
   options.push_back(helpOption);
-  std::string text = "    " + std::string(command.name) + ")\n";
+  const std::string asOption = &command == &helpCommand ? " | --help | -h" : "";
+  std::string text = "    " + std::string(command.name) + asOption + ")\n";
   text += "      options='" + optionNames(options) + "'\n";
-  if (!command.operands.empty()) {
-    const Operand& operand = command.operands.front();
-    text += "      " + setting(operand.kind, operand.words) + '\n';
-  }
+  text += "      operands=(" + operandTexts(command.operands) + ")\n";
   std::string values;
+  std::vector<Option> valued;
   for (const Option& option : options) {
-    if (option.takesValue()) values += valueCase(option);
+    if (!option.takesValue()) continue;
+    values += valueCase(option);
+    valued.push_back(option);
   }
+  text += "      valued='" + optionNames(valued) + "'\n";
   if (!values.empty()) text += "      case $prev in\n" + values + "      esac\n";
   return text + "      ;;\n";
 }
@@ -134,7 +162,7 @@ std::string bashCompletion() {
     names.push_back(command->name);
     cases += commandCase(*command);
   }
-  return begin + ("    '') kind=word words='" + joined(names)) + "' options='" +
+  return begin + ("    '') operands=('word " + joined(names)) + "') options='" +
          optionNames(programOptions()) + "' ;;\n" + cases + end;
 }
 

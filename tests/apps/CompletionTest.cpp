@@ -172,6 +172,35 @@ TEST_F(BashCompletion, KnowsTheFiles) {
   EXPECT_THAT(completed({"translate", "-o", "-"}), ElementsAre("-"));
 }
 
+TEST_F(BashCompletion, CompletesEachOperandOnce) {
+  const std::string file = "router.json";
+  folder_.file(file, "");
+  EXPECT_THAT(completed({"check", file, ""}), IsEmpty());
+  EXPECT_THAT(completed({"diff", file, ""}), UnorderedElementsAre(file, "-"));
+  EXPECT_THAT(completed({"diff", file, "-", ""}), IsEmpty());
+  EXPECT_THAT(completed({"diff", "--", "--a", ""}), UnorderedElementsAre(file, "-"));
+  EXPECT_THAT(completed({"diff", "--", "--a", file, ""}), IsEmpty());
+  EXPECT_THAT(completed({"help", "translate", ""}), IsEmpty());
+  EXPECT_THAT(completed({"completion", "bash", ""}), IsEmpty());
+  EXPECT_THAT(completed({"check", file, "--h"}), ElementsAre("--help"));
+}
+
+TEST_F(BashCompletion, TakesNoValueForAnOperand) {
+  folder_.file("router.json", "");
+  const auto both = UnorderedElementsAre("router.json", "-");
+  EXPECT_THAT(completed({"translate", ""}), both);
+  EXPECT_THAT(completed({"translate", "-o", "out", "--each", ""}), both);
+  EXPECT_THAT(completed({"translate", "--format", "=", "model", ""}), both);
+  EXPECT_THAT(completed({"translate", "--format=model", ""}), both);
+  EXPECT_THAT(completed({"translate", "-o", "out", "router.json", ""}), IsEmpty());
+}
+
+TEST_F(BashCompletion, KnowsTheCommandsBehindTheOptionForHelp) {
+  EXPECT_EQ(completed({"-h", ""}), completed({"help", ""}));
+  EXPECT_THAT(completed({"--help", "che"}), ElementsAre("check"));
+  EXPECT_THAT(completed({"-V", ""}), IsEmpty());
+}
+
 TEST_F(BashCompletion, KnowsNothingOfOtherValues) {
   folder_.file("file", "");
   EXPECT_THAT(completed({"translate", "--order-seed", ""}), IsEmpty());
