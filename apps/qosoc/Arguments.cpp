@@ -16,9 +16,10 @@ const Option& named(std::string_view name, const Command& command) {
   for (const Option& option : command.options) {
     if (option.isNamed(name)) return option;
     known.push_back(option.name);
+    if (!option.shortName.empty()) known.push_back(option.shortName);
   }
   if (helpOption.isNamed(name)) return helpOption;
-  known.push_back(helpOption.name);
+  known.insert(known.end(), {helpOption.name, helpOption.shortName});
   throw UsageError("unknown option " + host::quoted(name) + host::didYouMean(name, known));
 }
 

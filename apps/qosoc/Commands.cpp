@@ -1,5 +1,6 @@
 #include "Commands.h"
 
+#include <algorithm>
 #include <vector>
 
 #include "Arguments.h"
@@ -22,6 +23,13 @@ constexpr Option ofTheProgram[] = {
     {.name = "--version", .shortName = "-V", .help = "print the version"},
 };
 
+// The only one of these names that begins so; empty when there is none or another.
+std::string_view begun(std::string_view word, const std::vector<std::string_view>& names) {
+  const auto begins = [&](std::string_view name) { return name.starts_with(word); };
+  if (std::ranges::count_if(names, begins) != 1) return {};
+  return *std::ranges::find_if(names, begins);
+}
+
 }  // namespace
 
 std::span<const Command* const> commands() { return all; }
@@ -32,9 +40,13 @@ const Command& commandNamed(std::string_view name) {
     if (command->name == name) return *command;
     names.push_back(command->name);
   }
-  for (const Option& option : ofTheProgram) names.push_back(option.name);
+  for (const Option& option : ofTheProgram) {
+    names.insert(names.end(), {option.name, option.shortName});
+  }
   const std::string what = name.starts_with('-') ? "unknown option " : "there is no command ";
-  throw UsageError(what + host::quoted(name) + host::didYouMean(name, names));
+  const std::string_view meant = begun(name, names);
+  throw UnknownCommand(what + host::quoted(name) +
+                       host::didYouMeanOf(meant.empty() ? name : meant, names));
 }
 
 std::span<const Option> programOptions() { return ofTheProgram; }

@@ -4,6 +4,7 @@
 #include <span>
 #include <string_view>
 
+#include "Arguments.h"
 #include "Command.h"
 
 namespace qosoc {
@@ -19,7 +20,12 @@ extern const Command manualCommand;
 
 // All of them, in the order in which the help names them.
 std::span<const Command* const> commands();
-// Throws: UsageError for a name that no command has.
+// A name that no command has. The help of the program has all of them.
+class UnknownCommand : public UsageError {
+ public:
+  using UsageError::UsageError;
+};
+// Throws: UnknownCommand.
 const Command& commandNamed(std::string_view name);
 
 // What every command knows, and what the program itself knows without a command.

@@ -39,7 +39,7 @@ std::vector<std::string> rootNames(const std::string& list) {
     const host::Root* root = host::rootNamed(name);
     if (root != nullptr) continue;
     throw UsageError("--roots: there is no root " + host::quoted(name) +
-                     host::didYouMean(name, qosoc::names(rootWords())));
+                     host::didYouMeanOf(name, qosoc::names(rootWords())));
   }
   return names;
 }

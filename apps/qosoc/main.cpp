@@ -69,6 +69,8 @@ int main(int argc, char** argv) {
   qosoc::progress();  // its patience counts from here
   try {
     return run(words);
+  } catch (const qosoc::UnknownCommand& error) {
+    return refuse(error.what() + helpFor({}));
   } catch (const qosoc::UsageError& error) {
     return refuse(error.what() + helpFor(words));
   } catch (const qosoc::InputError& error) {

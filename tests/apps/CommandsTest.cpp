@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "Paths.h"
+#include "host/Roots.h"
 #include "host/Version.h"
 #include "tests/support/HostProgram.h"
 
@@ -25,6 +26,16 @@ void expectUsageError(const std::vector<std::string>& words, const std::string& 
   EXPECT_EQ(run.err, "qosoc: " + message + "\n");
 }
 
+const std::string legal =
+    " (legal: translate, check, diff, schema, help, completion, manual, --help, -h, --version, -V)";
+const std::string roots = [] {
+  std::string names;
+  for (const host::Root& root : host::roots()) {
+    names += (names.empty() ? "" : ", ") + std::string(root.name);
+  }
+  return " (legal: " + names + ')';
+}();
+
 TEST(Qosoc, TellsItsVersion) {
   const HostRun run = qosoc({"--version"});
   EXPECT_EQ(run.exit, 0);
@@ -40,8 +51,8 @@ TEST(Qosoc, TellsItsVersionByTheShortOptionToo) {
 
 TEST(Qosoc, RefusesWhatItDoesNotKnow) {
   expectUsageError({}, "a command is missing (see qosoc --help)");
-  expectUsageError({"convert"}, "there is no command \"convert\" (see qosoc --help)");
-  expectUsageError({"-x"}, "unknown option \"-x\" (see qosoc --help)");
+  expectUsageError({"convert"}, "there is no command \"convert\"" + legal + " (see qosoc --help)");
+  expectUsageError({"-x"}, "unknown option \"-x\"" + legal + " (see qosoc --help)");
   expectUsageError({"--version", "all"}, "what is \"all\"? (see qosoc --help)");
   expectUsageError({"translate"}, "NATIVE.json is missing (see qosoc translate --help)");
   expectUsageError({"check"}, "NATIVE.json is missing (see qosoc check --help)");
@@ -55,24 +66,42 @@ TEST(Qosoc, RefusesWhatItDoesNotKnow) {
 }
 
 TEST(Qosoc, SaysWhatWasProbablyMeant) {
-  expectUsageError({"chek", "a"},
-                   "there is no command \"chek\": did you mean check? (see qosoc --help)");
-  expectUsageError({"version"},
-                   "there is no command \"version\": did you mean --version? (see qosoc --help)");
-  expectUsageError({"--hlep"},
-                   "unknown option \"--hlep\": did you mean --help? (see qosoc --help)");
-  expectUsageError({"help", "dif"},
-                   "there is no command \"dif\": did you mean diff? (see qosoc help --help)");
+  expectUsageError({"chek", "a"}, "there is no command \"chek\": did you mean check?" + legal +
+                                      " (see qosoc --help)");
+  expectUsageError({"version"}, "there is no command \"version\": did you mean --version?" + legal +
+                                    " (see qosoc --help)");
+  expectUsageError({"--hlep"}, "unknown option \"--hlep\": did you mean --help?" + legal +
+                                   " (see qosoc --help)");
+  expectUsageError({"-v"},
+                   "unknown option \"-v\": did you mean -V?" + legal + " (see qosoc --help)");
+  expectUsageError({"translate", "a", "-O", "b"},
+                   "unknown option \"-O\": did you mean -o? (see qosoc translate --help)");
+  expectUsageError({"help", "dif"}, "there is no command \"dif\": did you mean diff?" + legal +
+                                        " (see qosoc --help)");
   const std::string see = " (see qosoc translate --help)";
   expectUsageError({"translate", "a", "--fromat=model"},
                    "unknown option \"--fromat\": did you mean --format?" + see);
-  expectUsageError({"translate", "a", "--roots", "acl,class-maps"},
-                   "--roots: there is no root \"class-maps\": did you mean class-map?" + see);
+  expectUsageError(
+      {"translate", "a", "--roots", "acl,class-maps"},
+      "--roots: there is no root \"class-maps\": did you mean class-map?" + roots + see);
   expectUsageError(
       {"translate", "a", "--format", "modle"},
       "--format: expected openconfig or model, not \"modle\": did you mean model?" + see);
   expectUsageError({"check", "a", "--hlep"},
                    "unknown option \"--hlep\": did you mean --help? (see qosoc check --help)");
+}
+
+TEST(Qosoc, TakesTheBeginningOfACommandForIt) {
+  const std::string see = legal + " (see qosoc --help)";
+  for (const std::string name : {"translate", "completion", "manual"}) {
+    const std::string begin = name.substr(0, 4);
+    const std::string message =
+        "there is no command \"" + begin + "\": did you mean " + name + "?" + see;
+    expectUsageError({begin}, message);
+    expectUsageError({"help", begin}, message);
+  }
+  expectUsageError({"c"}, "there is no command \"c\"" + see);
+  expectUsageError({""}, "there is no command \"\"" + see);
 }
 
 TEST(Qosoc, PrintsAFeedInOneWay) {
@@ -111,7 +140,7 @@ TEST(Qosoc, JudgesAllOptionsBeforeItReadsAFile) {
   expectUsageError({"translate", "none.json", "--only", "/qos/queue"},
                    "--only: /qos: there is no element \"queue\" here: did you mean queues?" + see);
   expectUsageError({"translate", "none.json", "--roots", "class-map,bridge"},
-                   "--roots: there is no root \"bridge\"" + see);
+                   "--roots: there is no root \"bridge\"" + roots + see);
 }
 
 // A device with a comment that is legal and can't be translated.
