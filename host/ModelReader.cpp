@@ -4,6 +4,7 @@
 
 #include "host/JsonText.h"
 #include "host/ModelSchema.h"
+#include "host/OtherDocument.h"
 #include "host/model/Parts.h"
 
 namespace host {
@@ -31,6 +32,13 @@ class ModelSink final : public EntrySink {
   const ModelPart* open_ = nullptr;
 };
 
+template <class Read>
+void readInto(const Model& model, const Read& read) {
+  ModelSink sink(model);
+  SchemaReader reader(modelSchema(), &sink);
+  readExpected([&] { read(reader); }, ": translate --format model prints what --initial reads");
+}
+
 }  // namespace
 
 const Schema& modelSchema() {
@@ -49,21 +57,15 @@ std::unique_ptr<EntrySink> modelSink(const Model& model) {
 }
 
 void readModel(const std::string& path, const Model& model) {
-  ModelSink sink(model);
-  SchemaReader reader(modelSchema(), &sink);
-  readJsonFile(path, reader);
+  readInto(model, [&](SchemaReader& reader) { readJsonFile(path, reader); });
 }
 
 void readModel(std::FILE* file, const Model& model) {
-  ModelSink sink(model);
-  SchemaReader reader(modelSchema(), &sink);
-  readJsonFile(file, reader);
+  readInto(model, [&](SchemaReader& reader) { readJsonFile(file, reader); });
 }
 
 void readModelText(std::string_view text, const Model& model) {
-  ModelSink sink(model);
-  SchemaReader reader(modelSchema(), &sink);
-  readJsonText(text, reader);
+  readInto(model, [&](SchemaReader& reader) { readJsonText(text, reader); });
 }
 
 }  // namespace host

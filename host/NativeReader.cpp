@@ -1,26 +1,31 @@
 #include "host/NativeReader.h"
 
 #include "host/JsonText.h"
+#include "host/OtherDocument.h"
 #include "host/Sections.h"
 
 namespace host {
+namespace {
 
-void readNative(const std::string& path, const Native& native) {
+template <class Read>
+void readInto(const Native& native, const Read& read) {
   const std::unique_ptr<EntrySink> sink = nativeSink(native);
   SchemaReader reader(nativeSchema(), sink.get());
-  readJsonFile(path, reader);
+  readExpected([&] { read(reader); }, ", which diff reads");
+}
+
+}  // namespace
+
+void readNative(const std::string& path, const Native& native) {
+  readInto(native, [&](SchemaReader& reader) { readJsonFile(path, reader); });
 }
 
 void readNative(std::FILE* file, const Native& native) {
-  const std::unique_ptr<EntrySink> sink = nativeSink(native);
-  SchemaReader reader(nativeSchema(), sink.get());
-  readJsonFile(file, reader);
+  readInto(native, [&](SchemaReader& reader) { readJsonFile(file, reader); });
 }
 
 void readNativeText(std::string_view text, const Native& native) {
-  const std::unique_ptr<EntrySink> sink = nativeSink(native);
-  SchemaReader reader(nativeSchema(), sink.get());
-  readJsonText(text, reader);
+  readInto(native, [&](SchemaReader& reader) { readJsonText(text, reader); });
 }
 
 }  // namespace host

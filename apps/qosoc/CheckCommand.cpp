@@ -17,7 +17,8 @@ int run(const Arguments& arguments) {
   std::optional<Stage> stage("checking the comments");
   const auto faults = host::commentFaults(native);
   stage.reset();
-  for (const std::string& line : faults) tell("qosoc: " + host::shown(file) + ": " + line);
+  for (const std::string& line : faults)
+    tell("qosoc: " + host::shown(inputName(file)) + ": " + line);
   return faults.empty() ? done : doneWithReports;
 }
 

@@ -23,8 +23,8 @@ void tellAll(const char* begin, const std::vector<std::string>& lines) {
 
 host::LeavesOfText leavesOf(const std::string& file, const Shown& shown) {
   const std::string text = wholeText(file);
-  const Stage stage("reading " + (file == "-" ? "standard input" : host::shown(file)));
-  host::LeavesOfText read = host::leavesOfText(file, text, shown.view, shown.only);
+  const Stage stage("reading " + host::shown(inputName(file)));
+  host::LeavesOfText read = host::leavesOfText(inputName(file), text, shown.view, shown.only);
   tellAll("qosoc: ", read.faults);
   tellAll("warning: ", read.warnings);
   return read;

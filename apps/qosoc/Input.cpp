@@ -7,11 +7,18 @@
 #include <cstring>
 
 #include "InputFile.h"
+#include "host/Text.h"
 
 namespace qosoc {
 
+std::string inputName(const std::string& file) {
+  if (file == "-") return "standard input";
+  return file.empty() ? host::quoted(file) : file;
+}
+
 InputError::InputError(const std::string& file, const host::Refusal& refusal)
-    : std::runtime_error(refusal.what()), lines_(host::linesOf(refusal.faults(), file)) {}
+    : std::runtime_error(refusal.what()),
+      lines_(host::linesOf(refusal.faults(), inputName(file))) {}
 
 void throwUnreadable(const std::string& file, int error) {
   throw InputError(file,

@@ -15,6 +15,9 @@
 
 namespace qosoc {
 
+// The name of an input in a message: "-" is standard input, and an empty name is shown by its quotes.
+std::string inputName(const std::string& file);
+
 // What is wrong with an input file, a line for each fault.
 class InputError : public std::runtime_error {
  public:

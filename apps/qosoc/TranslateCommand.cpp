@@ -170,7 +170,7 @@ class Translation {
                [&](std::FILE* file) { host::readSavedState(file, native_, model_); });
       return;
     }
-    readFile(request.native, [this](std::FILE* file) { readDocument(file); });
+    readFile(request.native, [this](std::FILE* file) { host::readNative(file, native_); });
     if (!request.initial) return;
     readFile(*request.initial, [&](std::FILE* file) { host::readModel(file, model_); });
   }
@@ -222,16 +222,6 @@ class Translation {
       file->write(text);
     } catch (const OutputError& error) {
       report(std::string("qosoc: ") + error.what());
-    }
-  }
-
-  void readDocument(std::FILE* file) {
-    try {
-      host::readNative(file, native_);
-    } catch (const host::Refusal& refusal) {
-      const host::Fault& first = refusal.faults().front();
-      if (first.place() != "/qosoc-save") throw;
-      throw host::Refusal({first.place(), "a saved state is given to --restore", first.position()});
     }
   }
 

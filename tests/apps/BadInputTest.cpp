@@ -48,6 +48,38 @@ TEST_F(BadInput, IsAFileThatIsNotThere) {
   expectRefused(folder_.path("none.json"), ": cannot be read: No such file or directory");
 }
 
+TEST_F(BadInput, IsAFileWithoutAName) {
+  for (const char* command : {"check", "translate"}) {
+    const HostRun run = hostRun({paths::qosoc, command, ""});
+    EXPECT_EQ(run.exit, 2);
+    EXPECT_EQ(run.err, "qosoc: \"\": cannot be read: No such file or directory\n");
+  }
+}
+
+TEST_F(BadInput, IsAnotherDocument) {
+  const std::string openConfig =
+      R"({"openconfig-qos:qos": {}, "openconfig-interfaces:interfaces": {}})";
+  expectTextRefused(openConfig,
+                    ":1:2: /openconfig-qos:qos: this is an OpenConfig document, which diff reads");
+  expectTextRefused(R"({"qosoc-save": 1, "native": {}, "model": {}})",
+                    ":1:2: /qosoc-save: a saved state is given to --restore");
+  const std::string other = folder_.file("other.json", openConfig);
+  const HostRun run =
+      hostRun({paths::qosoc, "translate", folder_.file("n.json", "{}"), "--initial", other});
+  EXPECT_EQ(run.exit, 2);
+  EXPECT_EQ(run.err, "qosoc: " + other +
+                         ":1:2: /openconfig-qos:qos: this is an OpenConfig document: "
+                         "translate --format model prints what --initial reads\n");
+}
+
+TEST_F(BadInput, IsASavedStateToBeCompared) {
+  const std::string state = file(R"({"native": {}, "qosoc-save": 1, "model": {}})");
+  const HostRun run = hostRun({paths::qosoc, "diff", state, folder_.file("n.json", "{}")});
+  EXPECT_EQ(run.exit, 2);
+  EXPECT_EQ(run.err,
+            "qosoc: " + state + ":1:16: /qosoc-save: a saved state is given to --restore\n");
+}
+
 TEST_F(BadInput, IsADirectory) {
   expectRefused(folder_.path("."), ": cannot be read: Is a directory");
 }

@@ -53,13 +53,14 @@ TEST(StandardInput, IsASavedStateOrAnInitialModel) {
       translated({"--initial", folder.file("model.json", model), "--format=model", "--roots=acl"}));
 }
 
-TEST(StandardInput, IsNamedByItsDashWhenItIsRefused) {
+TEST(StandardInput, IsNamedWhenItIsRefused) {
   for (const char* command : {"check", "translate"}) {
     const HostRun run = qosoc({command, "-"}, R"({"queue-names": {"EF": 256}})");
     EXPECT_EQ(run.exit, 2);
     EXPECT_EQ(run.out, "");
     EXPECT_EQ(run.err,
-              "qosoc: -:1:24: /queue-names/EF: expected a whole number from 0 to 255, not 256\n");
+              "qosoc: standard input:1:24: /queue-names/EF: expected a whole number from 0 to 255, "
+              "not 256\n");
   }
 }
 
@@ -79,7 +80,22 @@ TEST(StandardInput, IsOneOfTheInputs) {
 TEST(StandardInput, ThatIsAFolderCannotBeRead) {
   const HostRun run = hostRun({"bash", "-c", R"("$0" check - < /)", paths::qosoc});
   EXPECT_EQ(run.exit, 2);
-  EXPECT_EQ(run.err, "qosoc: -: cannot be read: Is a directory\n");
+  EXPECT_EQ(run.err, "qosoc: standard input: cannot be read: Is a directory\n");
+}
+
+TEST(StandardInput, IsNamedByTheOtherCommandsToo) {
+  const HostFolder folder;
+  const std::string file = folder.file("native.json", native);
+  EXPECT_EQ(qosoc({"diff", file, "-"}, "{").err,
+            "qosoc: standard input:1:2: (document): not JSON: Missing a name for object member.\n");
+  EXPECT_EQ(qosoc({"translate", file, "--initial", "-"}, "[]").err,
+            "qosoc: standard input:1:1: (document): expected an object, not an array\n");
+  EXPECT_EQ(qosoc({"check", "-"}, R"({"interfaces": {"Ethernet1": {"tx-queues": {"uc-3": {}}}},
+    "comments": {"if-Et1-uc-txq-3": "{\"MetaData-OpenConfig\":{\"scheduler-policy\":1}}"}})")
+                .err,
+            "qosoc: standard input: /comments/if-Et1-uc-txq-3: at /MetaData-OpenConfig/"
+            "scheduler-policy of this comment: expected an object; it ends the program that "
+            "translates it\n");
 }
 
 }  // namespace

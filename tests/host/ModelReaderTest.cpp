@@ -67,7 +67,10 @@ TEST(ModelReader, RefusesTheSameKeyTwice) {
 
 TEST(ModelReader, RefusesWhatIsNoModel) {
   EXPECT_EQ(faultOf(R"({"openconfig-qos:qos": {}})"),
-            "/openconfig-qos:qos: unknown member (legal: classifiers, forwarding-groups, "
+            "/openconfig-qos:qos: this is an OpenConfig document: translate --format model prints "
+            "what --initial reads");
+  EXPECT_EQ(faultOf(R"({"classes": {}})"),
+            "/classes: unknown member (legal: classifiers, forwarding-groups, "
             "interfaces, pfc, queue-management-profiles, queues, scheduler-policies)");
   EXPECT_EQ(faultOf(R"({"classifiers": {"c": {"config": null}}})"),
             "/classifiers/c/config: null is never a value here: expected an object");
