@@ -11,15 +11,13 @@ namespace {
 
 bool isOption(std::string_view word) { return word.size() > 1 && word.starts_with('-'); }
 
-const Option& named(std::string_view name, const Command& command) {
+Option named(std::string_view name, const Command& command) {
   std::vector<std::string_view> known;
-  for (const Option& option : command.options) {
+  for (const Option& option : command.allOptions()) {
     if (option.isNamed(name)) return option;
     known.push_back(option.name);
     if (!option.shortName.empty()) known.push_back(option.shortName);
   }
-  if (helpOption.isNamed(name)) return helpOption;
-  known.insert(known.end(), {helpOption.name, helpOption.shortName});
   throw UsageError("unknown option " + host::quoted(name) + host::didYouMean(name, known));
 }
 
@@ -37,7 +35,7 @@ Arguments::Arguments(std::span<const std::string> words, const Command& command)
     onlyOperands = word == "--";
     if (onlyOperands) continue;
     const std::size_t equals = std::min(word.find('='), word.size());
-    const Option& option = named(std::string_view(word).substr(0, equals), command);
+    const Option option = named(std::string_view(word).substr(0, equals), command);
     const bool hasValue = equals < word.size();
     if (hasValue && !option.takesValue()) throw UsageError(host::quoted(word) + " takes no value");
     if (option.takesValue() && !hasValue && i + 1 == words.size()) {

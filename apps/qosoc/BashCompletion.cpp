@@ -135,8 +135,7 @@ std::string valueCase(const Option& option) {
 }
 
 std::string commandCase(const Command& command) {
-  std::vector<Option> options(command.options.begin(), command.options.end());
-  options.push_back(helpOption);
+  const std::vector<Option> options = command.allOptions();
   const std::string asOption = &command == &helpCommand ? " | --help | -h" : "";
   std::string text = "    " + std::string(command.name) + asOption + ")\n";
   text += "      options='" + optionNames(options) + "'\n";

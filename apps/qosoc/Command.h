@@ -1,10 +1,11 @@
 // A command of the program as a row of data: how its arguments are parsed, what its help, the manual
 // and the completion of shells say of it, all come from here. A new command is a file with such a row
-// and a line in Commands.cpp.
+// in CMakeLists.txt, its declaration in Commands.h and its place in the list in Commands.cpp.
 #pragma once
 
 #include <span>
 #include <string_view>
+#include <vector>
 
 namespace qosoc {
 
@@ -66,12 +67,21 @@ struct Command {
   std::span<const std::string_view> synopsis;  // what stands behind the name, a line each
   std::string_view about;
   std::span<const Operand> operands;
-  std::span<const Option> options;  // --help is always there besides
+  std::span<const Option> options;  // --help is always there besides, see allOptions()
   std::string_view example;         // "$ command" and below it what that prints
   std::string_view notes = {};      // what else one should know
   std::span<const ExitCode> exitCodes;
   // Throws: UsageError, InputError, OutputError.
   int (*run)(const Arguments& arguments);
+
+  // `options` and --help, in the order in which they are shown.
+  std::vector<Option> allOptions() const;
+};
+
+// Of a command that only prints.
+inline constexpr ExitCode exitCodesOfText[] = {
+    {done, "all done"},
+    {nothingDone, "bad usage, or the output could not be written"},
 };
 
 }  // namespace qosoc

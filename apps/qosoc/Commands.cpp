@@ -49,6 +49,12 @@ const Command& commandNamed(std::string_view name) {
                        host::didYouMeanOf(meant.empty() ? name : meant, names));
 }
 
+std::vector<Option> Command::allOptions() const {
+  std::vector<Option> all(options.begin(), options.end());
+  all.push_back(helpOption);
+  return all;
+}
+
 std::span<const Option> programOptions() { return ofTheProgram; }
 
 std::string_view programSummary() {

@@ -32,10 +32,6 @@ int run(const Arguments& arguments) {
 
 constexpr std::string_view synopsis[] = {"bash|zsh"};
 constexpr Operand operands[] = {{.name = "bash|zsh", .kind = Kind::word, .words = shellNames}};
-constexpr ExitCode exitCodes[] = {
-    {done, "all done"},
-    {nothingDone, "bad usage, or the output could not be written"},
-};
 
 }  // namespace
 
@@ -55,7 +51,7 @@ that is built and not installed.
   $ qosoc translate router.json --roots class-map,interface-<TAB>
   class-map,interface-classifier  class-map,interface-pfc
 )",
-    .exitCodes = exitCodes,
+    .exitCodes = exitCodesOfText,
     .run = run,
 };
 

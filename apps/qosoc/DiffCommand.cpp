@@ -73,15 +73,13 @@ constexpr std::string_view synopsis[] = {"A.json B.json [OPTIONS]"};
 constexpr Option options[] = {
     {.name = "--json",
      .help = "print one line of JSON: the nodes to delete and the leaves to set in A to get B"},
-    {.name = "--only",
-     .value = "PATH",
-     .kind = Kind::other,
-     .help = "compare that part of the tree: a container, a list, an entry of a list or a leaf, as "
-             "/qos/queues/queue[name=EF]"},
-    {.name = "--no-augments", .help = "leave out what is not in OpenConfig's own modules"},
-    {.name = "--state",
-     .help = "compare each `state`, and not only one that differs from the `config` beside it"},
-    {.name = "--interface-ref", .help = "compare each `interface-ref` and /interfaces, likewise"},
+    withHelp(onlyOption,
+             "compare that part of the tree: a container, a list, an entry of a list or a leaf, as "
+             "/qos/queues/queue[name=EF]"),
+    noAugmentsOption,
+    withHelp(stateOption,
+             "compare each `state`, and not only one that differs from the `config` beside it"),
+    withHelp(interfaceRefOption, "compare each `interface-ref` and /interfaces, likewise"),
     outputOption,
 };
 

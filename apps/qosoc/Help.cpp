@@ -123,9 +123,7 @@ std::string help(const Command& command, bool isStyled) {
     text += (synopsis.empty() ? "" : " ") + std::string(synopsis) + '\n';
   }
   text += flowed(command.about);
-  std::vector<Option> known(command.options.begin(), command.options.end());
-  known.push_back(helpOption);
-  text += '\n' + heading("Options:") + '\n' + options(known);
+  text += '\n' + heading("Options:") + '\n' + options(command.allOptions());
   text += '\n' + heading("Example:") + flowed(command.example);
   text += flowed(command.notes);
   return text + '\n' + heading("Exit code:") + '\n' + exitCodes(command);

@@ -30,10 +30,6 @@ int run(const Arguments& arguments) {
 constexpr std::string_view synopsis[] = {"[COMMAND]"};
 constexpr Operand operands[] = {
     {.name = "COMMAND", .kind = Kind::word, .isOptional = true, .words = commandNames}};
-constexpr ExitCode exitCodes[] = {
-    {done, "all done"},
-    {nothingDone, "bad usage, or the output could not be written"},
-};
 
 }  // namespace
 
@@ -49,7 +45,7 @@ constinit const Command helpCommand{
   $ qosoc help diff | head -n 1
   usage: qosoc diff A.json B.json [OPTIONS]
 )",
-    .exitCodes = exitCodes,
+    .exitCodes = exitCodesOfText,
     .run = run,
 };
 

@@ -12,10 +12,6 @@ int run(const Arguments& /*arguments*/) {
 }
 
 constexpr std::string_view synopsis[] = {""};
-constexpr ExitCode exitCodes[] = {
-    {done, "all done"},
-    {nothingDone, "bad usage, or the output could not be written"},
-};
 
 }  // namespace
 
@@ -31,7 +27,7 @@ Prints the manual page qosoc(1), for `man`. An installed program has it where `m
     .example = R"(
   $ qosoc manual | man -l -
 )",
-    .exitCodes = exitCodes,
+    .exitCodes = exitCodesOfText,
     .run = run,
 };
 

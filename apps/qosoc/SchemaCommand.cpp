@@ -12,10 +12,6 @@ int run(const Arguments& /*arguments*/) {
 }
 
 constexpr std::string_view synopsis[] = {""};
-constexpr ExitCode exitCodes[] = {
-    {done, "all done"},
-    {nothingDone, "bad usage, or the output could not be written"},
-};
 
 }  // namespace
 
@@ -39,7 +35,7 @@ fraction or an exponent (`40.0`, `4e1`).
   $ jsonschema -i router.json native.schema.json
   256: 256 is greater than the maximum of 255
 )",
-    .exitCodes = exitCodes,
+    .exitCodes = exitCodesOfText,
     .run = run,
 };
 

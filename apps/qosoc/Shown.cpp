@@ -16,13 +16,13 @@ host::Subtree subtree(const std::string& path) {
 }  // namespace
 
 Shown::Shown(const Arguments& arguments)
-    : view{.augments = !arguments.has("--no-augments"),
-           .state = arguments.has("--state"),
-           .interfaceRef = arguments.has("--interface-ref")} {
-  for (const char* name : {"--only", "--no-augments", "--state", "--interface-ref"}) {
-    if (option.empty() && arguments.has(name)) option = name;
+    : view{.augments = !arguments.has(noAugmentsOption.name),
+           .state = arguments.has(stateOption.name),
+           .interfaceRef = arguments.has(interfaceRefOption.name)} {
+  for (const Option& one : {onlyOption, noAugmentsOption, stateOption, interfaceRefOption}) {
+    if (option.empty() && arguments.has(one.name)) option = one.name;
   }
-  if (const auto path = arguments.value("--only")) only = subtree(*path);
+  if (const auto path = arguments.value(onlyOption.name)) only = subtree(*path);
 }
 
 }  // namespace qosoc

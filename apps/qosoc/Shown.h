@@ -9,6 +9,17 @@
 
 namespace qosoc {
 
+// What the options are called; a command says what they do in its own words.
+inline constexpr Option onlyOption{.name = "--only", .value = "PATH", .kind = Kind::other};
+inline constexpr Option noAugmentsOption{
+    .name = "--no-augments", .help = "leave out what is not in OpenConfig's own modules"};
+inline constexpr Option stateOption{.name = "--state"};
+inline constexpr Option interfaceRefOption{.name = "--interface-ref"};
+constexpr Option withHelp(Option option, std::string_view help) {
+  option.help = help;
+  return option;
+}
+
 struct Shown {
   // Requires: the command knows the options. Throws: UsageError.
   explicit Shown(const Arguments& arguments);

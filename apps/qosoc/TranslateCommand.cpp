@@ -11,6 +11,7 @@
 #include "Printer.h"
 #include "Progress.h"
 #include "Rok/Rok.h"
+#include "Shown.h"
 #include "host/Changes.h"
 #include "host/CommentFaults.h"
 #include "host/ModelReader.h"
@@ -260,15 +261,13 @@ constexpr Option options[] = {
      .kind = Kind::word,
      .help = "print the model in this form",
      .words = formats},
-    {.name = "--only",
-     .value = "PATH",
-     .kind = Kind::other,
-     .help = "print that part of the tree: a container, a list, an entry of a list or a leaf, as "
-             "/qos/queues/queue[name=EF]; the entries around it have their keys alone"},
-    {.name = "--no-augments", .help = "leave out what is not in OpenConfig's own modules"},
-    {.name = "--state", .help = "print each `config` a second time, as the `state` beside it"},
-    {.name = "--interface-ref",
-     .help = "print where each interface is: its `interface-ref`, and /interfaces"},
+    withHelp(onlyOption,
+             "print that part of the tree: a container, a list, an entry of a list or a leaf, as "
+             "/qos/queues/queue[name=EF]; the entries around it have their keys alone"),
+    noAugmentsOption,
+    withHelp(stateOption, "print each `config` a second time, as the `state` beside it"),
+    withHelp(interfaceRefOption,
+             "print where each interface is: its `interface-ref`, and /interfaces"),
     outputOption,
     {.name = "--initial",
      .value = "FILE",

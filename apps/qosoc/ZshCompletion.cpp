@@ -105,8 +105,7 @@ std::string optionLines(const Option& option, const std::string& indent) {
 std::string commandCase(const Command& command) {
   const std::string indent(12, ' ');
   std::string text = "        " + std::string(command.name) + ")\n          _arguments -S \\\n";
-  for (const Option& option : command.options) text += optionLines(option, indent);
-  text += optionLines(helpOption, indent);
+  for (const Option& option : command.allOptions()) text += optionLines(option, indent);
   for (std::size_t i = 0; i < command.operands.size(); ++i) {
     const Operand& operand = command.operands[i];
     text += indent +
