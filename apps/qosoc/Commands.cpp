@@ -57,6 +57,11 @@ std::vector<Option> Command::allOptions() const {
 
 std::span<const Option> programOptions() { return ofTheProgram; }
 
+std::string_view formsOfValues() {
+  return "A value stands behind its option or behind a `=`: `-o FILE`, `-o=FILE`, `--output FILE`, "
+         "`--output=FILE`. Options may stand anywhere; what follows `--` is none.";
+}
+
 std::string_view programSummary() {
   return "translates native QoS configuration into the OpenConfig QoS model, change by change";
 }

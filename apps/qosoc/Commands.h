@@ -31,6 +31,8 @@ const Command& commandNamed(std::string_view name);
 // What every command knows, and what the program itself knows without a command.
 extern const Option helpOption;
 std::span<const Option> programOptions();
+// How the value of an option is given.
+std::string_view formsOfValues();
 // What it does, as the rest of a sentence.
 std::string_view programSummary();
 

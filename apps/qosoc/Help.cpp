@@ -111,7 +111,7 @@ std::string help(bool isStyled) {
   }
   return heading("usage:") + " qosoc COMMAND [ARGUMENTS]\n\nThis program " +
          std::string(programSummary()) + ".\n\n" + heading("Commands:") + '\n' + table.text() +
-         '\n' + heading("Options:") + '\n' + options(programOptions()) +
+         '\n' + heading("Options:") + '\n' + options(programOptions()) + flowed(formsOfValues()) +
          "\n`qosoc help COMMAND` tells more, with an example.\n";
 }
 

@@ -113,7 +113,7 @@ qosoc \- )" + roff(programSummary()) +
   }
   text += ".SH OPTIONS\n";
   for (const Option& option : programOptions()) text += optionItem(option);
-  text += ".PP\n" + roff("Each command has `--help`, too.") + '\n';
+  text += ".PP\n" + roff("Each command has `--help`, too.") + '\n' + flowed(formsOfValues());
   return text + ".SH COMMANDS\n" + sections + environment;
 }
 

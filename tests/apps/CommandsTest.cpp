@@ -1,6 +1,8 @@
 // What the program says of itself, and how it takes its arguments.
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 #include "Paths.h"
 #include "host/Roots.h"
 #include "host/Version.h"
@@ -177,6 +179,31 @@ TEST(Qosoc, TheJudgementOfCommentsLeavesNoTrace) {
   const HostRun run = qosoc({"translate", file, "--trace", "2,9", "--roots", "acl"});
   EXPECT_EQ(run.exit, 0);
   EXPECT_EQ(run.err, "");
+}
+
+TEST(Qosoc, TakesAValueInTheFormsThatItsHelpNames) {
+  EXPECT_NE(
+      qosoc({"--help"})
+          .out.find(
+              "\nA value stands behind its option or behind a `=`: `-o FILE`, `-o=FILE`, "
+              "`--output FILE`,\n`--output=FILE`. Options may stand anywhere; what follows `--` is "
+              "none.\n"),
+      std::string::npos);
+  const HostFolder folder;
+  const std::string file = folder.file("native.json", "{}");
+  const std::string out = folder.path("out");
+  for (const std::vector<std::string>& form : {std::vector{std::string("-o"), out},
+                                               {"-o=" + out},
+                                               {"--output", out},
+                                               {"--output=" + out}}) {
+    std::vector<std::string> words{"translate", file};
+    words.insert(words.end(), form.begin(), form.end());
+    EXPECT_EQ(qosoc(words).exit, 0);
+    EXPECT_EQ(support::hostText(out), "{\n  \"openconfig-qos:qos\": {}\n}\n");
+    std::filesystem::remove(out);
+  }
+  expectUsageError({"translate", file, "-o" + out},
+                   "unknown option \"-o" + out + "\" (see qosoc translate --help)");
 }
 
 TEST(Qosoc, TakesAValueBehindAnEqualsSignAndOperandsBehindTwoDashes) {

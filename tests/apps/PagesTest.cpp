@@ -1,5 +1,6 @@
 // The examples of docs/native-document.md. A block of
 //
+//   (indented) is the usage of the program
 //   json       is a native document that can be translated without a message
 //   jsonl      is change lines of the first document of the page
 //   console    is a command over the document before it, native.json, and over {}, empty.json, and
@@ -10,6 +11,8 @@
 #include <sstream>
 
 #include "Paths.h"
+#include "apps/qosoc/Commands.h"
+#include "apps/qosoc/Help.h"
 #include "tests/support/HostProgram.h"
 #include "tests/support/Page.h"
 
@@ -42,6 +45,42 @@ std::vector<std::string> command(const std::string& line, const HostFolder& fold
   words.erase(words.begin(), words.begin() + 2);
   words.insert(words.begin(), paths::qosoc);
   return words;
+}
+
+// What the page shows of a command, in lines that fit: its operands, and each option of its first way
+// to be used.
+std::string usage(const qosoc::Command& command) {
+  constexpr std::size_t columns = 100;
+  const std::string begin = "    qosoc " + std::string(command.name);
+  std::string text;
+  for (const std::string_view way : command.synopsis) {
+    const std::size_t end = way.find(" [OPTIONS]");
+    std::string line = begin + (way.empty() ? "" : " ") + std::string(way.substr(0, end));
+    if (end == std::string_view::npos) return line + '\n';
+    if (!text.empty()) return text + line + " ...\n";
+    for (const qosoc::Option& option : command.options) {
+      const std::string part = " [" + qosoc::optionLabel(option) + ']';
+      if (line.size() + part.size() > columns) {
+        text += line + '\n';
+        line = std::string(begin.size(), ' ');
+      }
+      line += part;
+    }
+    text += line + '\n';
+  }
+  return text;
+}
+
+TEST(Pages, BeginWithTheUsageOfEachCommand) {
+  std::string expected = "\n\n";
+  for (const qosoc::Command* command : qosoc::commands()) expected += usage(*command);
+  for (const qosoc::Option& option : qosoc::programOptions()) {
+    expected +=
+        "    qosoc " + std::string(option.shortName) + '|' + std::string(option.name) + '\n';
+  }
+  const std::string page =
+      support::hostText(std::string(paths::examples) + "/../docs/native-document.md");
+  EXPECT_NE(page.find(expected + '\n'), std::string::npos) << "the usage is" << expected;
 }
 
 TEST(Pages, HaveDocumentsThatCanBeTranslated) {
