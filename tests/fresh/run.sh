@@ -8,7 +8,6 @@ set -euo pipefail
 packages=$(realpath -- "$1")
 work=$2
 whole=${3-}
-mirror=${QOS_MIRROR:-http://deb.debian.org/debian}
 sources=$(cd -- "$(dirname -- "${BASH_SOURCE[0]}")/../.." && pwd)
 
 die() {
@@ -58,7 +57,7 @@ within() {
 }
 
 bootstrap() {
-  debootstrap --variant=minbase --cache-dir="$work/archives" bookworm "$root" "$mirror"
+  debootstrap --variant=minbase --cache-dir="$work/archives" bookworm "$root"
   mount -t proc proc "$root/proc"
   mount --rbind /dev "$root/dev"
   mount --bind "$work/archives" "$root/var/cache/apt/archives"
