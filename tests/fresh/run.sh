@@ -52,7 +52,7 @@ step() {
 }
 # within COMMAND...: in the new system, where nothing of ours is set.
 within() {
-  chroot "$root" /usr/bin/env -i HOME=/root PATH=/usr/sbin:/usr/bin:/sbin:/bin LC_ALL=C.UTF-8 \
+  chroot "$root" /usr/bin/env -i HOME=/user PATH=/usr/sbin:/usr/bin:/sbin:/bin LC_ALL=C.UTF-8 \
     DEBIAN_FRONTEND=noninteractive "$@"
 }
 

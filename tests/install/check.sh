@@ -1,12 +1,11 @@
 #!/usr/bin/env bash
-# check.sh SOURCES BUILD COMPILER [FLAGS]: installs a build that is there into a folder, takes it to
-# another one, and builds programs with what lies there: by CMake, by pkg-config, and within a CMake
+# check.sh SOURCES BUILD FOLDER COMPILER [FLAGS]: installs a build that is there into FOLDER/prefix, by way of
+# another place, and builds programs with what lies there: by CMake, by pkg-config, and within a CMake
 # project of its own that takes the sources. Each must do what outside/expected.txt says.
 set -euo pipefail
-sources=$1 build=$2 compiler=$3 flags=${4-}
+sources=$1 build=$2 work=$3 compiler=$4 flags=${5-}
 here=$sources/tests/install
 strict='-Wall -Wextra -Wconversion -Wshadow -Wpedantic -Werror'
-work=$build/tests/install/work
 prefix=$work/prefix
 
 die() {
@@ -72,6 +71,6 @@ command=$(ninja -C "$work/part" -t compdb | grep -F 'outside.cpp.o -c' | grep '"
 for own in -fvisibility -fno-semantic-interposition -O3 -DNDEBUG; do
   [[ $command != *" $own"* ]] || die "$own reaches another project: $command"
 done
-if ninja -C "$work/part" -t targets all | grep -E '^(tests|bench)/|^test_|^install:'; then
-  die 'tests or rules to install are in another project'
+if ninja -C "$work/part" -t targets all | grep -E '^(tests|bench)/|^test_|^install:|^qosoc_pages:'; then
+  die 'tests, rules to install or what they install are in another project'
 fi
