@@ -34,10 +34,7 @@ set(CPACK_COMPONENT_PROGRAM_DEPENDS library)
 file(TIMESTAMP CHANGELOG.md date "%a, %d %b %Y %H:%M:%S +0000" UTC)
 configure_file(packaging/changelog.in ${made}/changelog @ONLY)
 configure_file(packaging/copyright ${made}/copyright COPYONLY)
-find_program(QOS_GZIP gzip)
-if(QOS_GZIP)
-  execute_process(COMMAND ${QOS_GZIP} -9 --no-name --force ${made}/changelog)
-endif()
+execute_process(COMMAND ${QOS_GZIP} -9 --no-name --force ${made}/changelog)
 
 # qos_package(COMPONENT NAME SECTION DESCRIPTION), with what Debian wants to find in each package and
 # an installation by hand doesn't get.
