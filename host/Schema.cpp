@@ -44,41 +44,37 @@ std::vector<std::string_view> texts(std::span<const Name> names) {
   return texts;
 }
 
-std::optional<Value> realOf(const Value& value) {
-  if (const auto* v = value.as<std::uint64_t>()) return Value(static_cast<double>(*v));
-  if (const auto* v = value.as<std::int64_t>()) return Value(static_cast<double>(*v));
-  return value.as<double>() != nullptr ? std::optional(value) : std::nullopt;
+bool acceptReal(Value& value) {
+  if (const auto* v = value.as<std::uint64_t>()) value = Value(static_cast<double>(*v));
+  if (const auto* v = value.as<std::int64_t>()) value = Value(static_cast<double>(*v));
+  return value.as<double>() != nullptr;
 }
 
-std::optional<Value> numberOf(const Value& value, const Scalar& scalar) {
+bool acceptNumber(Value& value, const Scalar& scalar) {
   const auto* text = value.as<Rok::String>();
   if (text == nullptr) {
     const auto* number = value.as<std::uint64_t>();
-    return number != nullptr && *number <= scalar.max ? std::optional(value) : std::nullopt;
+    return number != nullptr && *number <= scalar.max;
   }
   std::optional<std::uint64_t> number = named(*text, scalar.names);
   if (!number && scalar.isDecimalTaken) number = decimal(*text, scalar.max);
-  return number ? std::optional(Value(*number)) : std::nullopt;
+  if (number) value = Value(*number);
+  return number.has_value();
 }
 
-template <class T>
-std::optional<Value> only(const Value& value) {
-  return value.as<T>() != nullptr ? std::optional(value) : std::nullopt;
-}
-
-// The canonical form of a scalar; nothing for a value that can't stand here.
-std::optional<Value> canonical(const Value& value, const Scalar& scalar) {
+// False leaves the value as it is.
+bool makeCanonical(Value& value, const Scalar& scalar) {
   switch (scalar.type) {
     case Scalar::Type::number:
-      return numberOf(value, scalar);
+      return acceptNumber(value, scalar);
     case Scalar::Type::real:
-      return realOf(value);
+      return acceptReal(value);
     case Scalar::Type::boolean:
-      return only<bool>(value);
+      return value.as<bool>() != nullptr;
     case Scalar::Type::text:
       break;
   }
-  return only<Rok::String>(value);
+  return value.as<Rok::String>() != nullptr;
 }
 
 // A whole text of a pattern. Python's "$" also stands before a line end.
@@ -158,10 +154,11 @@ Schema Schema::exactly(const Schema& schema, Value value, std::string expected) 
 }
 
 bool Schema::accept(Value& value) const {
-  std::optional<Value> found = canonical(value, scalar_);
-  if (!found || (scalar_.only && !(*found == *scalar_.only))) return false;
-  value = std::move(*found);
-  return true;
+  if (!scalar_.only) return makeCanonical(value, scalar_);
+  Value canonical = value;
+  const bool isIt = makeCanonical(canonical, scalar_) && canonical == *scalar_.only;
+  if (isIt) value = std::move(canonical);
+  return isIt;
 }
 
 Schema Schema::set(Schema element) {

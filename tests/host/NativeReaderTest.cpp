@@ -159,6 +159,9 @@ TEST(NativeDocument, RefusesMapTypesThatAreNoCanonicalBytes) {
               "/class-maps/" + std::string(type) +
                   ": this key is not a map type: qos or a number from 0 to 255");
   }
+  EXPECT_EQ(faultOf(R"({"class-maps": {"QoS": {}}})"),
+            "/class-maps/QoS: this key is not a map type: qos or a number from 0 to 255: did you "
+            "mean qos?");
 }
 
 TEST(NativeDocument, RefusesTheSameKeyTwice) {
