@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <condition_variable>
+#include <csignal>
 #include <cstdint>
 #include <cstdio>
 #include <utility>
@@ -81,6 +82,10 @@ Progress& progress() {
 Stage::Stage(std::string word, bool isShown) {
   progress().begin(std::move(word), isShown);
   if (!progress().isAtWork()) return;
+  // Signals are for the thread that works: while it makes a file, it lets them wait.
+  sigset_t all, before;
+  ::sigfillset(&all);
+  ::pthread_sigmask(SIG_SETMASK, &all, &before);
   ticks_ = std::jthread([](const std::stop_token& stop) {
     std::mutex mutex;
     std::condition_variable_any ended;
@@ -90,6 +95,7 @@ Stage::Stage(std::string word, bool isShown) {
       if (!stop.stop_requested()) progress().tick();
     }
   });
+  ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
 }
 
 Stage::~Stage() {
