@@ -3,7 +3,7 @@
 
 #include <filesystem>
 
-#include "Paths.h"
+#include "Qosoc.h"
 #include "host/Roots.h"
 #include "host/Version.h"
 #include "tests/support/HostProgram.h"
@@ -13,13 +13,7 @@ namespace {
 
 using support::HostFolder;
 using support::HostRun;
-using support::hostRun;
-
-HostRun qosoc(const std::vector<std::string>& words) {
-  std::vector<std::string> command{paths::qosoc};
-  command.insert(command.end(), words.begin(), words.end());
-  return hostRun(command);
-}
+using support::qosoc;
 
 void expectUsageError(const std::vector<std::string>& words, const std::string& message) {
   const HostRun run = qosoc(words);

@@ -5,6 +5,7 @@
 #include <sstream>
 
 #include "Paths.h"
+#include "Qosoc.h"
 #include "apps/qosoc/Commands.h"
 #include "tests/support/HostProgram.h"
 
@@ -14,12 +15,7 @@ namespace {
 using support::HostFolder;
 using support::HostRun;
 using support::hostRun;
-
-HostRun qosoc(const std::vector<std::string>& words) {
-  std::vector<std::string> command{paths::qosoc};
-  command.insert(command.end(), words.begin(), words.end());
-  return hostRun(command);
-}
+using support::qosoc;
 
 std::string helpOf(const qosoc::Command& command) {
   return qosoc({std::string(command.name), "--help"}).out;
@@ -98,9 +94,7 @@ TEST(Help, NamesTheWordsThatAValueMayBe) {
 TEST(Help, ThatCannotBeWrittenFails) {
   for (const std::vector<std::string>& words :
        {std::vector<std::string>{"--help"}, {"-V"}, {"help", "diff"}, {"check", "--help"}}) {
-    std::vector<std::string> command{paths::qosoc};
-    command.insert(command.end(), words.begin(), words.end());
-    const HostRun run = hostRun(command, {"", "/dev/full"});
+    const HostRun run = qosoc(words, {"", "/dev/full"});
     EXPECT_EQ(run.exit, 2);
     EXPECT_EQ(run.err, "qosoc: standard output: No space left on device\n");
   }

@@ -4,6 +4,7 @@
 #include <filesystem>
 
 #include "Paths.h"
+#include "Qosoc.h"
 #include "tests/support/HostProgram.h"
 
 namespace outputOptionTest {
@@ -14,14 +15,10 @@ using support::HostFolder;
 using support::HostRun;
 using support::hostRun;
 using support::hostText;
+using support::qosoc;
 
 class OutputOption : public testing::Test {
  protected:
-  static HostRun qosoc(const std::vector<std::string>& words) {
-    std::vector<std::string> command{paths::qosoc};
-    command.insert(command.end(), words.begin(), words.end());
-    return hostRun(command);
-  }
   // The file gets what the command prints without the option, and nothing is printed.
   void expectWritten(std::vector<std::string> words) {
     const HostRun printed = qosoc(words);

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "Paths.h"
+#include "Qosoc.h"
 #include "tests/support/HostProgram.h"
 
 namespace standardInputTest {
@@ -14,9 +15,7 @@ using support::hostRun;
 constexpr const char* native = R"({"queue-names": {"EF": 3}})";
 
 HostRun qosoc(const std::vector<std::string>& words, const std::string& in) {
-  std::vector<std::string> command{paths::qosoc};
-  command.insert(command.end(), words.begin(), words.end());
-  return hostRun(command, {in});
+  return support::qosoc(words, {in});
 }
 
 // What translate prints without it.

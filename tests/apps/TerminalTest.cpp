@@ -8,6 +8,7 @@
 #include <thread>
 
 #include "Paths.h"
+#include "Qosoc.h"
 #include "tests/support/HostProgram.h"
 #include "tests/support/HostTerminal.h"
 
@@ -18,12 +19,7 @@ using support::HostFolder;
 using support::hostRun;
 using support::hostScreen;
 using support::HostTerminal;
-
-std::vector<std::string> qosoc(const std::vector<std::string>& words) {
-  std::vector<std::string> command{paths::qosoc};
-  command.insert(command.end(), words.begin(), words.end());
-  return command;
-}
+using support::qosocCommand;
 
 // By a shell, in which "$@" is the program with those words.
 std::vector<std::string> byShell(const std::string& script, const std::vector<std::string>& words) {
@@ -45,9 +41,9 @@ class Terminal : public testing::Test {
 
 TEST_F(Terminal, HasErrorsWithARedHead) {
   const std::string none = folder_.path("none.json");
-  EXPECT_EQ(hostScreen(qosoc({"check", none})),
+  EXPECT_EQ(hostScreen(qosocCommand({"check", none})),
             "\033[1;31mqosoc:\033[0m " + none + ": cannot be read: No such file or directory\n");
-  EXPECT_EQ(hostScreen(qosoc({"chek"})),
+  EXPECT_EQ(hostScreen(qosocCommand({"chek"})),
             "\033[1;31mqosoc:\033[0m there is no command \"chek\": "
             "did you mean check? (legal: translate, check, diff, schema, help, completion, manual, "
             "--help, -h, --version, -V) (see qosoc --help)\n");
@@ -69,7 +65,7 @@ TEST_F(Terminal, HasWarningsWithAYellowHead) {
 
 TEST_F(Terminal, HasADifferenceInColours) {
   const std::string group = "/qos/forwarding-groups/forwarding-group[name=voice]/config/";
-  EXPECT_EQ(hostScreen(qosoc({"diff", before_, after_})),
+  EXPECT_EQ(hostScreen(qosocCommand({"diff", before_, after_})),
             "\033[33m~ " + group +
                 "output-queue \"EF\" -> \"AF\"\033[0m\n"
                 "\033[32m+ /qos/queues/queue[name=AF]/config/name \"AF\"\033[0m\n"
@@ -79,39 +75,39 @@ TEST_F(Terminal, HasADifferenceInColours) {
 }
 
 TEST_F(Terminal, HasNoColoursInTheJsonOfADifference) {
-  EXPECT_EQ(hostScreen(qosoc({"diff", before_, after_, "--json"})),
-            hostRun(qosoc({"diff", before_, after_, "--json"})).out);
+  EXPECT_EQ(hostScreen(qosocCommand({"diff", before_, after_, "--json"})),
+            hostRun(qosocCommand({"diff", before_, after_, "--json"})).out);
 }
 
 TEST_F(Terminal, LeavesAFileOfADifferenceWithoutColours) {
   const std::string out = folder_.path("out");
-  EXPECT_EQ(hostScreen(qosoc({"diff", before_, after_, "-o", out})), "");
-  EXPECT_EQ(support::hostText(out), hostRun(qosoc({"diff", before_, after_})).out);
+  EXPECT_EQ(hostScreen(qosocCommand({"diff", before_, after_, "-o", out})), "");
+  EXPECT_EQ(support::hostText(out), hostRun(qosocCommand({"diff", before_, after_})).out);
 }
 
 TEST_F(Terminal, HasHelpWithBoldHeadings) {
-  std::string expected = hostRun(qosoc({"diff", "--help"})).out;
+  std::string expected = hostRun(qosocCommand({"diff", "--help"})).out;
   for (const std::string heading : {"usage:", "Options:", "Example:", "Exit code:"}) {
     expected.replace(expected.find(heading), heading.size(), "\033[1m" + heading + "\033[0m");
   }
-  EXPECT_EQ(hostScreen(qosoc({"diff", "--help"})), expected);
-  EXPECT_EQ(hostScreen(qosoc({"--help"})).find("\033[1musage:\033[0m qosoc COMMAND"), 0u);
+  EXPECT_EQ(hostScreen(qosocCommand({"diff", "--help"})), expected);
+  EXPECT_EQ(hostScreen(qosocCommand({"--help"})).find("\033[1musage:\033[0m qosoc COMMAND"), 0u);
 }
 
 TEST_F(Terminal, HasNoColoursWhereTheyAreNotWanted) {
-  const std::string plain = hostRun(qosoc({"diff", before_, after_})).out;
+  const std::string plain = hostRun(qosocCommand({"diff", before_, after_})).out;
   for (const char* setting : {"NO_COLOR=1", "TERM=dumb", "TERM="}) {
-    EXPECT_EQ(hostScreen(qosoc({"diff", before_, after_}), {setting}), plain) << setting;
-    EXPECT_EQ(hostScreen(qosoc({"chek"}), {setting}).find("qosoc: there"), 0u) << setting;
+    EXPECT_EQ(hostScreen(qosocCommand({"diff", before_, after_}), {setting}), plain) << setting;
+    EXPECT_EQ(hostScreen(qosocCommand({"chek"}), {setting}).find("qosoc: there"), 0u) << setting;
   }
 }
 
 TEST_F(Terminal, HasColoursThoughNoColorIsThereEmpty) {
-  EXPECT_EQ(hostScreen(qosoc({"chek"}), {"NO_COLOR="}).find("\033[1;31mqosoc:"), 0u);
+  EXPECT_EQ(hostScreen(qosocCommand({"chek"}), {"NO_COLOR="}).find("\033[1;31mqosoc:"), 0u);
 }
 
 TEST_F(Terminal, DoesNotColourTheStreamThatIsAPipe) {
-  const std::string plain = hostRun(qosoc({"diff", before_, after_})).out;
+  const std::string plain = hostRun(qosocCommand({"diff", before_, after_})).out;
   EXPECT_EQ(hostScreen(byShell(R"("$@" | cat)", {"diff", before_, after_})), plain);
   EXPECT_EQ(hostScreen(byShell(R"("$@" 2>&1 | cat)", {"chek"})).find("qosoc: there"), 0u);
 }
