@@ -1,0 +1,13 @@
+// The rules of `check`, a function for each topic. Each goes over the native objects, as a start finds
+// them, and hands on what it finds.
+#pragma once
+
+#include "host/check/Device.h"
+#include "host/check/Finding.h"
+
+namespace host {
+
+// Values over which a translator raises.
+void judgeRanges(const Device& device, const Findings& findings);
+
+}  // namespace host
