@@ -66,6 +66,7 @@ set(upper_headers
   host/NativeReader.h
   host/NativeWriter.h
   host/OpenConfigJson.h
+  host/Pointer.h
   host/Roots.h
   host/SavedState.h
   host/Version.h

@@ -21,11 +21,6 @@ std::string textOf(const json::Value& string) {
   return {string.GetString(), string.GetStringLength()};
 }
 
-Path below(Path path, const std::string& key) {
-  path.push_back(key);
-  return path;
-}
-
 CommentFault fault(const Path& path, const char* expected) {
   return {shownPointer(path), expected};
 }

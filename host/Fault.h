@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "Dorpel/Export.h"
+#include "host/Pointer.h"
 
 namespace QOS_EXPORT host {
 
@@ -15,8 +16,15 @@ class Fault : public std::runtime_error {
   // `place` is a JSON Pointer as messages show it, or empty; `position` is "line:column", or empty.
   Fault(std::string place, const std::string& reason, std::string position = {})
       : std::runtime_error(reason), place_(std::move(place)), position_(std::move(position)) {}
+  // At a place of a document.
+  Fault(const Tokens& place, const std::string& reason, std::string position = {})
+      : Fault(shownPointer(place), reason, std::move(position)) {
+    pointer_ = pointerText(place);
+  }
 
   const std::string& place() const { return place_; }
+  // The place as a JSON Pointer; empty for that of the whole document, and for what is no place.
+  const std::string& pointer() const { return pointer_; }
   const std::string& position() const { return position_; }
 
   // "FILE:line:column: place: reason", without what is empty.
@@ -24,6 +32,7 @@ class Fault : public std::runtime_error {
 
  private:
   std::string place_;
+  std::string pointer_;
   std::string position_;
 };
 

@@ -7,9 +7,17 @@
 #include <string_view>
 #include <vector>
 
-namespace host {
+#include "Dorpel/Export.h"
+
+namespace QOS_EXPORT host {
 
 using Tokens = std::vector<std::string>;
+
+// The place of a member or an entry of what stands at a place.
+inline Tokens below(Tokens place, std::string_view key) {
+  place.emplace_back(key);
+  return place;
+}
 
 // The tokens of a pointer, unescaped. Nothing for a text that is no pointer.
 std::optional<Tokens> pointerTokens(std::string_view pointer);

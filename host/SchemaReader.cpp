@@ -107,8 +107,6 @@ bool SchemaReader::EndObject(unsigned /*members*/) {
 
 bool SchemaReader::EndArray(unsigned elements) { return EndObject(elements); }
 
-std::string SchemaReader::place() const { return shownPointer(tokens()); }
-
 // The schema of the value that comes now.
 const Schema& SchemaReader::expected() const {
   if (frames_.empty()) return schema_;
@@ -310,7 +308,7 @@ bool SchemaReader::element(Frame& frame, Value&& value) {
   return true;
 }
 
-Tokens SchemaReader::tokens() const {
+Tokens SchemaReader::place() const {
   Tokens tokens;
   for (const Frame& frame : frames_) {
     if (isArray(*frame.schema)) {

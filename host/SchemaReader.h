@@ -71,7 +71,7 @@ class SchemaReader {
   // What is wrong so far, in the order of the text.
   const std::vector<Fault>& faults() const { return faults_; }
   // The place at which the reader stands.
-  std::string place() const;
+  Tokens place() const;
   // The whole value. Requires: a text was read to its end without a fault, and there is no sink.
   Value take() { return std::move(result_); }
 
@@ -119,7 +119,6 @@ class SchemaReader {
   void fillIn(Frame& frame) const;
   bool complete(Value&& value);
   bool element(Frame& frame, Value&& value);
-  Tokens tokens() const;
   Rok::String textOf(std::string_view text);
 
   const Schema& schema_;
