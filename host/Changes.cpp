@@ -266,7 +266,7 @@ std::optional<Change> ChangeCheck::check(const Patch& patch, std::size_t operati
     }
     return change;
   } catch (const Fault& fault) {
-    throw Fault(shownPointer(tokens), fault.what());
+    throw Fault(tokens, fault.what());
   }
 }
 
@@ -348,6 +348,7 @@ Changes::Outcome Changes::line(std::string_view text) {
       }
     }
   } catch (const Fault& fault) {
+    refusal_ = fault;
     tell("refused: " + fault.place() + ": " + fault.what());
     return Outcome::refused;
   }

@@ -6,11 +6,13 @@
 
 #include <cstddef>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
 
 #include "Dorpel/Export.h"
+#include "host/Fault.h"
 #include "host/Native.h"
 
 namespace QOS_EXPORT host {
@@ -26,6 +28,8 @@ class Changes {
 
   // Applies the next line of the stream.
   Outcome line(std::string_view text);
+  // Why the last line that was refused was. Requires: one was.
+  const Fault& refusal() const { return *refusal_; }
   // Whether nothing was reported so far.
   bool isClean() const { return clean_; }
 
@@ -34,6 +38,7 @@ class Changes {
 
   const Native& native_;
   Report report_;
+  std::optional<Fault> refusal_;
   std::size_t number_ = 0;
   bool clean_ = true;
 };
