@@ -2,6 +2,7 @@
 // yang/qosoc-augments.yang.
 #include <charconv>
 
+#include "host/openconfig/Decimal64.h"
 #include "host/openconfig/MakeKind.h"
 #include "host/openconfig/Priorities.h"
 
@@ -13,27 +14,6 @@ using QosOc::Config::PfcWatchdog;
 namespace {
 
 constexpr std::size_t fractionDigits = 9;
-
-// The decimal number that stands for `v` and no other; nothing when it has more digits than the
-// leaf, before the point or behind it.
-std::optional<std::string> decimal64(double v) {
-  if (v == 0) return "0.0";  // also when it is negative
-  std::array<char, 512> buffer{};
-  const auto [end, error] =
-      std::to_chars(buffer.data(), buffer.data() + buffer.size(), v, std::chars_format::fixed);
-  if (error != std::errc()) return std::nullopt;
-  std::string text(buffer.data(), end);
-  if (text.find('.') == std::string::npos) text += ".0";
-  const std::size_t point = text.find('.');
-  const std::string_view fraction = std::string_view(text).substr(point + 1);
-  if (fraction.size() > fractionDigits) return std::nullopt;
-  // What the leaf counts in has 64 bits.
-  std::string count = text.substr(0, point) + std::string(fraction);
-  count.append(fractionDigits - fraction.size(), '0');
-  std::int64_t units = 0;
-  const auto parsed = std::from_chars(count.data(), count.data() + count.size(), units);
-  return parsed.ec == std::errc() ? std::optional(text) : std::nullopt;
-}
 
 std::string printed(double v) {
   std::array<char, 32> buffer{};
@@ -53,6 +33,25 @@ LeafValue time(const PfcWatchdog& watchdog, const Keys& /*keys*/, const Faults& 
 }
 
 }  // namespace
+
+std::optional<std::string> decimal64(double v) {
+  if (v == 0) return "0.0";  // also when it is negative
+  std::array<char, 512> buffer{};
+  const auto [end, error] =
+      std::to_chars(buffer.data(), buffer.data() + buffer.size(), v, std::chars_format::fixed);
+  if (error != std::errc()) return std::nullopt;
+  std::string text(buffer.data(), end);
+  if (text.find('.') == std::string::npos) text += ".0";
+  const std::size_t point = text.find('.');
+  const std::string_view fraction = std::string_view(text).substr(point + 1);
+  if (fraction.size() > fractionDigits) return std::nullopt;
+  // What the leaf counts in has 64 bits.
+  std::string count = text.substr(0, point) + std::string(fraction);
+  count.append(fractionDigits - fraction.size(), '0');
+  std::int64_t units = 0;
+  const auto parsed = std::from_chars(count.data(), count.data() + count.size(), units);
+  return parsed.ec == std::errc() ? std::optional(text) : std::nullopt;
+}
 
 bool isPriorities(std::string_view text) {
   constexpr std::string_view digits = "0123456789abcdef";
