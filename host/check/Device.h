@@ -5,10 +5,14 @@
 #include <map>
 #include <set>
 #include <string>
+#include <string_view>
 #include <vector>
 
+#include "QosOpenConfig/QosOpenConfigTypes.h"
 #include "host/Native.h"
+#include "host/check/Classification.h"
 #include "host/check/Finding.h"
+#include "host/check/Places.h"
 
 namespace host {
 
@@ -21,20 +25,32 @@ struct DeviceQueue {
   std::string policy;   // that its comment names; empty: none
   std::string profile;  // likewise, of queue management
 
-  Tokens place() const;  // in the native document
+  Tokens place() const { return queuePlace(interface, queue); }
+  Tokens comment() const { return {"comments", std::string(commentKey)}; }
+};
+
+// A QoS profile that stands for a scheduler policy.
+struct DevicePolicy {
+  Rok::String profile;
+  Rok::String commentKey;
+  QosOc::SchedulerPolicyProfileCommentInfo info;  // what its comment says
+
   Tokens comment() const { return {"comments", std::string(commentKey)}; }
 };
 
 struct Device {
   explicit Device(const Native& native);
 
+  // Whether the model has a queue of this name: one of queue-names or of an interface.
+  bool isQueue(std::string_view name) const;
+
   const Native& native;
   std::map<Nerit::IntfId, std::vector<DeviceQueue>> interfaces;  // queues in order of type and id
   // The name of each tx queue id: of several, the last.
   std::map<unsigned, std::string> queueNames;
+  std::map<std::string, DevicePolicy> policies;  // by the name of the policy
+  std::set<std::string> profiles;  // of queue management, of those that have tx queue 0
+  Classification classification;
 };
-
-// The key of a tx queue as documents spell it: "uc-3".
-std::string queueText(const Qos::TxQueue& queue);
 
 }  // namespace host

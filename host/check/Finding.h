@@ -4,6 +4,7 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <tuple>
 
 #include "host/Pointer.h"
 
@@ -13,6 +14,11 @@ struct Finding {
   std::string_view kind;  // a stable word, for programs
   Tokens place;           // in the native document, as it spells its keys
   std::string text;       // what is wrong; what to do
+
+  friend auto operator<=>(const Finding& a, const Finding& b) {
+    return std::tie(a.place, a.kind, a.text) <=> std::tie(b.place, b.kind, b.text);
+  }
+  friend bool operator==(const Finding& a, const Finding& b) = default;
 };
 
 using Findings = std::function<void(Finding finding)>;

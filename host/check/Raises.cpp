@@ -11,6 +11,7 @@
 #include "QosOpenConfig/QosOpenConfigQueueManagementProfileKivToOcSm.h"
 #include "QosOpenConfig/QosOpenConfigSchedulerPolicyKivToOCSm.h"
 #include "host/CommentFaults.h"
+#include "host/check/Places.h"
 #include "host/check/Untraced.h"
 
 namespace host {
@@ -18,15 +19,6 @@ namespace {
 
 constexpr unsigned noThreshold = 4294967295;
 constexpr unsigned lastTrafficClass = Qos::Input::Config::trafficClasses - 1;
-
-std::string nameOf(const Qos::TxQueue& queue) {
-  return (queue.type == Qos::unicast ? "uc-" : "mc-") + std::to_string(queue.id.value);
-}
-
-Tokens below(Tokens place, std::string_view key) {
-  place.emplace_back(key);
-  return place;
-}
 
 // What a value does to its root, and what should stand in its place.
 std::string sentence(std::uint64_t value, std::string_view wrong, std::string_view root,
@@ -69,10 +61,6 @@ bool raises(const Qos::TxQueueConfig& queue) {
 bool raises(const Qos::EcnWredConfig& ecn) {
   return ecn.maxDropPercent().value > Qos::percentMax || ecn.minThreshold() == noThreshold ||
          ecn.maxThreshold() == noThreshold;
-}
-
-Tokens placeOf(const Nerit::IntfId& interface, const Qos::TxQueue& queue) {
-  return {"interfaces", std::string(interface.stringValue()), "tx-queues", nameOf(queue)};
 }
 
 // What the comment of a tx queue speaks for, so that it isn't read from the settings.
@@ -130,7 +118,7 @@ void Raises::bandwidth(const Nerit::IntfId& interface, const Qos::TxQueueConfig&
   const Spoken spoken(native_, interface, queue.txQueue());
   if (spoken.policy) return;
   const Judge judge{"queue", "queues", spoken.comment, found};
-  judge.raise(below(placeOf(interface, queue.txQueue()), "bandwidth"), queue.bandwidth().value,
+  judge.raise(below(queuePlace(interface, queue.txQueue()), "bandwidth"), queue.bandwidth().value,
               "is no percentage", "0 to 100, or leave it out");
 }
 
@@ -141,7 +129,7 @@ void Raises::ecn(const Nerit::IntfId& interface, const Qos::TxQueueConfig& queue
   const Spoken spoken(native_, interface, queue.txQueue());
   if (spoken.profile) return;
   const Judge judge{"queue", "queues", spoken.comment, found};
-  const Tokens place = below(placeOf(interface, queue.txQueue()), "ecn");
+  const Tokens place = below(queuePlace(interface, queue.txQueue()), "ecn");
   judge.percent(below(place, "max-drop-percent"), ecn->maxDropPercent().value);
   judge.threshold(below(place, "min-threshold"), ecn->minThreshold());
   judge.threshold(below(place, "max-threshold"), ecn->maxThreshold());
@@ -157,7 +145,8 @@ void Raises::settings(const Qos::QosProfileConfig& profile, const Found& found) 
   const auto& queues = profile.qosProfile()->txQueueConfig();
   for (auto q = queues.unsafeIterator(); q; ++q) {
     if (q->key().id != 0) continue;
-    const Tokens place{"qos-profiles", std::string(profile.name()), "tx-queues", nameOf(q->key())};
+    const Tokens place{"qos-profiles", std::string(profile.name()), "tx-queues",
+                       queueText(q->key())};
     judgeSettings(judge, below(place, "ecn"), q->value()->ecnConfig());
     judgeSettings(judge, below(place, "wred"), q->value()->wredConfig());
   }
