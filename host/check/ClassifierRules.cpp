@@ -1,0 +1,254 @@
+// Class maps, ACLs and policy maps: what they say of classifiers and terms, together.
+#include <algorithm>
+#include <bitset>
+#include <set>
+
+#include "QosOpenConfig/QosOpenConfigClassifierKivToOCSmTerms.h"
+#include "host/Nearest.h"
+#include "host/check/Classification.h"
+#include "host/check/Rule.h"
+#include "host/check/Rules.h"
+
+namespace host {
+namespace {
+
+using QosOc::Classifier::classifierTypeIpv4;
+using QosOc::Classifier::classifierTypeIpv6;
+
+constexpr unsigned highestDscp = 63;
+
+const char* nameOf(ClassifierType type) { return type == classifierTypeIpv6 ? "IPV6" : "IPV4"; }
+
+Tokens classMapPlace(std::string_view classifier, std::string_view term) {
+  return {"class-maps", "qos",
+          "__yang_[" + std::string(classifier) + "]_[" + std::string(term) + ']'};
+}
+
+// Those of the names that a finding is about, as classifier and its objects.
+class ClassifierRules : Rule {
+ public:
+  using Rule::Rule;
+
+  void judge() {
+    for (const auto& [name, classifier] : device().classification) {
+      judgeSweep(name, classifier);
+      judgeTypes(name, classifier);
+      judgePolicyMaps(name, classifier);
+      for (const auto& [id, term] : classifier.terms) judgeTerm(name, classifier, id, term);
+    }
+    judgeMatches();
+    judgeClasses();
+  }
+
+ private:
+  // ===== Classifiers
+
+  void judgeSweep(std::string_view name, const ClassifierObjects& classifier) {
+    if (classifier.hasPlaceholder) {
+      if (!classifier.isMade()) {
+        find("untranslated", classMapPlace(name, ""),
+             "no class map of the classifier " + quoted(name) +
+                 " has a match statement, and nothing else makes it; add a match statement");
+      }
+      return;
+    }
+    for (const auto& [id, term] : classifier.terms) {
+      if (!term.isMatched) continue;
+      find("swept", classMapPlace(name, id),
+           "its classifier has no placeholder, so each start sweeps the classifier " +
+               quoted(name) + " with all its terms" +
+               (classifier.later.empty()
+                    ? ""
+                    : ", before access lists and policy maps make theirs anew") +
+               "; add the class map " + quoted(classMapPlace(name, "").back()));
+    }
+  }
+
+  // The last that writes the type decides. Class maps are met in no order; the others come behind
+  // them, in theirs.
+  void judgeTypes(std::string_view name, const ClassifierObjects& classifier) {
+    std::vector<TypeMaker> makers = classifier.classMaps;
+    std::sort(makers.begin(), makers.end(), [](const TypeMaker& a, const TypeMaker& b) {
+      return a.place != b.place ? a.place < b.place : a.type < b.type;
+    });
+    const auto other = [](ClassifierType type) {
+      return [type](const TypeMaker& maker) { return maker.type != type; };
+    };
+    if (classifier.later.empty()) {
+      if (makers.empty() || !classifier.hasPlaceholder) return;
+      const auto found = std::find_if(makers.begin(), makers.end(), other(makers.front().type));
+      if (found == makers.end()) return;
+      return find("order", found->place,
+                  "the class maps of the classifier " + quoted(name) +
+                      " don't agree on its type, and which one it gets depends on the order in "
+                      "which they are met: IPV4, IPV6; let all match one family");
+    }
+    makers.insert(makers.end(), classifier.later.begin(), classifier.later.end());
+    const ClassifierType type = makers.back().type;
+    const auto found = std::find_if(makers.begin(), makers.end(), other(type));
+    if (found == makers.end()) return;
+    find("families", found->place,
+         "makes " + quoted(name) + " an " + nameOf(found->type) + " classifier, and " +
+             shownPointer(makers.back().place) + " an " + nameOf(type) +
+             " one, which it is in the end; give each family a classifier of its own");
+  }
+
+  // At a start each policy map blanks the actions of its classifiers that it doesn't say itself.
+  void judgePolicyMaps(std::string_view name, const ClassifierObjects& classifier) {
+    for (std::size_t i = 0; i + 1 < classifier.policyMaps.size(); ++i) {
+      find("shadowed", classifier.policyMaps[i],
+           "the classifier " + quoted(name) + " has another policy map, " +
+               quoted(classifier.policyMaps.back().back()) +
+               ", and of the two the last one in name order decides on its actions; "
+               "let one policy map have it");
+    }
+  }
+
+  // ===== Terms
+
+  void judgeTerm(std::string_view name, const ClassifierObjects& classifier, std::string_view id,
+                 const TermObjects& term) {
+    const bool isMadeOtherwise = term.hasRules(classifierTypeIpv4) ||
+                                 term.hasRules(classifierTypeIpv6) || !term.classes.empty();
+    if (term.hasClassMap && !term.isMatched && !isMadeOtherwise) {
+      find("untranslated", classMapPlace(name, id),
+           "has no match statement, and nothing else makes the term " + quoted(id) +
+               "; add a match statement");
+    }
+    for (const auto& acl : term.acls) {
+      if (acl && acl->aclSubConfig()) judgeRules(*acl);
+    }
+    if (!term.hasRules(classifierTypeIpv4)) return;
+    const auto& other = term.acls[1];
+    const bool isOverwritten = other && other->aclSubConfig();
+    const bool isSwept = !other && classifier.hasRules(classifierTypeIpv6);
+    if (!isOverwritten && !isSwept) return;
+    find("families", aclPlace(*term.acls[0]),
+         "is not translated: " +
+             (isOverwritten
+                  ? "the IPv6 access list of the same name takes its place"
+                  : "the classifier " + quoted(name) +
+                        " has IPv6 access lists, too, and loses the conditions of IPv4 for them") +
+             "; give each family a classifier of its own");
+  }
+
+  static Tokens aclPlace(const Acl::AclConfig& acl) {
+    return {"access-lists", acl.type() == Acl::aclTypeIpv6 ? "ipv6" : "ipv4",
+            std::string(acl.name())};
+  }
+
+  void judgeRules(const Acl::AclConfig& acl) {
+    std::bitset<highestDscp + 1> seen;
+    for (const auto& [sequence, id] : acl.aclSubConfig()->ruleBySequence()) {
+      const Tokens place = below(below(aclPlace(acl), "rules"), std::to_string(sequence));
+      const auto dscp = acl.type() == Acl::aclTypeIpv6
+                            ? judgeIp6Rule(acl.aclSubConfig()->ip6RuleById(id).filter, place)
+                            : dscpOf(acl.aclSubConfig()->ipRuleById(id).filter);
+      if (!dscp) continue;
+      if (*dscp > highestDscp) {
+        find("left-out", below(place, "dscp"),
+             std::to_string(*dscp) + " is above 63, and is left out; write 0 to 63");
+      } else if (seen[*dscp]) {
+        find("left-out", place,
+             "an earlier rule matches DSCP " + std::to_string(*dscp) +
+                 ", too, and a set holds it once; remove one of them");
+      } else {
+        seen.set(*dscp);
+      }
+    }
+  }
+
+  static std::optional<unsigned> dscpOf(const Acl::IpFilter& filter) {
+    return filter.matchDscp ? std::optional<unsigned>(filter.dscp) : std::nullopt;
+  }
+
+  std::optional<unsigned> judgeIp6Rule(const Acl::Ip6Filter& filter, const Tokens& place) {
+    constexpr unsigned dscpBits = 0xfc;
+    if ((filter.tcMask & dscpBits) == dscpBits) {
+      if ((filter.tcMask & filter.tc & ~dscpBits) != 0) {
+        find("untranslated", below(place, "tc"),
+             "the two low bits of the traffic class are no part of the DSCP and are dropped; "
+             "write a multiple of 4");
+      }
+      return filter.tc >> 2;
+    }
+    if (filter.tcMask != 0 || filter.tc != 0) {
+      find("untranslated", place,
+           "the rule is taken for one without a DSCP, since its tc-mask has not all of the upper "
+           "six bits; write 252");
+    }
+    return std::nullopt;
+  }
+
+  // ===== Statements
+
+  void judgeMatches() {
+    const auto& maps = native().aclConfig->cmapType(Qos::mapQos)->cmap();
+    for (auto i = maps.unsafeIterator(); i; ++i) {
+      const bool isOurs = !QosOc::classifierNameFromClassName(i->key()).empty() ||
+                          !QosOc::classifierKeyFromConfigObjName(i->key()).second.empty();
+      for (auto match = i->value()->match().unsafeIterator(); isOurs && match; ++match) {
+        const auto option = match->key();
+        if (option == Qos::matchIpAccessGroup || option == Qos::matchIpv6AccessGroup) continue;
+        find("match-option", {"class-maps", "qos", std::string(i->key()), "match"},
+             std::to_string(static_cast<unsigned>(option)) +
+                 " is no match statement known here and is taken for ip-access-group; "
+                 "write ip-access-group or ipv6-access-group");
+      }
+    }
+  }
+
+  void judgeClasses() {
+    const auto type = native().aclConfig->pmapType(Qos::mapQos);
+    if (!type) return;
+    for (const auto& [name, map] : type->pmap()) {
+      const auto [ipv4, ipv6] = QosOc::classifiersFromPmapName(name);
+      if (ipv4.empty() && ipv6.empty()) continue;
+      for (auto i = map->classAction().unsafeIterator(); i; ++i) {
+        const Tokens place{"policy-maps", "qos", std::string(name), "classes",
+                           std::string(i->key())};
+        judgeClass(*i->value(), place, ipv4, ipv6);
+      }
+    }
+  }
+
+  void judgeClass(const Qos::ClassAction& action, const Tokens& place, const Rok::String& ipv4,
+                  const Rok::String& ipv6) {
+    const auto [classifier, term] = QosOc::classifierKeyFromConfigObjName(action.name());
+    if (classifier.empty() || term.empty()) {
+      if (action.policyAction().members() == 0) return;
+      return find("untranslated", place,
+                  "its actions are not translated: the class is no term; "
+                  "name it __yang_[CLASSIFIER]_[TERM]");
+    }
+    if (classifier != ipv4 && classifier != ipv6) {
+      find("other-classifier", place,
+           "is a class of the classifier " + quoted(classifier) +
+               ", which the name of the policy map doesn't have, and makes it an IPV6 one; "
+               "move it to the policy map of its classifier");
+    }
+    for (auto i = action.policyAction().unsafeIterator(); i; ++i) judgeAction(*i->value(), place);
+  }
+
+  void judgeAction(const Qos::Action& action, const Tokens& place) {
+    const Tokens at = below(place, "actions");
+    if (action.actionType() != Qos::actionSetTc) {
+      const std::string type = std::to_string(static_cast<unsigned>(action.actionType()));
+      return find("untranslated", below(at, type),
+                  "of actions only set-traffic-class is translated; remove it");
+    }
+    const auto& names = native().qosConfig->forwardingGroupNameToTcMap();
+    if (!QosOc::targetGroupFromTc(action.value(), names).empty()) return;
+    find("missing", below(at, "set-traffic-class"),
+         "no forwarding group has the traffic class " + std::to_string(action.value()) +
+             ", so the term gets no target group; add one to forwarding-groups");
+  }
+};
+
+}  // namespace
+
+void judgeClassifiers(const Device& device, const Findings& findings) {
+  ClassifierRules(device, findings).judge();
+}
+
+}  // namespace host
