@@ -9,6 +9,8 @@ namespace host {
 
 // Class maps, ACLs and policy maps.
 void judgeClassifiers(const Device& device, const Findings& findings);
+// Service policies.
+void judgeBindings(const Device& device, const Findings& findings);
 // Values over which a translator raises.
 void judgeRanges(const Device& device, const Findings& findings);
 
