@@ -11,6 +11,8 @@ namespace host {
 void judgeClassifiers(const Device& device, const Findings& findings);
 // Service policies.
 void judgeBindings(const Device& device, const Findings& findings);
+// Forwarding groups, the names of queues, and the PFC watchdog.
+void judgeGroups(const Device& device, const Findings& findings);
 // Values over which a translator raises.
 void judgeRanges(const Device& device, const Findings& findings);
 
