@@ -13,6 +13,10 @@ void judgeClassifiers(const Device& device, const Findings& findings);
 void judgeBindings(const Device& device, const Findings& findings);
 // Forwarding groups, the names of queues, and the PFC watchdog.
 void judgeGroups(const Device& device, const Findings& findings);
+// The tx queues of interfaces.
+void judgeQueues(const Device& device, const Findings& findings);
+// QoS profiles.
+void judgeProfiles(const Device& device, const Findings& findings);
 // Values over which a translator raises.
 void judgeRanges(const Device& device, const Findings& findings);
 

@@ -1,0 +1,109 @@
+// The tx queues of interfaces, and what their comments name.
+#include <set>
+
+#include "host/Nearest.h"
+#include "host/check/Rule.h"
+#include "host/check/Rules.h"
+
+namespace host {
+namespace {
+
+class QueueRules : Rule {
+ public:
+  using Rule::Rule;
+
+  void judge() {
+    for (const auto& [id, queues] : device().interfaces) {
+      judgePolicies(queues);
+      judgePairs(queues);
+      for (const DeviceQueue& queue : queues) {
+        judgeReferences(queue);
+        judgeSettings(queue);
+      }
+    }
+  }
+
+ private:
+  // The last tx queue that is met decides for its interface, also one that names no policy.
+  void judgePolicies(const std::vector<DeviceQueue>& queues) {
+    std::set<std::string> names;
+    for (const DeviceQueue& queue : queues) names.insert(queue.policy);
+    if (names.size() < 2) return;
+    const Tokens place = queues.front().place();
+    find("order", {place[0], place[1]},
+         "the comments of its tx queues don't agree on one scheduler policy, and which one the "
+         "interface gets depends on the order in which they are met: " +
+             listed(names) + "; let all name one");
+  }
+
+  // The unicast and the multicast queue of one id have one name, and one entry under it.
+  void judgePairs(const std::vector<DeviceQueue>& queues) {
+    for (const DeviceQueue& queue : queues) {
+      for (const DeviceQueue& other : queues) {
+        const bool isPair = queue.queue.id == other.queue.id && queue.queue < other.queue;
+        if (isPair) judgePair(queue, other);
+      }
+    }
+  }
+  void judgePair(const DeviceQueue& queue, const DeviceQueue& other) {
+    if (queue.profile.empty() || other.profile.empty() || queue.profile == other.profile) return;
+    const auto name = device().queueNames.find(queue.queue.id.value);
+    if (name == device().queueNames.end()) return;
+    const std::set<std::string> profiles{queue.profile, other.profile};
+    find("order", queue.comment(),
+         queueText(queue.queue) + " and " + queueText(other.queue) + " share the queue " +
+             quoted(name->second) +
+             ", and which profile it gets depends on the order in which they are met: " +
+             listed(profiles) + "; let both name one");
+  }
+
+  void judgeReferences(const DeviceQueue& queue) {
+    if (!queue.policy.empty() && !device().policies.contains(queue.policy)) {
+      const std::string profile = "__YANG_SP_[" + queue.policy + ']';
+      find("unresolved", queue.comment(),
+           "there is no scheduler policy " + quoted(queue.policy) +
+               didYouMean(queue.policy, namesOf(device().policies)) + "; add the QoS profile " +
+               quoted(profile));
+    }
+    if (queue.profile.empty()) return;
+    if (!device().queueNames.contains(queue.queue.id.value)) {
+      return find("missing", queue.comment(),
+                  "tx queue " + std::to_string(queue.queue.id.value) +
+                      " has no name, so its queue-management profile is not attached; add a name "
+                      "to queue-names");
+    }
+    if (device().profiles.contains(queue.profile)) return;
+    find("unresolved", queue.comment(),
+         "there is no queue-management profile " + quoted(queue.profile) +
+             didYouMean(queue.profile, {device().profiles.begin(), device().profiles.end()}) +
+             "; add the QoS profile " + quoted("__YANG_QMP_[" + queue.profile + ']') +
+             " with the settings of tx queue 0");
+  }
+
+  // What a comment speaks for was made from what it names, and is not lost.
+  void judgeSettings(const DeviceQueue& queue) {
+    const Qos::TxQueueConfig& config = *queue.config;
+    if (queue.policy.empty() && config.shape() != 0) {
+      find("untranslated", below(queue.place(), "shape"),
+           "a shaping rate is not translated, and no scheduler policy speaks for the queue; "
+           "remove it, or name the policy in " +
+               shownPointer(queue.comment()));
+    }
+    if (!queue.profile.empty()) return;
+    if (config.wredConfig()) {
+      find("untranslated", below(queue.place(), "wred"),
+           "the WRED settings of a tx queue are not translated, and no queue-management profile "
+           "speaks for the queue; remove them, or name the profile in " +
+               shownPointer(queue.comment()));
+    }
+    if (config.ecnConfig()) judgeThresholds(*config.ecnConfig(), below(queue.place(), "ecn"));
+  }
+};
+
+}  // namespace
+
+void judgeQueues(const Device& device, const Findings& findings) {
+  QueueRules(device, findings).judge();
+}
+
+}  // namespace host
