@@ -7,6 +7,8 @@
 
 namespace host {
 
+// Names that are almost of a form that is read, and those that the model can't hold.
+void judgeNames(const Device& device, const Findings& findings);
 // Class maps, ACLs and policy maps.
 void judgeClassifiers(const Device& device, const Findings& findings);
 // Service policies.

@@ -1,0 +1,190 @@
+// Names: those that are almost of a form that is read, and those that the model can't hold.
+#include "QosOpenConfig/QosOpenConfigClassifierKivToOCSmTerms.h"
+#include "QosOpenConfig/QosOpenConfigQueueManagementProfileKivToOcSm.h"
+#include "QosOpenConfig/QosOpenConfigSchedulerPolicyKivToOCSm.h"
+#include "host/check/Rule.h"
+#include "host/check/Rules.h"
+#include "host/openconfig/LeafTable.h"
+
+namespace host {
+namespace {
+
+constexpr const char* termForm = "__yang_[CLASSIFIER]_[TERM]";
+constexpr const char* classMapForm = "__yang_[CLASSIFIER]_[TERM] or __yang_[CLASSIFIER]_[]";
+constexpr const char* policyMapForm =
+    "__yang_[IPV4__CLASSIFIER], __yang_[IPV6__CLASSIFIER] or "
+    "__yang_[IPV4__CLASSIFIER][IPV6__CLASSIFIER]";
+constexpr const char* profileForm = "__YANG_QMP_[NAME] or __YANG_SP_[NAME]";
+
+// Whether a name was probably meant to be of a form that is read.
+bool isNearly(std::string_view name) {
+  constexpr std::string_view prefix = "__yang";
+  return name.size() >= prefix.size() &&
+         std::equal(prefix.begin(), prefix.end(), name.begin(), [](char a, char b) {
+           return a == (b >= 'A' && b <= 'Z' ? static_cast<char>(b - 'A' + 'a') : b);
+         });
+}
+
+class NameRules : Rule {
+ public:
+  using Rule::Rule;
+
+  void judge() {
+    judgeClassMaps();
+    judgeAcls();
+    judgePolicyMaps();
+    judgeServicePolicies();
+    judgeProfiles();
+    judgeNamed();
+    judgeComments();
+  }
+
+ private:
+  // ===== Names of a form
+
+  void form(const Tokens& place, std::string_view name, std::string_view kind,
+            std::string_view forms) {
+    if (!isNearly(name)) return;
+    find("name-form", place,
+         "the name is almost one that stands for an OpenConfig object, so the " +
+             std::string(kind) + " is not translated; write " + std::string(forms));
+  }
+  // A name that stands in a leaf.
+  void text(const Tokens& place, std::string_view name, std::string_view kind) {
+    if (isYangString(name)) return;
+    find("left-out", place,
+         quoted(name) + " has characters that no OpenConfig string holds, and the " +
+             std::string(kind) + " is left out; use another name");
+  }
+
+  // False for a name that is none of ours.
+  bool term(const Tokens& place, const Rok::String& name) {
+    const auto [classifier, term] = QosOc::classifierKeyFromConfigObjName(name);
+    if (classifier.empty() || term.empty()) return false;
+    text(place, classifier, "classifier");
+    text(place, term, "term");
+    return true;
+  }
+
+  void judgeClassMaps() {
+    const auto& maps = native().aclConfig->cmapType(Qos::mapQos)->cmap();
+    for (auto i = maps.unsafeIterator(); i; ++i) {
+      const Tokens place{"class-maps", "qos", std::string(i->key())};
+      if (term(place, i->key())) continue;
+      const Rok::String classifier = QosOc::classifierNameFromClassName(i->key());
+      text(place, classifier, "classifier");
+      if (classifier.empty()) form(place, i->key(), "class map", classMapForm);
+    }
+  }
+
+  void judgeAcls() {
+    judgeAcls(Acl::aclTypeIpv4, "ipv4");
+    judgeAcls(Acl::aclTypeIpv6, "ipv6");
+  }
+  void judgeAcls(Acl::AclType family, const char* name) {
+    for (const auto& [key, acl] : native().acls->config(family)->acl()) {
+      const Tokens place{"access-lists", name, std::string(key)};
+      if (!term(place, key)) form(place, key, "access list", termForm);
+    }
+  }
+
+  void judgePolicyMaps() {
+    const auto& types = native().aclConfig->pmapType();
+    for (auto i = types.unsafeIterator(); i; ++i) {
+      const bool isQos = i->key() == Qos::mapQos;
+      const std::string type = isQos ? "qos" : std::to_string(static_cast<unsigned>(i->key()));
+      for (const auto& [name, map] : i->value()->pmap()) {
+        const Tokens place{"policy-maps", type, std::string(name)};
+        if (isQos) {
+          judgePolicyMap(place, name);
+        } else if (isNearly(name)) {
+          find("untranslated", place,
+               "policy maps of the map type " + type +
+                   " are not translated; move it to /policy-maps/qos");
+        }
+      }
+    }
+  }
+  void judgePolicyMap(const Tokens& place, const Rok::String& name) {
+    const auto [ipv4, ipv6] = QosOc::classifiersFromPmapName(name);
+    text(place, ipv4, "classifier");
+    text(place, ipv6, "classifier");
+    if (ipv4.empty() && ipv6.empty()) form(place, name, "policy map", policyMapForm);
+  }
+
+  void judgeServicePolicies() {
+    const auto& policies = native().qosConfig->servicePolicyConfig();
+    for (auto i = policies.unsafeIterator(); i; ++i) {
+      const auto [ipv4, ipv6] = QosOc::classifiersFromPmapName(i->key().pmapName);
+      const Tokens place = servicePolicyPlace(i->key());
+      if (ipv4.empty() && ipv6.empty()) {
+        form(place, i->key().pmapName, "service policy", policyMapForm);
+      } else {
+        judgeBound(*i->value(), below(place, "interfaces"));
+      }
+    }
+  }
+  void judgeBound(const Qos::ServicePolicyConfig& policy, const Tokens& place) {
+    for (auto i = policy.intfIds().unsafeIterator(); i; ++i) {
+      const Rok::String& name = i->key().stringValue();
+      text(below(place, name), name, "interface");
+    }
+  }
+
+  void judgeProfiles() {
+    for (auto i = native().qosProfiles->config().unsafeIterator(); i; ++i) {
+      const Tokens place{"qos-profiles", std::string(i->key())};
+      const Rok::String profile = decodeQMPProfileName(i->key());
+      const Rok::String policy = decodeSPProfileName(i->key());
+      text(place, profile, "profile");
+      text(place, policy, "scheduler policy");
+      if (profile.empty() && policy.empty()) form(place, i->key(), "QoS profile", profileForm);
+    }
+  }
+
+  // ===== Names that stand for themselves
+
+  void judgeNamed() {
+    const auto& config = *native().qosConfig;
+    for (const auto& [name, tc] : config.forwardingGroupNameToTcMap()->forwardingGroupNameToTc())
+      named("forwarding-groups", name.name, "forwarding group");
+    for (const auto& [name, id] : config.queueNameToTxQueueIdMap()->queueNameToTxQueueId())
+      named("queue-names", name.name, "queue");
+    for (const auto& [id, queues] : device().interfaces)
+      named("interfaces", id.stringValue(), "interface");
+  }
+  void named(const char* section, std::string_view name, const char* kind) {
+    const Tokens place{section, std::string(name)};
+    if (!name.empty()) return text(place, name, kind);
+    find("left-out", place,
+         "an empty name is no key, and the " + std::string(kind) + " is left out; name it");
+  }
+
+  // ===== Names in comments
+
+  void judgeComments() {
+    for (const auto& [id, queues] : device().interfaces) {
+      for (const DeviceQueue& queue : queues) {
+        text(queue.comment(), queue.policy, "attachment of the scheduler policy");
+        text(queue.comment(), queue.profile, "attachment of the profile");
+      }
+    }
+    for (const auto& [name, policy] : device().policies) judgeInputs(policy);
+  }
+  void judgeInputs(const DevicePolicy& policy) {
+    for (const auto& [sequence, scheduler] : policy.info.schedulers()) {
+      for (const auto& [id, input] : scheduler.inputs()) {
+        text(policy.comment(), id, "scheduler input");
+        text(policy.comment(), input.q(), "queue of a scheduler input");
+      }
+    }
+  }
+};
+
+}  // namespace
+
+void judgeNames(const Device& device, const Findings& findings) {
+  NameRules(device, findings).judge();
+}
+
+}  // namespace host
