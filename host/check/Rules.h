@@ -21,5 +21,7 @@ void judgeQueues(const Device& device, const Findings& findings);
 void judgeProfiles(const Device& device, const Findings& findings);
 // Values over which a translator raises.
 void judgeRanges(const Device& device, const Findings& findings);
+// Comments that nearly say something, and those whose key leads nowhere.
+void judgeComments(const Device& device, const Findings& findings);
 
 }  // namespace host
