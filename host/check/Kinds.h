@@ -1,0 +1,17 @@
+// The kinds of findings: stable words, for programs.
+#pragma once
+
+#include <span>
+#include <string_view>
+
+namespace host {
+
+struct FindingKind {
+  std::string_view word;
+  std::string_view meaning;  // what `check --help` says
+};
+
+// All of them, those of errors first.
+std::span<const FindingKind> findingKinds();
+
+}  // namespace host
