@@ -1,5 +1,5 @@
-// Documents that are refused: a line for each fault on standard error, exit code 2, nothing
-// translated.
+// Documents that are refused: a line for each fault, on standard error or, by `check`, on standard
+// output; exit code 2, nothing translated.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -28,13 +28,26 @@ const std::string legal =
 class BadInput : public testing::Test {
  protected:
   std::string file(std::string_view text) { return folder_.file("bad.json", text); }
-  // Both commands refuse the file at `path` with the same words.
+  // Both commands refuse the file at `path` with the same words, ":LINE:COLUMN: POINTER: REASON".
   void expectRefused(const std::string& path, const std::string& message) {
+    const HostRun run = hostRun({paths::qosoc, "translate", path});
+    EXPECT_EQ(run.exit, 2);
+    EXPECT_EQ(run.out, "");
+    EXPECT_EQ(run.err, "qosoc: " + path + message + "\n");
+    const HostRun checked = hostRun({paths::qosoc, "check", path});
+    EXPECT_EQ(checked.exit, 2);
+    EXPECT_EQ(checked.out, path + asFinding(message) + "\n");
+    EXPECT_EQ(checked.err, "");
+  }
+  static std::string asFinding(std::string message) {
+    return message.insert(message.find(": ") + 1, " error:");
+  }
+  void expectUnreadable(const std::string& path, const std::string& message) {
     for (const char* command : {"check", "translate"}) {
       const HostRun run = hostRun({paths::qosoc, command, path});
       EXPECT_EQ(run.exit, 2) << command;
       EXPECT_EQ(run.out, "") << command;
-      EXPECT_EQ(run.err, "qosoc: " + path + message + "\n") << command;
+      EXPECT_EQ(run.err, "qosoc: " + message + "\n") << command;
     }
   }
   void expectTextRefused(std::string_view text, const std::string& message) {
@@ -45,15 +58,12 @@ class BadInput : public testing::Test {
 };
 
 TEST_F(BadInput, IsAFileThatIsNotThere) {
-  expectRefused(folder_.path("none.json"), ": cannot be read: No such file or directory");
+  const std::string path = folder_.path("none.json");
+  expectUnreadable(path, path + ": cannot be read: No such file or directory");
 }
 
 TEST_F(BadInput, IsAFileWithoutAName) {
-  for (const char* command : {"check", "translate"}) {
-    const HostRun run = hostRun({paths::qosoc, command, ""});
-    EXPECT_EQ(run.exit, 2);
-    EXPECT_EQ(run.err, "qosoc: \"\": cannot be read: No such file or directory\n");
-  }
+  expectUnreadable("", "\"\": cannot be read: No such file or directory");
 }
 
 TEST_F(BadInput, IsAnotherDocument) {
@@ -81,7 +91,7 @@ TEST_F(BadInput, IsASavedStateToBeCompared) {
 }
 
 TEST_F(BadInput, IsADirectory) {
-  expectRefused(folder_.path("."), ": cannot be read: Is a directory");
+  expectUnreadable(folder_.path("."), folder_.path(".") + ": cannot be read: Is a directory");
 }
 
 TEST_F(BadInput, IsAnEmptyFile) {
@@ -142,8 +152,8 @@ TEST_F(BadInput, HasALongName) {
   const std::string path = file("{\"" + name + "\": 1}");
   const HostRun run = hostRun({paths::qosoc, "check", path});
   EXPECT_EQ(run.exit, 2);
-  EXPECT_EQ(run.err, "qosoc: " + path + ":1:2: /" + name.substr(0, 60) + "...(" +
-                         std::to_string(large) + " bytes): unknown member" + legal + "\n");
+  EXPECT_EQ(run.out, path + ":1:2: error: /" + name.substr(0, 60) + "...(" + std::to_string(large) +
+                         " bytes): unknown member" + legal + "\n");
 }
 
 TEST_F(BadInput, NestsDeep) {

@@ -152,8 +152,8 @@ TEST(Qosoc, CheckNamesACommentThatEndsWhoeverTranslatesIt) {
   const std::string file = folder.file("native.json", badComment);
   const HostRun run = qosoc({"check", file});
   EXPECT_EQ(run.exit, 1);
-  EXPECT_EQ(run.out, "");
-  EXPECT_EQ(run.err, "qosoc: " + file + ": " + badCommentSaid);
+  EXPECT_EQ(run.out, file + ":3:37: warning: " + badCommentSaid);
+  EXPECT_EQ(run.err, "");
 }
 
 TEST(Qosoc, TranslateWarnsOfSuchACommentBeforeItEnds) {

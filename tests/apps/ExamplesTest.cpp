@@ -1,6 +1,7 @@
 // Each folder of examples/ with a 01-native.json is a scenario of numbered steps:
 //
 //   01-native.json         a device            01-model.json, 01-openconfig.json   its translation
+//                                              01-findings.txt    what check says of it
 //   02-change.jsonl        what happens to it  02-model.json, 02-openconfig.json   what comes of it
 //                                              02-feed.jsonl      which leaves each line changed
 //                                              02-messages.txt                     what is reported
@@ -62,6 +63,14 @@ TEST_P(Example, TranslatesTheDevice) {
   EXPECT_EQ(model.err, "");
   expectGolden("01-model.json", model.out);
   expectGolden("01-openconfig.json", translate("01-native.json", {}).out);
+}
+
+TEST_P(Example, IsChecked) {
+  const HostRun run = hostRun(
+      {"bash", "-c", R"(cd "$1" && exec "$0" check 01-native.json)", paths::qosoc, path("")});
+  EXPECT_EQ(run.exit, run.out.empty() ? 0 : 1);
+  EXPECT_EQ(run.err, "");
+  expectGolden("01-findings.txt", run.out);
 }
 
 // Without line 0, which is the whole model and begins with another epoch each time.

@@ -1,4 +1,4 @@
-// The examples of docs/native-document.md. A block of
+// The examples of docs/native-document.md and docs/checking.md. A block of
 //
 //   (indented) is the usage of the program
 //   json       is a native document that can be translated without a message
@@ -24,9 +24,8 @@ using support::HostFolder;
 using support::HostRun;
 using support::hostRun;
 
-std::vector<Block> examples() {
-  return support::blocks(
-      support::hostText(std::string(paths::examples) + "/../docs/native-document.md"));
+std::vector<Block> examples(const std::string& page = "native-document.md") {
+  return support::blocks(support::hostText(std::string(paths::examples) + "/../docs/" + page));
 }
 
 std::ptrdiff_t count(const std::vector<Block>& all, const std::string& language) {
@@ -106,18 +105,27 @@ TEST(Pages, HaveChangesThatApplyToTheFirstDocument) {
   EXPECT_EQ(run.exit, 0);
 }
 
+// The files of the folder are named in it as the page has them.
+std::string withoutFolder(std::string text, const HostFolder& folder) {
+  const std::string path = folder.path("");
+  for (std::size_t at = 0; (at = text.find(path, at)) != text.npos;) text.erase(at, path.size());
+  return text;
+}
+
 TEST(Pages, ShowWhatTheProgramPrintsForTheDocumentBefore) {
-  const auto all = examples();
-  EXPECT_GE(count(all, "console"), 2);
-  const HostFolder folder;
-  const std::string empty = folder.file("empty.json", "{}");
-  for (const Block& block : all) {
-    if (block.language == "json") folder.file("native.json", block.text);
-    if (block.language != "console") continue;
-    const std::size_t end = block.text.find('\n');
-    const HostRun run = hostRun(command(block.text.substr(0, end), folder));
-    EXPECT_EQ(run.out, block.text.substr(end + 1));
-    EXPECT_EQ(run.err, "");
+  for (const char* page : {"native-document.md", "checking.md"}) {
+    const auto all = examples(page);
+    EXPECT_GE(count(all, "console"), 1) << page;
+    const HostFolder folder;
+    folder.file("empty.json", "{}");
+    for (const Block& block : all) {
+      if (block.language == "json") folder.file("native.json", block.text);
+      if (block.language != "console") continue;
+      const std::size_t end = block.text.find('\n');
+      const HostRun run = hostRun(command(block.text.substr(0, end), folder));
+      EXPECT_EQ(withoutFolder(run.out, folder), block.text.substr(end + 1));
+      EXPECT_EQ(run.err, "");
+    }
   }
 }
 

@@ -53,14 +53,16 @@ TEST(StandardInput, IsASavedStateOrAnInitialModel) {
 }
 
 TEST(StandardInput, IsNamedWhenItIsRefused) {
-  for (const char* command : {"check", "translate"}) {
-    const HostRun run = qosoc({command, "-"}, R"({"queue-names": {"EF": 256}})");
-    EXPECT_EQ(run.exit, 2);
-    EXPECT_EQ(run.out, "");
-    EXPECT_EQ(run.err,
-              "qosoc: standard input:1:24: /queue-names/EF: expected a whole number from 0 to 255, "
-              "not 256\n");
-  }
+  const std::string bad = R"({"queue-names": {"EF": 256}})";
+  const std::string reason = "/queue-names/EF: expected a whole number from 0 to 255, not 256\n";
+  const HostRun run = qosoc({"translate", "-"}, bad);
+  EXPECT_EQ(run.exit, 2);
+  EXPECT_EQ(run.out, "");
+  EXPECT_EQ(run.err, "qosoc: standard input:1:24: " + reason);
+  const HostRun checked = qosoc({"check", "-"}, bad);
+  EXPECT_EQ(checked.exit, 2);
+  EXPECT_EQ(checked.out, "standard input:1:24: error: " + reason);
+  EXPECT_EQ(checked.err, "");
 }
 
 TEST(StandardInput, IsOneOfTheInputs) {
@@ -91,8 +93,8 @@ TEST(StandardInput, IsNamedByTheOtherCommandsToo) {
             "qosoc: standard input:1:1: (document): expected an object, not an array\n");
   EXPECT_EQ(qosoc({"check", "-"}, R"({"interfaces": {"Ethernet1": {"tx-queues": {"uc-3": {}}}},
     "comments": {"if-Et1-uc-txq-3": "{\"MetaData-OpenConfig\":{\"scheduler-policy\":1}}"}})")
-                .err,
-            "qosoc: standard input: /comments/if-Et1-uc-txq-3: at /MetaData-OpenConfig/"
+                .out,
+            "standard input:2:37: warning: /comments/if-Et1-uc-txq-3: at /MetaData-OpenConfig/"
             "scheduler-policy of this comment: expected an object; it ends the program that "
             "translates it\n");
 }
