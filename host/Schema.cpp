@@ -1,6 +1,7 @@
 #include "host/Schema.h"
 
 #include <algorithm>
+#include <array>
 #include <utility>
 
 #include "host/Nearest.h"
@@ -25,6 +26,16 @@ std::optional<std::uint64_t> byteOf(std::string_view text, std::span<const Name>
 const Name* nameIn(std::span<const Name> names, std::uint64_t number) {
   const auto found = std::ranges::find(names, number, &Name::number);
   return found != names.end() ? &*found : nullptr;
+}
+
+// The canonical decimal of a byte.
+std::string_view decimalOf(std::uint64_t byte) {
+  static const auto texts = [] {
+    std::array<std::string, largestByte + 1> all;
+    for (std::size_t i = 0; i < all.size(); ++i) all[i] = std::to_string(i);
+    return all;
+  }();
+  return texts[byte];
 }
 
 std::string choices(std::string_view what, std::span<const Name> names) {
@@ -56,8 +67,7 @@ bool acceptNumber(Value& value, const Scalar& scalar) {
     const auto* number = value.as<std::uint64_t>();
     return number != nullptr && *number <= scalar.max;
   }
-  std::optional<std::uint64_t> number = named(*text, scalar.names);
-  if (!number && scalar.isDecimalTaken) number = decimal(*text, scalar.max);
+  const std::optional<std::uint64_t> number = scalar.numberOf(*text);
   if (number) value = Value(*number);
   return number.has_value();
 }
@@ -89,19 +99,19 @@ std::string byNameOrDecimal(std::span<const Name> names) {
 }  // namespace
 
 Key Key::name() {
-  return {"a name", [](const Rok::String& text) { return std::optional(text); }};
+  return {"a name", [](std::string_view text) { return std::optional(text); }};
 }
 
 Key Key::named(std::string_view what, std::span<const Name> names) {
-  const auto canonical = [names](const Rok::String& text) {
+  const auto canonical = [names](std::string_view text) {
     const std::optional<std::uint64_t> number = byteOf(text, names);
-    return number ? std::optional(Rok::String(std::to_string(*number))) : std::nullopt;
+    return number ? std::optional(decimalOf(*number)) : std::nullopt;
   };
   return {choices(what, names), canonical, true, names, byNameOrDecimal(names)};
 }
 
 Key Key::number(std::string_view what, std::uint64_t max) {
-  const auto canonical = [max](const Rok::String& text) {
+  const auto canonical = [max](std::string_view text) {
     return decimal(text, max) ? std::optional(text) : std::nullopt;
   };
   return {std::string(what) + ": a number from 0 to " + std::to_string(max),
@@ -109,6 +119,12 @@ Key Key::number(std::string_view what, std::uint64_t max) {
           true,
           {},
           wholly(decimalPattern(max))};
+}
+
+std::optional<Rok::String> Key::canonical(const Rok::String& text) const {
+  const std::optional<std::string_view> found = canonicalText(text);
+  if (!found) return std::nullopt;
+  return *found == std::string_view(text) ? text : Rok::String(*found);
 }
 
 std::string Key::hint(std::string_view text) const { return didYouMean(text, texts(names)); }
@@ -121,6 +137,11 @@ Rok::String Key::spelled(const Rok::String& canonical) const {
 
 bool Key::isBefore(const Rok::String& a, const Rok::String& b) const {
   return isNumber && a.size() != b.size() ? a.size() < b.size() : a < b;
+}
+
+std::optional<std::uint64_t> Scalar::numberOf(std::string_view text) const {
+  const auto number = named(text, names);
+  return !number && isDecimalTaken ? decimal(text, max) : number;
 }
 
 Schema Schema::scalar(std::string expected, Scalar scalar) {

@@ -29,14 +29,17 @@ struct Name {
 // The keys of a collection.
 struct Key {
   std::string expected;  // "a map type: qos or a number from 0 to 255"
-  // The canonical form of a key, a decimal for a named one; nothing for a text that is no such key.
-  std::function<std::optional<Rok::String>(const Rok::String&)> canonical;
+  // The canonical form of a text, a decimal for a named one; nothing for a text that is no such key. It
+  // stands as long as that text.
+  std::function<std::optional<std::string_view>(std::string_view text)> canonicalText;
   bool isNumber = false;             // canonical ones are decimals
   std::span<const Name> names = {};  // of numbers
   // A regular expression that finds something in the keys and in no other text, as ECMAScript and
   // Python read it. Empty where any text is a key.
   std::string pattern = {};
 
+  // The same of a string. A key that is canonical shares its buffer.
+  std::optional<Rok::String> canonical(const Rok::String& text) const;
   // What a message adds about a text that is no such key: the name that was probably meant.
   std::string hint(std::string_view text) const;
   // A canonical key as a document spells it: by its name, if it has one.
@@ -59,6 +62,9 @@ struct Scalar {
   std::span<const Name> names = {};          // texts that stand for numbers
   bool isDecimalTaken = false;               // as a text
   std::optional<Value> only = std::nullopt;  // no other value
+
+  // The number that a text stands for, if one may stand here.
+  std::optional<std::uint64_t> numberOf(std::string_view text) const;
 };
 
 class Schema {

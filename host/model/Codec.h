@@ -272,7 +272,8 @@ struct Codec<Dir> {
       return Key::name();
     } else {
       const auto max = Codec<typename Map::Key>::max;
-      return {"a whole number from 0 to " + std::to_string(max), Key::number("", max).canonical};
+      return {"a whole number from 0 to " + std::to_string(max),
+              Key::number("", max).canonicalText};
     }
   }
   static typename Map::Key keyOf(const Rok::String& key) {

@@ -141,7 +141,7 @@ struct KeyForm<T> : NumberKeyForm<T> {
 template <class T>
 struct ParsedKeyForm {
   static Key key() {
-    const auto canonical = [](const Rok::String& text) {
+    const auto canonical = [](std::string_view text) {
       return KeyForm<T>::parse(text) ? std::optional(text) : std::nullopt;
     };
     return {KeyForm<T>::expected, canonical, false, {}, KeyForm<T>::pattern()};
