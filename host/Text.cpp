@@ -6,6 +6,8 @@
 #include <cstdio>
 #include <cstring>
 
+#include "host/ByteBlock.h"
+
 namespace host {
 namespace {
 
@@ -27,23 +29,21 @@ std::optional<Lead> leadOf(unsigned char byte) {
   return std::nullopt;
 }
 
-std::size_t asciiPrefix(std::string_view text) {
-  std::size_t n = 0;
-  for (std::uint64_t word = 0; n + sizeof(word) <= text.size(); n += sizeof(word)) {
-    std::memcpy(&word, text.data() + n, sizeof(word));
-    if ((word & 0x8080808080808080u) != 0) break;
-  }
-  while (n < text.size() && static_cast<unsigned char>(text[n]) < 0x80) ++n;
-  return n;
+bool isAsciiWord(const char* bytes) {
+  std::uint64_t word = 0;
+  std::memcpy(&word, bytes, sizeof(word));
+  return (word & 0x8080808080808080u) == 0;
 }
 
-bool isSpecial(char c) { return static_cast<unsigned char>(c) < 0x20 || c == '"' || c == '\\'; }
-
-// The highest bit of each byte of `word` that is less than `limit`, which is at most 0x80. Above
-// the first such byte, others may be marked too.
-constexpr std::uint64_t ones = 0x0101010101010101u;
-std::uint64_t lessThan(std::uint64_t word, std::uint64_t limit) {
-  return (word - ones * limit) & ~word & (ones * 0x80);
+std::size_t asciiPrefix(std::string_view text) {
+  constexpr std::size_t word = sizeof(std::uint64_t);
+  std::size_t n = 0;
+  while (n + word <= text.size() && isAsciiWord(text.data() + n)) n += word;
+  // The rest of a text that has a word is looked at with some of what stands before it.
+  const bool isRest = text.size() >= word && n + word > text.size();
+  if (isRest && isAsciiWord(text.data() + text.size() - word)) return text.size();
+  while (n < text.size() && static_cast<unsigned char>(text[n]) < 0x80) ++n;
+  return n;
 }
 
 bool isPlain(char32_t c) {
@@ -106,16 +106,11 @@ bool isUtf8(std::string_view text) {
   return true;
 }
 
-// Eight bytes at a time: a byte equals another one where their difference is less than one.
 std::size_t plainPrefix(std::string_view text) {
   std::size_t n = 0;
-  for (std::uint64_t word = 0; n + sizeof(word) <= text.size(); n += sizeof(word)) {
-    std::memcpy(&word, text.data() + n, sizeof(word));
-    const std::uint64_t special =
-        lessThan(word, 0x20) | lessThan(word ^ (ones * '"'), 1) | lessThan(word ^ (ones * '\\'), 1);
-    if (special == 0) continue;
-    if constexpr (std::endian::native != std::endian::little) break;
-    return n + static_cast<std::size_t>(std::countr_zero(special)) / 8;
+  for (; n + ByteBlock::size <= text.size(); n += ByteBlock::size) {
+    const std::size_t plain = ByteBlock(text.data() + n).plainPrefix();
+    if (plain < ByteBlock::size) return n + plain;
   }
   while (n < text.size() && !isSpecial(text[n])) ++n;
   return n;
