@@ -322,7 +322,7 @@ Tokens SchemaReader::place() const {
 
 // What goes to the sink shares its texts: a name is mostly there several times.
 Rok::String SchemaReader::textOf(std::string_view text) {
-  return sink_ != nullptr ? texts_.of(text) : Rok::String(text);
+  return sink_ != nullptr && sink_->keepsTexts() ? texts_.of(text) : Rok::String(text);
 }
 
 }  // namespace host

@@ -36,6 +36,8 @@ class EntrySink {
   virtual void entry(const Rok::String& key, const Value& value) = 0;
   // Whether an entry of the collection that is open was handed on under the key.
   virtual bool has(const Rok::String& key) const = 0;
+  // Whether it keeps what it is given: then strings of the same text share a buffer.
+  virtual bool keepsTexts() const { return true; }
 };
 
 class SchemaReader {
