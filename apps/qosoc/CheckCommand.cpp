@@ -15,6 +15,7 @@
 #include "Terminal.h"
 #include "host/Changes.h"
 #include "host/NativeReader.h"
+#include "host/Shape.h"
 #include "host/Text.h"
 #include "host/check/Check.h"
 #include "host/check/Positions.h"
@@ -27,7 +28,8 @@ using host::Finding;
 // A document that may be read twice: what is found is looked for in its text.
 class Document {
  public:
-  explicit Document(std::string file) : file_(std::move(file)) {
+  Document(std::string file, bool isForShape) : file_(std::move(file)) {
+    if (isForShape) return;
     struct stat status {};
     const bool isFile = file_ != "-" && ::stat(file_.c_str(), &status) == 0;
     if (!isFile || !S_ISREG(status.st_mode)) text_ = wholeText(file_);
@@ -40,6 +42,11 @@ class Document {
     if (text_) return host::readNativeText(*text_, native);
     const InputFile file(file_);
     host::readNative(file.stream(), native);
+  }
+  // The same, and nothing is mounted.
+  void judgeShape() const {
+    const InputFile file(file_);
+    host::checkShape(file.stream());
   }
   // "line:column" of each place. Requires: the document can be read.
   std::vector<std::string> positions(std::span<const host::Tokens> places) const {
@@ -54,13 +61,15 @@ class Document {
 class Check {
  public:
   explicit Check(const Arguments& arguments)
-      : document_(*arguments.operand()),
+      : isShape_(arguments.has("--shape")),
+        document_(*arguments.operand(), isShape_),
         changes_(arguments.value("--changes")),
         isJson_(arguments.has("--json")),
         isColoured_(!isJson_ && hasColours(STDOUT_FILENO)) {}
 
   int run() {
     if (!read()) return nothingDone;
+    if (isShape_) return done;
     {
       const Stage stage("checking");
       findings_ = host::findingsOf(native_);
@@ -75,7 +84,7 @@ class Check {
   // False for a document that is refused.
   bool read() {
     try {
-      document_.read(native_);
+      isShape_ ? document_.judgeShape() : document_.read(native_);
       return true;
     } catch (const host::Refusal& refusal) {
       if (isUnreadable(refusal)) throw InputError(document_.file(), refusal);
@@ -165,6 +174,7 @@ class Check {
     out_.write((isJson_ ? jsonLine(line) : shownLine(line, isColoured_)) + '\n');
   }
 
+  const bool isShape_;
   const Document document_;
   const std::optional<std::string> changes_;
   const bool isJson_;
@@ -180,6 +190,9 @@ int run(const Arguments& arguments) {
   if (arguments.operand() == "-" && arguments.value("--changes") == "-") {
     throw UsageError("standard input is NATIVE.json or --changes, not both");
   }
+  if (arguments.has("--shape") && arguments.has("--changes")) {
+    throw UsageError("--shape judges a document without changes");
+  }
   return Check(arguments).run();
 }
 
@@ -192,6 +205,10 @@ constexpr Option options[] = {
      .kind = Kind::fileOrDash,
      .help = "judge a stream of changes, too: each line is judged as the lines before it leave the "
              "document, and what it brings or resolves is printed with its number"},
+    {.name = "--shape",
+     .help =
+         "judge the form alone: syntax, members, types, ranges, repetitions; quick, and in little "
+         "memory"},
     {.name = "--json", .help = "print an object of JSON for each finding, a line each"},
 };
 

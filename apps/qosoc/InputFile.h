@@ -16,7 +16,7 @@ class InputFile {
   InputFile(const InputFile&) = delete;
   InputFile& operator=(const InputFile&) = delete;
 
-  // Reading it moves the line of progress on.
+  // Reading it moves the line of progress on. A regular file can be read again from any place.
   std::FILE* stream() const { return stream_.get(); }
 
  private:
@@ -25,9 +25,11 @@ class InputFile {
   };
 
   static ssize_t read(void* self, char* block, std::size_t size);
+  static int seek(void* self, off64_t* offset, int whence);
   std::string progressLine() const;
 
   int descriptor_;
+  bool isRegular_ = false;
   std::uint64_t size_ = 0;  // 0: not known
   std::uint64_t read_ = 0;
   std::unique_ptr<std::FILE, Close> stream_;

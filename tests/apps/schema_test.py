@@ -33,11 +33,16 @@ validator = jsonschema.Draft202012Validator(schema)
 
 
 def program_accepts(text):
-    """Whether `check` finds nothing wrong with the shape of a document."""
+    """Whether `check` finds nothing wrong with the shape of a document; `check --shape` says the same."""
     with tempfile.NamedTemporaryFile("w", suffix=".json", encoding="utf-8") as file:
         file.write(text)
         file.flush()
-        run = subprocess.run([qosoc, "check", file.name], capture_output=True, text=True)
+        run, shape = (subprocess.run([qosoc, "check", file.name] + more, capture_output=True, text=True)
+                      for more in ([], ["--shape"]))
+        if shape.returncode != (2 if run.returncode == 2 else 0):
+            failures.append(f"check --shape: exit code {shape.returncode} for {text[:300]}")
+        if run.returncode == 2 and (shape.stdout, shape.stderr) != (run.stdout, run.stderr):
+            failures.append(f"check --shape: {shape.stdout}{shape.stderr}; check: {run.stdout}{run.stderr}")
         return run.returncode != 2
 
 
