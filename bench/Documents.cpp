@@ -33,8 +33,8 @@ void documents(Comparisons& comparisons) {
   comparisons.subject("Native document");
   const std::size_t size = documentMegabytes();
   std::vector<std::string> names;
-  for (const char* way :
-       {"dom", "events", "read", "qosoc check", "qosoc translate", "qosoc translate --feed"}) {
+  for (const char* way : {"dom", "events", "parser", "shape", "read", "qosoc check",
+                          "qosoc check --shape", "qosoc translate", "qosoc translate --feed"}) {
     names.push_back(titleOf(way));
     const std::string figure = at(names.back(), size);
     if (names.size() > 1) comparisons.add(figure, at(titleOf("dom"), size));
@@ -43,6 +43,9 @@ void documents(Comparisons& comparisons) {
   const std::string translate = at(titleOf("qosoc translate"), size);
   const std::string feed = at(titleOf("qosoc translate --feed"), size);
   comparisons.add(feed, translate);
+  for (const char* bare : {"events", "parser"}) {
+    comparisons.add(at(titleOf("shape"), size), at(titleOf(bare), size));
+  }
   comparisons.add(feed + " peak bytes", translate + " peak bytes");
   registerTogether(names, size, [=] { return measure(size); });
 }

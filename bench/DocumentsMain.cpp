@@ -1,14 +1,17 @@
 // documents: a long native document, and what reading it costs beside RapidJSON.
 //
 //   documents write FILE MEGABYTES
-//   documents dom|events|read FILE      prints seconds and the peak of memory in bytes
-//   documents report FILE QOSOC         medians of five runs of each, and of `QOSOC check`, `QOSOC
-//                                       translate` and `QOSOC translate --feed`, all in turns
+//   documents WAY FILE                  prints seconds and the peak of memory in bytes
+//   documents report FILE QOSOC         medians of five runs of each way, and of `QOSOC check`, `QOSOC
+//                                       check --shape`, `QOSOC translate` and `QOSOC translate --feed`,
+//                                       all in turns
 //
 // dom: a rapidjson::Document with the parser's default flags, which is RapidJSON's own parse.
-// events: the parser alone, with a handler that does nothing.
+// events: the parser alone with the same flags, and a handler that does nothing.
+// parser: the same with the flags and the stream of our readers.
+// shape: host::checkShape, which judges the form and builds nothing.
 // read: host::readNative, the whole way into native objects.
-// All three read the file by blocks of 64 KB.
+// All read the file by blocks of 64 KB.
 #include <rapidjson/document.h>
 #include <rapidjson/filereadstream.h>
 #include <sys/resource.h>
@@ -25,6 +28,8 @@
 
 #include "host/Fault.h"
 #include "host/NativeReader.h"
+#include "host/Shape.h"
+#include "support/BareParser.h"
 #include "support/Check.h"
 #include "support/DocumentCosts.h"
 #include "support/NativeDocument.h"
@@ -40,19 +45,29 @@ class InputFile {
   explicit InputFile(const std::string& path) : file_(std::fopen(path.c_str(), "rb")) {
     require(file_ != nullptr, "cannot read " + path);
   }
-  rapidjson::FileReadStream& stream() { return stream_; }
+  std::FILE* stream() const { return file_.get(); }
 
  private:
   struct Close {
     void operator()(std::FILE* file) const { std::fclose(file); }
   };
   std::unique_ptr<std::FILE, Close> file_;
+};
+
+// As RapidJSON reads it. It reads a block at once.
+class Blocks {
+ public:
+  explicit Blocks(const std::string& path) : file_(path) {}
+  rapidjson::FileReadStream& stream() { return stream_; }
+
+ private:
+  InputFile file_;
   char block_[std::size_t{64} * 1024];
-  rapidjson::FileReadStream stream_{file_.get(), block_, sizeof(block_)};
+  rapidjson::FileReadStream stream_{file_.stream(), block_, sizeof(block_)};
 };
 
 void dom(const std::string& path) {
-  InputFile file(path);
+  Blocks file(path);
   // Not freed: freeing it is not a part of what is measured.
   auto* document = new rapidjson::Document;
   document->ParseStream(file.stream());
@@ -60,10 +75,20 @@ void dom(const std::string& path) {
 }
 
 void events(const std::string& path) {
-  InputFile file(path);
+  Blocks file(path);
   rapidjson::BaseReaderHandler<> nothing;
   rapidjson::Reader reader;
   require(!reader.Parse(file.stream(), nothing).IsError(), "a document by events");
+}
+
+void parser(const std::string& path) {
+  InputFile file(path);
+  parseBarely(file.stream());
+}
+
+void shape(const std::string& path) {
+  InputFile file(path);
+  host::checkShape(file.stream());  // throws unless it is right
 }
 
 void read(const std::string& path) {
@@ -74,7 +99,8 @@ void read(const std::string& path) {
 }
 
 using Way = void (*)(const std::string& path);
-const std::map<std::string, Way> ways = {{"dom", dom}, {"events", events}, {"read", read}};
+const std::map<std::string, Way> ways = {
+    {"dom", dom}, {"events", events}, {"parser", parser}, {"shape", shape}, {"read", read}};
 
 int measure(Way way, const std::string& path) {
   const double start = threadSeconds();
@@ -121,7 +147,8 @@ int main(const std::vector<std::string>& arguments) {
   if (arguments.size() == 4 && arguments[1] == "report") {
     return report(arguments[0], arguments[2], arguments[3]);
   }
-  std::cerr << "usage: documents write FILE MEGABYTES | dom|events|read FILE | report FILE QOSOC\n";
+  std::cerr << "usage: documents write FILE MEGABYTES | dom|events|parser|shape|read FILE | report "
+               "FILE QOSOC\n";
   return 1;
 }
 

@@ -7,6 +7,8 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <filesystem>
+#include <fstream>
 #include <memory>
 #include <vector>
 
@@ -38,14 +40,15 @@ Cost costToldBy(const std::string& command) {
   _exit(127);
 }
 
-// Of a whole program.
-Cost costOf(const std::vector<std::string>& words) {
+// Of a whole program, which ends with that exit code.
+Cost costOf(const std::vector<std::string>& words, int exit = 0) {
   const pid_t child = fork();
   require(child >= 0, "fork");
   if (child == 0) become(words);
   int status = 0;
   rusage usage{};
-  require(wait4(child, &status, 0, &usage) == child && status == 0, words[0] + " failed");
+  require(wait4(child, &status, 0, &usage) == child, "wait4");
+  require(WIFEXITED(status) && WEXITSTATUS(status) == exit, words[0] + " failed");
   const auto seconds = [](const timeval& time) {
     return static_cast<double>(time.tv_sec) + 1e-6 * static_cast<double>(time.tv_usec);
   };
@@ -53,10 +56,20 @@ Cost costOf(const std::vector<std::string>& words) {
           static_cast<double>(usage.ru_maxrss) * 1024};
 }
 
+// What is measured judges: a slip behind all of a document is noticed.
+void requireThatASlipIsNoticed(const std::string& qosoc, const std::string& file) {
+  const std::string slip = file + ".slip";
+  std::filesystem::copy_file(file, slip, std::filesystem::copy_options::overwrite_existing);
+  std::ofstream(slip, std::ios::app) << '}';
+  costOf({qosoc, "check", "--shape", slip}, 2);
+  std::filesystem::remove(slip);
+}
+
 }  // namespace
 
 Measured documentCosts(const std::string& documents, const std::string& qosoc,
                        const std::string& file, std::size_t translations) {
+  requireThatASlipIsNoticed(qosoc, file);
   Measured measured;
   const auto add = [&](const std::string& name, const Cost& cost) {
     measured[name].seconds.push_back(cost.seconds);
@@ -64,10 +77,11 @@ Measured documentCosts(const std::string& documents, const std::string& qosoc,
     peak = std::max(peak, cost.bytes);
   };
   for (std::size_t i = 0; i < repetitions; ++i) {
-    for (const char* way : {"dom", "events", "read"}) {
+    for (const char* way : {"dom", "events", "parser", "shape", "read"}) {
       add(way, costToldBy("'" + documents + "' " + way + " '" + file + "'"));
     }
     add("qosoc check", costOf({qosoc, "check", file}));
+    add("qosoc check --shape", costOf({qosoc, "check", "--shape", file}));
     if (i >= translations) continue;
     add("qosoc translate", costOf({qosoc, "translate", file}));
     add("qosoc translate --feed", costOf({qosoc, "translate", file, "--feed"}));

@@ -7,10 +7,10 @@
 
 namespace Bench {
 
-// By the way of reading, "dom", "events", "read", "qosoc check", "qosoc translate" and "qosoc
-// translate --feed": seconds, and the counter "peak bytes", the most memory that was there at once.
-// The first three by the program `documents`; qosoc from its start to its end, both translations
-// only `translations` times.
+// By the way of reading, "dom", "events", "parser", "shape", "read", "qosoc check", "qosoc check
+// --shape", "qosoc translate" and "qosoc translate --feed": seconds, and the counter "peak bytes", the
+// most memory that was there at once. The first five by the program `documents`; qosoc from its start to
+// its end, both translations only `translations` times.
 Measured documentCosts(const std::string& documents, const std::string& qosoc,
                        const std::string& file, std::size_t translations);
 

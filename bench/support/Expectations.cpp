@@ -83,7 +83,8 @@ void sizedTable(std::ostream& out, const Figures& figures) {
 void documentTable(std::ostream& out, const Figures& figures) {
   const std::size_t size = documentMegabytes();
   std::vector<std::vector<std::string>> lines;
-  for (const char* way : {"qosoc check", "qosoc translate", "qosoc translate --feed"}) {
+  for (const char* way :
+       {"qosoc check", "qosoc check --shape", "qosoc translate", "qosoc translate --feed"}) {
     const std::string name = at(std::string("document, ").append(way), size);
     const double* time = find(figures, name);
     const double* peak = find(figures, name + " peak bytes");

@@ -214,6 +214,12 @@ void textClaims(std::vector<Claim>& claims) {
                     2,
                     "Every value is checked and mounted as a native object; the parse makes a tree "
                     "of texts."});
+  claims.push_back({"judging the form of a native document beside RapidJSON's bare parser",
+                    {{at("document, shape", size), at("document, events", size)},
+                     {at("document, shape", size), at("document, parser", size)}},
+                    Goal::ratioAtMost,
+                    1.3,
+                    "A parser of our own runs along the schema; keys are kept as hashes."});
   claims.push_back({"memory of qosoc translate beside the file",
                     {{translate + " peak bytes", translate + " file bytes"}},
                     Goal::ratioAtMost,
