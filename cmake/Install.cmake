@@ -69,6 +69,7 @@ set(upper_headers
   host/Pointer.h
   host/Roots.h
   host/SavedState.h
+  host/TextPosition.h
   host/Version.h
   host/feed/FeedLine.h
   host/feed/LeafChanges.h

@@ -6,7 +6,8 @@ namespace host {
 
 std::string Fault::inFile(const std::string& file) const {
   std::string line = shown(file);
-  if (!position_.empty()) line += ':' + position_;
+  const std::string position = shownPosition(position_);
+  if (!position.empty()) line += ':' + position;
   if (!place_.empty()) line += ": " + place_;
   return line + ": " + what();
 }

@@ -8,24 +8,31 @@
 
 #include "Dorpel/Export.h"
 #include "host/Pointer.h"
+#include "host/TextPosition.h"
 
 namespace QOS_EXPORT host {
 
 class Fault : public std::runtime_error {
  public:
-  // `place` is a JSON Pointer as messages show it, or empty; `position` is "line:column", or empty.
-  Fault(std::string place, const std::string& reason, std::string position = {})
-      : std::runtime_error(reason), place_(std::move(place)), position_(std::move(position)) {}
+  // `place` is a JSON Pointer as messages show it, or empty. Line 0: the position is not known.
+  Fault(std::string place, const std::string& reason, TextPosition position = {})
+      : std::runtime_error(reason), place_(std::move(place)), position_(position) {}
   // At a place of a document.
-  Fault(const Tokens& place, const std::string& reason, std::string position = {})
-      : Fault(shownPointer(place), reason, std::move(position)) {
+  Fault(const Tokens& place, const std::string& reason, TextPosition position = {})
+      : Fault(shownPointer(place), reason, position) {
     pointer_ = pointerText(place);
   }
 
   const std::string& place() const { return place_; }
   // The place as a JSON Pointer; empty for that of the whole document, and for what is no place.
   const std::string& pointer() const { return pointer_; }
-  const std::string& position() const { return position_; }
+  TextPosition position() const { return position_; }
+  // The same place with another reason.
+  Fault saying(const std::string& reason) const {
+    Fault other(place_, reason, position_);
+    other.pointer_ = pointer_;
+    return other;
+  }
 
   // "FILE:line:column: place: reason", without what is empty.
   std::string inFile(const std::string& file) const;
@@ -33,7 +40,7 @@ class Fault : public std::runtime_error {
  private:
   std::string place_;
   std::string pointer_;
-  std::string position_;
+  TextPosition position_;
 };
 
 inline constexpr std::size_t mostFaults = 20;

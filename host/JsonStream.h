@@ -11,6 +11,7 @@
 
 #include "host/Json.h"
 #include "host/Text.h"
+#include "host/TextPosition.h"
 
 namespace host {
 
@@ -57,12 +58,11 @@ class JsonStream {
 
   bool atEnd() const { return at_ == end_; }
   bool failed() const { return file_ != nullptr && std::ferror(file_) != 0; }
-  // "line:column" of a byte of the line that is being read.
-  std::string position(std::size_t offset) const {
-    Lines lines = lines_;
-    lines.pass({begin_, at_}, before_);
-    const std::size_t column = offset >= lines.start ? offset - lines.start : 0;
-    return std::to_string(lines.ended + 1) + ':' + std::to_string(column + 1);
+  // Where a byte of the line that is being read stands.
+  TextPosition at(std::size_t offset) const {
+    countLines(at_);
+    const std::size_t column = offset >= lines_.start ? offset - lines_.start : 0;
+    return {lines_.ended + 1, column + 1};
   }
 
   // A parser that writes into its input would call these; ours doesn't.
@@ -74,10 +74,12 @@ class JsonStream {
  private:
   static constexpr std::size_t blockSize = std::size_t{64} * 1024;
 
-  // Lines are counted a block at a time: a test of each character costs more than all of that.
+  // Lines are counted where a position is asked for, or a block at a time: a test of each character
+  // costs more than all of that.
   struct Lines {
     std::size_t ended = 0;
     std::size_t start = 0;  // of the line behind them
+    std::size_t end = 0;    // up to where they are counted
 
     void pass(std::string_view text, std::size_t offset) {
       const auto more = std::count(text.begin(), text.end(), '\n');
@@ -87,9 +89,18 @@ class JsonStream {
     }
   };
 
+  // Up to a byte of the current block, or further where they were counted further.
+  void countLines(const char* to) const {
+    const std::size_t offset = before_ + static_cast<std::size_t>(to - begin_);
+    if (offset <= lines_.end) return;
+    const std::size_t from = lines_.end;
+    lines_.pass({begin_ + (from - before_), to}, from);
+    lines_.end = offset;
+  }
+
   void fill() {
     if (file_ == nullptr) return;
-    lines_.pass({begin_, end_}, before_);
+    countLines(end_);
     before_ += static_cast<std::size_t>(end_ - begin_);
     at_ = begin_;
     end_ = begin_ + std::fread(block_.get(), 1, blockSize, file_);
@@ -102,7 +113,7 @@ class JsonStream {
   const char* end_ = nullptr;
   std::size_t before_ = 0;  // bytes in the blocks before this one
   std::size_t token_ = 0;
-  Lines lines_;  // in those blocks
+  mutable Lines lines_;  // at least in those blocks
 };
 
 // UTF-8 that the parser copies by stretches of bytes that stand for themselves.

@@ -24,8 +24,7 @@ void read(JsonStream& stream, SchemaReader& reader) {
   if (stream.failed()) throwUnreadable(errno);
   std::vector<Fault> faults = reader.faults();
   if (!syntax.reason.empty() && faults.size() < mostFaults) {
-    faults.emplace_back(reader.place(), "not JSON: " + syntax.reason,
-                        stream.position(syntax.offset));
+    faults.emplace_back(reader.place(), "not JSON: " + syntax.reason, stream.at(syntax.offset));
   }
   if (!faults.empty()) throw Refusal(std::move(faults));
 }

@@ -69,7 +69,7 @@ void throwForeign(const Refusal& refusal, bool hasVersion) {
   }
   const Fault& first = refusal.faults().front();
   if (hasVersion || !isForeign(first.place())) return;
-  throw Refusal({first.place(), "unknown member: this is no saved state", first.position()});
+  throw Refusal(first.saying("unknown member: this is no saved state"));
 }
 
 template <class Read>

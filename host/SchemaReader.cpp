@@ -115,7 +115,7 @@ const Schema& SchemaReader::expected() const {
 }
 
 void SchemaReader::fault(const std::string& reason) {
-  const std::string position = stream_ != nullptr ? stream_->position(stream_->token()) : "";
+  const TextPosition position = stream_ != nullptr ? stream_->at(stream_->token()) : TextPosition();
   faults_.emplace_back(place(), reason, position);
 }
 

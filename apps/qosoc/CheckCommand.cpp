@@ -2,6 +2,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <numeric>
 #include <optional>
 
 #include "Arguments.h"
@@ -48,8 +49,8 @@ class Document {
     const InputFile file(file_);
     host::checkShape(file.stream());
   }
-  // "line:column" of each place. Requires: the document can be read.
-  std::vector<std::string> positions(std::span<const host::Tokens> places) const {
+  // Of each place. Requires: the document can be read.
+  std::vector<host::TextPosition> positions(std::span<const host::Tokens> places) const {
     return text_ ? host::positionsOfText(*text_, places) : host::positionsOfFile(file_, places);
   }
 
@@ -96,19 +97,20 @@ class Check {
     }
   }
   static bool isUnreadable(const host::Refusal& refusal) {
-    return refusal.faults().front().position().empty();
+    return refusal.faults().front().position().line == 0;
   }
 
+  // In the order of the text.
   void printDocument() {
     if (findings_.empty()) return;
     std::vector<host::Tokens> places;
     for (const Finding& finding : findings_) places.push_back(finding.place);
-    const std::vector<std::string> positions = document_.positions(places);
-    std::vector<FoundLine> lines;
-    for (std::size_t i = 0; i < findings_.size(); ++i)
-      lines.push_back(lineOf(findings_[i], name(), positions[i], "warning"));
-    std::stable_sort(lines.begin(), lines.end(), isBefore);
-    for (const FoundLine& line : lines) print(line);
+    const std::vector<host::TextPosition> positions = document_.positions(places);
+    std::vector<std::size_t> order(findings_.size());
+    std::iota(order.begin(), order.end(), std::size_t{0});
+    std::stable_sort(order.begin(), order.end(),
+                     [&](std::size_t a, std::size_t b) { return positions[a] < positions[b]; });
+    for (const std::size_t i : order) print(lineOf(findings_[i], name(), positions[i], "warning"));
   }
 
   // ===== Changes
@@ -138,7 +140,7 @@ class Check {
                              const char* severity) {
       for (const Finding& finding : of) {
         if (std::binary_search(without.begin(), without.end(), finding)) continue;
-        print(lineOf(finding, inputName(*changes_), std::to_string(line_) + ":1", severity));
+        print(lineOf(finding, inputName(*changes_), {line_, 1}, severity));
       }
     };
     each(findings_, after, "resolved");
@@ -155,7 +157,7 @@ class Check {
         {name(), fault.position(), "error", fault.place(), fault.pointer(), "form", fault.what()});
   }
   static FoundLine lineOf(const Finding& finding, const std::string& file,
-                          const std::string& position, const char* severity) {
+                          host::TextPosition position, const char* severity) {
     return {file,
             position,
             severity,
@@ -165,8 +167,13 @@ class Check {
             finding.text};
   }
   void printRefused(const host::Fault& fault) {
-    print({inputName(*changes_), std::to_string(line_) + ":1", "error", fault.place(),
-           fault.pointer(), "refused", fault.what()});
+    print({inputName(*changes_),
+           {line_, 1},
+           "error",
+           fault.place(),
+           fault.pointer(),
+           "refused",
+           fault.what()});
   }
   void print(const FoundLine& line) {
     if (line.severity == "error") exit_ = nothingDone;

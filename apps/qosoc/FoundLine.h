@@ -4,12 +4,14 @@
 #include <string>
 #include <string_view>
 
+#include "host/TextPosition.h"
+
 namespace qosoc {
 
 // One finding, and where in which file it stands.
 struct FoundLine {
-  std::string file;      // as messages name it
-  std::string position;  // "line:column"; empty: not known
+  std::string file;  // as messages name it
+  host::TextPosition position;
   std::string_view severity;
   std::string place;    // as messages show it; empty: there is none
   std::string pointer;  // the same as a JSON Pointer
@@ -17,13 +19,9 @@ struct FoundLine {
   std::string text;
 };
 
-// Whether one stands before another in their file.
-bool isBefore(const FoundLine& a, const FoundLine& b);
-
 // "FILE:LINE:COLUMN: warning: POINTER: text", with colours in it or without.
 std::string shownLine(const FoundLine& line, bool isColoured);
-// {"file":…,"line":…,"column":…,"severity":…,"pointer":…,"kind":…,"text":…}; line and column are 0
-// where they are not known.
+// {"file":…,"line":…,"column":…,"severity":…,"pointer":…,"kind":…,"text":…}
 std::string jsonLine(const FoundLine& line);
 
 }  // namespace qosoc

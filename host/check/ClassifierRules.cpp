@@ -52,16 +52,15 @@ class ClassifierRules : Rule {
       }
       return;
     }
-    for (const auto& [id, term] : classifier.terms) {
-      if (!term.isMatched) continue;
-      find("swept", classMapPlace(name, id),
-           "its classifier has no placeholder, so each start sweeps the classifier " +
-               quoted(name) + " with all its terms" +
-               (classifier.later.empty()
-                    ? ""
-                    : ", before access lists and policy maps make theirs anew") +
-               "; add the class map " + quoted(classMapPlace(name, "").back()));
-    }
+    const auto found = std::find_if(classifier.terms.begin(), classifier.terms.end(),
+                                    [](const auto& term) { return term.second.isMatched; });
+    if (found == classifier.terms.end()) return;
+    find("swept", classMapPlace(name, found->first),
+         "its classifier has no placeholder, so each start sweeps the classifier " + quoted(name) +
+             " with all its terms" +
+             (classifier.later.empty() ? ""
+                                       : ", before access lists and policy maps make theirs anew") +
+             "; add the class map " + quoted(classMapPlace(name, "").back()));
   }
 
   // The last that writes the type decides. Class maps are met in no order; the others come behind

@@ -15,7 +15,7 @@ namespace {
 // The places that are looked for, by their tokens.
 struct Wanted {
   std::map<std::string, Wanted, std::less<>> below;
-  std::string position = {};  // once it is found
+  TextPosition position = {};  // once it is found
 };
 
 // Follows the text along the places that are wanted, and passes over all others.
@@ -54,7 +54,7 @@ class Locator : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, Locator> 
   bool value(bool isOpening) {
     if (next_.wanted != nullptr) {
       const bool isMember = isOpening && !open_.empty();
-      next_.wanted->position = stream_.position(isMember ? key_ : stream_.token());
+      next_.wanted->position = stream_.at(isMember ? key_ : stream_.token());
     }
     if (isOpening) open_.push_back(std::exchange(next_, {}));
     return true;
@@ -71,7 +71,7 @@ class Locator : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, Locator> 
   std::size_t key_ = 0;  // where the last key began
 };
 
-std::vector<std::string> positions(JsonStream& stream, std::span<const Tokens> places) {
+std::vector<TextPosition> positions(JsonStream& stream, std::span<const Tokens> places) {
   Wanted document;
   for (const Tokens& place : places) {
     Wanted* at = &document;
@@ -80,13 +80,13 @@ std::vector<std::string> positions(JsonStream& stream, std::span<const Tokens> p
   Locator locator(stream, document);
   parseJson(stream, locator);
 
-  std::vector<std::string> found;
+  std::vector<TextPosition> found;
   for (const Tokens& place : places) {
     const Wanted* at = &document;
-    std::string position = document.position;
+    TextPosition position = document.position;
     for (const std::string& token : place) {
       at = &at->below.find(token)->second;
-      if (!at->position.empty()) position = at->position;
+      if (at->position != TextPosition()) position = at->position;
     }
     found.push_back(position);
   }
@@ -95,12 +95,12 @@ std::vector<std::string> positions(JsonStream& stream, std::span<const Tokens> p
 
 }  // namespace
 
-std::vector<std::string> positionsOfText(std::string_view text, std::span<const Tokens> places) {
+std::vector<TextPosition> positionsOfText(std::string_view text, std::span<const Tokens> places) {
   JsonStream stream(text);
   return positions(stream, places);
 }
 
-std::vector<std::string> positionsOfFile(const std::string& path, std::span<const Tokens> places) {
+std::vector<TextPosition> positionsOfFile(const std::string& path, std::span<const Tokens> places) {
   struct Close {
     void operator()(std::FILE* file) const { std::fclose(file); }
   };

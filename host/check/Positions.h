@@ -7,14 +7,15 @@
 #include <vector>
 
 #include "host/Pointer.h"
+#include "host/TextPosition.h"
 
 namespace host {
 
-// "line:column" of each place: of the value of a scalar, and of the key of anything else. Of a place
+// Of each place: that of the value of a scalar, and of the key of anything else. Of a place
 // that the text leaves out, that of the innermost one around it. Keys with a name have it in `places`.
 // Requires: the text is a native document.
 // Throws: Refusal for a file that can't be read.
-std::vector<std::string> positionsOfText(std::string_view text, std::span<const Tokens> places);
-std::vector<std::string> positionsOfFile(const std::string& path, std::span<const Tokens> places);
+std::vector<TextPosition> positionsOfText(std::string_view text, std::span<const Tokens> places);
+std::vector<TextPosition> positionsOfFile(const std::string& path, std::span<const Tokens> places);
 
 }  // namespace host

@@ -11,12 +11,12 @@
 namespace host {
 namespace {
 
-// Where a byte of a text is, as "line:column".
-std::string position(std::string_view text, std::size_t offset) {
+// Where a byte of a text is.
+TextPosition position(std::string_view text, std::size_t offset) {
   const std::string_view before = text.substr(0, offset);
   const auto lines = std::count(before.begin(), before.end(), '\n');
   const std::size_t start = before.rfind('\n') + 1;
-  return std::to_string(lines + 1) + ':' + std::to_string(offset - start + 1);
+  return {static_cast<std::size_t>(lines) + 1, offset - start + 1};
 }
 
 std::string plainText(const LeafValue& value) {
@@ -68,8 +68,8 @@ class Findings {
     read_.leaves.push_back({{path, leafText(node.leaf->type, value)}, &node});
     appendBelow(read_.leaves.back().leaf.path, node.name);
   }
-  void fault(std::string_view name, std::string reason, std::string position) {
-    faults_.push_back({path, std::move(reason), std::move(position)});
+  void fault(std::string_view name, std::string reason, TextPosition position) {
+    faults_.push_back({path, std::move(reason), position});
     if (!name.empty()) appendBelow(faults_.back().path, name);
   }
 
@@ -88,7 +88,7 @@ class Findings {
   struct Found {
     std::string path;
     std::string reason;
-    std::string position;
+    TextPosition position;
   };
 
   std::vector<Entry> entries_;

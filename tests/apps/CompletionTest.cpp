@@ -251,7 +251,8 @@ class ZshCompletion : public testing::Test {
 TEST_F(ZshCompletion, WorksAsItIsInstalled) {
   start("fpath=(" + share + " $fpath); compinit -u -D");
   expectTyped(shell_, "qosoc transl", "ate");
-  expectTyped(shell_, "qosoc ", "say what of a native document is wrong, or lost when it is translated");
+  expectTyped(shell_, "qosoc ",
+              "say what of a native document is wrong, or lost when it is translated");
   expectTyped(shell_, "qosoc check --h", "--help");
   expectTyped(shell_, "qosoc diff --no-a", "--no-augments");
   expectTyped(shell_, "qosoc diff --", "-- print one line of JSON");

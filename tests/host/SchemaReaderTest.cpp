@@ -159,7 +159,7 @@ std::string placed(const Schema& schema, std::string_view text, EntrySink* sink 
     readJsonText(text, reader);
   } catch (const Refusal& refusal) {
     for (const Fault& fault : refusal.faults())
-      lines += fault.position() + ' ' + fault.place() + '\n';
+      lines += shownPosition(fault.position()) + ' ' + fault.place() + '\n';
   }
   return lines;
 }
@@ -216,7 +216,7 @@ TEST(SchemaReader, SaysWhereAFaultIsWhoseTokenBeganInAnEarlierBlock) {
     readJsonFile(path, ofFile);
     FAIL();
   } catch (const Refusal& refusal) {
-    EXPECT_EQ(refusal.faults().front().position(), "4:2");
+    EXPECT_EQ(refusal.faults().front().position(), (TextPosition{4, 2}));
   }
 }
 

@@ -22,7 +22,7 @@ constexpr const char* text = R"({
 })";
 
 std::string position(const Tokens& place) {
-  return positionsOfText(text, std::vector<Tokens>{place}).at(0);
+  return shownPosition(positionsOfText(text, std::vector<Tokens>{place}).at(0));
 }
 
 TEST(Positions, OfAScalarIsThatOfItsValue) {
@@ -55,7 +55,7 @@ TEST(Positions, OfAKeyIsFoundHoweverTheTextSpellsIt) {
 TEST(Positions, OfSeveralPlacesComeInTheirOrder) {
   const std::vector<Tokens> places{
       {"class-maps", "qos", "A"}, {"queue-names"}, {"class-maps", "qos", "A"}};
-  EXPECT_EQ(positionsOfText(text, places), (std::vector<std::string>{"7:26", "2:3", "7:26"}));
+  EXPECT_EQ(positionsOfText(text, places), (std::vector<TextPosition>{{7, 26}, {2, 3}, {7, 26}}));
 }
 
 TEST(Positions, AreFoundInAFileOfManyBlocks) {
@@ -65,7 +65,7 @@ TEST(Positions, AreFoundInAFileOfManyBlocks) {
   const std::string path = testing::TempDir() + "/positions.json";
   std::ofstream(path) << large;
   const std::vector<Tokens> places{{"comments", "last"}, {"comments", "c7"}};
-  EXPECT_EQ(positionsOfFile(path, places), (std::vector<std::string>{"20002:9", "9:7"}));
+  EXPECT_EQ(positionsOfFile(path, places), (std::vector<TextPosition>{{20002, 9}, {9, 7}}));
 }
 
 TEST(Positions, OfAFileThatIsNotThereAreRefused) {

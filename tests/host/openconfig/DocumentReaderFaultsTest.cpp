@@ -12,7 +12,7 @@ using testing::ElementsAre;
 std::vector<std::string> faults(const std::string& text) {
   std::vector<std::string> lines;
   for (const Fault& fault : readDocument(text, {}).faults) {
-    lines.push_back(fault.position() + ' ' + fault.place() + ": " + fault.what());
+    lines.push_back(shownPosition(fault.position()) + ' ' + fault.place() + ": " + fault.what());
   }
   return lines;
 }

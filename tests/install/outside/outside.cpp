@@ -114,6 +114,7 @@ int main() {
     const host::Native native;
     host::readNativeText(R"({"class-maps": 1, "queues": 2})", native);
   } catch (const host::Refusal& refusal) {
-    for (const host::Fault& fault : refusal.faults()) print(fault.position() + " " + fault.place());
+    for (const host::Fault& fault : refusal.faults())
+      print(host::shownPosition(fault.position()) + " " + fault.place());
   }
 }
