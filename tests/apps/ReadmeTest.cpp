@@ -44,6 +44,16 @@ TEST(Readme, ShowsTheExampleAndWhatTheProgramPrints) {
   EXPECT_EQ(shown[3], hostText(folder + "02-feed.jsonl"));
 }
 
+TEST(Readme, ShowsAFindingOfTheRouter) {
+  const std::string findings =
+      hostText(std::string(paths::examples) + "/edge-router/01-findings.txt");
+  const auto shown = blocks("");
+  const auto isFinding = [](const std::string& block) { return block.starts_with("01-native"); };
+  const auto block = std::ranges::find_if(shown, isFinding);
+  ASSERT_NE(block, shown.end());
+  EXPECT_NE(findings.find(*block), std::string::npos);
+}
+
 TEST(Readme, ShowsLeavesThatTheDayOfTheRouterChanges) {
   const HostRun demo = hostRun({"bash", std::string(paths::examples) + "/demo.sh", paths::qosoc});
   std::size_t shown = 0;
