@@ -10,7 +10,7 @@ namespace {
 constexpr std::size_t shownTokens = 16;  // tokens that a message shows
 
 // False when a "~" is followed by anything but 0 and 1.
-bool unescape(std::string_view escaped, std::string& token) {
+bool unescapeToken(std::string_view escaped, std::string& token) {
   for (std::size_t i = 0; i < escaped.size(); ++i) {
     if (escaped[i] != '~') {
       token += escaped[i];
@@ -45,7 +45,7 @@ std::optional<Tokens> pointerTokens(std::string_view pointer) {
     if (pointer.front() != '/') return std::nullopt;
     pointer.remove_prefix(1);
     const std::string_view token = pointer.substr(0, pointer.find('/'));
-    if (!unescape(token, tokens.emplace_back())) return std::nullopt;
+    if (!unescapeToken(token, tokens.emplace_back())) return std::nullopt;
     pointer.remove_prefix(token.size());
   }
   return tokens;
