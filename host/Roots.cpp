@@ -10,6 +10,7 @@
 #include "QosOpenConfig/QosOpenConfigQueueManagementProfileKivToOcSm.h"
 #include "QosOpenConfig/QosOpenConfigSchedulerPolicyKivToOCSm.h"
 #include "host/Place.h"
+#include "host/check/NearbyRaises.h"
 
 namespace host {
 namespace {
@@ -76,6 +77,20 @@ const Root* rootNamed(std::string_view name) {
   return found != std::end(table) ? found : nullptr;
 }
 
+Rok::Ptr<Rok::PtrInterface> buildRoot(const Root& root, const Native& native, const Model& model,
+                                      const std::function<void(const std::string&)>& report) {
+  Rok::Ptr<Rok::PtrInterface> built;
+  Writes attempt([&](const std::string& what) {
+    std::vector<Tokens> places;
+    Raises(native, &model).of(root.name, [&](Raise raise) {
+      if (explains(raise, what)) places.push_back(std::move(raise.place));
+    });
+    report("root " + std::string(root.name) + ": " + what + atPlaces(std::move(places)));
+  });
+  attempt([&] { built = root.factory(native, model); });
+  return built;
+}
+
 std::vector<Rok::Ptr<Rok::PtrInterface>> buildRoots(
     std::span<const std::string> names, const Native& native, const Model& model,
     const std::function<void(const std::string&)>& report) {
@@ -84,9 +99,7 @@ std::vector<Rok::Ptr<Rok::PtrInterface>> buildRoots(
     const bool wanted =
         names.empty() || std::find(names.begin(), names.end(), root.name) != names.end();
     if (!wanted) continue;
-    Writes attempt(
-        [&](const std::string& what) { report("root " + std::string(root.name) + ": " + what); });
-    attempt([&] { built.push_back(root.factory(native, model)); });
+    if (auto made = buildRoot(root, native, model, report)) built.push_back(std::move(made));
   }
   return built;
 }

@@ -25,8 +25,13 @@ std::span<const Root> roots();
 // Null for a name that no root has.
 const Root* rootNamed(std::string_view name);
 
+// Builds one root. One that throws is reported, as "root <name>: <what>" and, where that is known, the
+// places of the native document that it raised over: " at <place>, <place>". Null then.
+Rok::Ptr<Rok::PtrInterface> buildRoot(const Root& root, const Native& native, const Model& model,
+                                      const std::function<void(const std::string&)>& report);
+
 // Builds the roots of those names, or all when `names` is empty, always in the order
-// of the table. One that throws is reported, as "root <name>: <what>", and left out.
+// of the table. One that throws is reported, as buildRoot does, and left out.
 std::vector<Rok::Ptr<Rok::PtrInterface>> buildRoots(
     std::span<const std::string> names, const Native& native, const Model& model,
     const std::function<void(const std::string&)>& report);

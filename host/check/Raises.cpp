@@ -104,10 +104,15 @@ bool hasRate(const Model* model, const Rok::String& policyName, std::uint32_t se
 // ===== Service policies
 
 // Whether the root reads policy maps of that name. The bare prefix has no classifiers, and counts.
-bool isRead(const Rok::String& policyMap) {
+bool isReadPolicyMap(const Rok::String& policyMap) {
   const Untraced untraced;
   const auto [ipv4, ipv6] = QosOc::classifierGroupFromPmapName(policyMap);
   return !ipv4.empty() || !ipv6.empty() || policyMap == "__yang_";
+}
+
+Tokens placeOf(const Qos::ServicePolicyKey& key) {
+  return {"service-policies",
+          std::to_string(key.keyTag) + ':' + std::string(std::string_view(key.pmapName))};
 }
 
 }  // namespace
@@ -144,7 +149,7 @@ void Raises::settings(const Qos::QosProfileConfig& profile, const Found& found) 
       "queue-management", "queue-management profiles and their attachments", {}, found};
   const auto& queues = profile.qosProfile()->txQueueConfig();
   for (auto q = queues.unsafeIterator(); q; ++q) {
-    if (q->key().id != 0) continue;
+    if (q->key().id != 0 || !q->value()) continue;
     const Tokens place{"qos-profiles", std::string(profile.name()), "tx-queues",
                        queueText(q->key())};
     judgeSettings(judge, below(place, "ecn"), q->value()->ecnConfig());
@@ -181,11 +186,27 @@ void Raises::group(const Qos::ForwardingGroupName& name, Qos::TrafficClass tc,
               "0 to 16");
 }
 
+// A machine stands for a policy map, whatever the tag: the second service policy of one finds that
+// of the first.
+void Raises::servicePolicies(std::vector<Qos::ServicePolicyKey> keys, const Found& found) const {
+  if (keys.size() < 2 || !isReadPolicyMap(keys.front().pmapName)) return;
+  std::sort(keys.begin(), keys.end());
+  for (const Qos::ServicePolicyKey& key : keys) {
+    const Qos::ServicePolicyKey& other = key == keys[0] ? keys[1] : keys[0];
+    found({"interface-classifier", placeOf(key), placeOf(other),
+           "tag " + std::to_string(other.keyTag) +
+               " has the same policy map: interface-classifier raises over it, and bindings are "
+               "missing; keep one of the two"});
+  }
+}
+
 // ===== The whole device
 
 void Raises::queues(const Found& found) const {
   for (auto i = native_.qosConfig->intfConfig().unsafeIterator(); i; ++i) {
+    if (!i->value()) continue;
     for (auto q = i->value()->txQueueConfig().unsafeIterator(); q; ++q) {
+      if (!q->value()) continue;
       ecn(i->key(), *q->value(), found);
       bandwidth(i->key(), *q->value(), found);
     }
@@ -193,8 +214,9 @@ void Raises::queues(const Found& found) const {
 }
 
 void Raises::profiles(const Found& found) const {
-  for (auto i = native_.qosProfiles->config().unsafeIterator(); i; ++i)
-    settings(*i->value(), found);
+  for (auto i = native_.qosProfiles->config().unsafeIterator(); i; ++i) {
+    if (i->value()) settings(*i->value(), found);
+  }
 }
 
 void Raises::policies(const Found& found) const {
@@ -202,31 +224,17 @@ void Raises::policies(const Found& found) const {
 }
 
 void Raises::groups(const Found& found) const {
-  const auto& names = native_.qosConfig->forwardingGroupNameToTcMap()->forwardingGroupNameToTc();
-  for (const auto& [name, tc] : names) group(name, tc, found);
+  const auto& map = native_.qosConfig->forwardingGroupNameToTcMap();
+  if (!map) return;
+  for (const auto& [name, tc] : map->forwardingGroupNameToTc()) group(name, tc, found);
 }
 
-// A machine stands for a policy map, whatever the tag: the second service policy of one finds that
-// of the first.
 void Raises::servicePolicies(const Found& found) const {
-  std::map<std::string_view, std::vector<unsigned>> tags;  // by policy map
+  std::map<std::string_view, std::vector<Qos::ServicePolicyKey>> byPolicyMap;
   for (auto i = native_.qosConfig->servicePolicyConfig().unsafeIterator(); i; ++i) {
-    if (!isRead(i->key().pmapName)) continue;
-    tags[i->key().pmapName].push_back(i->key().keyTag);
+    byPolicyMap[i->key().pmapName].push_back(i->key());
   }
-  for (auto& [policyMap, all] : tags) {
-    if (all.size() == 1) continue;
-    std::sort(all.begin(), all.end());
-    for (const unsigned tag : all) {
-      const unsigned other = tag == all[0] ? all[1] : all[0];
-      found({"interface-classifier",
-             {"service-policies", std::to_string(tag) + ':' + std::string(policyMap)},
-             {},
-             "tag " + std::to_string(other) +
-                 " has the same policy map: interface-classifier raises over it, and bindings are "
-                 "missing; keep one of the two"});
-    }
-  }
+  for (const auto& [policyMap, keys] : byPolicyMap) servicePolicies(keys, found);
 }
 
 void Raises::all(const Found& found) const {

@@ -6,6 +6,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "host/Model.h"
 #include "host/Native.h"
@@ -16,14 +17,15 @@ namespace host {
 struct Raise {
   std::string_view root;  // as messages name it
   Tokens place;           // of the value, as the native document spells its keys
-  // What else decides whether the root reads the value, whether it is there or not: the comment of a
-  // tx queue, the profile of a comment. Empty for a value that is read in any case.
+  // What else decides whether the root raises over it, be it there or not: the comment of a tx queue,
+  // the profile of a comment, the other service policy. Empty when nothing else does.
   Tokens decider;
   std::string text;  // what is wrong; what to do
 };
 
 // What raises in the native objects as they stand. A comment with a value of the wrong type ends the
-// process that reads it, so nothing raises over what it speaks for.
+// process that reads it, so nothing raises over what it speaks for. An object that a host mounted null is
+// passed over.
 class Raises {
  public:
   using Found = std::function<void(Raise raise)>;
@@ -49,6 +51,8 @@ class Raises {
   // One that stands for a scheduler policy: the rates in its comment.
   void rates(const Rok::String& profile, const Found& found) const;
   void group(const Qos::ForwardingGroupName& name, Qos::TrafficClass tc, const Found& found) const;
+  // Service policies of one policy map.
+  void servicePolicies(std::vector<Qos::ServicePolicyKey> keys, const Found& found) const;
 
  private:
   void queues(const Found& found) const;

@@ -162,7 +162,7 @@ TEST(Roots, ThatThrowAreReportedAndLeftOut) {
   EXPECT_THAT(built.reports,
               ElementsAre("root class-map: null argument: cmapTypeConfig",
                           "root forwarding-group: range: cannot access index 17 of an array with "
-                          "size 17"));
+                          "size 17 at /forwarding-groups/fg"));
 }
 
 }  // namespace
