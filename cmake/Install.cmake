@@ -57,6 +57,7 @@ set(upper_headers
   host/Feed.h
   host/JsonSchema.h
   host/JsonWriter.h
+  host/KeptRoots.h
   host/LeafDiff.h
   host/LeavesOfText.h
   host/Model.h

@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "host/CommentGuard.h"
 #include "host/Draft.h"
 #include "host/Nearest.h"
 #include "host/Patch.h"
@@ -15,6 +16,7 @@
 #include "host/Text.h"
 #include "host/ValueDifference.h"
 #include "host/ValueJson.h"
+#include "host/check/NearbyRaises.h"
 
 namespace host {
 namespace {
@@ -84,6 +86,7 @@ struct Target {
 struct Change {
   Target target;
   std::optional<Value> value;  // nothing: removed
+  bool isChange = true;        // false for a scalar that stays what it was
 };
 
 // ===== Checking
@@ -259,6 +262,8 @@ std::optional<Change> ChangeCheck::check(const Patch& patch, std::size_t operati
     if (kind != Patch::Kind::remove) change.value = patch.value(operation, *schema);
     if (kind == Patch::Kind::remove && initial != nullptr) change.value = *initial;
     if (inSet) change.value = joined(there->value(), *change.value);
+    const bool isScalar = schema->kind() == Schema::Kind::scalar && !inSet;
+    change.isChange = !(isScalar && there && change.value && there->value() == *change.value);
     if (change.value) {
       parent.put(keys.back(), *change.value);
     } else {
@@ -274,87 +279,164 @@ std::optional<Change> ChangeCheck::check(const Patch& patch, std::size_t operati
 
 class ChangeWrite {
  public:
-  static void write(const Native& native, const Change& change, Writes& writes);
+  // `at` is where the writes of the moment are, for the reports of `writes`.
+  ChangeWrite(const Native& native, Writes& writes, std::vector<Rok::String>& at)
+      : native_(native), writes_(writes), at_(at) {}
+
+  void write(const Change& change);
 
  private:
-  static void writeCollection(Place& place, const Schema& schema, const Value& value,
-                              Writes& writes);
-  static void eraseMissing(Place& place, const Schema& schema, const Value& value, Writes& writes);
-  static void putAll(Place& place, const Schema& schema, const Value& value, Writes& writes);
+  void writeCollection(Place& place, const Schema& schema, const Value& value);
+  void eraseMissing(Place& place, const Schema& schema, const Value& value);
+  void putAll(Place& place, const Schema& schema, const Value& value);
+  void put(Place& place, const Rok::String& key, const Value& value) {
+    below(key, [&] { place.put(key, value, writes_); });
+  }
+  void erase(Place& place, const Rok::String& key) {
+    below(key, [&] { place.erase(key, writes_); });
+  }
+  template <class Act>
+  void below(const Rok::String& key, const Act& act) {
+    at_.push_back(key);
+    act();
+    at_.pop_back();
+  }
+
+  const Native& native_;
+  Writes& writes_;
+  std::vector<Rok::String>& at_;
 };
 
-void ChangeWrite::write(const Native& native, const Change& change, Writes& writes) {
+void ChangeWrite::write(const Change& change) {
   const auto& [keys, manner, schema, initial, inSet] = change.target;
   const Rok::String& key = keys.back();
-  const std::unique_ptr<Place> parent = follow(native, withoutLast(keys));
+  const std::unique_ptr<Place> parent = follow(native_, withoutLast(keys));
+  at_.assign(keys.begin(), keys.end() - 1);
   if (manner == Manner::collection) {
-    return writeCollection(*parent->at(key), *schema, *change.value, writes);
+    return below(key, [&] { writeCollection(*parent->at(key), *schema, *change.value); });
   }
   const bool goes = !change.value || (manner == Manner::entry && parent->has(key));
-  if (goes) parent->erase(key, writes);
-  if (change.value) parent->put(key, *change.value, writes);
+  if (goes) erase(*parent, key);
+  if (change.value) put(*parent, key, *change.value);
 }
 
 // First the entries that are removed, then those that are added or replaced: through all mounted
 // entries each time. A setting that is left at its default is removed.
-void ChangeWrite::writeCollection(Place& place, const Schema& schema, const Value& value,
-                                  Writes& writes) {
-  eraseMissing(place, schema, value, writes);
-  putAll(place, schema, value, writes);
+void ChangeWrite::writeCollection(Place& place, const Schema& schema, const Value& value) {
+  eraseMissing(place, schema, value);
+  putAll(place, schema, value);
 }
 
-void ChangeWrite::eraseMissing(Place& place, const Schema& schema, const Value& value,
-                               Writes& writes) {
+void ChangeWrite::eraseMissing(Place& place, const Schema& schema, const Value& value) {
   std::unordered_set<std::string_view> stay;
   for (const Member& entry : value.object()) stay.insert(entry.key);
   for (const Rok::String& key : place.keys()) {
-    if (!stay.contains(key)) place.erase(key, writes);
+    if (!stay.contains(key)) erase(place, key);
   }
   for (const auto& [key, entry] : value.object()) {
     const Value* initial = schema.initial(key);
     if (initial == nullptr) continue;
     if (mannerOf(schema, key) == Manner::collection) {
-      eraseMissing(*place.at(key), schema.below(key), entry, writes);
+      below(key, [&, &key = key, &entry = entry] {
+        eraseMissing(*place.at(key), schema.below(key), entry);
+      });
     } else if (entry == *initial) {
-      place.put(key, entry, writes);
+      put(place, key, entry);
     }
   }
 }
 
-void ChangeWrite::putAll(Place& place, const Schema& schema, const Value& value, Writes& writes) {
+void ChangeWrite::putAll(Place& place, const Schema& schema, const Value& value) {
   for (const auto& [key, entry] : value.object()) {
     const Manner manner = mannerOf(schema, key);
     if (manner == Manner::collection) {
-      putAll(*place.at(key), schema.below(key), entry, writes);
+      below(key,
+            [&, &key = key, &entry = entry] { putAll(*place.at(key), schema.below(key), entry); });
       continue;
     }
-    if (manner == Manner::entry && place.has(key)) place.erase(key, writes);
-    place.put(key, entry, writes);
+    if (manner == Manner::entry && place.has(key)) erase(place, key);
+    put(place, key, entry);
   }
+}
+
+// A line that was read and checked.
+struct Judged {
+  std::vector<Change> changes;
+  std::optional<BadComment> badComment;  // the first that the line has a root read
+};
+
+// `guard` may be null. Throws: Fault for a line that doesn't apply.
+Judged judged(const Native& native, std::string_view text, CommentGuard* guard) {
+  Judged line;
+  const Patch patch(text);
+  Draft draft(nativePlace(native));
+  if (guard != nullptr) guard->lineBegins();
+  for (std::size_t i = 0; i < patch.operations().size(); ++i) {
+    std::optional<Change> change = ChangeCheck::check(patch, i, draft);
+    if (!change) continue;
+    if (guard != nullptr && !line.badComment) {
+      const Value* value = change->value ? &*change->value : nullptr;
+      line.badComment = guard->judge({change->target.keys, value, change->isChange}, draft);
+    }
+    line.changes.push_back(std::move(*change));
+  }
+  return line;
 }
 
 }  // namespace
 
+Changes::Changes(const Native& native, Report report)
+    : native_(native), report_(std::move(report)) {}
+
+Changes::Changes(const Native& native, KeptRoots& roots, BadComments badComments, Report report)
+    : native_(native),
+      roots_(&roots),
+      badComments_(badComments),
+      guard_(std::make_unique<CommentGuard>(native, roots)),
+      report_(std::move(report)) {}
+
+Changes::~Changes() = default;
+
 Changes::Outcome Changes::line(std::string_view text) {
   ++number_;
   if (isBlank(text)) return Outcome::blank;
-  std::vector<Change> changes;
+  Judged line;
   try {
-    const Patch patch(text);
-    Draft draft(nativePlace(native_));
-    for (std::size_t i = 0; i < patch.operations().size(); ++i) {
-      if (std::optional<Change> change = ChangeCheck::check(patch, i, draft)) {
-        changes.push_back(std::move(*change));
-      }
-    }
+    line = judged(native_, text, guard_.get());
   } catch (const Fault& fault) {
-    refusal_ = fault;
-    tell("refused: " + fault.place() + ": " + fault.what());
-    return Outcome::refused;
+    return refuse(fault);
   }
-  Writes writes([this](const std::string& what) { tell(what); });
-  for (const Change& change : changes) ChangeWrite::write(native_, change, writes);
+  if (line.badComment && badComments_ == BadComments::refused) {
+    return refuse(Fault(shownPointer(line.badComment->place()), line.badComment->reason()));
+  }
+  if (line.badComment) tell(line.badComment->text() + endsTheProgram);
+  std::vector<Rok::String> at;
+  Writes writes([&](const std::string& what) { tell(what + culprits(at, what)); });
+  for (const Change& change : line.changes) ChangeWrite(native_, writes, at).write(change);
+  if (roots_ == nullptr) return Outcome::applied;
+  for (const Change& change : line.changes) roots_->changed(change.target.keys);
+  roots_->retry(badComments_, [this](const std::string& what) { tell(what); });
   return Outcome::applied;
+}
+
+Changes::Outcome Changes::refuse(const Fault& fault) {
+  refusal_ = fault;
+  tell("refused: " + fault.place() + ": " + fault.what());
+  return Outcome::refused;
+}
+
+// Of service policies that share a policy map, the one that a line brings is refused.
+std::string Changes::culprits(std::span<const Rok::String> at, std::string_view what) {
+  if (!nearby_) nearby_ = std::make_unique<NearbyRaises>(native_);
+  std::vector<Tokens> places;
+  nearby_->at(at, [&](Raise raise) {
+    const bool isOther = raise.root == "interface-classifier" &&
+                         !std::ranges::equal(raise.place, at, {}, {}, [](const Rok::String& key) {
+                           return std::string_view(key);
+                         });
+    if (explains(raise, what) && !isOther) places.push_back(std::move(raise.place));
+  });
+  return atPlaces(std::move(places));
 }
 
 void Changes::tell(const std::string& what) {

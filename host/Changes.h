@@ -6,14 +6,22 @@
 
 #include <cstddef>
 #include <functional>
+#include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
 
 #include "Dorpel/Export.h"
 #include "host/Fault.h"
+#include "host/KeptRoots.h"
 #include "host/Native.h"
+
+namespace host {
+class CommentGuard;
+class NearbyRaises;
+}  // namespace host
 
 namespace QOS_EXPORT host {
 
@@ -23,8 +31,17 @@ class Changes {
   enum class Outcome { blank, refused, applied };
   using Report = std::function<void(const std::string&)>;
 
+  using BadComments = KeptRoots::BadComments;
+
   // `native` must outlive this. `report` gets a line for each refused line and each exception.
-  Changes(const Native& native, Report report) : native_(native), report_(std::move(report)) {}
+  Changes(const Native& native, Report report);
+  // The same over `roots`, which must outlive this, too. After each line they are built again that
+  // wait for what it changed. A line with which a root would read a comment that ends the process is
+  // named before it is written or, with `refused`, refused.
+  Changes(const Native& native, KeptRoots& roots, BadComments badComments, Report report);
+  Changes(const Changes&) = delete;
+  Changes& operator=(const Changes&) = delete;
+  ~Changes();
 
   // Applies the next line of the stream.
   Outcome line(std::string_view text);
@@ -34,9 +51,15 @@ class Changes {
   bool isClean() const { return clean_; }
 
  private:
+  Outcome refuse(const Fault& fault);
+  std::string culprits(std::span<const Rok::String> at, std::string_view what);
   void tell(const std::string& what);
 
   const Native& native_;
+  KeptRoots* roots_ = nullptr;
+  BadComments badComments_ = BadComments::named;
+  std::unique_ptr<CommentGuard> guard_;   // null without roots
+  std::unique_ptr<NearbyRaises> nearby_;  // null until a handler raised
   Report report_;
   std::optional<Fault> refusal_;
   std::size_t number_ = 0;

@@ -123,7 +123,13 @@ std::optional<CommentFault> profileFault(std::string_view comment) {
                     });
 }
 
-std::vector<std::string> commentFaults(const Native& native) {
+std::string BadComment::reason() const {
+  return "at " + fault.place + " of this comment: expected " + fault.expected;
+}
+
+std::string BadComment::text() const { return shownPointer(place()) + ": " + reason(); }
+
+std::vector<BadComment> badComments(const Native& native, ReadComments read) {
   std::map<std::string, CommentFault> faults;  // by comment key
   const auto judge = [&](const Velmo::String& key, const auto& faultOf) {
     const Velmo::String text = native.cliConfig->comment(key);
@@ -131,21 +137,24 @@ std::vector<std::string> commentFaults(const Native& native) {
     if (const auto found = faultOf(text)) faults.emplace(std::string_view(key), *found);
   };
   const auto& interfaces = native.qosConfig->intfConfig();
-  for (auto i = interfaces.unsafeIterator(); i; ++i) {
+  for (auto i = interfaces.unsafeIterator(); i && read.ofQueues; ++i) {
     for (auto q = i->value()->txQueueConfig().unsafeIterator(); q; ++q) {
       judge(QosOc::CommentHelper::commentKey(i->key(), q->key()), attachmentFault);
     }
   }
-  for (auto i = native.qosProfiles->config().unsafeIterator(); i; ++i) {
+  for (auto i = native.qosProfiles->config().unsafeIterator(); i && read.ofProfiles; ++i) {
     if (decodeSPProfileName(i->key()).empty()) continue;
     judge(QosOc::CommentHelper::profileCommentKey(i->key()), profileFault);
   }
+  std::vector<BadComment> bad;
+  for (auto& [key, fault] : faults) bad.push_back({key, std::move(fault)});
+  return bad;
+}
+
+std::vector<std::string> commentFaults(const Native& native) {
   std::vector<std::string> lines;
-  for (const auto& [key, fault] : faults) {
-    lines.push_back(shownPointer(Tokens{"comments", key}) + ": at " + fault.place +
-                    " of this comment: expected " + fault.expected +
-                    "; it ends the program that translates it");
-  }
+  for (const BadComment& comment : badComments(native))
+    lines.push_back(comment.text() + endsTheProgram);
   return lines;
 }
 

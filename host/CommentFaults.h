@@ -26,6 +26,28 @@ std::optional<CommentFault> attachmentFault(std::string_view comment);
 // In a comment that is read as that of a QoS profile.
 std::optional<CommentFault> profileFault(std::string_view comment);
 
+// A comment of the device that ends the process that translates it.
+struct BadComment {
+  std::string key;
+  CommentFault fault;
+
+  // In the native document.
+  std::vector<std::string> place() const { return {"comments", key}; }
+  // "at PLACE of this comment: expected EXPECTED"
+  std::string reason() const;
+  // The same behind the comment's place: "/comments/KEY: at ..."
+  std::string text() const;
+};
+// What a message adds about a comment that nothing keeps from being read.
+inline constexpr const char* endsTheProgram = "; it ends the program that translates it";
+
+struct ReadComments {
+  bool ofQueues = true;    // those of tx queues
+  bool ofProfiles = true;  // those of the QoS profiles that stand for scheduler policies
+};
+// The bad ones among them, by key.
+std::vector<BadComment> badComments(const Native& native, ReadComments read = {});
+
 // A line for each comment of the device that ends the process that translates it: those of its
 // tx queues and of the QoS profiles that stand for scheduler policies, by key. The line begins
 // with the comment's place in the native document.

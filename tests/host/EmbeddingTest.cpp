@@ -7,6 +7,7 @@
 #include "QosOpenConfig/QosOpenConfigQueueKivToOcSm.h"
 #include "host/Changes.h"
 #include "host/Feed.h"
+#include "host/KeptRoots.h"
 #include "host/Roots.h"
 #include "host/SavedState.h"
 #include "tests/support/HeaderExample.h"
@@ -77,6 +78,27 @@ struct Device {
   host::Feed feed{model};
 };
 
+struct KeptDevice {
+  host::Native native;
+  host::Model model;
+  host::KeptRoots roots{{}, native, model, host::KeptRoots::LeftOut::returns, report};
+  host::Changes changes{native, roots, host::Changes::BadComments::refused, report};
+};
+
+TEST(Embedding, HasARootBackPastTheLines) {
+  KeptDevice device;
+  const Rok::String keys[] = {"forwarding-groups", "g"};
+  const auto groups = device.native.qosConfig->forwardingGroupNameToTcMap();
+  groups->forwardingGroupNameToTcIs(Qos::ForwardingGroupName("g"), Qos::TrafficClass(17));
+  host::KeptRoots later({}, device.native, device.model, host::KeptRoots::LeftOut::returns, report);
+  groups->forwardingGroupNameToTcIs(Qos::ForwardingGroupName("g"), Qos::TrafficClass(5));
+  later.changed(keys);
+  later.retry(host::KeptRoots::BadComments::refused, report);
+  EXPECT_THAT(reported(), ElementsAre(HasSubstr("root forwarding-group: range: "),
+                                      "root forwarding-group: built"));
+  reported().clear();
+}
+
 TEST(Embedding, GoesOnFromASavedState) {
   Device before;
   before.roots = host::buildRoots({}, before.native, before.model, report);
@@ -112,7 +134,7 @@ TEST(Embedding, SendsTracesToALog) {
 TEST(Embedding, RunsAllCodeOfThePage) {
   const std::string here = support::squeezed(support::sourceText("tests/host/EmbeddingTest.cpp"));
   const Lines blocks = support::codeBlocks("docs/embedding.md", "cpp");
-  EXPECT_EQ(blocks.size(), 6u);
+  EXPECT_EQ(blocks.size(), 7u);
   for (const std::string& block : blocks) {
     EXPECT_NE(here.find(support::squeezed(block)), std::string::npos) << block;
   }
