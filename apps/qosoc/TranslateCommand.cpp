@@ -93,6 +93,8 @@ struct Request {
         output(outputFile(arguments)),
         printer(printerOf(arguments, output)) {
     if (const auto list = arguments.value("--roots")) roots = rootNames(*list);
+    if (arguments.has("--retry-roots")) leftOut = host::KeptRoots::LeftOut::returns;
+    if (arguments.has("--refuse-bad-comments")) badComments = host::Changes::BadComments::refused;
     if (const auto list = arguments.value("--trace")) levels = traceLevels(*list);
     if (const auto seed = arguments.value("--order-seed")) orderSeedIs(*seed);
     const auto file = [&](const char* option) {
@@ -158,6 +160,8 @@ struct Request {
   std::optional<OutputFile> output;
   std::unique_ptr<Printer> printer;
   std::vector<std::string> roots;
+  host::KeptRoots::LeftOut leftOut = host::KeptRoots::LeftOut::stays;
+  host::Changes::BadComments badComments = host::Changes::BadComments::named;
   std::vector<unsigned> levels;  // of the trace
   std::optional<OutputFile> nativeOut;
   std::optional<OutputFile> save;
@@ -185,19 +189,20 @@ class Translation {
     // Traced from here on: commentFaults would add lines, since it computes keys and decodes names
     // by the library's functions.
     for (const unsigned level : request_.levels) Rok::TraceFacility::levelIs(level, true);
-    const auto roots = host::buildRoots(request_.roots, native_, model_,
-                                        [this](const std::string& line) { report(line); });
+    host::KeptRoots roots(request_.roots, native_, model_, request_.leftOut,
+                          [this](const std::string& line) { report(line); });
     request_.printer->start(model_, [this](const std::string& line) { report("qosoc: " + line); });
     stage.reset();
-    if (lines) apply(*lines);
+    if (lines) apply(*lines, roots);
     writeFiles();
     request_.printer->end();
     return clean_ ? done : doneWithReports;
   }
 
  private:
-  void apply(Lines& lines) {
-    host::Changes changes(native_, [this](const std::string& line) { report(line); });
+  void apply(Lines& lines, host::KeptRoots& roots) {
+    host::Changes changes(native_, roots, request_.badComments,
+                          [this](const std::string& line) { report(line); });
     using Outcome = host::Changes::Outcome;
     progress().begin(!lines.areTyped() && request_.levels.empty());
     for (std::uint64_t number = 1; const auto line = lines.next(); ++number) {
@@ -291,6 +296,11 @@ constexpr Option options[] = {
      .kind = Kind::words,
      .help = "build only these roots",
      .words = rootWords},
+    {.name = "--retry-roots",
+     .help = "build a root that raised at the start again, after a change of what it raised over"},
+    {.name = "--refuse-bad-comments",
+     .help = "refuse a change line by which a comment with a value of the wrong type is read; "
+             "otherwise the comment is named, and the program ends"},
     {.name = "--trace",
      .value = "LEVEL,...",
      .kind = Kind::other,

@@ -87,8 +87,9 @@ TEST(Help, FitsIntoAHundredColumns) {
 TEST(Help, NamesTheWordsThatAValueMayBe) {
   const std::string text = qosoc({"translate", "--help"}).out;
   EXPECT_NE(text.find("build only these roots: class-map, acl, class-action,"), std::string::npos);
-  EXPECT_NE(text.find("\n                     openconfig (the default): the "), std::string::npos);
-  EXPECT_NE(text.find("\n                     model: every "), std::string::npos);
+  EXPECT_NE(text.find("\n                         openconfig (the default): the "),
+            std::string::npos);
+  EXPECT_NE(text.find("\n                         model: every "), std::string::npos);
 }
 
 TEST(Help, ThatCannotBeWrittenFails) {
