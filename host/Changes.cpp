@@ -407,7 +407,7 @@ Changes::Outcome Changes::line(std::string_view text) {
     return refuse(fault);
   }
   if (line.badComment && badComments_ == BadComments::refused) {
-    return refuse(Fault(shownPointer(line.badComment->place()), line.badComment->reason()));
+    return refuse(Fault(line.badComment->place(), line.badComment->reason()));
   }
   if (line.badComment) tell(line.badComment->text() + endsTheProgram);
   std::vector<Rok::String> at;
