@@ -397,6 +397,22 @@ TEST(BindingFindings, AServicePolicyUnderTwoTags) {
           "interface-classifier raises over it, and bindings are missing; keep one of the two"));
 }
 
+TEST(BindingFindings, AClassifierThatIsSweptIsNotMade) {
+  const auto found = findings(
+      R"({"class-maps": {"qos": {"__yang_[edge-in]_[voice]": {"match": ["ip-access-group"]}}},
+      "service-policies": {"1:__yang_[IPV4__edge-in]": {"interfaces": {"Ethernet1/1":
+      true}}}, "interfaces": {"Ethernet1/1": {}}})");
+  EXPECT_THAT(found,
+              ElementsAre("swept /class-maps/qos/__yang_[edge-in]_[voice]: its classifier has no "
+                          "placeholder, so each start sweeps the classifier \"edge-in\" with all "
+                          "its terms; add the class map \"__yang_[edge-in]_[]\"",
+                          "missing /service-policies/1:__yang_[IPV4__edge-in]: there is no policy "
+                          "map \"__yang_[IPV4__edge-in]\"; its classifiers are bound without "
+                          "actions; add it to policy-maps",
+                          "unresolved /service-policies/1:__yang_[IPV4__edge-in]: binds the "
+                          "classifier \"edge-in\", which nothing makes; add its class maps"));
+}
+
 TEST(NameFindings, APolicyMapWhoseNameIsNoForm) {
   const auto found = findings(
       R"({"policy-maps": {"qos": {"__yang_[IPV4__a]_[IPV6__b]": {}, "__yang_[IPV6__b][IPV4__a]": {},
