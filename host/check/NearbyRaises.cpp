@@ -74,7 +74,8 @@ void NearbyRaises::at(std::span<const Rok::String> keys, const Raises::Found& fo
 void NearbyRaises::atInterface(Keys keys, const Raises::Found& found) const {
   const Nerit::IntfId id(keys[1]);
   const auto config = native_.qosConfig->intfConfig(id);
-  if (!config) return;
+  const bool isOfPort = keys.size() > 2 && keys[2] != "tx-queues";
+  if (!config || isOfPort) return;
   if (keys.size() > 3) {
     const auto queue = config->txQueueConfig(*KeyForm<Qos::TxQueue>::parse(keys[3]));
     if (queue) atQueue(id, *queue, keys.subspan(4), found);

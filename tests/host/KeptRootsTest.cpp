@@ -115,6 +115,7 @@ TEST(KeptRoots, WaitForNothingElse) {
   EXPECT_THAT(d.put(queue3 + "/priority", "1"), IsEmpty());
   EXPECT_THAT(d.put(queue3 + "/bandwidth", "150"), IsEmpty());
   EXPECT_THAT(d.put("/interfaces/Ethernet1~12/pfc", R"({"priorities":1})"), IsEmpty());
+  EXPECT_THAT(d.put("/interfaces/Ethernet1~12/pfc/priorities", "2"), IsEmpty());
   EXPECT_THAT(d.put("/comments/note", "\"a note\""), IsEmpty());
   EXPECT_THAT(d.put("/forwarding-groups/g", "3"), IsEmpty());
 }
