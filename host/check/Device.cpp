@@ -46,6 +46,12 @@ std::string modelText(const Qos::TxQueue& queue) {
 
 }  // namespace
 
+bool DeviceQueue::isMade() const {
+  const bool isConfigured = config->priority() != Qos::priorityNotConfigured ||
+                            config->bandwidth() != Qos::percentNotConfigured;
+  return profile.empty() || (policy.empty() && isConfigured);
+}
+
 Device::Device(const Native& from) : native(from), classification(classificationOf(from)) {
   for (auto i = native.qosConfig->intfConfig().unsafeIterator(); i; ++i) {
     std::vector<DeviceQueue>& queues = interfaces[i->key()];
@@ -77,7 +83,7 @@ bool Device::isQueue(std::string_view name) const {
   if (middle == name.npos) return false;
   const auto found = interfaces.find(Nerit::IntfId{Rok::String(name.substr(0, middle))});
   const auto isSame = [&](const DeviceQueue& queue) {
-    return name.substr(middle + 1) == modelText(queue.queue);
+    return name.substr(middle + 1) == modelText(queue.queue) && queue.isMade();
   };
   return found != interfaces.end() &&
          std::any_of(found->second.begin(), found->second.end(), isSame);

@@ -27,6 +27,9 @@ struct DeviceQueue {
 
   Tokens place() const { return queuePlace(interface, queue); }
   Tokens comment() const { return {"comments", std::string(commentKey)}; }
+  // Whether the model has it. A comment that names a profile keeps a queue from being made of its ECN
+  // settings, also of none, and one that names a policy from being made of the others.
+  bool isMade() const;
 };
 
 // A QoS profile that stands for a scheduler policy.

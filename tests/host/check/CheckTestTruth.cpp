@@ -1,0 +1,37 @@
+// Findings that random documents showed to be false, or missing.
+#include "tests/support/HostFindings.h"
+
+namespace host::findingsTest {
+namespace {
+
+using support::findings;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::StartsWith;
+
+TEST(TruthOfFindings, AQueueThatIsKeptFromBeingMadeDoesNotResolve) {
+  const auto found = findings(
+      R"({"interfaces": {"Et1": {"tx-queues": {"uc-3": {}}}}, "qos-profiles": {"__YANG_SP_[p]":
+      {}}, "comments": {"if-Et1-uc-txq-3":
+      "{\"MetaData-OpenConfig\":{\"queue-management-profile\":{\"name\":\"q\"}}}",
+      "qos-profile-__YANG_SP_[p]":
+      "{\"MetaData-OpenConfig\":{\"1\":{\"inputs\":{\"i\":{\"queue\":\"Et1-unicast-3\"}}}}}"}})");
+  EXPECT_THAT(
+      found,
+      Contains(
+          "unresolved /comments/qos-profile-__YANG_SP_[p]: there is no queue \"Et1-unicast-3\", "
+          "and an input of its schedulers names it; add it to queue-names"));
+}
+
+TEST(TruthOfFindings, AConfiguredQueueIsMadeBesideItsProfile) {
+  const auto found = findings(
+      R"({"interfaces": {"Et1": {"tx-queues": {"uc-3": {"bandwidth": 40}}}}, "qos-profiles":
+      {"__YANG_SP_[p]": {}}, "comments": {"if-Et1-uc-txq-3":
+      "{\"MetaData-OpenConfig\":{\"queue-management-profile\":{\"name\":\"q\"}}}",
+      "qos-profile-__YANG_SP_[p]":
+      "{\"MetaData-OpenConfig\":{\"1\":{\"inputs\":{\"i\":{\"queue\":\"Et1-unicast-3\"}}}}}"}})");
+  EXPECT_THAT(found, ElementsAre(StartsWith("missing /comments/if-Et1-uc-txq-3")));
+}
+
+}  // namespace
+}  // namespace host::findingsTest
