@@ -7,6 +7,7 @@
 #include "host/Nearest.h"
 #include "host/check/Rule.h"
 #include "host/check/Rules.h"
+#include "host/openconfig/LeafTable.h"
 
 namespace host {
 namespace {
@@ -58,7 +59,7 @@ class BindingRules : Rule {
   }
 
   void judgeClassifier(std::string_view name, const Tokens& place) {
-    if (name.empty()) return;
+    if (name.empty() || !isYangString(name)) return;  // what is left out refers to nothing
     const Classification& all = device().classification;
     const auto found = all.find(name);
     if (found != all.end() && found->second.isMade()) return;

@@ -120,6 +120,8 @@ class NameRules : Rule {
       if (ipv4.empty() && ipv6.empty()) {
         form(place, i->key().pmapName, "service policy", policyMapForm);
       } else {
+        text(place, ipv4, "binding of the classifier");
+        text(place, ipv6, "binding of the classifier");
         judgeBound(*i->value(), below(place, "interfaces"));
       }
     }

@@ -33,5 +33,16 @@ TEST(TruthOfFindings, AConfiguredQueueIsMadeBesideItsProfile) {
   EXPECT_THAT(found, ElementsAre(StartsWith("missing /comments/if-Et1-uc-txq-3")));
 }
 
+TEST(TruthOfFindings, TheBindingOfAClassifierThatNoLeafHoldsIsLeftOutAndRefersToNothing) {
+  const auto found = findings(
+      R"({"service-policies": {"0:__yang_[IPV4__c\u0001]": {}}, "policy-maps": {"qos":
+      {"__yang_[IPV4__c\u0001]": {}}}})");
+  EXPECT_THAT(found,
+              ElementsAre(StartsWith("left-out /policy-maps/"),
+                          "left-out /service-policies/0:__yang_[IPV4__c\\u0001]: \"c\\u0001\" has "
+                          "characters that no OpenConfig string holds, and the binding of the "
+                          "classifier is left out; use another name"));
+}
+
 }  // namespace
 }  // namespace host::findingsTest
