@@ -82,7 +82,9 @@ class Gathering {
   void named(const Rok::String& name, ClassifierType type, const Tokens& place) {
     ClassifierObjects& classifier = all_[std::string(name)];
     classifier.later.push_back({type, place});
-    classifier.policyMaps.push_back(place);
+    // One name can stand for both families.
+    const bool isKnown = !classifier.policyMaps.empty() && classifier.policyMaps.back() == place;
+    if (!isKnown) classifier.policyMaps.push_back(place);
   }
   void classes(const Qos::PolicyMapConfig& map, const Tokens& place, const Rok::String& ipv4,
                std::size_t number) {

@@ -7,6 +7,7 @@ namespace {
 using support::findings;
 using testing::Contains;
 using testing::ElementsAre;
+using testing::Not;
 using testing::StartsWith;
 
 TEST(TruthOfFindings, AQueueThatIsKeptFromBeingMadeDoesNotResolve) {
@@ -42,6 +43,11 @@ TEST(TruthOfFindings, TheBindingOfAClassifierThatNoLeafHoldsIsLeftOutAndRefersTo
                           "left-out /service-policies/0:__yang_[IPV4__c\\u0001]: \"c\\u0001\" has "
                           "characters that no OpenConfig string holds, and the binding of the "
                           "classifier is left out; use another name"));
+}
+
+TEST(TruthOfFindings, APolicyMapWithOneClassifierForBothFamiliesHasNoOther) {
+  const auto found = findings(R"({"policy-maps": {"qos": {"__yang_[IPV4__a][IPV6__a]": {}}}})");
+  EXPECT_THAT(found, Not(Contains(StartsWith("shadowed"))));
 }
 
 }  // namespace
