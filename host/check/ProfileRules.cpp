@@ -3,6 +3,7 @@
 #include "host/Nearest.h"
 #include "host/check/Rule.h"
 #include "host/check/Rules.h"
+#include "host/openconfig/LeafTable.h"
 
 namespace host {
 namespace {
@@ -115,12 +116,14 @@ class ProfileRules : Rule {
                ", so the scheduler policy has no schedulers; add it");
     }
     for (const auto& [sequence, scheduler] : policy.info.schedulers()) {
-      for (const auto& [id, input] : scheduler.inputs()) judgeInput(input.q(), policy.comment());
+      for (const auto& [id, input] : scheduler.inputs()) {
+        if (isYangString(id)) judgeInput(input.q(), policy.comment());
+      }
     }
   }
 
   void judgeInput(std::string_view queue, const Tokens& comment) {
-    if (queue.empty() || device().isQueue(queue)) return;
+    if (queue.empty() || !isYangString(queue) || device().isQueue(queue)) return;
     std::vector<std::string_view> names;
     for (const auto& [id, name] : device().queueNames) names.push_back(name);
     find("unresolved", comment,

@@ -4,6 +4,7 @@
 #include "host/Nearest.h"
 #include "host/check/Rule.h"
 #include "host/check/Rules.h"
+#include "host/openconfig/LeafTable.h"
 
 namespace host {
 namespace {
@@ -48,7 +49,7 @@ class QueueRules : Rule {
   void judgePair(const DeviceQueue& queue, const DeviceQueue& other) {
     if (queue.profile.empty() || other.profile.empty() || queue.profile == other.profile) return;
     const auto name = device().queueNames.find(queue.queue.id.value);
-    if (name == device().queueNames.end()) return;
+    if (name == device().queueNames.end() || name->second.empty()) return;
     const std::set<std::string> profiles{queue.profile, other.profile};
     find("order", queue.comment(),
          queueText(queue.queue) + " and " + queueText(other.queue) + " share the queue " +
@@ -58,7 +59,9 @@ class QueueRules : Rule {
   }
 
   void judgeReferences(const DeviceQueue& queue) {
-    if (!queue.policy.empty() && !device().policies.contains(queue.policy)) {
+    // What is left out refers to nothing.
+    const bool isHeld = isYangString(queue.policy);
+    if (!queue.policy.empty() && isHeld && !device().policies.contains(queue.policy)) {
       const std::string profile = "__YANG_SP_[" + queue.policy + ']';
       find("unresolved", queue.comment(),
            "there is no scheduler policy " + quoted(queue.policy) +
@@ -66,12 +69,14 @@ class QueueRules : Rule {
                quoted(profile));
     }
     if (queue.profile.empty()) return;
-    if (!device().queueNames.contains(queue.queue.id.value)) {
+    const auto name = device().queueNames.find(queue.queue.id.value);
+    if (name == device().queueNames.end() || name->second.empty()) {
       return find("missing", queue.comment(),
                   "tx queue " + std::to_string(queue.queue.id.value) +
                       " has no name, so its queue-management profile is not attached; add a name "
                       "to queue-names");
     }
+    if (!isYangString(queue.profile) || !isYangString(name->second)) return;
     if (device().profiles.contains(queue.profile)) return;
     find("unresolved", queue.comment(),
          "there is no queue-management profile " + quoted(queue.profile) +

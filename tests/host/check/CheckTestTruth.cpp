@@ -50,5 +50,31 @@ TEST(TruthOfFindings, APolicyMapWithOneClassifierForBothFamiliesHasNoOther) {
   EXPECT_THAT(found, Not(Contains(StartsWith("shadowed"))));
 }
 
+TEST(TruthOfFindings, AnAttachmentThatIsLeftOutRefersToNothing) {
+  const auto found = findings(
+      R"({"interfaces": {"Et1": {"tx-queues": {"uc-3": {}}}}, "queue-names": {"n\u0001": 3},
+      "comments": {"if-Et1-uc-txq-3":
+      "{\"MetaData-OpenConfig\":{\"queue-management-profile\":{\"name\":\"q\"}}}"}})");
+  EXPECT_THAT(found, ElementsAre(StartsWith("left-out /queue-names/")));
+}
+
+TEST(TruthOfFindings, ATxQueueWithTheEmptyNameHasNone) {
+  const auto found = findings(
+      R"({"interfaces": {"Et1": {"tx-queues": {"uc-3": {}}}}, "queue-names": {"": 3},
+      "comments": {"if-Et1-uc-txq-3":
+      "{\"MetaData-OpenConfig\":{\"queue-management-profile\":{\"name\":\"q\"}}}"}})");
+  EXPECT_THAT(found,
+              ElementsAre("missing /comments/if-Et1-uc-txq-3: tx queue 3 has no name, so its "
+                          "queue-management profile is not attached; add a name to queue-names",
+                          StartsWith("left-out /queue-names/")));
+}
+
+TEST(TruthOfFindings, AnInputThatIsLeftOutRefersToNothing) {
+  const auto found = findings(
+      R"({"qos-profiles": {"__YANG_SP_[p]": {}}, "comments": {"qos-profile-__YANG_SP_[p]":
+      "{\"MetaData-OpenConfig\":{\"1\":{\"inputs\":{\"k\\u0001\":{\"queue\":\"V\"}}}}}"}})");
+  EXPECT_THAT(found, ElementsAre(StartsWith("left-out /comments/qos-profile-__YANG_SP_[p]")));
+}
+
 }  // namespace
 }  // namespace host::findingsTest
