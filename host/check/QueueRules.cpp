@@ -88,6 +88,7 @@ class QueueRules : Rule {
   // What a comment speaks for was made from what it names, and is not lost.
   void judgeSettings(const DeviceQueue& queue) {
     const Qos::TxQueueConfig& config = *queue.config;
+    if (queue.policy.empty()) judgePriority(config.priority(), below(queue.place(), "priority"));
     if (queue.policy.empty() && config.shape() != 0) {
       find("untranslated", below(queue.place(), "shape"),
            "a shaping rate is not translated, and no scheduler policy speaks for the queue; "
@@ -102,6 +103,12 @@ class QueueRules : Rule {
                shownPointer(queue.comment()));
     }
     if (config.ecnConfig()) judgeThresholds(*config.ecnConfig(), below(queue.place(), "ecn"));
+  }
+  void judgePriority(Qos::TxQueuePriority priority, const Tokens& place) {
+    if (priority == Qos::strictPriority || priority == Qos::priorityNotConfigured) return;
+    find("untranslated", place,
+         "of priorities only strict is translated, and this is " +
+             std::to_string(static_cast<unsigned>(priority)) + "; write strict, or leave it out");
   }
 };
 

@@ -7,6 +7,7 @@ namespace {
 using support::findings;
 using testing::Contains;
 using testing::ElementsAre;
+using testing::IsEmpty;
 using testing::Not;
 using testing::StartsWith;
 
@@ -67,6 +68,23 @@ TEST(TruthOfFindings, ATxQueueWithTheEmptyNameHasNone) {
               ElementsAre("missing /comments/if-Et1-uc-txq-3: tx queue 3 has no name, so its "
                           "queue-management profile is not attached; add a name to queue-names",
                           StartsWith("left-out /queue-names/")));
+}
+
+TEST(TruthOfFindings, APriorityThatIsNotStrictIsNotTranslated) {
+  const auto found =
+      findings(R"({"interfaces": {"Et1": {"tx-queues": {"uc-3": {"priority": 7}}}}})");
+  EXPECT_THAT(found, ElementsAre("untranslated /interfaces/Et1/tx-queues/uc-3/priority: of "
+                                 "priorities only strict is translated, and this is 7; write "
+                                 "strict, or leave it out"));
+}
+
+TEST(TruthOfFindings, APriorityForWhichAPolicySpeaksIsNotLost) {
+  const auto found = findings(
+      R"({"interfaces": {"Et1": {"tx-queues": {"uc-3": {"priority": 7}}}}, "qos-profiles":
+      {"__YANG_SP_[p]": {}}, "comments": {"qos-profile-__YANG_SP_[p]": "none",
+      "if-Et1-uc-txq-3":
+      "{\"MetaData-OpenConfig\":{\"scheduler-policy\":{\"name\":\"p\"}}}"}})");
+  EXPECT_THAT(found, IsEmpty());
 }
 
 TEST(TruthOfFindings, AnInputThatIsLeftOutRefersToNothing) {
