@@ -103,6 +103,26 @@ class ClassifierRules : Rule {
     }
   }
 
+  // Each policy map writes the actions of its classes, and blanks those of its classifiers' other
+  // terms. A policy map that has the classifier has a finding of its own when another one comes last.
+  void judgeActions(const ClassifierObjects& classifier, const TermObjects& term) {
+    const auto& owners = classifier.policyMaps;
+    const auto isOwner = [&](std::string_view policyMap) {
+      return std::any_of(owners.begin(), owners.end(),
+                         [&](const Tokens& owner) { return owner.back() == policyMap; });
+    };
+    std::string_view last = owners.empty() ? std::string_view() : owners.back().back();
+    for (const TermClass& one : term.classes) last = std::max<std::string_view>(last, one.place[2]);
+    for (const TermClass& one : term.classes) {
+      const std::string& policyMap = one.place[2];
+      if (!one.hasTarget || policyMap == last || (isOwner(last) && isOwner(policyMap))) continue;
+      find("shadowed", one.place,
+           "the policy map " + quoted(last) +
+               " comes behind this one in name order and decides on the action of the term; "
+               "let one policy map have it");
+    }
+  }
+
   // ===== Terms
 
   void judgeTerm(std::string_view name, const ClassifierObjects& classifier, std::string_view id,
@@ -114,6 +134,7 @@ class ClassifierRules : Rule {
            "has no match statement, and nothing else makes the term " + quoted(id) +
                "; add a match statement");
     }
+    judgeActions(classifier, term);
     for (const auto& acl : term.acls) {
       if (acl && acl->aclSubConfig()) judgeRules(*acl);
     }

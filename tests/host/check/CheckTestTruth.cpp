@@ -87,6 +87,18 @@ TEST(TruthOfFindings, APriorityForWhichAPolicySpeaksIsNotLost) {
   EXPECT_THAT(found, IsEmpty());
 }
 
+TEST(TruthOfFindings, AClassOfALaterPolicyMapDecidesOnTheAction) {
+  const auto found = findings(
+      R"({"policy-maps": {"qos": {"__yang_[IPV4__a]": {"classes": {"__yang_[a]_[t]": {"actions":
+      {"set-traffic-class": 5}}}}, "__yang_[IPV4__b]": {"classes": {"__yang_[a]_[t]": {}}}}},
+      "forwarding-groups": {"g": 5}, "tc-to-tx-queue": {"5": 3}, "queue-names": {"V": 3}})");
+  EXPECT_THAT(found,
+              Contains("shadowed "
+                       "/policy-maps/qos/__yang_[IPV4__a]/classes/__yang_[a]_[t]: the policy "
+                       "map \"__yang_[IPV4__b]\" comes behind this one in name order and "
+                       "decides on the action of the term; let one policy map have it"));
+}
+
 TEST(TruthOfFindings, AnInputThatIsLeftOutRefersToNothing) {
   const auto found = findings(
       R"({"qos-profiles": {"__YANG_SP_[p]": {}}, "comments": {"qos-profile-__YANG_SP_[p]":
