@@ -85,9 +85,10 @@ class ProfileRules : Rule {
     if (!queue.ecnConfig() || !queue.wredConfig()) return;
     const auto& ecn = *queue.ecnConfig();
     const auto& wred = *queue.wredConfig();
-    const bool isSame = ecn.minThreshold() == wred.minThreshold() &&
-                        ecn.maxThreshold() == wred.maxThreshold() &&
-                        ecn.maxDropPercent() == wred.maxDropPercent();
+    const bool isSame =
+        ecn.minThreshold() == wred.minThreshold() && ecn.maxThreshold() == wred.maxThreshold() &&
+        ecn.thresholdUnit() == wred.thresholdUnit() &&
+        ecn.maxDropPercent() == wred.maxDropPercent() && ecn.weight() == wred.weight();
     if (isSame) return;
     find("untranslated", below(place, "wred"),
          "the profile gets the thresholds and the percentage of ECN, and these are lost; "

@@ -99,6 +99,15 @@ TEST(TruthOfFindings, AClassOfALaterPolicyMapDecidesOnTheAction) {
                        "decides on the action of the term; let one policy map have it"));
 }
 
+TEST(TruthOfFindings, TheUnitAndTheWeightOfWredAreLostBesideEcn) {
+  const auto found = findings(
+      R"({"qos-profiles": {"__YANG_QMP_[q]": {"tx-queues": {"uc-0": {"ecn": {"max-drop-percent": 3},
+      "wred": {"max-drop-percent": 3, "threshold-unit": 1}}}}}})");
+  EXPECT_THAT(
+      found,
+      ElementsAre(StartsWith("untranslated /qos-profiles/__YANG_QMP_[q]/tx-queues/uc-0/wred: ")));
+}
+
 TEST(TruthOfFindings, AnInputThatIsLeftOutRefersToNothing) {
   const auto found = findings(
       R"({"qos-profiles": {"__YANG_SP_[p]": {}}, "comments": {"qos-profile-__YANG_SP_[p]":
