@@ -1,4 +1,5 @@
 // Forwarding groups, the names of queues, and the PFC watchdog.
+#include <algorithm>
 #include <map>
 
 #include "host/check/Rule.h"
@@ -27,7 +28,7 @@ class GroupRules : Rule {
          native().qosConfig->queueNameToTxQueueIdMap()->queueNameToTxQueueId()) {
       const std::string text(std::string_view(name.name));
       const Tokens place{"queue-names", text};
-      if (id.value == noQueue) {
+      if (id.value == noQueue && !isOfInterface(noQueue)) {
         find("missing", place,
              "16 stands for no queue, so nothing uses the name; write another id");
         continue;
@@ -39,6 +40,16 @@ class GroupRules : Rule {
                ", too, and the last name in order takes its place; keep one name");
       other->second = text;
     }
+  }
+
+  // Whether an interface has a tx queue of that id, which then uses the name, also that of no queue.
+  bool isOfInterface(unsigned id) const {
+    const auto isOfId = [id](const DeviceQueue& queue) { return queue.queue.id.value == id; };
+    return std::any_of(device().interfaces.begin(), device().interfaces.end(),
+                       [&](const auto& interface) {
+                         const auto& queues = interface.second;
+                         return std::any_of(queues.begin(), queues.end(), isOfId);
+                       });
   }
 
   void judgeGroups() {

@@ -115,5 +115,11 @@ TEST(TruthOfFindings, AnInputThatIsLeftOutRefersToNothing) {
   EXPECT_THAT(found, ElementsAre(StartsWith("left-out /comments/qos-profile-__YANG_SP_[p]")));
 }
 
+TEST(TruthOfFindings, ATxQueueOfTheIdOfNoneUsesItsName) {
+  const auto found = findings(
+      R"({"interfaces": {"Et1": {"tx-queues": {"uc-16": {}}}}, "queue-names": {"V": 16}})");
+  EXPECT_THAT(found, IsEmpty());
+}
+
 }  // namespace
 }  // namespace host::findingsTest
