@@ -28,7 +28,9 @@ class QueueRules : Rule {
   // The last tx queue that is met decides for its interface, also one that names no policy.
   void judgePolicies(const std::vector<DeviceQueue>& queues) {
     std::set<std::string> names;
-    for (const DeviceQueue& queue : queues) names.insert(queue.policy);
+    for (const DeviceQueue& queue : queues) {
+      names.insert(isYangString(queue.policy) ? queue.policy : "");  // left out is none
+    }
     if (names.size() < 2) return;
     const Tokens place = queues.front().place();
     find("order", {place[0], place[1]},

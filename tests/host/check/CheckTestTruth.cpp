@@ -121,5 +121,13 @@ TEST(TruthOfFindings, ATxQueueOfTheIdOfNoneUsesItsName) {
   EXPECT_THAT(found, IsEmpty());
 }
 
+TEST(TruthOfFindings, APolicyThatIsLeftOutIsNone) {
+  const auto found = findings(
+      R"({"interfaces": {"Et1": {"tx-queues": {"uc-3": {}, "uc-4": {}}}}, "comments":
+      {"if-Et1-uc-txq-3":
+      "{\"MetaData-OpenConfig\":{\"scheduler-policy\":{\"name\":\"c\\u0001\"}}}"}})");
+  EXPECT_THAT(found, ElementsAre(StartsWith("left-out /comments/if-Et1-uc-txq-3")));
+}
+
 }  // namespace
 }  // namespace host::findingsTest
