@@ -13,6 +13,8 @@ set(sources
   Facts.cpp
   Follower.cpp
   Reproducer.cpp
+  check/Document.cpp
+  check/Translation.cpp
   exclusions/Attachments.cpp
   exclusions/Bindings.cpp
   exclusions/Classifiers.cpp
