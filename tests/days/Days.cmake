@@ -14,6 +14,7 @@ set(sources
   Follower.cpp
   Reproducer.cpp
   check/Document.cpp
+  check/Grammar.cpp
   check/Translation.cpp
   exclusions/Attachments.cpp
   exclusions/Bindings.cpp
