@@ -13,6 +13,8 @@ set(sources
   Facts.cpp
   Follower.cpp
   Reproducer.cpp
+  check/Case.cpp
+  check/Claims.cpp
   check/Document.cpp
   check/Grammar.cpp
   check/Translation.cpp
