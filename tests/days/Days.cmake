@@ -16,6 +16,8 @@ set(sources
   check/Case.cpp
   check/Claims.cpp
   check/Document.cpp
+  check/Effects.cpp
+  check/Exemptions.cpp
   check/Grammar.cpp
   check/Translation.cpp
   exclusions/Attachments.cpp
