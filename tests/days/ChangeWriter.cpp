@@ -75,6 +75,14 @@ const Texts profileComments{
     R"({"MetaData-OpenConfig":{"3":{"inputs":{"in-a":{}}},"4":{"one-rate-two-color":{"cir-pct":101},"inputs":{"in-a":{}}}}})",
 };
 
+const Texts badComments{
+    R"({"MetaData-OpenConfig":7})",
+    R"({"MetaData-OpenConfig":{"scheduler-policy":[]}})",
+    R"({"MetaData-OpenConfig":{"scheduler-policy":{"name":"sp-a"},"queue-management-profile":{"name":7}}})",
+    R"({"MetaData-OpenConfig":{"1":{"inputs":7}}})",
+    R"({"MetaData-OpenConfig":{"1":{"one-rate-two-color":{"cir-pct":"40"}}}})",
+};
+
 // ===== The writer
 
 std::string text(std::string_view plain) {
@@ -85,8 +93,8 @@ std::string text(std::string_view plain) {
 
 class ChangeWriter {
  public:
-  ChangeWriter(const Step& step, Focus focus, const host::Native& native)
-      : choose_(step), focus_(focus), native_(native) {}
+  ChangeWriter(const Step& step, Focus focus, const host::Native& native, Values values)
+      : choose_(step), focus_(focus), native_(native), isSpoiled_(values == Values::spoiled) {}
 
   std::string line() {
     const std::size_t operations = 1 + (choose_.oneIn(8) ? 1 + choose_.below(2) : 0);
@@ -109,6 +117,9 @@ class ChangeWriter {
     if (!value.empty()) line_ += R"(,"value":)" + value;
     line_ += '}';
   }
+
+  // Whether a value is written that a root raises over: one in so many times, or often.
+  bool isBad(std::size_t n) { return choose_.oneIn(isSpoiled_ ? 5 : n); }
 
   // ===== What is there
 
@@ -318,7 +329,7 @@ class ChangeWriter {
 
   void servicePolicy() {
     const Tokens all{"service-policies"};
-    const std::string tag = choose_.oneIn(24) ? "2:" : "1:";
+    const std::string tag = isBad(24) ? "2:" : "1:";
     const Tokens policy = below(all, entry(all, tag + policyName()));
     const Tokens bound = below(policy, "interfaces");
     const std::string interface = text(choose_.of(interfaces));
@@ -341,7 +352,7 @@ class ChangeWriter {
   std::string bandwidth() {
     static const Texts all{"40", "0", "100", "101"};
     static const Texts beyond{"102", "255"};
-    return choose_.oneIn(40) ? choose_.of(beyond) : choose_.of(all);
+    return isBad(40) ? choose_.of(beyond) : choose_.of(all);
   }
   std::string priority() {
     static const Texts all{R"("strict")", R"("unset")", "1"};
@@ -350,11 +361,11 @@ class ChangeWriter {
   std::string dropPercent() {
     static const Texts all{"30", "100", "0"};
     static const Texts beyond{"101", "255"};
-    return choose_.oneIn(40) ? choose_.of(beyond) : choose_.of(all);
+    return isBad(40) ? choose_.of(beyond) : choose_.of(all);
   }
   std::string threshold() {
     static const Texts all{"10", "4294967294", "0"};
-    return choose_.oneIn(40) ? "4294967295" : choose_.of(all);
+    return isBad(40) ? "4294967295" : choose_.of(all);
   }
   std::string congestion() {
     const Texts parts{threshold(), threshold(), dropPercent()};
@@ -470,6 +481,8 @@ class ChangeWriter {
       case 3:
       case 4: {
         const std::string key = "qos-profile-" + choose_.of(profiles);
+        if (isSpoiled_ && choose_.oneIn(4))
+          return put(below(all, key), text(choose_.of(badComments)));
         return put(below(all, key), text(choose_.oneIn(5) ? choose_.of(foreignComments)
                                                           : choose_.of(profileComments)));
       }
@@ -478,6 +491,8 @@ class ChangeWriter {
             shortNames[choose_.oneIn(3) ? choose_.below(shortNames.size()) : choose_.below(2)];
         const std::string queue = queueOf();
         const std::string key = "if-" + name + '-' + queue.substr(0, 2) + "-txq-" + queue.substr(3);
+        if (isSpoiled_ && choose_.oneIn(4))
+          return put(below(all, key), text(choose_.of(badComments)));
         return put(below(all, key),
                    text(choose_.oneIn(4) ? choose_.of(foreignComments) : choose_.of(attachments)));
       }
@@ -500,7 +515,7 @@ class ChangeWriter {
     if (choose_.oneIn(5)) return remove(below(all, existing(all, groups[0])));
     static const Texts classes{"1", "2", "5", "16"};
     const Texts parts{choose_.oneIn(4) ? choose_.of(groups) : groups[choose_.below(3)],
-                      choose_.oneIn(60) ? "17" : choose_.of(classes)};
+                      isBad(60) ? "17" : choose_.of(classes)};
     put(below(all, parts[0]), parts[1]);
   }
   void tcToTxQueue() {
@@ -537,6 +552,7 @@ class ChangeWriter {
   Choices choose_;
   const Focus focus_;
   const host::Native& native_;
+  const bool isSpoiled_;
   std::string line_;
   std::vector<Write> changed_;  // the sections
 };
@@ -555,8 +571,8 @@ std::vector<std::string> closingLines(const Step& step) {
   return lines;
 }
 
-std::string changeLine(const Step& step, Focus focus, const host::Native& native) {
-  return ChangeWriter(step, focus, native).line();
+std::string changeLine(const Step& step, Focus focus, const host::Native& native, Values values) {
+  return ChangeWriter(step, focus, native, values).line();
 }
 
 }  // namespace days

@@ -40,7 +40,9 @@ class Day {
  public:
   // The findings of a day up to the first step that has any. `otherOrder` is the order in which the
   // other device walks its hash collections.
-  static std::vector<Finding> of(const Script& script, std::uint32_t otherOrder, Tally& tally);
+  // With `returns`, roots that were left out come back.
+  static std::vector<Finding> of(const Script& script, std::uint32_t otherOrder, Tally& tally,
+                                 Device::LeftOut leftOut = Device::LeftOut::stays);
 
  private:
   // What was different at a place, and the exclusion that explained it.
@@ -50,12 +52,14 @@ class Day {
   };
   using Excused = std::map<host::Tokens, Excuse>;
 
-  Day(std::string_view document, std::uint32_t otherOrder, Tally& tally);
+  Day(std::string_view document, std::uint32_t otherOrder, Tally& tally, Device::LeftOut leftOut);
 
   // Applies a line to both devices and checks them.
   void line(std::string_view text);
   // A refused line changes nothing.
   void checkRefused(const Snapshot& before);
+  // One that is refused for a bad comment would end the process.
+  void checkBadComment(std::string_view text);
   // The state that is saved of the device is read back as the same, and its native document doesn't
   // depend on the walk order.
   void checkSaved();
@@ -79,7 +83,8 @@ class Day {
   std::vector<Finding> findings_;
 };
 
-// The document and lines of a plan. No line is checked.
-Script scriptOf(const Plan& plan);
+// The document and lines of a plan. No line is checked. The lines of a day that is spoiled, and its
+// document, hold what roots raise over, and comments that end a process.
+Script scriptOf(const Plan& plan, Values values = Values::mostlyGood);
 
 }  // namespace days

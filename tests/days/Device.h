@@ -2,11 +2,13 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "host/Changes.h"
+#include "host/KeptRoots.h"
 #include "host/Model.h"
 #include "host/Native.h"
 #include "host/Value.h"
@@ -28,8 +30,10 @@ struct Life {
 
 class Device {
  public:
+  using LeftOut = host::KeptRoots::LeftOut;
+
   // Reads the document and builds the roots.
-  Device(std::string_view document, std::uint32_t orderSeed);
+  Device(std::string_view document, std::uint32_t orderSeed, LeftOut leftOut = LeftOut::stays);
   Device(const Device&) = delete;
   Device& operator=(const Device&) = delete;
 
@@ -41,19 +45,24 @@ class Device {
   host::Value document() const;
   Snapshot output() const { return Snapshot(model_); }
   const host::Model& model() const { return model_; }
-  // What the roots raised at the start.
-  const Reports& startReports() const { return life_.reports; }
+  // What the roots that are out raised last.
+  Reports leftOut() const;
   // Of the last line.
   const Reports& reports() const { return reports_; }
+  // Whether the line would end the process if it weren't refused: a process of its own applies it.
+  bool isEndedBy(std::string_view line);
 
  private:
+  void report(const std::string& report);
+
   const std::uint32_t orderSeed_;
   host::Native native_;
   host::Model model_;
-  Life life_;
   Reports reports_;
-  host::Changes changes_{native_,
-                         [this](const std::string& report) { reports_.push_back(report); }};
+  std::map<std::string, std::string> lastRaised_;  // by root
+  host::KeptRoots roots_;
+  host::Changes changes_{native_, roots_, host::Changes::BadComments::refused,
+                         [this](const std::string& text) { report(text); }};
 };
 
 // What a device comes to that is mounted from `document` and never changed.

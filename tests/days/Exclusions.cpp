@@ -35,7 +35,7 @@ bool Seen::isAt(std::initializer_list<std::string_view> form) const {
 bool Seen::hasRaised(std::string_view root) const {
   const std::string start = "root " + std::string(root) + ':';
   const auto isOfRoot = [&](const std::string& report) { return report.starts_with(start); };
-  const Reports& first = facts.startReports();
+  const Reports& first = facts.leftOut();
   return std::any_of(fresh.begin(), fresh.end(), isOfRoot) ||
          (check != Check::again && std::any_of(first.begin(), first.end(), isOfRoot));
 }

@@ -48,12 +48,17 @@ TEST_P(EachExclusion, ExplainsADayThatNothingElseExplains) {
   ASSERT_TRUE(std::filesystem::exists(file)) << file;
   const Script script = read(file);
   bool isNeeded = false;
+  using LeftOut = Device::LeftOut;
   for (const std::uint32_t order : orders) {
-    Tally all;
-    for (const Finding& finding : Day::of(script, order, all)) ADD_FAILURE() << finding.told();
-    Tally others;
-    others.without = GetParam();
-    isNeeded = isNeeded || !Day::of(script, order, others).empty();
+    for (const LeftOut leftOut : {LeftOut::stays, LeftOut::returns}) {
+      Tally all;
+      for (const Finding& finding : Day::of(script, order, all, leftOut)) {
+        ADD_FAILURE() << finding.told();
+      }
+      Tally others;
+      others.without = GetParam();
+      isNeeded = isNeeded || !Day::of(script, order, others, leftOut).empty();
+    }
   }
   EXPECT_TRUE(isNeeded) << "this row excludes nothing any more";
 }

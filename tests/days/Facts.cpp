@@ -30,14 +30,24 @@ bool isAtOrAbove(const Tokens& upper, const Tokens& lower) {
 
 }  // namespace
 
-Facts::Facts(host::Value document, Reports reports) {
+Facts::Facts(host::Value document, Reports leftOut) {
   documents_.push_back(std::move(document));
-  reports_.push_back(std::move(reports));
+  reports_.push_back(leftOut);
+  leftOut_.push_back(std::move(leftOut));
 }
 
-void Facts::stepIs(std::string_view line, host::Value document, Reports reports) {
+bool Facts::wasOut(std::string_view root) const {
+  const std::string start = "root " + std::string(root) + ':';
+  return std::ranges::any_of(leftOut_, [&](const Reports& reports) {
+    return std::ranges::any_of(
+        reports, [&](const std::string& report) { return report.starts_with(start); });
+  });
+}
+
+void Facts::stepIs(std::string_view line, host::Value document, Reports reports, Reports leftOut) {
   documents_.push_back(std::move(document));
   reports_.push_back(std::move(reports));
+  leftOut_.push_back(std::move(leftOut));
   const host::Patch patch(line);
   for (const auto& [kind, path] : patch.operations()) {
     events_.push_back({now(), kind, canonical(*host::pointerTokens(path))});

@@ -21,10 +21,10 @@ struct Event {
 // Step 0 is the document; each line is a step. All places are of the native document.
 class Facts {
  public:
-  // `reports` are what the roots raised at the start.
-  explicit Facts(host::Value document, Reports reports);
+  // `leftOut` are what the roots raised that are out.
+  explicit Facts(host::Value document, Reports leftOut);
   // A line that was applied, and what was raised then.
-  void stepIs(std::string_view line, host::Value document, Reports reports);
+  void stepIs(std::string_view line, host::Value document, Reports reports, Reports leftOut);
 
   std::size_t now() const { return documents_.size() - 1; }
   // What stands at a place now, or after a step; null when nothing does.
@@ -56,8 +56,10 @@ class Facts {
   bool everRaisedAbout(const host::Tokens& place) const;
   // The number of operations in the line of a step; none at the start.
   std::size_t operations(std::size_t step) const;
-  // What the roots raised at the start.
-  const Reports& startReports() const { return reports_[0]; }
+  // What the roots raised that are out.
+  const Reports& leftOut() const { return leftOut_.back(); }
+  // Whether a root was out after any step.
+  bool wasOut(std::string_view root) const;
 
  private:
   bool isHeard(const Event& event) const;
@@ -65,6 +67,7 @@ class Facts {
 
   std::vector<host::Value> documents_;
   std::vector<Reports> reports_;
+  std::vector<Reports> leftOut_;
   std::vector<Event> events_;
 };
 

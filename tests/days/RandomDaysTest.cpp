@@ -13,10 +13,18 @@
 
 namespace days {
 
-void showValue(const Plan& plan, std::ostream& out) {
-  const Script script = scriptOf(plan);
+// The plan of a day in which much is bad.
+struct SpoiledPlan {
+  Plan plan;
+};
+
+void show(const Script& script, std::ostream& out) {
   out << script.document << '\n';
   for (const std::string& line : script.lines) out << line << '\n';
+}
+void showValue(const Plan& plan, std::ostream& out) { show(scriptOf(plan), out); }
+void showValue(const SpoiledPlan& spoiled, std::ostream& out) {
+  show(scriptOf(spoiled.plan, Values::spoiled), out);
 }
 
 }  // namespace days
@@ -44,6 +52,14 @@ struct Arbitrary<days::Plan> {
         gen::set(&Plan::focus, focus), gen::set(&Plan::before, steps(14)),
         gen::set(&Plan::changes, steps(24)), gen::set(&Plan::order, byte(1)),
         gen::set(&Plan::closing, gen::resize(1, gen::container<std::vector<Step>>(step))));
+  }
+};
+
+template <>
+struct Arbitrary<days::SpoiledPlan> {
+  static Gen<days::SpoiledPlan> arbitrary() {
+    return gen::map(gen::arbitrary<days::Plan>(),
+                    [](days::Plan plan) { return days::SpoiledPlan{std::move(plan)}; });
   }
 };
 
@@ -94,6 +110,26 @@ TEST(RandomDays, EndInTheSameModelWhateverTheOrderAndHoweverOftenItRestarts) {
     progress.dayIs(script.lines.size());
     if (findings.empty()) return;
     writeReproducer(directory, script, findings, plan.order);
+    RC_FAIL(findings.front().told());
+  });
+  progress.table(tally);
+  EXPECT_TRUE(isRight) << "The smallest day that fails is in " << directory;
+}
+
+TEST(RandomDays, InWhichRootsReturnAndBadCommentsAreRefusedEndInThatModelToo) {
+  setenv("RC_PARAMS", "max_success=300 seed=20261122 max_size=24", 0);
+  const char* chosen = std::getenv("QOS_DAYS_DIRECTORY");
+  const std::string directory =
+      std::string(chosen != nullptr ? chosen : QOS_DAYS_DIRECTORY) + "/spoiled";
+  Progress progress;
+  Tally tally;
+  const bool isRight = rc::check("a spoiled day holds all checks", [&](const SpoiledPlan& spoiled) {
+    const Script script = scriptOf(spoiled.plan, Values::spoiled);
+    const std::vector<Finding> findings =
+        Day::of(script, spoiled.plan.order, tally, Device::LeftOut::returns);
+    progress.dayIs(script.lines.size());
+    if (findings.empty()) return;
+    writeReproducer(directory, script, findings, spoiled.plan.order);
     RC_FAIL(findings.front().told());
   });
   progress.table(tally);

@@ -16,6 +16,9 @@ using Step = std::array<std::uint8_t, 16>;
 enum class Focus : std::uint8_t { everything, classification, queues, profiles, ports, groups };
 constexpr std::size_t focuses = 6;
 
+// Whether values that roots raise over are rare or frequent.
+enum class Values : std::uint8_t { mostlyGood, spoiled };
+
 struct Plan {
   Focus focus = Focus::everything;
   std::vector<Step> before;  // these make the document that the day begins with

@@ -4,6 +4,7 @@
 
 #include "QosOpenConfig/QosOpenConfigClassifierKivToOCSm.h"
 #include "QosOpenConfig/QosOpenConfigHelper.h"
+#include "host/CommentFaults.h"
 
 namespace days {
 namespace {
@@ -59,9 +60,10 @@ bool TxQueue::isConfigured() const {
   return settings.at("priority").number() != 2 || settings.at("bandwidth").number() != 101;
 }
 
+// One that can't be read names nothing: it was there before its tx queue, which was refused.
 std::string TxQueue::comment(std::size_t step) const {
   const host::Value* text = facts_->find(step, commentPlace());
-  return text != nullptr ? std::string(text->text()) : "";
+  return text != nullptr && !host::attachmentFault(text->text()) ? std::string(text->text()) : "";
 }
 
 std::string TxQueue::policy(std::size_t step) const {

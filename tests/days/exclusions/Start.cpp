@@ -10,12 +10,38 @@ bool isInterface(const Seen& seen) {
   return seen.isAt({"interfaces", "*"}) || seen.isAt({"interfaces", "*", "output"});
 }
 
+// Whether a place is of the part of the model that a root writes, which was out and is back.
+bool isOfReturned(const Seen& seen) {
+  const auto isBack = [&](std::string_view root) {
+    return seen.facts.wasOut(root) && !seen.hasRaised(root);
+  };
+  const auto isBelow = [&](std::string_view part) {
+    return seen.isAt({"interfaces", "*", "output", part, "**"});
+  };
+  return (isBack("queue") && seen.isAt({"queues", "*", "**"}) &&
+          (seen.key(1).empty() || TxQueue::named(seen.facts, seen.key(1)))) ||
+         (isBack("forwarding-group") && seen.isAt({"forwarding-groups", "**"})) ||
+         (isBack("queue-management") &&
+          (isInterface(seen) || seen.isAt({"queue-management-profiles", "**"}) ||
+           isBelow("queues"))) ||
+         (isBack("scheduler-policy") &&
+          (isInterface(seen) || seen.isAt({"scheduler-policies", "**"}) ||
+           isBelow("scheduler-policy"))) ||
+         (isBack("interface-classifier") &&
+          (isInterface(seen) || seen.isAt({"interfaces", "*", "input", "**"})));
+}
+
 constexpr unsigned always = Check::order | Check::restart | Check::again | Check::rebuild;
 constexpr std::string_view reason =
     "A factory that raises leaves its root out: what it wrote until then, in the order of its "
     "walk, stands, and nothing follows the native side.";
 
 constexpr Exclusion startRows[] = {
+    {"what a root left that raised and is back", Check::order | Check::rebuild,
+     "What it had written when it raised, in the order of its walk, stayed while nothing followed "
+     "the "
+     "native side. It goes on from there, as a restart does.",
+     isOfReturned},
     {"bindings, when the root of interface classifiers raised", always, reason,
      [](const Seen& seen) {
        return seen.hasRaised("interface-classifier") &&
