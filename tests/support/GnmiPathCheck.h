@@ -20,8 +20,11 @@ namespace support {
 
 using GnmiElems = google::protobuf::RepeatedPtrField<gnmi::PathElem>;
 
+// Members of the augmenting module may be asked for without it.
 inline bool gnmiElemMatches(const gnmi::PathElem& asked, const gnmi::PathElem& elem) {
-  if (asked.name() != "*" && asked.name() != elem.name()) return false;
+  const std::string& name = asked.name();
+  const std::string bare = elem.name().substr(elem.name().find(':') + 1);
+  if (name != "*" && name != elem.name() && name != bare) return false;
   return std::all_of(asked.key().begin(), asked.key().end(), [&](const auto& key) {
     const auto own = elem.key().find(key.first);
     return own != elem.key().end() && (key.second == "*" || key.second == own->second);
@@ -32,6 +35,7 @@ inline bool gnmiElemMatches(const gnmi::PathElem& asked, const gnmi::PathElem& e
 inline bool gnmiMatches(const GnmiElems& asked, const GnmiElems& leaf, int i = 0, int k = 0) {
   if (i == asked.size()) return true;
   if (asked[i].name() == "...") {
+    if (!asked[i].key().empty()) return false;
     for (int from = k; from <= leaf.size(); ++from) {
       if (gnmiMatches(asked, leaf, i + 1, from)) return true;
     }
