@@ -20,7 +20,6 @@
 //   if (const RowSet rows = path.rows(kind, keys)) { ... }
 #pragma once
 
-#include <cstdint>
 #include <optional>
 #include <span>
 #include <string>
@@ -28,8 +27,7 @@
 #include <vector>
 
 #include "host/openconfig/NodeTree.h"
-#include "host/openconfig/RecordKind.h"
-#include "host/openconfig/View.h"
+#include "host/openconfig/RecordWalk.h"
 
 namespace gnmi {
 class Path;
@@ -37,8 +35,7 @@ class Path;
 
 namespace server {
 
-// Some of the rows that a view has of a kind: the bit of each is that of its number.
-using RowSet = std::uint64_t;
+using host::RowSet;
 
 // Whether a path asks for an entry of that key. Without a key: for all.
 using KeyAsked = std::optional<std::string>;

@@ -2,6 +2,7 @@
 // takes record after record, and some of them by their keys.
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <optional>
 #include <span>
@@ -11,6 +12,10 @@
 #include "host/openconfig/View.h"
 
 namespace host {
+
+// Some of the rows that a view has of a kind: the bit of each is that of its number.
+using RowSet = std::uint64_t;
+inline constexpr RowSet allRows = ~RowSet{0};
 
 struct RecordAt {
   const RecordKind& kind;
