@@ -195,6 +195,17 @@ class Resolution {
 
 // ===== From nodes to records
 
+// Whether an entry of the one kind holds what an entry of the other one is.
+bool isAtOrBelow(const host::RecordKind* kind, const host::RecordKind& top) {
+  while (kind != nullptr && kind != &top) kind = kind->parent;
+  return kind != nullptr;
+}
+
+bool areAsked(std::span<const KeyAsked> asked, std::span<const std::string_view> keys) {
+  return std::equal(asked.begin(), asked.end(), keys.begin(), keys.end(),
+                    [](const KeyAsked& a, std::string_view key) { return !a || *a == key; });
+}
+
 class Parts {
  public:
   explicit Parts(const host::View& view) : view_(view) {}
@@ -250,11 +261,7 @@ bool Path::Top::isOne() const {
   return std::all_of(keys.begin(), keys.end(), [](const KeyAsked& key) { return bool(key); });
 }
 
-bool Path::Part::takesIn(std::span<const std::string_view> of) const {
-  return std::equal(
-      keys.begin(), keys.end(), of.begin(), of.end(),
-      [](const KeyAsked& asked, std::string_view key) { return !asked || *asked == key; });
-}
+bool Path::Part::takesIn(std::span<const std::string_view> of) const { return areAsked(keys, of); }
 
 Path::Path(const Asked& asked, const host::View& view)
     : tops_(Resolution().resolve(elementsOf(asked))) {
@@ -274,6 +281,21 @@ RowSet Path::rows(const host::RecordKind& kind, std::span<const std::string_view
     if (part.kind == &kind && part.takesIn(keys)) rows |= part.rows;
   }
   return rows;
+}
+
+host::EntriesWanted Path::wanted(const host::RecordKind& kind,
+                                 std::span<const std::string_view> above) const {
+  using Which = host::EntriesWanted::Which;
+  host::EntriesWanted wanted;
+  for (const Part& part : parts_) {
+    if (!isAtOrBelow(part.kind, kind)) continue;
+    if (!areAsked(std::span(part.keys).first(above.size()), above)) continue;
+    const KeyAsked* key = kind.isList() ? &part.keys[above.size()] : nullptr;
+    if (key == nullptr || !*key) return {Which::all};
+    if (wanted.which == Which::one && wanted.key != **key) return {Which::all};
+    wanted = {Which::one, **key};
+  }
+  return wanted;
 }
 
 }  // namespace server

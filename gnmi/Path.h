@@ -16,8 +16,9 @@
 //
 // EXAMPLE
 //   const Path path({request.prefix(), request.path(0), "path[0]"}, view);
-//   for (const Path::Part& part : path.parts()) { ... part.kind, part.keys ... }
-//   if (const RowSet rows = path.rows(kind, keys)) { ... }
+//   eachRecord(
+//       model, view, [&](auto& kind, auto above) { return path.wanted(kind, above); },
+//       [&](const host::RecordAt& at) { send(at, path.rows(at.kind, at.keys)); });
 #pragma once
 
 #include <optional>
@@ -82,6 +83,9 @@ class Path {
   bool isOne() const { return tops_.size() == 1 && tops_.front().isOne(); }
   // What it takes in of a record.
   RowSet rows(const host::RecordKind& kind, std::span<const std::string_view> keys) const;
+  // Which entries of a kind it takes in or leads through, under the keys of the lists on the way.
+  host::EntriesWanted wanted(const host::RecordKind& kind,
+                             std::span<const std::string_view> above) const;
 
  private:
   std::vector<Top> tops_;

@@ -3,58 +3,52 @@
 namespace host {
 namespace {
 
-// The entries of a kind that the document holds, with `keys` being that of each during its call.
-template <class Act>
-void eachEntry(const RecordKind& kind, const void* holder, Keys& keys, const Act& act) {
-  kind.each(holder, [&](std::string_view key, std::string_view misfit, const void* entry) {
-    if (!misfit.empty()) return;
-    if (kind.isList()) keys.push_back(key);
-    act(entry);
-    if (kind.isList()) keys.pop_back();
-  });
-}
+using Which = EntriesWanted::Which;
 
-void walk(const View& view, const RecordKind& kind, const void* holder, Keys& keys,
-          const RecordVisit& visit) {
-  eachEntry(kind, holder, keys, [&](const void* entry) {
-    const void* record = kind.record(entry);
-    if (record == nullptr) return;
-    visit({kind, keys, record});
-    for (const RecordKind* child : view.children(kind)) walk(view, *child, entry, keys, visit);
-  });
-}
+class Walk {
+ public:
+  Walk(const View& view, const ChooseEntries& choose, const RecordVisit& visit)
+      : view_(view), choose_(choose), visit_(visit) {}
 
-// From the outermost kind on: `way` ends with the kind that is wanted.
-void walkTo(std::span<const RecordKind* const> way, const void* holder, WantedKeys wanted,
-            Keys& keys, const RecordVisit& visit) {
-  const RecordKind& kind = *way.front();
-  const auto go = [&](const void* entry) {
-    const void* record = kind.record(entry);
+  void entries(const RecordKind& kind, const void* holder) {
+    const EntriesWanted wanted = choose_ ? choose_(kind, keys_) : EntriesWanted{Which::all};
+    if (wanted.which == Which::none) return;
+    if (wanted.which == Which::one && kind.isList()) {
+      const void* found = kind.find(holder, wanted.key);
+      if (found != nullptr) entry(kind, wanted.key, found);
+      return;
+    }
+    kind.each(holder, [&](std::string_view key, std::string_view misfit, const void* found) {
+      if (misfit.empty()) entry(kind, key, found);
+    });
+  }
+
+ private:
+  void entry(const RecordKind& kind, std::string_view key, const void* found) {
+    const void* record = kind.record(found);
     if (record == nullptr) return;
-    if (way.size() == 1) return visit({kind, keys, record});
-    walkTo(way.subspan(1), entry, wanted.subspan(kind.isList() ? 1 : 0), keys, visit);
-  };
-  if (!kind.isList() || !wanted.front()) return eachEntry(kind, holder, keys, go);
-  const void* entry = kind.find(holder, *wanted.front());
-  if (entry == nullptr) return;
-  keys.push_back(*wanted.front());
-  go(entry);
-  keys.pop_back();
-}
+    if (kind.isList()) keys_.push_back(key);
+    visit_({kind, keys_, record});
+    for (const RecordKind* child : view_.children(kind)) entries(*child, found);
+    if (kind.isList()) keys_.pop_back();
+  }
+
+  const View& view_;
+  const ChooseEntries& choose_;
+  const RecordVisit& visit_;
+  Keys keys_;
+};
 
 }  // namespace
 
 void eachRecord(const Model& model, const View& view, const RecordVisit& visit) {
-  Keys keys;
-  for (const RecordKind* kind : view.outermost()) walk(view, *kind, &model, keys, visit);
+  eachRecord(model, view, nullptr, visit);
 }
 
-void eachRecordOf(const Model& model, const RecordKind& kind, WantedKeys wanted,
-                  const RecordVisit& visit) {
-  std::vector<const RecordKind*> way;
-  for (const RecordKind* on = &kind; on != nullptr; on = on->parent) way.insert(way.begin(), on);
-  Keys keys;
-  walkTo(way, &model, wanted, keys, visit);
+void eachRecord(const Model& model, const View& view, const ChooseEntries& choose,
+                const RecordVisit& visit) {
+  Walk walk(view, choose, visit);
+  for (const RecordKind* kind : view.outermost()) walk.entries(*kind, &model);
 }
 
 }  // namespace host

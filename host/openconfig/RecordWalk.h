@@ -4,9 +4,8 @@
 
 #include <cstdint>
 #include <functional>
-#include <optional>
 #include <span>
-#include <string>
+#include <string_view>
 
 #include "host/Model.h"
 #include "host/openconfig/View.h"
@@ -28,10 +27,17 @@ using RecordVisit = std::function<void(const RecordAt& at)>;
 // and all that it holds before the next entry.
 void eachRecord(const Model& model, const View& view, const RecordVisit& visit);
 
-// Which entries are wanted of the lists on the way to a kind, its own included: one, or all.
-using WantedKeys = std::span<const std::optional<std::string>>;
-// The same for the records of one kind under some keys. What a key names is looked up.
-void eachRecordOf(const Model& model, const RecordKind& kind, WantedKeys wanted,
-                  const RecordVisit& visit);
+// Which entries of a kind a walk goes into: none, the one of a key, or all.
+struct EntriesWanted {
+  enum class Which : unsigned char { none, one, all };
+  Which which = Which::none;
+  std::string_view key = {};
+};
+// Is asked for each kind below an entry: `above` are the keys of the lists on the way to that.
+using ChooseEntries =
+    std::function<EntriesWanted(const RecordKind& kind, std::span<const std::string_view> above)>;
+// The same for entries that are wanted. One that a key names is looked up.
+void eachRecord(const Model& model, const View& view, const ChooseEntries& choose,
+                const RecordVisit& visit);
 
 }  // namespace host

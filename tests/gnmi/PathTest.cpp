@@ -183,6 +183,24 @@ TEST(Paths, TakeInTheRecordsBelowAnEntry) {
   for (const Path::Part& part : policy.parts()) EXPECT_EQ(part.keys[0], "s");
 }
 
+TEST(Paths, LeadToRecordsByTheirKeys) {
+  using Which = host::EntriesWanted::Which;
+  const Path rate = resolved(
+      "/qos/scheduler-policies/scheduler-policy[name=s]/schedulers/scheduler[sequence=1]/"
+      "one-rate-two-color");
+  EXPECT_EQ(rate.wanted(host::kinds::queue, {}).which, Which::none);
+  EXPECT_EQ(rate.wanted(host::kinds::schedulerPolicy, {}).which, Which::one);
+  EXPECT_EQ(rate.wanted(host::kinds::schedulerPolicy, {}).key, "s");
+  const host::Keys policy{"s"};
+  EXPECT_EQ(rate.wanted(host::kinds::scheduler, policy).key, "1");
+  const host::Keys scheduler{"s", "1"};
+  EXPECT_EQ(rate.wanted(host::kinds::schedulerRate, scheduler).which, Which::all);
+  EXPECT_EQ(rate.wanted(host::kinds::schedulerInput, scheduler).which, Which::none);
+  const host::Keys other{"t"};
+  EXPECT_EQ(rate.wanted(host::kinds::scheduler, other).which, Which::none);
+  EXPECT_EQ(resolved("/qos/queues").wanted(host::kinds::queue, {}).which, Which::all);
+}
+
 // ===== Faults
 
 TEST(Paths, ThatTheTablesDoNotHaveAreUnimplemented) {

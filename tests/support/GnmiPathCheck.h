@@ -67,7 +67,8 @@ class GnmiPathCheck {
     whole.MergeFrom(path);
     try {
       const server::Path resolved({prefix, path, "path"}, view_);
-      return compare(resolved, whole.elem());
+      const std::string wrong = compare(resolved, whole.elem());
+      return wrong.empty() ? walked(resolved) : wrong;
     } catch (const server::Refused& refused) {
       const bool isServed = std::any_of(leaves_.begin(), leaves_.end(), [&](const Leaf& leaf) {
         return gnmiMatches(whole.elem(), leaf.path.elem());
@@ -134,6 +135,22 @@ class GnmiPathCheck {
       }
     }
     return {};
+  }
+
+  // A walk by keys comes to all records that a walk of the whole model finds wanted, and in its order.
+  std::string walked(const server::Path& path) const {
+    std::vector<const void*> expected;
+    std::vector<const void*> found;
+    const auto adding = [&path](std::vector<const void*>& to) {
+      return [&path, &to](const host::RecordAt& at) {
+        if (path.rows(at.kind, at.keys) != 0) to.push_back(at.record);
+      };
+    };
+    host::eachRecord(built_.model, view_, adding(expected));
+    host::eachRecord(
+        built_.model, view_, [&](const auto& kind, auto above) { return path.wanted(kind, above); },
+        adding(found));
+    return found == expected ? "" : "another walk";
   }
 
   HostModel built_ = hostFullModel();

@@ -16,11 +16,19 @@ std::string pathOf(const RecordAt& at) {
   return path;
 }
 
-std::vector<std::string> pathsOf(const Model& model, const RecordKind& kind,
-                                 std::initializer_list<std::optional<std::string>> wanted) {
+using Which = EntriesWanted::Which;
+
+// Of the records under some keys, each of which stands for all when it is "*".
+std::vector<std::string> pathsOf(const Model& model, std::initializer_list<std::string_view> keys) {
+  const std::vector<std::string_view> wanted(keys);
   std::vector<std::string> paths;
-  eachRecordOf(model, kind, std::span(wanted.begin(), wanted.size()),
-               [&](const RecordAt& at) { paths.push_back(pathOf(at)); });
+  const auto choose = [&](const RecordKind& kind, std::span<const std::string_view> above) {
+    if (!kind.isList()) return EntriesWanted{Which::all};
+    if (above.size() == wanted.size()) return EntriesWanted{};
+    const std::string_view key = wanted[above.size()];
+    return key == "*" ? EntriesWanted{Which::all} : EntriesWanted{Which::one, key};
+  };
+  eachRecord(model, View(), choose, [&](const RecordAt& at) { paths.push_back(pathOf(at)); });
   return paths;
 }
 
@@ -59,25 +67,24 @@ TEST(RecordWalks, GoToTheEntriesThatAreWanted) {
   const support::HostModel built = support::hostFullModel();
   const std::string policy = "/qos/scheduler-policies/scheduler-policy[name=s]";
   const std::string one = policy + "/schedulers/scheduler[sequence=1]";
-  using Of = Paths;
-  EXPECT_EQ(pathsOf(built.model, kinds::scheduler, {"s", "10"}),
-            Of{policy + "/schedulers/scheduler[sequence=10]"});
-  EXPECT_EQ(pathsOf(built.model, kinds::scheduler, {std::nullopt, "1"}), Of{one});
-  EXPECT_EQ(pathsOf(built.model, kinds::scheduler, {"s", std::nullopt}).size(), 2u);
-  EXPECT_EQ(pathsOf(built.model, kinds::schedulerRate, {"s", "1"}),
-            Of{one + "/one-rate-two-color"});
-  EXPECT_EQ(pathsOf(built.model, kinds::schedulerInput, {"s", "1", "i"}),
-            Of{one + "/inputs/input[id=i]"});
-  EXPECT_EQ(pathsOf(built.model, kinds::scheduler, {"t", "1"}), Of());
-  EXPECT_EQ(pathsOf(built.model, kinds::scheduler, {"s", "x"}), Of());
-  EXPECT_EQ(pathsOf(built.model, kinds::pfcWatchdog, {}).size(), 1u);
+  const std::string watchdog = "/qos/qosoc-augments:pfc/watchdog";
+  EXPECT_EQ(
+      pathsOf(built.model, {"s", "1", "i"}),
+      (Paths{watchdog, policy, one, one + "/inputs/input[id=i]", one + "/one-rate-two-color"}));
+  EXPECT_EQ(pathsOf(built.model, {"s", "10"}),
+            (Paths{watchdog, policy, policy + "/schedulers/scheduler[sequence=10]"}));
+  EXPECT_EQ(pathsOf(built.model, {"s", "*"}).size(), 5u);
+  EXPECT_EQ(pathsOf(built.model, {"s", "x"}), (Paths{watchdog, policy}));
+  EXPECT_EQ(pathsOf(built.model, {"t", "1"}), Paths{watchdog});
+  EXPECT_EQ(pathsOf(built.model, {}), Paths{watchdog});
 }
 
 TEST(RecordWalks, LeaveOutWhatTheDocumentCannotHold) {
-  const support::HostModel built = support::hostFullModel();
-  EXPECT_EQ(pathsOf(built.model, kinds::forwardingGroup, {std::nullopt}),
-            Paths{"/qos/forwarding-groups/forwarding-group[name=f]"});
-  EXPECT_EQ(pathsOf(built.model, kinds::forwardingGroup, {"\x01"}), Paths());
+  support::HostModel built;
+  built.forwardingGroupIs("f", "q");
+  built.forwardingGroupIs("\x01", "q");
+  EXPECT_EQ(pathsOf(built.model, {"*"}), Paths{"/qos/forwarding-groups/forwarding-group[name=f]"});
+  EXPECT_EQ(pathsOf(built.model, {"\x01"}), Paths());
 }
 
 }  // namespace
