@@ -124,6 +124,9 @@ void registerAll(Comparisons& comparisons) {
   libyang(comparisons);
 #endif
   feed(comparisons);
+#ifdef QOS_BENCH_GNMI
+  frames(comparisons);
+#endif
   startUp(comparisons);
   documents(comparisons);
   notification(comparisons);

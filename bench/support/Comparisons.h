@@ -42,6 +42,7 @@ void libyang(Comparisons& comparisons);
 double libyangTypedBuild(std::size_t classMaps);
 double libyangWholeBuild(std::size_t classMaps);
 void feed(Comparisons& comparisons);
+void frames(Comparisons& comparisons);
 void decoders(Comparisons& comparisons);
 void comments(Comparisons& comparisons);
 void notification(Comparisons& comparisons);
