@@ -106,7 +106,11 @@ TEST(KeptRoots, TryOnceForALine) {
   KeptDevice d(queues(R"({"bandwidth":150})", R"({"bandwidth":102})"));
   const std::string both = '[' + support::hostOperation("add", queue3 + "/bandwidth", "1") + ',' +
                            support::hostOperation("add", queue4 + "/bandwidth", "2") + ']';
-  EXPECT_THAT(d.line(both), ElementsAre("line 1: root queue: built"));
+  const std::string worse = '[' + support::hostOperation("add", queue3 + "/bandwidth", "151") +
+                            ',' + support::hostOperation("add", queue4 + "/bandwidth", "103") + ']';
+  EXPECT_THAT(d.line(worse), ElementsAre("line 1: root queue: " + atBandwidth(queue3) + ", " +
+                                         queue4 + "/bandwidth"));
+  EXPECT_THAT(d.line(both), ElementsAre("line 2: root queue: built"));
 }
 
 TEST(KeptRoots, WaitForNothingElse) {
