@@ -43,6 +43,7 @@ void documents(Comparisons& comparisons) {
   const std::string translate = at(titleOf("qosoc translate"), size);
   const std::string feed = at(titleOf("qosoc translate --feed"), size);
   comparisons.add(feed, translate);
+  comparisons.add(at(titleOf("qosoc check"), size), translate);
   for (const char* bare : {"events", "parser"}) {
     comparisons.add(at(titleOf("shape"), size), at(titleOf(bare), size));
   }

@@ -220,6 +220,12 @@ void textClaims(std::vector<Claim>& claims) {
                     Goal::ratioAtMost,
                     1.3,
                     "A parser of our own runs along the schema; keys are kept as hashes."});
+  claims.push_back(
+      {"qosoc check beside qosoc translate",
+       {{at("document, qosoc check", size), translate}},
+       Goal::ratioAtMost,
+       1.5,
+       "Both read the document; a second pass finds the lines, where there are findings."});
   claims.push_back({"memory of qosoc translate beside the file",
                     {{translate + " peak bytes", translate + " file bytes"}},
                     Goal::ratioAtMost,
