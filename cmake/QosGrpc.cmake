@@ -50,7 +50,10 @@ function(qos_protocol target)
       --plugin=protoc-gen-grpc=${QOS_GRPC_PLUGIN} ${read}
     DEPENDS ${read}
     VERBATIM)
+  # For what reads the headers and compiles nothing.
+  add_custom_target(${target}_generated DEPENDS ${headers})
   add_library(${target} STATIC ${sources} ${headers})
+  add_dependencies(${target} ${target}_generated)
   target_include_directories(${target} SYSTEM PUBLIC ${to})
   target_link_libraries(${target} PUBLIC qos_grpc)
   target_compile_features(${target} PUBLIC cxx_std_20)
