@@ -22,7 +22,7 @@ namespace {
 using Encoding = server::Wire::Encoding;
 
 constexpr std::size_t largestSize = 100'000;
-constexpr std::size_t frameSize = 32 * 1024;
+constexpr std::size_t frameSize = 32'768;
 
 // Seconds a leaf.
 struct Costs {
@@ -105,7 +105,7 @@ std::size_t add(gnmi::Notification& frame, const host::View& view, const host::R
 Frames serialized(const host::Model& model, const host::View& view) {
   constexpr int updatesInAFrame = 300;  // some 32 KB
   // Room for a frame, so that none goes back to the system between frames.
-  std::vector<char> room(512 * 1024);
+  std::vector<char> room(16 * frameSize);
   google::protobuf::ArenaOptions options;
   options.initial_block = room.data();
   options.initial_block_size = room.size();

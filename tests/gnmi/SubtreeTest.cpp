@@ -54,7 +54,7 @@ std::map<std::string, std::string> members(const Value& object) {
   for (const auto& member : object.GetObject()) {
     const auto flat = support::flatDocument("{\"x\":" + support::jsonText(member.value) + '}');
     std::string text;
-    for (const auto& [path, value] : flat) text += path + '=' + value + '\n';
+    for (const auto& [path, value] : flat) text.append(path).append("=").append(value).append("\n");
     members[withoutModule(member.name.GetString())] = text;
   }
   return members;

@@ -146,17 +146,19 @@ TEST(Wires, DeleteNodesOfAnyKind) {
   std::string body;
   wire.deletion(body, &host::kinds::term, {"c", "t]"});
   wire.deletion(body, &host::kinds::term, {"c", "t"}, "conditions/ipv4/config/dscp");
-  wire.deletion(body, &host::kinds::schedulerRate, {"s", "1"});
+  wire.deletion(body, &host::kinds::schedulerInput, {"s", "1", "i"});
+  wire.deletion(body, &host::kinds::outputPfc, {"e"});
   wire.deletion(body, nullptr, {}, "qos/queues");
   const gnmi::Notification deletions = parsed(body);
+  const char* const inputPath =
+      "/qos/scheduler-policies/scheduler-policy[name=s]/schedulers/scheduler[sequence=1]/"
+      "inputs/input[id=i]";
   const char* const paths[] = {
       "/qos/classifiers/classifier[name=c]/terms/term[id=t\\]]",
-      "/qos/classifiers/classifier[name=c]/terms/term[id=t]/conditions/ipv4/config/dscp",
-      "/qos/scheduler-policies/scheduler-policy[name=s]/schedulers/scheduler[sequence=1]/"
-      "one-rate-two-color",
-      "/qos/queues"};
-  ASSERT_EQ(deletions.delete__size(), 4);
-  for (int i = 0; i < 4; ++i) {
+      "/qos/classifiers/classifier[name=c]/terms/term[id=t]/conditions/ipv4/config/dscp", inputPath,
+      "/qos/interfaces/interface[interface-id=e]/output/qosoc-augments:pfc", "/qos/queues"};
+  ASSERT_EQ(deletions.delete__size(), 5);
+  for (int i = 0; i < 5; ++i) {
     EXPECT_EQ(deletions.delete_(i).SerializeAsString(),
               support::gnmiPath(paths[i]).SerializeAsString());
   }
