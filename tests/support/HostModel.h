@@ -18,7 +18,7 @@ struct HostModel {
 
   Rok::Ptr<QosOc::Config::Classifier> classifier(std::string_view name,
                                                  Type type = Type::classifierTypeIpv4) const {
-    const auto classifier = model.classifiers->classifierIs(name);
+    auto classifier = model.classifiers->classifierIs(name);
     classifier->configIs({name, type});
     return classifier;
   }
