@@ -38,9 +38,11 @@ struct BadComment {
   // The same behind the comment's place: "/comments/KEY: at ..."
   std::string text() const;
 };
+
 // What a message adds about a comment that nothing keeps from being read.
 inline constexpr const char* endsTheProgram = "; it ends the program that translates it";
 
+// Which comments the roots that are there read.
 struct ReadComments {
   bool ofQueues = true;    // those of tx queues
   bool ofProfiles = true;  // those of the QoS profiles that stand for scheduler policies
