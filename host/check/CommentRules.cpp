@@ -83,8 +83,16 @@ class CommentRules : Rule {
     if (const auto queue = queueKeyOf(key)) return judgeQueueKey(key, *queue);
     if (std::string_view(key).starts_with(profileBegin)) return judgeProfileKey(key);
     find("comment-key", key,
-         "no translator reads a comment under this key; write if-SHORT-uc-txq-N for a tx queue, or "
-         "qos-profile-NAME for a profile");
+         "no translator reads a comment under this key" + didYouMean(key, keysLike(key)) +
+             "; write if-SHORT-uc-txq-N for a tx queue, or qos-profile-NAME for a profile");
+  }
+
+  // The keys that are read, unless they are too many to be compared.
+  std::vector<std::string_view> keysLike(std::string_view key) const {
+    constexpr std::size_t many = 1000;
+    const auto& keys = key.starts_with(profileBegin) ? policies_ : queues_;
+    if (keys.size() > many) return {};
+    return {keys.begin(), keys.end()};
   }
 
   void judgeQueueKey(const Rok::String& key, const QueueKey& wanted) {

@@ -16,6 +16,8 @@ using Json = rapidjson::Value;
 using Names = std::vector<std::string_view>;
 
 constexpr std::string_view metaDataKey = "MetaData-OpenConfig";
+// Of the metadata of a tx queue.
+constexpr std::string_view parts[] = {"scheduler-policy", "queue-management-profile"};
 
 std::string_view textOf(const Json& string) {
   return {string.GetString(), string.GetStringLength()};
@@ -45,22 +47,22 @@ class Judge {
   }
 
   void attachment(const Json& metaData) {
-    const Names parts{"scheduler-policy", "queue-management-profile"};
-    eachMember(metaData, parts, [&](std::string_view part, const Json& value) {
-      if (!value.IsObject()) return;
-      eachMember(value, {"name"}, [&](std::string_view, const Json& name) {
-        if (name.IsString() && name.GetStringLength() == 0) {
-          find("comment-name", "the name is empty, and says nothing; name the " +
-                                   std::string(part) + " or leave it out");
-        }
-      });
-      if (!value.HasMember("name")) {
-        find("comment-name",
-             "\"name\" is missing, and with it all of the comment is passed over; "
-             "give the " +
-                 std::string(part) + " a name or leave it out");
-      }
-    });
+    eachMember(metaData, {std::begin(parts), std::end(parts)},
+               [&](std::string_view part, const Json& value) {
+                 if (!value.IsObject()) return;
+                 eachMember(value, {"name"}, [&](std::string_view, const Json& name) {
+                   if (name.IsString() && name.GetStringLength() == 0) {
+                     find("comment-name", "the name is empty, and says nothing; name the " +
+                                              std::string(part) + " or leave it out");
+                   }
+                 });
+                 if (!value.HasMember("name")) {
+                   find("comment-name",
+                        "\"name\" is missing, and with it all of the comment is passed over; "
+                        "give the " +
+                            std::string(part) + " a name or leave it out");
+                 }
+               });
   }
 
   void profile(const Json& metaData) {
@@ -112,6 +114,12 @@ class Judge {
   void nearlyMetaData() {
     for (const auto& member : document_.GetObject()) {
       const std::string_view name = textOf(member.name);
+      if (std::find(std::begin(parts), std::end(parts), name) != std::end(parts)) {
+        findings_("comment-member", "the member " + quotedName(name) +
+                                        " of this comment stands outside of its metadata and is "
+                                        "not read; write it below \"" +
+                                        std::string(metaDataKey) + '"');
+      }
       if (nearest(name, {metaDataKey}).empty()) continue;
       const bool isCase = isSameInAnyCase(name, metaDataKey);
       findings_(isCase ? "comment-case" : "comment-member",
@@ -130,8 +138,8 @@ class Judge {
       const bool isKnown = std::find(known.begin(), known.end(), name) != known.end();
       const bool isTwice = std::find(seen.begin(), seen.end(), name) != seen.end();
       if (!isKnown) {
-        find("comment-member",
-             "this member is not read" + didYouMeanOf(name, known) + "; leave it out");
+        const char* remedy = nearest(name, known).empty() ? "; leave it out" : "; rename it";
+        find("comment-member", "this member is not read" + didYouMeanOf(name, known) + remedy);
       } else if (isTwice) {
         find("comment-member", "the same member twice; keep one");
       } else {

@@ -128,8 +128,8 @@ class ProfileRules : Rule {
     std::vector<std::string_view> names;
     for (const auto& [id, name] : device().queueNames) names.push_back(name);
     find("unresolved", comment,
-         "there is no queue " + quoted(queue) + didYouMean(queue, names) +
-             ", and an input of its schedulers names it; add it to queue-names");
+         "an input of its schedulers names the queue " + quoted(queue) + ", which is not there" +
+             didYouMean(queue, names) + "; add it to queue-names");
   }
 };
 

@@ -96,7 +96,7 @@ TEST(CommentFindings, AMisspeltMember) {
       ElementsAre(
           "comment-member /comments/if-Et1~11-uc-txq-5: at /MetaData-OpenConfig/scheduler-polcy of "
           "this comment: this member is not read: did you mean scheduler-policy? (legal: "
-          "scheduler-policy, queue-management-profile); leave it out"));
+          "scheduler-policy, queue-management-profile); rename it"));
 }
 
 TEST(CommentFindings, AnUnknownMember) {
@@ -125,7 +125,7 @@ TEST(CommentFindings, AMissingName) {
       ElementsAre(
           "comment-member /comments/if-Et1~11-uc-txq-5: at "
           "/MetaData-OpenConfig/scheduler-policy/nmae of this comment: this member is not read: "
-          "did you mean name? (legal: name); leave it out",
+          "did you mean name? (legal: name); rename it",
           "comment-name /comments/if-Et1~11-uc-txq-5: at /MetaData-OpenConfig/scheduler-policy of "
           "this comment: \"name\" is missing, and with it all of the comment is passed over; give "
           "the scheduler-policy a name or leave it out"));
@@ -302,7 +302,7 @@ TEST(CommentFindings, AMisspeltMemberOfAScheduler) {
       found,
       ElementsAre("comment-member /comments/qos-profile-__YANG_SP_[wan]: at "
                   "/MetaData-OpenConfig/1/input of this comment: this member is not read: did you "
-                  "mean inputs? (legal: priority, one-rate-two-color, inputs); leave it out"));
+                  "mean inputs? (legal: priority, one-rate-two-color, inputs); rename it"));
 }
 
 TEST(CommentFindings, AMisspeltMemberOfAnInput) {
@@ -313,7 +313,7 @@ TEST(CommentFindings, AMisspeltMemberOfAnInput) {
   EXPECT_THAT(found,
               ElementsAre("comment-member /comments/qos-profile-__YANG_SP_[wan]: at "
                           "/MetaData-OpenConfig/1/inputs/voice/queu of this comment: this member "
-                          "is not read: did you mean queue? (legal: queue, weight); leave it out"));
+                          "is not read: did you mean queue? (legal: queue, weight); rename it"));
 }
 
 TEST(CommentFindings, AWrongTypeInAScheduler) {
@@ -324,6 +324,33 @@ TEST(CommentFindings, AWrongTypeInAScheduler) {
   EXPECT_THAT(found, ElementsAre("comment-type /comments/qos-profile-__YANG_SP_[wan]: at "
                                  "/MetaData-OpenConfig/1/inputs/voice/queue of this comment: "
                                  "expected a string; it ends the program that translates it"));
+}
+
+TEST(CommentFindings, AMemberOutsideOfTheMetadata) {
+  const auto found =
+      findings(R"({"interfaces": {"Ethernet1/1": {"tx-queues": {"uc-5": {}}}}, "qos-profiles":
+      {"__YANG_SP_[wan]": {}}, "comments": {"qos-profile-__YANG_SP_[wan]":
+      "{\"MetaData-OpenConfig\": {\"1\": {\"inputs\": {\"voice\": {\"queue\": \"EF\"}}}}}",
+      "if-Et1/1-uc-txq-5": "{\"scheduler-policy\": {\"name\": \"wan\"}}"}, "queue-names":
+      {"EF": 5}})");
+  EXPECT_THAT(found,
+              ElementsAre("comment-member /comments/if-Et1~11-uc-txq-5: the member "
+                          "\"scheduler-policy\" of this comment stands outside of its metadata and "
+                          "is not read; write it below \"MetaData-OpenConfig\""));
+}
+
+TEST(CommentFindings, AKeyThatIsAlmostThatOfAQueue) {
+  const auto found =
+      findings(R"({"interfaces": {"Ethernet1/1": {"tx-queues": {"uc-5": {}}}}, "qos-profiles":
+      {"__YANG_SP_[wan]": {}}, "comments": {"qos-profile-__YANG_SP_[wan]":
+      "{\"MetaData-OpenConfig\": {\"1\": {\"inputs\": {\"voice\": {\"queue\": \"EF\"}}}}}",
+      "if-Et1/1-uc-tqx-5":
+      "{\"MetaData-OpenConfig\": {\"scheduler-policy\": {\"name\": \"wan\"}}}"},
+      "queue-names": {"EF": 5}})");
+  EXPECT_THAT(found,
+              ElementsAre("comment-key /comments/if-Et1~11-uc-tqx-5: no translator reads a comment "
+                          "under this key: did you mean if-Et1/1-uc-txq-5?; write "
+                          "if-SHORT-uc-txq-N for a tx queue, or qos-profile-NAME for a profile"));
 }
 
 }  // namespace

@@ -102,8 +102,8 @@ TEST(QueueFindings, TxQueuesThatDisagreeOnTheSchedulerPolicy) {
       found,
       ElementsAre("unresolved /comments/if-Et1~11-uc-txq-4: there is no scheduler policy \"lan\": "
                   "did you mean wan?; add the QoS profile \"__YANG_SP_[lan]\"",
-                  "unresolved /comments/qos-profile-__YANG_SP_[wan]: there is no queue \"EF\", and "
-                  "an input of its schedulers names it; add it to queue-names",
+                  "unresolved /comments/qos-profile-__YANG_SP_[wan]: an input of its schedulers "
+                  "names the queue \"EF\", which is not there; add it to queue-names",
                   "order /interfaces/Ethernet1~11: the comments of its tx queues don't agree on "
                   "one scheduler policy, and which one the interface gets depends on the order in "
                   "which they are met: none, \"lan\", \"wan\"; let all name one"));
@@ -117,12 +117,13 @@ TEST(QueueFindings, TxQueuesOfWhichSomeHaveNoPolicy) {
       "{\"MetaData-OpenConfig\": {\"1\": {\"inputs\": {\"voice\": {\"queue\": \"EF\"}}}}}",
       "if-Et1/1-uc-txq-5":
       "{\"MetaData-OpenConfig\": {\"scheduler-policy\": {\"name\": \"wan\"}}}"}})");
-  EXPECT_THAT(found,
-              ElementsAre("unresolved /comments/qos-profile-__YANG_SP_[wan]: there is no queue "
-                          "\"EF\", and an input of its schedulers names it; add it to queue-names",
-                          "order /interfaces/Ethernet1~11: the comments of its tx queues don't "
-                          "agree on one scheduler policy, and which one the interface gets depends "
-                          "on the order in which they are met: none, \"wan\"; let all name one"));
+  EXPECT_THAT(
+      found,
+      ElementsAre("unresolved /comments/qos-profile-__YANG_SP_[wan]: an input of its schedulers "
+                  "names the queue \"EF\", which is not there; add it to queue-names",
+                  "order /interfaces/Ethernet1~11: the comments of its tx queues don't agree on "
+                  "one scheduler policy, and which one the interface gets depends on the order in "
+                  "which they are met: none, \"wan\"; let all name one"));
 }
 
 TEST(QueueFindings, TwoTxQueuesOfOneNameWithDifferentProfiles) {
@@ -147,10 +148,11 @@ TEST(QueueFindings, ASchedulerPolicyThatIsNotThere) {
       "if-Et1/1-uc-txq-5":
       "{\"MetaData-OpenConfig\": {\"scheduler-policy\": {\"name\": \"wam\"}}}"}})");
   EXPECT_THAT(
-      found, ElementsAre("unresolved /comments/if-Et1~11-uc-txq-5: there is no scheduler policy "
-                         "\"wam\": did you mean wan?; add the QoS profile \"__YANG_SP_[wam]\"",
-                         "unresolved /comments/qos-profile-__YANG_SP_[wan]: there is no queue "
-                         "\"EF\", and an input of its schedulers names it; add it to queue-names"));
+      found,
+      ElementsAre("unresolved /comments/if-Et1~11-uc-txq-5: there is no scheduler policy \"wam\": "
+                  "did you mean wan?; add the QoS profile \"__YANG_SP_[wam]\"",
+                  "unresolved /comments/qos-profile-__YANG_SP_[wan]: an input of its schedulers "
+                  "names the queue \"EF\", which is not there; add it to queue-names"));
 }
 
 TEST(QueueFindings, AProfileThatIsNotThere) {
@@ -362,8 +364,9 @@ TEST(ProfileFindings, ASchedulerInputWithoutItsQueue) {
       "queue-names": {"AF": 3}, "comments": {"qos-profile-__YANG_SP_[wan]":
       "{\"MetaData-OpenConfig\": {\"1\": {\"inputs\": {\"voice\": {\"queue\": \"EF\"}}}}}"}})");
   EXPECT_THAT(
-      found, ElementsAre("unresolved /comments/qos-profile-__YANG_SP_[wan]: there is no queue "
-                         "\"EF\", and an input of its schedulers names it; add it to queue-names"));
+      found,
+      ElementsAre("unresolved /comments/qos-profile-__YANG_SP_[wan]: an input of its schedulers "
+                  "names the queue \"EF\", which is not there; add it to queue-names"));
 }
 
 TEST(ProfileFindings, ASchedulerInputFromTheQueueOfAnInterface) {
@@ -371,9 +374,11 @@ TEST(ProfileFindings, ASchedulerInputFromTheQueueOfAnInterface) {
       R"({"qos-profiles": {"__YANG_SP_[wan]": {}}, "interfaces": {"Ethernet1-1": {"tx-queues":
       {"uc-3": {}}}}, "comments": {"qos-profile-__YANG_SP_[wan]":
       "{\"MetaData-OpenConfig\": {\"1\": {\"inputs\": {\"voice\": {\"queue\": \"Ethernet1-1-unicast-3\"}, \"video\": {\"queue\": \"Ethernet1-1-unicast-4\"}}}}}"}})");
-  EXPECT_THAT(found, ElementsAre("unresolved /comments/qos-profile-__YANG_SP_[wan]: there is no "
-                                 "queue \"Ethernet1-1-unicast-4\", and an input of its schedulers "
-                                 "names it; add it to queue-names"));
+  EXPECT_THAT(
+      found,
+      ElementsAre(
+          "unresolved /comments/qos-profile-__YANG_SP_[wan]: an input of its schedulers names the "
+          "queue \"Ethernet1-1-unicast-4\", which is not there; add it to queue-names"));
 }
 
 TEST(ProfileFindings, ARateOutOfRange) {
