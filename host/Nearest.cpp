@@ -1,6 +1,7 @@
 #include "host/Nearest.h"
 
 #include <algorithm>
+#include <bit>
 #include <cctype>
 #include <cstddef>
 
@@ -10,6 +11,7 @@ namespace host {
 namespace {
 
 constexpr std::size_t longest = 64;  // of the names that are compared
+constexpr std::size_t mostCompared = 256;
 
 char lower(char c) { return static_cast<char>(std::tolower(static_cast<unsigned char>(c))); }
 
@@ -32,42 +34,80 @@ std::size_t slips(std::string_view a, std::string_view b) {
   return row.back();
 }
 
-// Ethernet1 and Ethernet2 are two names, and neither is a slip of the other.
-std::string withoutDigits(std::string_view text) {
-  std::string letters;
-  for (const char c : text) {
-    if (std::isdigit(static_cast<unsigned char>(c)) == 0) letters += lower(c);
-  }
-  return letters;
+bool isSameInAnyCase(std::string_view a, std::string_view b) {
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                    [](char x, char y) { return lower(x) == lower(y); });
 }
 
-bool differInNumbersAlone(std::string_view a, std::string_view b) {
-  const std::string letters = withoutDigits(a);
-  const bool isNumbered = letters.size() < a.size();
-  return isNumbered && letters == withoutDigits(b) && slips(a, b) > 0;
-}
+bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
 }  // namespace
 
-std::string_view nearest(std::string_view word, const std::vector<std::string_view>& names) {
-  if (word.empty() || word.size() > longest) return {};
-  std::string_view found;
-  std::size_t fewest = longest;
-  for (const std::string_view name : names) {
-    const auto [shorter, longer] = std::minmax({name.size(), word.size()});
-    const std::size_t most = longer / 3;
-    if (longer - shorter > most || differInNumbersAlone(word, name)) continue;
-    const std::size_t count = slips(word, name);
-    if (count > most || count >= fewest) continue;
-    fewest = count;
-    found = name;
+NearNames::Letters::Letters(std::string_view from) {
+  for (const char c : from) {
+    if (isDigit(c)) {
+      digits += c;
+      continue;
+    }
+    text += lower(c);
+    bits |= std::uint64_t{1} << (static_cast<unsigned char>(lower(c)) % 64);
   }
-  return found;
+}
+
+NearNames::NearNames(const std::vector<std::string_view>& names, std::size_t same) : same_(same) {
+  constexpr std::size_t many = 4096;
+  if (names.size() > many) return;
+  names_.reserve(names.size());
+  for (const std::string_view name : names) {
+    if (name.size() < same || name.size() > longest) continue;
+    names_.push_back({name.substr(same), Letters(name.substr(same))});
+  }
+}
+
+std::string_view NearNames::nearest(std::string_view word) const {
+  if (word.size() <= same_ || word.size() > longest) return {};
+  word.remove_prefix(same_);
+  const Letters letters(word);
+  Found found{{}, longest};
+  search(word, letters, true, found);
+  search(word, letters, false, found);
+  if (found.name.empty()) return {};
+  return {found.name.data() - same_, found.name.size() + same_};
+}
+
+void NearNames::search(std::string_view word, const Letters& letters, bool isOfSameDigits,
+                       Found& found) const {
+  const bool isNumbered = !letters.digits.empty();
+  std::size_t compared = 0;
+  for (const auto& [name, others] : names_) {
+    if (found.slips == 0) return;
+    if ((letters.digits == others.digits) != isOfSameDigits) continue;
+    const auto [shorter, longer] = std::minmax({name.size(), word.size()});
+    const std::size_t most = std::min(longer / 3, found.slips - 1);
+    if (longer - shorter > most) continue;
+    // A slip takes at most one letter away, and brings at most one.
+    const auto missing = static_cast<std::size_t>(std::popcount(letters.bits & ~others.bits));
+    const auto added = static_cast<std::size_t>(std::popcount(others.bits & ~letters.bits));
+    if (std::max(missing, added) > most) continue;
+    const bool isOtherNumber = isNumbered && letters.text == others.text;
+    if (isOtherNumber && !isSameInAnyCase(word, name)) continue;
+    if (++compared > mostCompared) return;
+    const std::size_t count = slips(word, name);
+    if (count <= most) found = {name, count};
+  }
+}
+
+std::string NearNames::didYouMean(std::string_view word) const {
+  const std::string_view name = nearest(word);
+  return name.empty() ? "" : ": did you mean " + shown(name) + '?';
+}
+
+std::string_view nearest(std::string_view word, const std::vector<std::string_view>& names) {
+  return NearNames(names).nearest(word);
 }
 
 std::string didYouMean(std::string_view word, const std::vector<std::string_view>& names) {
-  const std::string_view name = nearest(word, names);
-  return name.empty() ? "" : ": did you mean " + shown(name) + '?';
+  return NearNames(names).didYouMean(word);
 }
 
 std::string didYouMeanOf(std::string_view word, const std::vector<std::string_view>& names) {

@@ -48,6 +48,30 @@ TEST(Nearest, IsNothingForAnEmptyOrAnEndlessWord) {
   EXPECT_EQ(nearest(endless, {endless}), "");
 }
 
+// A device may have thousands of bad references and of names.
+TEST(NearNames, OfManyAreTheSameAsOfFew) {
+  std::vector<std::string> many;
+  for (int i = 0; i < 4000; ++i) many.push_back("Ethernet" + std::to_string(i));
+  many.insert(many.begin() + 2000, "Port-Channel7");
+  const NearNames names({many.begin(), many.end()});
+  EXPECT_EQ(names.nearest("Prot-Channel7"), "Port-Channel7");
+  EXPECT_EQ(names.nearest("Ethernet9999"), "");
+  EXPECT_EQ(names.nearest("Ehternet3210"), "Ethernet3210");
+}
+
+TEST(NearNames, OfTooManyAreNotSearched) {
+  const std::vector<std::string_view> names(5000, "Ethernet");
+  EXPECT_EQ(NearNames(names).nearest("Ehternet"), "");
+}
+
+TEST(NearNames, DoNotCompareWhatIsTheSameInAll) {
+  const std::vector<std::string_view> names{"__yang_[IPV4__core]"};
+  EXPECT_EQ(NearNames(names).nearest("__yang_[IPV4__edge]"), "__yang_[IPV4__core]");
+  EXPECT_EQ(NearNames(names, 14).nearest("__yang_[IPV4__edge]"), "");
+  EXPECT_EQ(NearNames(names, 14).nearest("__yang_[IPV4__cor]"), "__yang_[IPV4__core]");
+  EXPECT_EQ(NearNames(names, 14).nearest("cor"), "");
+}
+
 TEST(DidYouMean, AsksForTheNearestName) {
   EXPECT_EQ(didYouMean("interface", sections), ": did you mean interfaces?");
   EXPECT_EQ(didYouMean("queues", sections), "");
