@@ -243,10 +243,11 @@ An error refuses the document. A warning names what the document loses, or leave
   $ cat router.json
   {"interfaces": {"Ethernet1": {"tx-queues": {"uc-3": {"bandwidth": 150}}}},
    "service-policies": {"1:__yang_[IPV4__edge-in]": {"interfaces": {"Ethernt1": true}}},
-   "policy-maps": {"qos": {"__yang_[IPV4__edge-in]": {}}}}
+   "policy-maps": {"qos": {"__yang_[IPV4__edge-in]": {}}},
+   "class-maps": {"qos": {"__yang_[edge-in]_[]": {"match": ["ip-access-group"]}}}}
   $ qosoc check router.json
   router.json:1:67: warning: /interfaces/Ethernet1/tx-queues/uc-3/bandwidth: 150 is no percentage: queue raises over it, and queues are missing; write 0 to 100, or leave it out
-  router.json:2:79: warning: /service-policies/1:__yang_[IPV4__edge-in]/interfaces/Ethernt1: no interface "Ethernt1" is configured: did you mean Ethernet1?; add it to interfaces
+  router.json:2:79: warning: /service-policies/1:__yang_[IPV4__edge-in]/interfaces/Ethernt1: no interface "Ethernt1" is configured: did you mean "Ethernet1"?; otherwise add it to interfaces
 )",
     .notes = R"(
 A line of `--json` has the file, line, column, severity (error, warning, and resolved for what a change line takes away), the pointer, the kind and the text. Kinds are words that stay the same; docs/checking.md has them all. A change line stands in column 1.

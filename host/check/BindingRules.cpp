@@ -4,7 +4,6 @@
 #include <set>
 
 #include "QosOpenConfig/QosOpenConfigClassifierKivToOCSmTerms.h"
-#include "host/Nearest.h"
 #include "host/check/Rule.h"
 #include "host/check/Rules.h"
 #include "host/openconfig/LeafTable.h"
@@ -20,7 +19,11 @@ struct Binding {
 
 class BindingRules : Rule {
  public:
-  using Rule::Rule;
+  BindingRules(const Device& device, const Findings& findings)
+      : Rule(device, findings),
+        policyMaps_([this] { return policyMapNames(); }, std::string_view("__yang_[IPV4__").size()),
+        classifiers_([this] { return classifierNames(); }),
+        interfaces_([this] { return interfaceNames(); }) {}
 
   void judge() {
     const auto& policies = native().qosConfig->servicePolicyConfig();
@@ -36,6 +39,7 @@ class BindingRules : Rule {
               std::string_view ipv6) {
     const Tokens place = servicePolicyPlace(policy.key());
     pairs_.emplace(ipv4, ipv6);
+    if (policy.intfIds().members() == 0) return;
     judgePolicyMap(policy.pmapName(), place);
     judgeClassifier(ipv4, place);
     judgeClassifier(ipv6, place);
@@ -49,13 +53,10 @@ class BindingRules : Rule {
   void judgePolicyMap(const Rok::String& name, const Tokens& place) {
     const auto type = native().aclConfig->pmapType(Qos::mapQos);
     if (type && type->pmap().find(name) != nullptr) return;
-    std::vector<std::string_view> names;
-    if (type) {
-      for (const auto& [other, map] : type->pmap()) names.push_back(other);
-    }
     find("missing", place,
-         "there is no policy map " + quoted(name) + didYouMean(name, names) +
-             "; its classifiers are bound without actions; add it to policy-maps");
+         "there is no policy map " + quoted(name) +
+             ", and its classifiers are bound without actions" +
+             policyMaps_.advice(name, "add it to policy-maps"));
   }
 
   void judgeClassifier(std::string_view name, const Tokens& place) {
@@ -63,13 +64,9 @@ class BindingRules : Rule {
     const Classification& all = device().classification;
     const auto found = all.find(name);
     if (found != all.end() && found->second.isMade()) return;
-    std::vector<std::string_view> names;
-    for (const auto& [other, classifier] : all) {
-      if (classifier.isMade()) names.push_back(other);
-    }
     find("unresolved", place,
          "binds the classifier " + quoted(name) + ", which nothing makes" +
-             didYouMean(name, names) + "; add its class maps");
+             classifiers_.advice(name, "add its class maps"));
   }
 
   void judgeBound(const Nerit::IntfId& interface, bool isBound, const Tokens& place) {
@@ -79,12 +76,13 @@ class BindingRules : Rule {
            "remove the interface, or write true");
     }
     if (native().qosConfig->intfConfig().find(interface) != nullptr) return;
-    std::vector<std::string_view> names;
-    const auto& all = device().interfaces;
-    for (const auto& [other, queues] : all) names.push_back(other.stringValue());
+    const std::string_view name = interface.stringValue();
+    const auto isShort = device().shortNames.find(name);
+    const std::string_view meant = isShort != device().shortNames.end()
+                                       ? std::string_view(isShort->second.stringValue())
+                                       : interfaces_.nearest(name);
     find("unknown-interface", place,
-         "no interface " + quoted(interface.stringValue()) + " is configured" +
-             didYouMean(interface.stringValue(), names) + "; add it to interfaces");
+         "no interface " + quoted(name) + " is configured" + advice(meant, "add it to interfaces"));
   }
 
   // Service policies are met in no order, and of those that bind one interface the last decides.
@@ -94,13 +92,11 @@ class BindingRules : Rule {
               [](const Binding& a, const Binding& b) { return a.place < b.place; });
     const std::set<std::string> ipv4 = namesOf(bindings, &Binding::ipv4);
     const std::set<std::string> ipv6 = namesOf(bindings, &Binding::ipv6);
-    const std::set<std::string>& names = ipv4.size() > 1 ? ipv4 : ipv6;
-    if (names.size() > 1) {
-      return find(
-          "order", bindings.back().place,
-          "several service policies bind " + quoted(interface.stringValue()) +
-              ", and which classifier it gets depends on the order in which they are met: " +
-              listed(names) + "; let one service policy bind it");
+    const bool isOrdered = ipv4.size() > 1 || ipv6.size() > 1;
+    if (isOrdered) {
+      judgeFamily("IPv4", interface, ipv4, bindings.back().place);
+      judgeFamily("IPv6", interface, ipv6, bindings.back().place);
+      return;
     }
     if (ipv4.empty() || ipv6.empty() || !pairs_.contains({*ipv4.begin(), *ipv6.begin()})) return;
     const auto isPair = [&](const Binding& b) { return !b.ipv4.empty() && !b.ipv6.empty(); };
@@ -110,6 +106,42 @@ class BindingRules : Rule {
          "another service policy binds both classifiers of " + quoted(interface.stringValue()) +
              " elsewhere and not here, and whether it removes them here depends on the order in "
              "which the service policies are met; let one service policy bind both");
+  }
+
+  void judgeFamily(const char* family, const Nerit::IntfId& interface,
+                   const std::set<std::string>& names, const Tokens& place) {
+    if (names.size() < 2) return;
+    find("order", place,
+         "several service policies bind " + quoted(interface.stringValue()) + ", and which " +
+             family + " classifier it gets depends on the order in which they are met: " +
+             listed(names) + "; let one service policy bind it");
+  }
+
+  // ===== Names to suggest
+
+  Suggestions::Names policyMapNames() const {
+    Suggestions::Names names;
+    const auto type = native().aclConfig->pmapType(Qos::mapQos);
+    if (!type) return names;
+    for (const auto& [name, map] : type->pmap()) {
+      const auto [ipv4, ipv6] = QosOc::classifiersFromPmapName(name);
+      if (!ipv4.empty() || !ipv6.empty()) names.push_back(name);
+    }
+    return names;
+  }
+  Suggestions::Names classifierNames() const {
+    Suggestions::Names names;
+    for (const auto& [name, classifier] : device().classification) {
+      if (classifier.isMade() && isYangString(name)) names.push_back(name);
+    }
+    return names;
+  }
+  Suggestions::Names interfaceNames() const {
+    Suggestions::Names names;
+    for (const auto& [name, queues] : device().interfaces) {
+      if (isYangString(name.stringValue())) names.push_back(name.stringValue());
+    }
+    return names;
   }
 
   static std::set<std::string> namesOf(const std::vector<Binding>& bindings,
@@ -122,6 +154,9 @@ class BindingRules : Rule {
 
   std::set<std::pair<std::string, std::string>> pairs_;  // of all service policies
   std::map<Nerit::IntfId, std::vector<Binding>> bound_;
+  const Suggestions policyMaps_;
+  const Suggestions classifiers_;
+  const Suggestions interfaces_;
 };
 
 }  // namespace

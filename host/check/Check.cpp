@@ -10,8 +10,8 @@ std::vector<Finding> findingsOf(const Native& native) {
   const Device device(native);
   std::vector<Finding> found;
   const Findings findings = [&](Finding finding) { found.push_back(std::move(finding)); };
-  for (const auto judge : {judgeNames, judgeClassifiers, judgeBindings, judgeGroups, judgeQueues,
-                           judgeProfiles, judgeRanges, judgeComments}) {
+  for (const auto judge : {judgeNames, judgeClassifiers, judgeTerms, judgeBindings, judgeGroups,
+                           judgeQueues, judgeProfiles, judgeRanges, judgeComments}) {
     judge(device, findings);
   }
   std::sort(found.begin(), found.end());

@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "QosOpenConfig/QosOpenConfigClassifierKivToOCSmTerms.h"
-#include "host/check/Rule.h"
 
 namespace host {
 namespace {
@@ -69,14 +68,13 @@ class Gathering {
   void policyMaps() {
     const auto type = native_.aclConfig->pmapType(Qos::mapQos);
     if (!type) return;
-    std::size_t number = 0;
     for (const auto& [name, map] : type->pmap()) {
       const auto [ipv4, ipv6] = QosOc::classifiersFromPmapName(name);
       if (ipv4.empty() && ipv6.empty()) continue;
       const Tokens place{"policy-maps", "qos", std::string(name)};
       if (!ipv4.empty()) named(ipv4, classifierTypeIpv4, place);
       if (!ipv6.empty()) named(ipv6, classifierTypeIpv6, place);
-      classes(*map, {"policy-maps", "qos", std::string(name), "classes"}, ipv4, number++);
+      classes(*map, {"policy-maps", "qos", std::string(name), "classes"}, ipv4);
     }
   }
   void named(const Rok::String& name, ClassifierType type, const Tokens& place) {
@@ -86,15 +84,14 @@ class Gathering {
     const bool isKnown = !classifier.policyMaps.empty() && classifier.policyMaps.back() == place;
     if (!isKnown) classifier.policyMaps.push_back(place);
   }
-  void classes(const Qos::PolicyMapConfig& map, const Tokens& place, const Rok::String& ipv4,
-               std::size_t number) {
+  void classes(const Qos::PolicyMapConfig& map, const Tokens& place, const Rok::String& ipv4) {
     for (auto i = map.classAction().unsafeIterator(); i; ++i) {
       const auto [classifier, term] = QosOc::classifierKeyFromConfigObjName(i->key());
       if (classifier.empty() || term.empty()) continue;
       ClassifierObjects& objects = all_[std::string(classifier)];
       const Tokens at = below(place, i->key());
       objects.later.push_back({classifier == ipv4 ? classifierTypeIpv4 : classifierTypeIpv6, at});
-      objects.terms[std::string(term)].classes.push_back({at, number, hasTarget(*i->value())});
+      objects.terms[std::string(term)].classes.push_back({at, hasTarget(*i->value())});
     }
   }
   bool hasTarget(const Qos::ClassAction& action) const {

@@ -17,8 +17,7 @@ using ClassifierType = QosOc::Classifier::Type;
 // A class of a policy map.
 struct TermClass {
   Tokens place;
-  std::size_t policyMap;  // a number in name order
-  bool hasTarget;         // a traffic class that has a forwarding group
+  bool hasTarget;  // a traffic class that has a forwarding group
 };
 
 // The native objects that bear the name of one term.

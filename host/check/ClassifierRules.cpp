@@ -24,7 +24,6 @@ Tokens classMapPlace(std::string_view classifier, std::string_view term) {
           "__yang_[" + std::string(classifier) + "]_[" + std::string(term) + ']'};
 }
 
-// Those of the names that a finding is about, as classifier and its objects.
 class ClassifierRules : Rule {
  public:
   using Rule::Rule;
@@ -89,7 +88,9 @@ class ClassifierRules : Rule {
     find("families", found->place,
          "makes " + quoted(name) + " an " + nameOf(found->type) + " classifier, and " +
              shownPointer(makers.back().place) + " an " + nameOf(type) +
-             " one, which it is in the end; give each family a classifier of its own");
+             " one, which it is in the end; " +
+             (found->place[0] == "class-maps" ? "let it match that family, or give" : "give") +
+             " each family a classifier of its own");
   }
 
   // At a start each policy map blanks the actions of its classifiers that it doesn't say itself.
@@ -239,7 +240,7 @@ class ClassifierRules : Rule {
       if (action.policyAction().members() == 0) return;
       return find("untranslated", place,
                   "its actions are not translated: the class is no term; "
-                  "name it __yang_[CLASSIFIER]_[TERM]");
+                  "write them in a class __yang_[CLASSIFIER]_[TERM]");
     }
     if (classifier != ipv4 && classifier != ipv6) {
       find("other-classifier", place,
@@ -259,8 +260,27 @@ class ClassifierRules : Rule {
     }
     const auto& names = native().qosConfig->forwardingGroupNameToTcMap();
     if (!QosOc::targetGroupFromTc(action.value(), names).empty()) return;
-    find("missing", below(at, "set-traffic-class"),
-         "no forwarding group has the traffic class " + std::to_string(action.value()) +
+    judgeTarget(action.value(), below(at, "set-traffic-class"));
+  }
+
+  void judgeTarget(unsigned tc, const Tokens& place) {
+    const std::string number = std::to_string(tc);
+    if (tc >= Qos::Input::Config::trafficClasses) {
+      return find("missing", place,
+                  number +
+                      " is no traffic class, so the term gets no target group; "
+                      "write one of a forwarding group");
+    }
+    const auto& groups =
+        native().qosConfig->forwardingGroupNameToTcMap()->forwardingGroupNameToTc();
+    const Qos::TrafficClass* nameless = groups.find(Qos::ForwardingGroupName());
+    if (nameless != nullptr && nameless->value == tc) {
+      return find("missing", place,
+                  "the first name of the traffic class " + number +
+                      " is empty, so the term gets no target group; name its forwarding group");
+    }
+    find("missing", place,
+         "no forwarding group has the traffic class " + number +
              ", so the term gets no target group; add one to forwarding-groups");
   }
 };

@@ -12,10 +12,11 @@ namespace {
 
 DeviceQueue queueOf(const Native& native, const Nerit::IntfId& interface, const Qos::TxQueue& id,
                     const Rok::Ptr<Qos::TxQueueConfig>& config) {
-  DeviceQueue queue{interface, id, config, QosOc::CommentHelper::commentKey(interface, id), {}, {}};
+  DeviceQueue queue{interface, id, config, QosOc::CommentHelper::commentKey(interface, id)};
   const Rok::String text = native.cliConfig->comment(queue.commentKey);
-  // One that would end the process names nothing.
-  if (text.empty() || attachmentFault(text)) return queue;
+  if (text.empty()) return queue;
+  queue.isRead = !attachmentFault(text);
+  if (!queue.isRead) return queue;
   const QosOc::CommentInfo info = deserializeJsonComment(text);
   queue.policy = std::string_view(info.sPInfo().schedulerPolicy());
   queue.profile = std::string_view(info.qMPInfo().queueManagementProfile());
@@ -55,6 +56,7 @@ bool DeviceQueue::isMade() const {
 Device::Device(const Native& from) : native(from), classification(classificationOf(from)) {
   for (auto i = native.qosConfig->intfConfig().unsafeIterator(); i; ++i) {
     std::vector<DeviceQueue>& queues = interfaces[i->key()];
+    shortNames.emplace(std::string_view(i->key().shortName()), i->key());
     for (auto q = i->value()->txQueueConfig().unsafeIterator(); q; ++q) {
       queues.push_back(queueOf(native, i->key(), q->key(), q->value()));
     }

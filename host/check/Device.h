@@ -22,6 +22,7 @@ struct DeviceQueue {
   Qos::TxQueue queue;
   Rok::Ptr<Qos::TxQueueConfig> config;
   Rok::String commentKey;
+  bool isRead = true;   // false: its comment ends the process that reads it
   std::string policy;   // that its comment names; empty: none
   std::string profile;  // likewise, of queue management
 
@@ -49,6 +50,7 @@ struct Device {
 
   const Native& native;
   std::map<Nerit::IntfId, std::vector<DeviceQueue>> interfaces;  // queues in order of type and id
+  std::map<std::string, Nerit::IntfId, std::less<>> shortNames;  // of interfaces
   // The name of each tx queue id: of several, the last.
   std::map<unsigned, std::string> queueNames;
   std::map<std::string, DevicePolicy> policies;  // by the name of the policy

@@ -2,6 +2,7 @@
 #include "QosOpenConfig/QosOpenConfigClassifierKivToOCSmTerms.h"
 #include "QosOpenConfig/QosOpenConfigQueueManagementProfileKivToOcSm.h"
 #include "QosOpenConfig/QosOpenConfigSchedulerPolicyKivToOCSm.h"
+#include "host/Nearest.h"
 #include "host/check/Rule.h"
 #include "host/check/Rules.h"
 #include "host/openconfig/LeafTable.h"
@@ -16,13 +17,18 @@ constexpr const char* policyMapForm =
     "__yang_[IPV4__CLASSIFIER][IPV6__CLASSIFIER]";
 constexpr const char* profileForm = "__YANG_QMP_[NAME] or __YANG_SP_[NAME]";
 
-// Whether a name was probably meant to be of a form that is read.
+// Whether a name was probably meant to be of a form that is read: its first word is "yang", or has a
+// slip of it before a bracket.
 bool isNearly(std::string_view name) {
   constexpr std::string_view prefix = "__yang";
-  return name.size() >= prefix.size() &&
-         std::equal(prefix.begin(), prefix.end(), name.begin(), [](char a, char b) {
-           return a == (b >= 'A' && b <= 'Z' ? static_cast<char>(b - 'A' + 'a') : b);
-         });
+  std::string lower;
+  for (const char c : name) lower += c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+  if (lower.starts_with(prefix)) return true;
+  const std::size_t begin = lower.find_first_not_of("_ \t");
+  const std::size_t bracket = lower.find('[');
+  if (begin == lower.npos || bracket == lower.npos) return false;
+  const std::string word = lower.substr(begin, lower.find_first_of("_[ ", begin) - begin);
+  return word == "yang" || (begin > 0 && !nearest(word, {"yang"}).empty());
 }
 
 class NameRules : Rule {
@@ -96,7 +102,7 @@ class NameRules : Rule {
       for (const auto& [name, map] : i->value()->pmap()) {
         const Tokens place{"policy-maps", type, std::string(name)};
         if (isQos) {
-          judgePolicyMap(place, name);
+          judgePolicyMap(place, name, *map);
         } else if (isNearly(name)) {
           find("untranslated", place,
                "policy maps of the map type " + type +
@@ -105,11 +111,17 @@ class NameRules : Rule {
       }
     }
   }
-  void judgePolicyMap(const Tokens& place, const Rok::String& name) {
+  void judgePolicyMap(const Tokens& place, const Rok::String& name,
+                      const Qos::PolicyMapConfig& map) {
     const auto [ipv4, ipv6] = QosOc::classifiersFromPmapName(name);
     text(place, ipv4, "classifier");
     text(place, ipv6, "classifier");
-    if (ipv4.empty() && ipv6.empty()) form(place, name, "policy map", policyMapForm);
+    if (ipv4.empty() && ipv6.empty()) return form(place, name, "policy map", policyMapForm);
+    const auto& classes = map.classAction();
+    for (auto i = classes.unsafeIterator(); i; ++i) {
+      const Tokens at = below(below(place, "classes"), i->key());
+      if (!term(at, i->key())) form(at, i->key(), "class", termForm);
+    }
   }
 
   void judgeServicePolicies() {
@@ -152,8 +164,10 @@ class NameRules : Rule {
       named("forwarding-groups", name.name, "forwarding group");
     for (const auto& [name, id] : config.queueNameToTxQueueIdMap()->queueNameToTxQueueId())
       named("queue-names", name.name, "queue");
-    for (const auto& [id, queues] : device().interfaces)
-      named("interfaces", id.stringValue(), "interface");
+    for (auto i = config.intfConfig().unsafeIterator(); i; ++i) {
+      const bool isUsed = i->value()->txQueueConfig().members() > 0 || i->value()->pfcPortConfig();
+      if (isUsed) named("interfaces", i->key().stringValue(), "interface");
+    }
   }
   void named(const char* section, std::string_view name, const char* kind) {
     const Tokens place{section, std::string(name)};

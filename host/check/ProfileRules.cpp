@@ -1,6 +1,5 @@
 // QoS profiles that stand for queue-management profiles and for scheduler policies.
 #include "QosOpenConfig/QosOpenConfigQueueManagementProfileKivToOcSm.h"
-#include "host/Nearest.h"
 #include "host/check/Rule.h"
 #include "host/check/Rules.h"
 #include "host/openconfig/LeafTable.h"
@@ -12,7 +11,8 @@ using TxQueues = std::vector<Rok::Ptr<Qos::TxQueueConfig>>;
 
 class ProfileRules : Rule {
  public:
-  using Rule::Rule;
+  ProfileRules(const Device& device, const Findings& findings)
+      : Rule(device, findings), queues_([this] { return queueNames(); }) {}
 
   void judge() {
     for (auto i = native().qosProfiles->config().unsafeIterator(); i; ++i) {
@@ -118,19 +118,29 @@ class ProfileRules : Rule {
     }
     for (const auto& [sequence, scheduler] : policy.info.schedulers()) {
       for (const auto& [id, input] : scheduler.inputs()) {
-        if (isYangString(id)) judgeInput(input.q(), policy.comment());
+        if (isYangString(id)) judgeInput(sequence, id, input.q(), policy.comment());
       }
     }
   }
 
-  void judgeInput(std::string_view queue, const Tokens& comment) {
+  void judgeInput(std::uint32_t scheduler, std::string_view id, std::string_view queue,
+                  const Tokens& comment) {
     if (queue.empty() || !isYangString(queue) || device().isQueue(queue)) return;
-    std::vector<std::string_view> names;
-    for (const auto& [id, name] : device().queueNames) names.push_back(name);
     find("unresolved", comment,
-         "an input of its schedulers names the queue " + quoted(queue) + ", which is not there" +
-             didYouMean(queue, names) + "; add it to queue-names");
+         "the input " + quoted(id) + " of scheduler " + std::to_string(scheduler) +
+             " names the queue " + quoted(queue) + ", which is not there" +
+             queues_.advice(queue, "add it to queue-names"));
   }
+
+  Suggestions::Names queueNames() const {
+    Suggestions::Names names;
+    for (const auto& [id, name] : device().queueNames) {
+      if (isYangString(name)) names.push_back(name);
+    }
+    return names;
+  }
+
+  const Suggestions queues_;
 };
 
 }  // namespace

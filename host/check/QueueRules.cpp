@@ -1,7 +1,8 @@
 // The tx queues of interfaces, and what their comments name.
+#include <map>
 #include <set>
+#include <vector>
 
-#include "host/Nearest.h"
 #include "host/check/Rule.h"
 #include "host/check/Rules.h"
 #include "host/openconfig/LeafTable.h"
@@ -11,7 +12,13 @@ namespace {
 
 class QueueRules : Rule {
  public:
-  using Rule::Rule;
+  QueueRules(const Device& device, const Findings& findings)
+      : Rule(device, findings),
+        policies_([this] { return heldNames(namesOf(this->device().policies)); }),
+        profiles_([this] {
+          const auto& names = this->device().profiles;
+          return heldNames({names.begin(), names.end()});
+        }) {}
 
   void judge() {
     for (const auto& [id, queues] : device().interfaces) {
@@ -27,16 +34,34 @@ class QueueRules : Rule {
  private:
   // The last tx queue that is met decides for its interface, also one that names no policy.
   void judgePolicies(const std::vector<DeviceQueue>& queues) {
-    std::set<std::string> names;
+    std::map<std::string, std::vector<std::string>> byPolicy;
     for (const DeviceQueue& queue : queues) {
-      names.insert(isYangString(queue.policy) ? queue.policy : "");  // left out is none
+      if (!queue.isRead) continue;
+      const std::string& policy =
+          isYangString(queue.policy) ? queue.policy : "";  // left out is none
+      byPolicy[policy].push_back(queueText(queue.queue));
     }
-    if (names.size() < 2) return;
+    if (byPolicy.size() < 2) return;
+    std::string outcomes;
+    for (const auto& [policy, named] : byPolicy) {
+      outcomes += (outcomes.empty() ? "" : ", ") +
+                  (policy.empty() ? std::string("none") : quoted(policy)) + " by " + few(named);
+    }
     const Tokens place = queues.front().place();
     find("order", {place[0], place[1]},
          "the comments of its tx queues don't agree on one scheduler policy, and which one the "
          "interface gets depends on the order in which they are met: " +
-             listed(names) + "; let all name one");
+             outcomes + "; let all name one");
+  }
+
+  // The first of them, and how many more there are.
+  static std::string few(const std::vector<std::string>& names) {
+    constexpr std::size_t most = 3;
+    std::string text;
+    for (std::size_t i = 0; i < names.size() && i < most; ++i)
+      text += (i > 0 ? ", " : "") + names[i];
+    if (names.size() > most) text += " and " + std::to_string(names.size() - most) + " more";
+    return text;
   }
 
   // The unicast and the multicast queue of one id have one name, and one entry under it.
@@ -64,13 +89,15 @@ class QueueRules : Rule {
     // What is left out refers to nothing.
     const bool isHeld = isYangString(queue.policy);
     if (!queue.policy.empty() && isHeld && !device().policies.contains(queue.policy)) {
-      const std::string profile = "__YANG_SP_[" + queue.policy + ']';
       find("unresolved", queue.comment(),
            "there is no scheduler policy " + quoted(queue.policy) +
-               didYouMean(queue.policy, namesOf(device().policies)) + "; add the QoS profile " +
-               quoted(profile));
+               policies_.advice(queue.policy, "add the QoS profile " +
+                                                  quoted("__YANG_SP_[" + queue.policy + ']')));
     }
-    if (queue.profile.empty()) return;
+    if (!queue.profile.empty()) judgeProfile(queue);
+  }
+
+  void judgeProfile(const DeviceQueue& queue) {
     const auto name = device().queueNames.find(queue.queue.id.value);
     if (name == device().queueNames.end() || name->second.empty()) {
       return find("missing", queue.comment(),
@@ -80,15 +107,20 @@ class QueueRules : Rule {
     }
     if (!isYangString(queue.profile) || !isYangString(name->second)) return;
     if (device().profiles.contains(queue.profile)) return;
+    const std::string lacking = "there is no queue-management profile " + quoted(queue.profile);
+    const std::string profile = "__YANG_QMP_[" + queue.profile + ']';
+    if (native().qosProfiles->config().find(Rok::String(profile)) != nullptr) {
+      return find("unresolved", queue.comment(),
+                  lacking + ", since its QoS profile has no tx queue 0; add uc-0 to it");
+    }
     find("unresolved", queue.comment(),
-         "there is no queue-management profile " + quoted(queue.profile) +
-             didYouMean(queue.profile, {device().profiles.begin(), device().profiles.end()}) +
-             "; add the QoS profile " + quoted("__YANG_QMP_[" + queue.profile + ']') +
-             " with the settings of tx queue 0");
+         lacking + profiles_.advice(queue.profile, "add the QoS profile " + quoted(profile) +
+                                                       " with the settings of tx queue 0"));
   }
 
   // What a comment speaks for was made from what it names, and is not lost.
   void judgeSettings(const DeviceQueue& queue) {
+    if (!queue.isRead) return;
     const Qos::TxQueueConfig& config = *queue.config;
     if (queue.policy.empty()) judgePriority(config.priority(), below(queue.place(), "priority"));
     if (queue.policy.empty() && config.shape() != 0) {
@@ -112,6 +144,14 @@ class QueueRules : Rule {
          "of priorities only strict is translated, and this is " +
              std::to_string(static_cast<unsigned>(priority)) + "; write strict, or leave it out");
   }
+
+  static Suggestions::Names heldNames(Suggestions::Names names) {
+    std::erase_if(names, [](std::string_view name) { return !isYangString(name); });
+    return names;
+  }
+
+  const Suggestions policies_;
+  const Suggestions profiles_;
 };
 
 }  // namespace

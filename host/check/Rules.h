@@ -11,6 +11,8 @@ namespace host {
 void judgeNames(const Device& device, const Findings& findings);
 // Class maps, ACLs and policy maps.
 void judgeClassifiers(const Device& device, const Findings& findings);
+// What the objects of a classifier need beside them.
+void judgeTerms(const Device& device, const Findings& findings);
 // Service policies.
 void judgeBindings(const Device& device, const Findings& findings);
 // Forwarding groups, the names of queues, and the PFC watchdog.

@@ -105,6 +105,30 @@ const Claim missingClaims[] = {
        return one.document().find({"policy-maps", "qos", key.substr(key.find(':') + 1)}) == nullptr;
      }},
     {"missing", "so the term gets no target group", hasNoEffect},
+    {"missing", "so the term has no conditions",
+     [](const Case& one, const Finding& finding) {
+       const std::string path = termPath(finding.place[2]) + "/conditions/";
+       return !one.hasLeaf([&](const std::string& leaf) { return leaf.starts_with(path); });
+     }},
+    {"missing", "so the term gets no actions",
+     [](const Case& one, const Finding& finding) {
+       const std::string path = termPath(finding.place[2]) + "/actions/";
+       return !one.hasLeaf([&](const std::string& leaf) {
+         return leaf.starts_with(path) && leaf.ends_with("/target-group");
+       });
+     }},
+    {"missing", "there is no class map of the name",
+     [](const Case& one, const Finding& finding) {
+       return one.document().find({"class-maps", "qos", finding.place.back()}) == nullptr;
+     }},
+    {"missing", "of which nothing else is there",
+     [](const Case& one, const Finding& finding) {
+       const std::size_t begin = finding.text.find('"') + 1;
+       const std::size_t end = finding.text.find('"', begin);
+       const std::string path = classifierPath(finding.text.substr(begin, end - begin));
+       return !one.hasLeaf(
+           [&](const std::string& leaf) { return leaf.starts_with(path + "/terms"); });
+     }},
     {"missing", "so nothing uses the name",
      [](const Case& one, const Finding& finding) {
        return one.isSameWithout(finding.place, [](const std::string& path) {

@@ -315,11 +315,13 @@ const std::vector<Exemption>& exemptions() {
       {"an access list without a DSCP", "A term's conditions are DSCPs alone.", isAclWithoutDscp,
        R"({"access-lists":{"ipv4":{"__yang_[a]_[t]":{}}}})"},
       {"a rule without a DSCP", "A term's conditions are DSCPs alone.", isRuleWithoutDscp,
-       R"({"access-lists":{"ipv4":{"__yang_[a]_[t]":{"rules":{"10":{"dscp":46},)"
+       R"({"class-maps":{"qos":{"__yang_[a]_[]":{"match":["ip-access-group"]},"__yang_[a]_[t]":{"match":["ip-access-group"]}}},)"
+       R"("access-lists":{"ipv4":{"__yang_[a]_[t]":{"rules":{"10":{"dscp":46},)"
        R"("20":{}}}}}})"},
       {"a rule whose DSCP another rule has", "The finding stands at the later one.",
        isRuleOfSameDscp,
-       R"({"access-lists":{"ipv4":{"__yang_[a]_[t]":{"rules":{"10":{"dscp":46},)"
+       R"({"class-maps":{"qos":{"__yang_[a]_[]":{"match":["ip-access-group"]},"__yang_[a]_[t]":{"match":["ip-access-group"]}}},)"
+       R"("access-lists":{"ipv4":{"__yang_[a]_[t]":{"rules":{"10":{"dscp":46},)"
        R"("20":{"dscp":46},"30":{"dscp":10}}}}}})"},
       {"a class map without a match statement of a classifier that is made",
        "It keeps the classifier, or the term, from being swept at a restart.",
@@ -328,7 +330,8 @@ const std::vector<Exemption>& exemptions() {
        R"("policy-maps":{"qos":{"__yang_[IPV4__a]":{}}}})"},
       {"a policy map behind another one of its classifier", "The finding stands at the first.",
        isLastPolicyMap,
-       R"({"policy-maps":{"qos":{"__yang_[IPV4__a][IPV6__b]":{"classes":{"__yang_[b]_[t]":{"actions":{"set-traffic-class":5}}}},)"
+       R"({"class-maps":{"qos":{"__yang_[a]_[]":{"match":["ip-access-group"]},"__yang_[b]_[]":{"match":["ip-access-group"]},"__yang_[b]_[t]":{"match":["ip-access-group"]}}},)"
+       R"("policy-maps":{"qos":{"__yang_[IPV4__a][IPV6__b]":{"classes":{"__yang_[b]_[t]":{"actions":{"set-traffic-class":5}}}},)"
        R"("__yang_[IPV6__b]":{"classes":{"__yang_[b]_[t]":{"actions":{"set-traffic-class":5}}}}}},)"
        R"("forwarding-groups":{"g":5}})"},
       {"a policy map without classes", "It makes its classifiers, and so may something else.",
@@ -350,7 +353,8 @@ const std::vector<Exemption>& exemptions() {
        R"({"tc-to-tx-queue":{"5":3},"forwarding-groups":{"g":5}})"},
       {"an action whose group has a finding", "The group's finding says that it is left out.",
        isActionOfGroupLeftOut,
-       R"({"forwarding-groups":{"n\u0001":5},)"
+       R"({"class-maps":{"qos":{"__yang_[b]_[]":{"match":["ip-access-group"]},"__yang_[b]_[t]":{"match":["ip-access-group"]}}},)"
+       R"("forwarding-groups":{"n\u0001":5},)"
        R"("policy-maps":{"qos":{"__yang_[IPV4__b]":{"classes":{"__yang_[b]_[t]":{"actions":{"set-traffic-class":5}}}}}}})"},
       {"a comment of a tx queue whose name has a finding",
        "The name's finding says that it is left out, and the attachment stands under it.",
@@ -373,7 +377,8 @@ const std::vector<Exemption>& exemptions() {
        R"("comments":{"qos-profile-__YANG_SP_[p]":"core"}})"},
       {"a class without actions", "A term's actions are those of its classes.",
        isClassWithoutActions,
-       R"({"policy-maps":{"qos":{"__yang_[IPV4__a]":{"classes":{"class-default":{}}}}}})"},
+       R"({"class-maps":{"qos":{"__yang_[a]_[]":{"match":["ip-access-group"]}}},)"
+       R"("policy-maps":{"qos":{"__yang_[IPV4__a]":{"classes":{"class-default":{}}}}}})"},
       {"one of two queues 0 of a profile", "Where they differ, there is a finding.", isOtherQueue0,
        R"({"qos-profiles":{"__YANG_QMP_[q]":{"tx-queues":{"uc-0":{},"mc-0":{}}}}})"},
       {"WRED settings beside ECN's", "Where they differ, there is a finding.", isWredLikeEcn,

@@ -99,14 +99,14 @@ TEST(QueueFindings, TxQueuesThatDisagreeOnTheSchedulerPolicy) {
       "if-Et1/1-uc-txq-4":
       "{\"MetaData-OpenConfig\": {\"scheduler-policy\": {\"name\": \"lan\"}}}"}})");
   EXPECT_THAT(
-      found,
-      ElementsAre("unresolved /comments/if-Et1~11-uc-txq-4: there is no scheduler policy \"lan\": "
-                  "did you mean wan?; add the QoS profile \"__YANG_SP_[lan]\"",
-                  "unresolved /comments/qos-profile-__YANG_SP_[wan]: an input of its schedulers "
-                  "names the queue \"EF\", which is not there; add it to queue-names",
-                  "order /interfaces/Ethernet1~11: the comments of its tx queues don't agree on "
-                  "one scheduler policy, and which one the interface gets depends on the order in "
-                  "which they are met: none, \"lan\", \"wan\"; let all name one"));
+      found, ElementsAre(
+                 "unresolved /comments/if-Et1~11-uc-txq-4: there is no scheduler policy \"lan\": "
+                 "did you mean \"wan\"?; otherwise add the QoS profile \"__YANG_SP_[lan]\"",
+                 "unresolved /comments/qos-profile-__YANG_SP_[wan]: the input \"voice\" of "
+                 "scheduler 1 names the queue \"EF\", which is not there; add it to queue-names",
+                 "order /interfaces/Ethernet1~11: the comments of its tx queues don't agree on one "
+                 "scheduler policy, and which one the interface gets depends on the order in which "
+                 "they are met: none by uc-6, \"lan\" by uc-4, \"wan\" by uc-5; let all name one"));
 }
 
 TEST(QueueFindings, TxQueuesOfWhichSomeHaveNoPolicy) {
@@ -119,11 +119,11 @@ TEST(QueueFindings, TxQueuesOfWhichSomeHaveNoPolicy) {
       "{\"MetaData-OpenConfig\": {\"scheduler-policy\": {\"name\": \"wan\"}}}"}})");
   EXPECT_THAT(
       found,
-      ElementsAre("unresolved /comments/qos-profile-__YANG_SP_[wan]: an input of its schedulers "
-                  "names the queue \"EF\", which is not there; add it to queue-names",
+      ElementsAre("unresolved /comments/qos-profile-__YANG_SP_[wan]: the input \"voice\" of "
+                  "scheduler 1 names the queue \"EF\", which is not there; add it to queue-names",
                   "order /interfaces/Ethernet1~11: the comments of its tx queues don't agree on "
                   "one scheduler policy, and which one the interface gets depends on the order in "
-                  "which they are met: none, \"wan\"; let all name one"));
+                  "which they are met: none by uc-4, \"wan\" by uc-5; let all name one"));
 }
 
 TEST(QueueFindings, TwoTxQueuesOfOneNameWithDifferentProfiles) {
@@ -150,9 +150,9 @@ TEST(QueueFindings, ASchedulerPolicyThatIsNotThere) {
   EXPECT_THAT(
       found,
       ElementsAre("unresolved /comments/if-Et1~11-uc-txq-5: there is no scheduler policy \"wam\": "
-                  "did you mean wan?; add the QoS profile \"__YANG_SP_[wam]\"",
-                  "unresolved /comments/qos-profile-__YANG_SP_[wan]: an input of its schedulers "
-                  "names the queue \"EF\", which is not there; add it to queue-names"));
+                  "did you mean \"wan\"?; otherwise add the QoS profile \"__YANG_SP_[wam]\"",
+                  "unresolved /comments/qos-profile-__YANG_SP_[wan]: the input \"voice\" of "
+                  "scheduler 1 names the queue \"EF\", which is not there; add it to queue-names"));
 }
 
 TEST(QueueFindings, AProfileThatIsNotThere) {
@@ -163,7 +163,7 @@ TEST(QueueFindings, AProfileThatIsNotThere) {
       "{\"MetaData-OpenConfig\": {\"queue-management-profile\": {\"name\": \"wrde\"}}}"}})");
   EXPECT_THAT(found,
               ElementsAre("unresolved /comments/if-Et1~11-uc-txq-5: there is no queue-management "
-                          "profile \"wrde\": did you mean wred?; add the QoS profile "
+                          "profile \"wrde\": did you mean \"wred\"?; otherwise add the QoS profile "
                           "\"__YANG_QMP_[wrde]\" with the settings of tx queue 0"));
 }
 
@@ -175,13 +175,12 @@ TEST(QueueFindings, AProfileWithoutTxQueue0IsNotThere) {
       "{\"MetaData-OpenConfig\": {\"queue-management-profile\": {\"name\": \"wred\"}}}"}})");
   EXPECT_THAT(
       found,
-      ElementsAre(
-          "unresolved /comments/if-Et1~11-uc-txq-5: there is no queue-management profile \"wred\"; "
-          "add the QoS profile \"__YANG_QMP_[wred]\" with the settings of tx queue 0",
-          "untranslated /qos-profiles/__YANG_QMP_[wred]: has no tx queue 0, whose settings are "
-          "those of the queue-management profile, so none is made; add tx queue uc-0",
-          "untranslated /qos-profiles/__YANG_QMP_[wred]/tx-queues/uc-1: a queue-management profile "
-          "has the settings of tx queue 0 alone; remove this one"));
+      ElementsAre("unresolved /comments/if-Et1~11-uc-txq-5: there is no queue-management profile "
+                  "\"wred\", since its QoS profile has no tx queue 0; add uc-0 to it",
+                  "untranslated /qos-profiles/__YANG_QMP_[wred]: has no tx queue 0, whose settings "
+                  "are those of the queue-management profile, so none is made; add tx queue uc-0",
+                  "untranslated /qos-profiles/__YANG_QMP_[wred]/tx-queues/uc-1: a queue-management "
+                  "profile has the settings of tx queue 0 alone; remove this one"));
 }
 
 TEST(QueueFindings, AProfileForAQueueWithoutAName) {
@@ -249,6 +248,39 @@ TEST(QueueFindings, EcnSettingsOutOfRange) {
           "none, and one is needed: queue raises over it, and queues are missing; write 0 to 100",
           "raises /interfaces/Ethernet1~11/tx-queues/uc-5/ecn/max-threshold: 4294967295 is no "
           "threshold: queue raises over it, and queues are missing; write at most 4294967294"));
+}
+
+TEST(QueueFindings, ACommentOfTheWrongTypeIsNoOtherPolicy) {
+  const auto found = findings(
+      R"({"interfaces": {"Ethernet1/1": {"tx-queues": {"uc-4": {"shape": 400000}, "uc-5": {}}}},
+      "qos-profiles": {"__YANG_SP_[wan]": {}, "__YANG_QMP_[wred]": {"tx-queues": {"uc-0":
+      {"wred": {"max-drop-percent": 10}}}}}, "queue-names": {"EF": 5}, "comments":
+      {"qos-profile-__YANG_SP_[wan]":
+      "{\"MetaData-OpenConfig\": {\"1\": {\"inputs\": {\"voice\": {\"queue\": \"EF\"}}}}}",
+      "if-Et1/1-uc-txq-5":
+      "{\"MetaData-OpenConfig\": {\"scheduler-policy\": {\"name\": \"wan\"}}}",
+      "if-Et1/1-uc-txq-4":
+      "{\"MetaData-OpenConfig\": {\"scheduler-policy\": {\"name\": 7}}}"}})");
+  EXPECT_THAT(found, ElementsAre("comment-type /comments/if-Et1~11-uc-txq-4: at "
+                                 "/MetaData-OpenConfig/scheduler-policy/name of this comment: "
+                                 "expected a string; it ends the program that translates it"));
+}
+
+TEST(QueueFindings, ManyTxQueuesThatDisagree) {
+  const auto found = findings(
+      R"({"interfaces": {"Ethernet1/1": {"tx-queues": {"uc-0": {}, "uc-1": {}, "uc-2": {}, "uc-3":
+      {}, "uc-4": {}, "uc-5": {}}}}, "qos-profiles": {"__YANG_SP_[wan]": {},
+      "__YANG_QMP_[wred]": {"tx-queues": {"uc-0": {"wred": {"max-drop-percent": 10}}}}},
+      "queue-names": {"EF": 5}, "comments": {"qos-profile-__YANG_SP_[wan]":
+      "{\"MetaData-OpenConfig\": {\"1\": {\"inputs\": {\"voice\": {\"queue\": \"EF\"}}}}}",
+      "if-Et1/1-uc-txq-5":
+      "{\"MetaData-OpenConfig\": {\"scheduler-policy\": {\"name\": \"wan\"}}}"}})");
+  EXPECT_THAT(
+      found,
+      ElementsAre(
+          "order /interfaces/Ethernet1~11: the comments of its tx queues don't agree on one "
+          "scheduler policy, and which one the interface gets depends on the order in which they "
+          "are met: none by uc-0, uc-1, uc-2 and 2 more, \"wan\" by uc-5; let all name one"));
 }
 
 TEST(ProfileFindings, AProfileWithWred) {
@@ -365,8 +397,8 @@ TEST(ProfileFindings, ASchedulerInputWithoutItsQueue) {
       "{\"MetaData-OpenConfig\": {\"1\": {\"inputs\": {\"voice\": {\"queue\": \"EF\"}}}}}"}})");
   EXPECT_THAT(
       found,
-      ElementsAre("unresolved /comments/qos-profile-__YANG_SP_[wan]: an input of its schedulers "
-                  "names the queue \"EF\", which is not there; add it to queue-names"));
+      ElementsAre("unresolved /comments/qos-profile-__YANG_SP_[wan]: the input \"voice\" of "
+                  "scheduler 1 names the queue \"EF\", which is not there; add it to queue-names"));
 }
 
 TEST(ProfileFindings, ASchedulerInputFromTheQueueOfAnInterface) {
@@ -377,8 +409,8 @@ TEST(ProfileFindings, ASchedulerInputFromTheQueueOfAnInterface) {
   EXPECT_THAT(
       found,
       ElementsAre(
-          "unresolved /comments/qos-profile-__YANG_SP_[wan]: an input of its schedulers names the "
-          "queue \"Ethernet1-1-unicast-4\", which is not there; add it to queue-names"));
+          "unresolved /comments/qos-profile-__YANG_SP_[wan]: the input \"video\" of scheduler 1 "
+          "names the queue \"Ethernet1-1-unicast-4\", which is not there; add it to queue-names"));
 }
 
 TEST(ProfileFindings, ARateOutOfRange) {

@@ -21,8 +21,8 @@ TEST(TruthOfFindings, AQueueThatIsKeptFromBeingMadeDoesNotResolve) {
   EXPECT_THAT(
       found,
       Contains(
-          "unresolved /comments/qos-profile-__YANG_SP_[p]: there is no queue \"Et1-unicast-3\", "
-          "and an input of its schedulers names it; add it to queue-names"));
+          "unresolved /comments/qos-profile-__YANG_SP_[p]: the input \"i\" of scheduler 1 names "
+          "the queue \"Et1-unicast-3\", which is not there; add it to queue-names"));
 }
 
 TEST(TruthOfFindings, AConfiguredQueueIsMadeBesideItsProfile) {
