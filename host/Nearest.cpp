@@ -1,9 +1,10 @@
 #include "host/Nearest.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
-#include <cctype>
 #include <cstddef>
+#include <utility>
 
 #include "host/Text.h"
 
@@ -11,27 +12,29 @@ namespace host {
 namespace {
 
 constexpr std::size_t longest = 64;  // of the names that are compared
-constexpr std::size_t mostCompared = 256;
+constexpr std::size_t mostCompared = 64;
 
-char lower(char c) { return static_cast<char>(std::tolower(static_cast<unsigned char>(c))); }
+char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
 
 // The slips between two texts, by the rows of the table of those between their prefixes.
+// Requires: neither is longer than the longest.
 std::size_t slips(std::string_view a, std::string_view b) {
-  std::vector<std::size_t> beforeLast, last, row(b.size() + 1);
-  for (std::size_t j = 0; j <= b.size(); ++j) row[j] = j;
+  std::array<std::array<std::size_t, longest + 1>, 3> rows;
+  auto *beforeLast = &rows[0], *last = &rows[1], *row = &rows[2];
+  for (std::size_t j = 0; j <= b.size(); ++j) (*row)[j] = j;
   for (std::size_t i = 1; i <= a.size(); ++i) {
-    beforeLast = std::move(last);
-    last = row;
-    row[0] = i;
+    beforeLast = std::exchange(last, std::exchange(row, beforeLast));
+    (*row)[0] = i;
     for (std::size_t j = 1; j <= b.size(); ++j) {
       const bool same = lower(a[i - 1]) == lower(b[j - 1]);
-      row[j] = std::min({last[j] + 1, row[j - 1] + 1, last[j - 1] + (same ? 0 : 1)});
+      const std::size_t least = std::min((*last)[j], (*row)[j - 1]) + 1;
+      (*row)[j] = std::min(least, (*last)[j - 1] + (same ? 0 : 1));
       const bool swapped = i > 1 && j > 1 && lower(a[i - 1]) == lower(b[j - 2]) &&
                            lower(a[i - 2]) == lower(b[j - 1]);
-      if (swapped) row[j] = std::min(row[j], beforeLast[j - 2] + 1);
+      if (swapped) (*row)[j] = std::min((*row)[j], (*beforeLast)[j - 2] + 1);
     }
   }
-  return row.back();
+  return (*row)[b.size()];
 }
 
 bool isSameInAnyCase(std::string_view a, std::string_view b) {
