@@ -14,8 +14,6 @@ namespace {
 constexpr std::size_t longest = 64;  // of the names that are compared
 constexpr std::size_t mostCompared = 64;
 
-char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
-
 // The slips between two texts, by the rows of the table of those between their prefixes.
 // Requires: neither is longer than the longest.
 std::size_t slips(std::string_view a, std::string_view b) {
@@ -35,11 +33,6 @@ std::size_t slips(std::string_view a, std::string_view b) {
     }
   }
   return (*row)[b.size()];
-}
-
-bool isSameInAnyCase(std::string_view a, std::string_view b) {
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                    [](char x, char y) { return lower(x) == lower(y); });
 }
 
 bool isDigit(char c) { return c >= '0' && c <= '9'; }

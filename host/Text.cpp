@@ -1,5 +1,6 @@
 #include "host/Text.h"
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <charconv>
@@ -96,6 +97,11 @@ std::optional<char32_t> takeCharacter(std::string_view& text) {
   if (c < lead->least || c > 0x10ffff || (c >= 0xd800 && c <= 0xdfff)) return std::nullopt;
   text = rest.substr(lead->more);
   return c;
+}
+
+bool isSameInAnyCase(std::string_view a, std::string_view b) {
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                    [](char x, char y) { return lower(x) == lower(y); });
 }
 
 bool isUtf8(std::string_view text) {

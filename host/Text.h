@@ -19,6 +19,10 @@ std::optional<char32_t> takeCharacter(std::string_view& text);
 // Whether all of it is valid UTF-8.
 bool isUtf8(std::string_view text);
 
+// An ASCII letter in lower case; any other byte stays.
+constexpr char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
+bool isSameInAnyCase(std::string_view a, std::string_view b);
+
 // How many bytes stand at the front of `text` that a JSON string holds as they are: those before
 // the first quote, backslash or control character.
 std::size_t plainPrefix(std::string_view text);

@@ -8,6 +8,7 @@
 #include "host/JsonStream.h"
 #include "host/Nearest.h"
 #include "host/Pointer.h"
+#include "host/Text.h"
 
 namespace host {
 namespace {
@@ -21,13 +22,6 @@ constexpr std::string_view parts[] = {"scheduler-policy", "queue-management-prof
 
 std::string_view textOf(const Json& string) {
   return {string.GetString(), string.GetStringLength()};
-}
-
-char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
-
-bool isSameInAnyCase(std::string_view a, std::string_view b) {
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                    [](char x, char y) { return lower(x) == lower(y); });
 }
 
 class Judge {

@@ -1,4 +1,6 @@
 // Names: those that are almost of a form that is read, and those that the model can't hold.
+#include <algorithm>
+
 #include "QosOpenConfig/QosOpenConfigClassifierKivToOCSmTerms.h"
 #include "QosOpenConfig/QosOpenConfigQueueManagementProfileKivToOcSm.h"
 #include "QosOpenConfig/QosOpenConfigSchedulerPolicyKivToOCSm.h"
@@ -21,13 +23,13 @@ constexpr const char* profileForm = "__YANG_QMP_[NAME] or __YANG_SP_[NAME]";
 // slip of it before a bracket.
 bool isNearly(std::string_view name) {
   constexpr std::string_view prefix = "__yang";
-  std::string lower;
-  for (const char c : name) lower += c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-  if (lower.starts_with(prefix)) return true;
-  const std::size_t begin = lower.find_first_not_of("_ \t");
-  const std::size_t bracket = lower.find('[');
-  if (begin == lower.npos || bracket == lower.npos) return false;
-  const std::string word = lower.substr(begin, lower.find_first_of("_[ ", begin) - begin);
+  std::string letters(name);
+  std::transform(letters.begin(), letters.end(), letters.begin(), lower);
+  if (letters.starts_with(prefix)) return true;
+  const std::size_t begin = letters.find_first_not_of("_ \t");
+  const std::size_t bracket = letters.find('[');
+  if (begin == letters.npos || bracket == letters.npos) return false;
+  const std::string word = letters.substr(begin, letters.find_first_of("_[ ", begin) - begin);
   return word == "yang" || (begin > 0 && !nearest(word, {"yang"}).empty());
 }
 
