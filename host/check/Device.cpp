@@ -6,28 +6,30 @@
 #include "QosOpenConfig/QosOpenConfigQueueManagementProfileKivToOcSm.h"
 #include "QosOpenConfig/QosOpenConfigSchedulerPolicyKivToOCSm.h"
 #include "host/CommentFaults.h"
+#include "host/check/QueueComment.h"
 
 namespace host {
 namespace {
 
 DeviceQueue queueOf(const Native& native, const Nerit::IntfId& interface, const Qos::TxQueue& id,
                     const Rok::Ptr<Qos::TxQueueConfig>& config) {
-  DeviceQueue queue{interface, id, config, QosOc::CommentHelper::commentKey(interface, id)};
-  const Rok::String text = native.cliConfig->comment(queue.commentKey);
-  if (text.empty()) return queue;
-  queue.isRead = !attachmentFault(text);
-  if (!queue.isRead) return queue;
-  const QosOc::CommentInfo info = deserializeJsonComment(text);
-  queue.policy = std::string_view(info.sPInfo().schedulerPolicy());
-  queue.profile = std::string_view(info.qMPInfo().queueManagementProfile());
-  return queue;
+  QueueComment comment = QueueComment::of(native, interface, id);
+  return {interface,
+          id,
+          config,
+          std::move(comment.key),
+          comment.isRead,
+          std::move(comment.policy),
+          std::move(comment.profile)};
 }
 
 DevicePolicy policyOf(const Native& native, const Rok::String& profile) {
   DevicePolicy policy{profile, QosOc::CommentHelper::profileCommentKey(profile),
                       QosOc::SchedulerPolicyProfileCommentInfo("")};
   const Rok::String text = native.cliConfig->comment(policy.commentKey);
-  if (!text.empty() && !profileFault(text)) policy.info = deserializeJsonProfileComment(text);
+  if (text.empty()) return policy;
+  policy.isRead = !profileFault(text);
+  if (policy.isRead) policy.info = deserializeJsonProfileComment(text);
   return policy;
 }
 

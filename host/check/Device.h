@@ -38,6 +38,7 @@ struct DevicePolicy {
   Rok::String profile;
   Rok::String commentKey;
   QosOc::SchedulerPolicyProfileCommentInfo info;  // what its comment says
+  bool isRead = true;  // false: the comment ends the process that reads it
 
   Tokens comment() const { return {"comments", std::string(commentKey)}; }
 };

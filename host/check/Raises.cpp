@@ -12,6 +12,7 @@
 #include "QosOpenConfig/QosOpenConfigSchedulerPolicyKivToOCSm.h"
 #include "host/CommentFaults.h"
 #include "host/check/Places.h"
+#include "host/check/QueueComment.h"
 #include "host/check/Untraced.h"
 
 namespace host {
@@ -63,27 +64,7 @@ bool raises(const Qos::EcnWredConfig& ecn) {
          ecn.maxThreshold() == noThreshold;
 }
 
-// What the comment of a tx queue speaks for, so that it isn't read from the settings.
-struct Spoken {
-  Spoken(const Native& native, const Nerit::IntfId& interface, const Qos::TxQueue& queue) {
-    const Rok::String key = QosOc::Helper::commentKey(interface, queue);
-    comment = {"comments", std::string(key)};
-    const Rok::String text = native.cliConfig->comment(key);
-    if (text.empty()) return;
-    if (attachmentFault(text)) {
-      policy = profile = true;
-      return;
-    }
-    const Untraced untraced;
-    const QosOc::CommentInfo info = deserializeJsonComment(text);
-    policy = static_cast<bool>(info.sPInfo());
-    profile = static_cast<bool>(info.qMPInfo());
-  }
-
-  Tokens comment;
-  bool policy = false;
-  bool profile = false;
-};
+Tokens placeOf(const QueueComment& comment) { return {"comments", std::string(comment.key)}; }
 
 // ===== QoS profiles
 
@@ -120,9 +101,9 @@ Tokens placeOf(const Qos::ServicePolicyKey& key) {
 void Raises::bandwidth(const Nerit::IntfId& interface, const Qos::TxQueueConfig& queue,
                        const Found& found) const {
   if (!raises(queue)) return;
-  const Spoken spoken(native_, interface, queue.txQueue());
-  if (spoken.policy) return;
-  const Judge judge{"queue", "queues", spoken.comment, found};
+  const auto comment = QueueComment::of(native_, interface, queue.txQueue());
+  if (comment.speaksForOthers()) return;
+  const Judge judge{"queue", "queues", placeOf(comment), found};
   judge.raise(below(queuePlace(interface, queue.txQueue()), "bandwidth"), queue.bandwidth().value,
               "is no percentage", "0 to 100, or leave it out");
 }
@@ -131,9 +112,9 @@ void Raises::ecn(const Nerit::IntfId& interface, const Qos::TxQueueConfig& queue
                  const Found& found) const {
   const auto& ecn = queue.ecnConfig();
   if (!ecn || !raises(*ecn)) return;
-  const Spoken spoken(native_, interface, queue.txQueue());
-  if (spoken.profile) return;
-  const Judge judge{"queue", "queues", spoken.comment, found};
+  const auto comment = QueueComment::of(native_, interface, queue.txQueue());
+  if (comment.speaksForEcn()) return;
+  const Judge judge{"queue", "queues", placeOf(comment), found};
   const Tokens place = below(queuePlace(interface, queue.txQueue()), "ecn");
   judge.percent(below(place, "max-drop-percent"), ecn->maxDropPercent().value);
   judge.threshold(below(place, "min-threshold"), ecn->minThreshold());
