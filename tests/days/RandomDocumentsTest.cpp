@@ -146,6 +146,19 @@ TEST(RandomDocuments, AreFoundToLoseWhatTheirTranslationLoses) {
   EXPECT_TRUE(isRight) << "The smallest document that fails is in " << directory;
 }
 
+// ===== The orders
+
+// The one that names a policy stands between two that don't, and decides when it is met last.
+TEST(Orders, LetAnyOfThreeTxQueuesBeMetLast) {
+  const Outcomes outcomes(
+      R"({"interfaces":{"Ethernet1":{"tx-queues":{"mc-3":{},"uc-3":{},"uc-4":{}}}},"comments":)"
+      R"({"if-Et1-uc-txq-3":"{\"MetaData-OpenConfig\":{\"scheduler-policy\":{\"name\":\"x\"}}}"}})",
+      256);
+  const std::string path =
+      "/qos/interfaces/interface[interface-id=Ethernet1]/output/scheduler-policy/config/name";
+  EXPECT_EQ(outcomes.values().at(path), (std::set<std::string>{"", "\"x\""}));
+}
+
 // ===== The table of exemptions
 
 class EachExemption : public testing::TestWithParam<std::size_t> {};

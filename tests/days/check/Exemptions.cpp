@@ -365,16 +365,17 @@ const std::vector<Exemption>& exemptions() {
        R"("queue-names":{"n\u0001":4,"V":3}})"},
       {"one of several places on which a leaf depends by their order",
        "The finding stands at one of them.", isOfOrderElsewhere,
-       R"({"service-policies":{"1:__yang_[IPV4__a]":{"interfaces":{"Ethernet1":false,)"
-       R"("Ether1":true}},"0:__yang_[IPV4__b]":{"interfaces":{"Ether1":true}},)"
-       R"("0:__yang_[IPV6__b]":{"interfaces":{"Ether1":true}},)"
-       R"("0:__yang_[IPV4__a][IPV6__a]":{"interfaces":{"Ether1":true}}},)"
-       R"("policy-maps":{"qos":{"__yang_[IPV4__a]":{},"__yang_[IPV4__b]":{},)"
-       R"("__yang_[IPV6__b]":{}}},"interfaces":{"Ether1":{}}})"},
+       R"({"interfaces":{"E1":{"tx-queues":{"uc-3":{},"uc-4":{},"uc-0":{}}}},)"
+       R"("qos-profiles":{"__YANG_SP_[p]":{},"__YANG_SP_[r]":{}},)"
+       R"("comments":{"qos-profile-__YANG_SP_[p]":"{\"MetaData-OpenConfig\":{\"1\":{}}}",)"
+       R"("qos-profile-__YANG_SP_[r]":"{\"MetaData-OpenConfig\":{\"1\":{}}}",)"
+       R"("if-E1-uc-txq-3":"{\"MetaData-OpenConfig\":{\"scheduler-policy\":{\"name\":\"p\"}}}",)"
+       R"("if-E1-uc-txq-4":"{\"MetaData-OpenConfig\":{\"scheduler-policy\":{\"name\":\"r\"}}}"}})"},
       {"the tx queues of a scheduler policy's profile",
        "They were made from what its comment says, and that is translated.", isInPolicyProfile,
        R"({"qos-profiles":{"__YANG_SP_[p]":{"tx-queues":{"uc-3":{"bandwidth":40}}}},)"
-       R"("comments":{"qos-profile-__YANG_SP_[p]":"core"}})"},
+       R"("comments":{"qos-profile-__YANG_SP_[p]":)"
+       R"("{\"MetaData-OpenConfig\":{\"1\":{}}}"}})"},
       {"a class without actions", "A term's actions are those of its classes.",
        isClassWithoutActions,
        R"({"class-maps":{"qos":{"__yang_[a]_[]":{"match":["ip-access-group"]}}},)"
@@ -388,7 +389,8 @@ const std::vector<Exemption>& exemptions() {
       {"a comment that names what another one of the interface names",
        "They say the same of the interface, whichever is met last.", isNamedTwice,
        R"({"interfaces":{"Ethernet1":{"tx-queues":{"uc-3":{},"uc-4":{},"mc-3":{}}}},)"
-       R"("qos-profiles":{"__YANG_SP_[p]":{}},"comments":{"qos-profile-__YANG_SP_[p]":"core",)"
+       R"("qos-profiles":{"__YANG_SP_[p]":{}},"comments":{"qos-profile-__YANG_SP_[p]":)"
+       R"("{\"MetaData-OpenConfig\":{\"1\":{}}}",)"
        R"("if-Et1-uc-txq-3":"{\"MetaData-OpenConfig\":{\"scheduler-policy\":{\"name\":\"p\"}}}",)"
        R"("if-Et1-uc-txq-4":"{\"MetaData-OpenConfig\":{\"scheduler-policy\":{\"name\":\"p\"}}}",)"
        R"("if-Et1-mc-txq-3":"{\"MetaData-OpenConfig\":{\"scheduler-policy\":{\"name\":\"p\"}}}"}})"},

@@ -15,6 +15,7 @@ namespace days {
 
 using LeafMap = std::map<std::string, std::string>;  // values by paths
 
+// In a walk order, of collections that were filled in an order of its own; 0 is that of the document.
 struct Translation {
   Translation(const std::string& document, std::uint32_t order);
 
@@ -29,7 +30,7 @@ class Outcomes {
   using Select = std::function<bool(const std::string& path)>;
   static constexpr std::uint32_t orders = 4;
 
-  explicit Outcomes(const std::string& document);
+  explicit Outcomes(const std::string& document, std::uint32_t count = orders);
 
   const std::vector<Translation>& all() const { return all_; }
   bool hasRaised() const;
