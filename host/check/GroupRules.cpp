@@ -89,6 +89,13 @@ class GroupRules : Rule {
     judgeTime("time-a", config.pfcWatchdogTimeA());
     judgeTime("time-b", config.pfcWatchdogTimeB());
     judgeTime("time-c", config.pfcWatchdogTimeC());
+    judgeAction(config.pfcWatchdogAction());
+  }
+  void judgeAction(unsigned action) {
+    if (action == 1 || action == 2 || action == 5) return;
+    find("untranslated", {"pfc-watchdog", "action"},
+         "of actions only 1, 2 and 5 are translated, and " + std::to_string(action) +
+             " becomes 1; write one of them");
   }
   void judgeTime(const char* member, double time) {
     if (decimal64(time)) return;

@@ -75,14 +75,33 @@ class NameRules : Rule {
   }
 
   void judgeClassMaps() {
-    const auto& maps = native().aclConfig->cmapType(Qos::mapQos)->cmap();
-    for (auto i = maps.unsafeIterator(); i; ++i) {
-      const Tokens place{"class-maps", "qos", std::string(i->key())};
-      if (term(place, i->key())) continue;
-      const Rok::String classifier = QosOc::classifierNameFromClassName(i->key());
-      text(place, classifier, "classifier");
-      if (classifier.empty()) form(place, i->key(), "class map", classMapForm);
+    const auto& types = native().aclConfig->cmapType();
+    for (auto i = types.unsafeIterator(); i; ++i) {
+      for (auto map = i->value()->cmap().unsafeIterator(); map; ++map) {
+        if (i->key() == Qos::mapQos) {
+          judgeClassMap(map->key());
+        } else {
+          otherType("class-maps", i->key(), map->key());
+        }
+      }
     }
+  }
+  void judgeClassMap(const Rok::String& name) {
+    const Tokens place{"class-maps", "qos", std::string(name)};
+    if (term(place, name)) return;
+    const Rok::String classifier = QosOc::classifierNameFromClassName(name);
+    text(place, classifier, "classifier");
+    if (classifier.empty()) form(place, name, "class map", classMapForm);
+  }
+
+  // A map of a type that no translator reads.
+  void otherType(const std::string& section, Qos::MapType type, std::string_view name) {
+    if (!isNearly(name)) return;
+    const std::string number = std::to_string(static_cast<unsigned>(type));
+    const std::string maps = section == "class-maps" ? "class maps" : "policy maps";
+    find("untranslated", {section, number, std::string(name)},
+         maps + " of the map type " + number + " are not translated; move it to /" + section +
+             "/qos");
   }
 
   void judgeAcls() {
@@ -99,16 +118,11 @@ class NameRules : Rule {
   void judgePolicyMaps() {
     const auto& types = native().aclConfig->pmapType();
     for (auto i = types.unsafeIterator(); i; ++i) {
-      const bool isQos = i->key() == Qos::mapQos;
-      const std::string type = isQos ? "qos" : std::to_string(static_cast<unsigned>(i->key()));
       for (const auto& [name, map] : i->value()->pmap()) {
-        const Tokens place{"policy-maps", type, std::string(name)};
-        if (isQos) {
-          judgePolicyMap(place, name, *map);
-        } else if (isNearly(name)) {
-          find("untranslated", place,
-               "policy maps of the map type " + type +
-                   " are not translated; move it to /policy-maps/qos");
+        if (i->key() == Qos::mapQos) {
+          judgePolicyMap({"policy-maps", "qos", std::string(name)}, name, *map);
+        } else {
+          otherType("policy-maps", i->key(), name);
         }
       }
     }

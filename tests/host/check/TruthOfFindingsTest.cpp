@@ -81,10 +81,26 @@ TEST(TruthOfFindings, APriorityThatIsNotStrictIsNotTranslated) {
 TEST(TruthOfFindings, APriorityForWhichAPolicySpeaksIsNotLost) {
   const auto found = findings(
       R"({"interfaces": {"Et1": {"tx-queues": {"uc-3": {"priority": 7}}}}, "qos-profiles":
-      {"__YANG_SP_[p]": {}}, "comments": {"qos-profile-__YANG_SP_[p]": "none",
-      "if-Et1-uc-txq-3":
+      {"__YANG_SP_[p]": {}}, "comments": {"qos-profile-__YANG_SP_[p]":
+      "{\"MetaData-OpenConfig\":{\"1\":{}}}", "if-Et1-uc-txq-3":
       "{\"MetaData-OpenConfig\":{\"scheduler-policy\":{\"name\":\"p\"}}}"}})");
   EXPECT_THAT(found, IsEmpty());
+}
+
+TEST(TruthOfFindings, AWatchdogsActionThatBecomesAnotherOne) {
+  EXPECT_THAT(findings(R"({"pfc-watchdog": {"time-a": 100, "action": 3}})"),
+              ElementsAre("untranslated /pfc-watchdog/action: of actions only 1, 2 and 5 are "
+                          "translated, and 3 becomes 1; write one of them"));
+  for (const char* action : {"1", "2", "5"}) {
+    const std::string text = R"({"pfc-watchdog": {"time-a": 100, "action": )";
+    EXPECT_THAT(findings(text + action + "}}"), IsEmpty()) << action;
+  }
+}
+
+TEST(TruthOfFindings, AClassMapOfAnotherMapType) {
+  EXPECT_THAT(findings(R"({"class-maps": {"7": {"__yang_[a]_[t]": {}, "COPP": {}}}})"),
+              ElementsAre("untranslated /class-maps/7/__yang_[a]_[t]: class maps of the map type 7 "
+                          "are not translated; move it to /class-maps/qos"));
 }
 
 TEST(TruthOfFindings, AClassOfALaterPolicyMapDecidesOnTheAction) {
