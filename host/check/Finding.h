@@ -12,7 +12,7 @@ namespace host {
 
 struct Finding {
   std::string_view kind;  // a stable word, for programs
-  Tokens place;           // in the native document, as it spells its keys
+  Tokens place;           // in the native document; a key that has a name and a number, by its name
   std::string text;       // what is wrong; what to do
 
   friend auto operator<=>(const Finding& a, const Finding& b) {

@@ -37,7 +37,10 @@ class Locator : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, Locator> 
     if (wanted == nullptr) return true;
     std::string token(text, size);
     if (schema->kind() == Schema::Kind::keyed) {
-      token = std::string_view(schema->key().spelled(*schema->key().canonical(Rok::String(token))));
+      // A file may have become another one since it was judged.
+      const auto canonical = schema->key().canonical(Rok::String(token));
+      if (!canonical) return true;
+      token = std::string_view(schema->key().spelled(*canonical));
     }
     if (const auto found = wanted->below.find(token); found != wanted->below.end()) {
       next_ = {&found->second, &schema->below(token)};

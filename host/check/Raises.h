@@ -16,7 +16,7 @@ namespace host {
 
 struct Raise {
   std::string_view root;  // as messages name it
-  Tokens place;           // of the value, as the native document spells its keys
+  Tokens place;           // of the value, as in a Finding
   // What else decides whether the root raises over it, be it there or not: the comment of a tx queue,
   // the profile of a comment, the other service policy. Empty when nothing else does.
   Tokens decider;

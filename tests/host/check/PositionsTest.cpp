@@ -68,6 +68,14 @@ TEST(Positions, AreFoundInAFileOfManyBlocks) {
   EXPECT_EQ(positionsOfFile(path, places), (std::vector<TextPosition>{{20002, 9}, {9, 7}}));
 }
 
+// The file was written anew since its findings were made.
+TEST(Positions, OfATextThatIsNoNativeDocumentAreThoseOfWhatIsThere) {
+  const std::vector<Tokens> places{{"tc-to-tx-queue", "5"}, {"policy-maps", "qos", "a"}};
+  EXPECT_EQ(positionsOfText(
+                R"({"tc-to-tx-queue": {"wide": 3, "5": 1}, "policy-maps": [{"qos": 1}]})", places),
+            (std::vector<TextPosition>{{1, 37}, {1, 41}}));
+}
+
 TEST(Positions, OfAFileThatIsNotThereAreRefused) {
   EXPECT_THROW(positionsOfFile("/nothing/here.json", {}), Refusal);
 }
