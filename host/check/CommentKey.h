@@ -11,12 +11,14 @@
 namespace host {
 
 struct CommentKey {
+  static constexpr std::string_view opening = "if-";
+
   std::string shortName;  // of the interface, up to a NUL
   Qos::TxQueue queue;
 
   // "if-Et1-uc-txq-3"; nothing for a key of another form.
   static std::optional<CommentKey> parse(std::string_view key) {
-    constexpr std::string_view opening = "if-", unicast = "-uc-txq", multicast = "-mc-txq";
+    constexpr std::string_view unicast = "-uc-txq", multicast = "-mc-txq";
     const std::size_t dash = key.rfind('-');
     if (dash == key.npos || dash < opening.size() + unicast.size()) return std::nullopt;
     const auto id = decimal(key.substr(dash + 1), 255);

@@ -1,14 +1,16 @@
 #include "host/check/CommentText.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <map>
-#include <optional>
+#include <set>
 #include <vector>
 
-#include "host/JsonStream.h"
+#include "host/Json.h"
 #include "host/Nearest.h"
 #include "host/Pointer.h"
 #include "host/Text.h"
+#include "host/check/MetaDataName.h"
 
 namespace host {
 namespace {
@@ -16,47 +18,83 @@ namespace {
 using Json = rapidjson::Value;
 using Names = std::vector<std::string_view>;
 
-constexpr std::string_view metaDataKey = "MetaData-OpenConfig";
-// Of the metadata of a tx queue.
-constexpr std::string_view parts[] = {"scheduler-policy", "queue-management-profile"};
+// Of a member that stands in an object twice, the one that its reader takes.
+enum class Read : std::uint8_t { first, last };
 
 std::string_view textOf(const Json& string) {
   return {string.GetString(), string.GetStringLength()};
 }
 
-class Judge {
- public:
-  explicit Judge(const CommentFindings& findings) : findings_(findings) {}
+std::string quotedKey() { return quoted(metaDataKey); }
 
-  // The object under the metadata's key, if the text gets there; null where nothing is read.
-  const Json* metaData(std::string_view text) {
-    if (!parse(text)) return nullptr;
-    const auto found = document_.FindMember(rapidjson::StringRef(metaDataKey.data()));
-    if (found == document_.MemberEnd()) {
-      nearlyMetaData();
-      return nullptr;
+// A comment as its reader takes it.
+struct Parsed {
+  explicit Parsed(std::string_view text) {
+    if (const std::size_t nul = text.find('\0'); nul != text.npos) {
+      fault = "a NUL byte" + at(nul, text);
+      return;
     }
+    document.Parse<rapidjson::kParseIterativeFlag>(text.data(), text.size());
+    if (document.HasParseError()) {
+      fault = reason(text) + at(document.GetErrorOffset(), text);
+    } else if (!document.IsObject()) {
+      fault = "it is no object";
+    }
+  }
+
+  rapidjson::Document document;
+  std::string fault;  // why nothing of it is read; empty for an object
+
+ private:
+  static std::string at(std::size_t offset, std::string_view text) {
+    return offset < text.size() ? " at byte " + std::to_string(offset + 1) : " at its end";
+  }
+  // The parser's words, as part of a sentence.
+  std::string reason(std::string_view text) const {
+    const std::size_t offset = document.GetErrorOffset();
+    const bool isControl = offset < text.size() && static_cast<unsigned char>(text[offset]) < ' ';
+    const auto code = document.GetParseError();
+    if (isControl && code == rapidjson::kParseErrorStringEscapeInvalid)
+      return "a control character in a string";
+    std::string words = rapidjson::GetParseError_En(code);
+    words[0] = lower(words[0]);
+    if (words.ends_with('.')) words.pop_back();
+    return words;
+  }
+};
+
+class TextRules {
+ public:
+  explicit TextRules(const CommentFindings& findings) : findings_(findings) {}
+
+  // Goes on with the object under the metadata's key, if the text gets there.
+  template <class Rest>
+  void judge(std::string_view text, const Rest& rest) {
+    const Parsed parsed(text);
+    if (!parsed.fault.empty()) return judgeBroken(metaDataWord(text), parsed.fault);
+    judgeRoot(parsed.document);
+    const auto found = parsed.document.FindMember(metaDataKey.data());
+    if (found == parsed.document.MemberEnd() || !found->value.IsObject()) return;
     path_ = {std::string(metaDataKey)};
-    return found->value.IsObject() ? &found->value : nullptr;
+    rest(found->value);
   }
 
   void attachment(const Json& metaData) {
-    eachMember(metaData, {std::begin(parts), std::end(parts)},
-               [&](std::string_view part, const Json& value) {
-                 if (!value.IsObject()) return;
-                 eachMember(value, {"name"}, [&](std::string_view, const Json& name) {
-                   if (name.IsString() && name.GetStringLength() == 0) {
-                     find("comment-name", "the name is empty, and says nothing; name the " +
-                                              std::string(part) + " or leave it out");
-                   }
-                 });
-                 if (!value.HasMember("name")) {
-                   find("comment-name",
-                        "\"name\" is missing, and with it all of the comment is passed over; "
-                        "give the " +
-                            std::string(part) + " a name or leave it out");
-                 }
-               });
+    const Names parts{std::begin(attachmentParts), std::end(attachmentParts)};
+    eachMember(metaData, parts, Read::first, [&](std::string_view part, const Json& value) {
+      if (!value.IsObject()) return;
+      eachMember(value, {"name"}, Read::first, [&](std::string_view, const Json& name) {
+        if (name.IsString() && name.GetStringLength() == 0) {
+          find("comment-name", "the name is empty, and says nothing; name the " +
+                                   std::string(part) + " or leave it out");
+        }
+      });
+      if (!value.HasMember("name")) {
+        find("comment-name",
+             "\"name\" is missing, and with it all of the comment is passed over; give the " +
+                 std::string(part) + " a name or leave it out");
+      }
+    });
   }
 
   void profile(const Json& metaData) {
@@ -67,9 +105,9 @@ class Judge {
       const std::uint32_t sequence = judgeSequence(name);
       const auto [other, isNew] = sequences.emplace(sequence, name);
       if (!isNew) {
-        find("comment-scheduler", quotedName(other->second) + " is scheduler " +
+        find("comment-scheduler", quoted(other->second) + " is scheduler " +
                                       std::to_string(sequence) +
-                                      ", too: the last of them counts; " + "keep one");
+                                      ", too: the last of them counts; keep one");
       }
       if (value.IsObject()) scheduler(value);
       path_.pop_back();
@@ -77,71 +115,69 @@ class Judge {
   }
 
  private:
-  static std::string quotedName(std::string_view name) { return quoted(name); }
-
   void find(std::string_view kind, const std::string& what) {
     findings_(kind, "at " + shownPointer(path_) + " of this comment: " + what);
   }
 
-  // False when nothing of the text is read.
-  bool parse(std::string_view text) {
-    // For the reader a comment with a NUL in it is no document.
-    const bool isCut = text.find('\0') != text.npos;
-    constexpr unsigned flags = rapidjson::kParseIterativeFlag;
-    if (!isCut) document_.Parse<flags>(text.data(), text.size());
-    if (!isCut && !document_.HasParseError() && document_.IsObject()) return true;
-    if (!namesMetaData(text)) return false;
-    std::string reason = "a NUL byte";
-    if (!isCut) {
-      reason = document_.HasParseError()
-                   ? std::string(rapidjson::GetParseError_En(document_.GetParseError()))
-                   : "it is no object.";
-    }
+  // A text that is no JSON object, and what it has of the metadata.
+  void judgeBroken(std::string_view word, const std::string& fault) {
+    if (word.empty()) return;
+    const bool isKey = isSameInAnyCase(word, metaDataKey);
     findings_("comment-json",
-              "names " + std::string(metaDataKey) +
-                  " and is not one JSON object, so nothing of it is read: " + reason +
-                  " (at byte " + std::to_string(document_.GetErrorOffset() + 1) + "); mend it");
-    return false;
+              "names " + (isKey ? std::string(metaDataKey) : quoted(word)) +
+                  " and is not one JSON object, so nothing of it is read: " + fault + "; mend it" +
+                  (isKey ? "" : ", and write " + quotedKey()));
   }
 
-  // A member that was probably meant to be the metadata.
-  void nearlyMetaData() {
-    for (const auto& member : document_.GetObject()) {
-      const std::string_view name = textOf(member.name);
-      if (std::find(std::begin(parts), std::end(parts), name) != std::end(parts)) {
-        findings_("comment-member", "the member " + quotedName(name) +
-                                        " of this comment stands outside of its metadata and is "
-                                        "not read; write it below \"" +
-                                        std::string(metaDataKey) + '"');
+  // What stands beside the metadata that is read, or in its place.
+  void judgeRoot(const Json& root) {
+    std::size_t count = 0;
+    for (const auto& [key, value] : root.GetObject()) {
+      const std::string_view name = textOf(key);
+      if (name == metaDataKey && ++count == 2) {
+        findings_("comment-member", "the member " + quotedKey() +
+                                        " stands in this comment twice, and the first counts; "
+                                        "keep one");
       }
-      if (nearest(name, {metaDataKey}).empty()) continue;
-      const bool isCase = isSameInAnyCase(name, metaDataKey);
-      findings_(isCase ? "comment-case" : "comment-member",
-                "the member " + quotedName(name) + " of this comment is not read; write \"" +
-                    std::string(metaDataKey) + '"');
+      if (isAttachmentPart(name)) {
+        findings_("comment-member", "the member " + quoted(name) +
+                                        " of this comment stands outside of its metadata and is "
+                                        "not read; write it below " +
+                                        quotedKey());
+      } else if (isNearlyMetaData(name, value)) {
+        findings_(
+            isSameInAnyCase(name, metaDataKey) ? "comment-case" : "comment-member",
+            "the member " + quoted(name) + " of this comment is not read; write " + quotedKey());
+      }
     }
   }
 
-  // Goes through the members that an object may have. Others are findings, and so are repeated ones.
+  // Goes through the members that an object may have. Others are findings, and so are repeated ones,
+  // of which act(name, value) is called for the one that counts.
   template <class Act>
-  void eachMember(const Json& object, const Names& known, const Act& act) {
-    std::vector<std::string_view> seen;
-    for (const auto& [key, value] : object.GetObject()) {
-      const std::string_view name = textOf(key);
+  void eachMember(const Json& object, const Names& known, Read read, const Act& act) {
+    const auto members = object.GetObject();
+    for (auto member = members.begin(); member != members.end(); ++member) {
+      const std::string_view name = textOf(member->name);
+      const auto isSame = [&](const auto& other) { return textOf(other.name) == name; };
+      const bool hasEarlier = std::any_of(members.begin(), member, isSame);
+      const bool hasLater = std::any_of(member + 1, members.end(), isSame);
       path_.emplace_back(name);
-      const bool isKnown = std::find(known.begin(), known.end(), name) != known.end();
-      const bool isTwice = std::find(seen.begin(), seen.end(), name) != seen.end();
-      if (!isKnown) {
+      if (std::find(known.begin(), known.end(), name) == known.end()) {
         const char* remedy = nearest(name, known).empty() ? "; leave it out" : "; rename it";
         find("comment-member", "this member is not read" + didYouMeanOf(name, known) + remedy);
-      } else if (isTwice) {
-        find("comment-member", "the same member twice; keep one");
+      } else if (name == "inputs") {
+        act(name, member->value);  // of several all are read
       } else {
-        act(name, value);
+        if (hasEarlier) findTwice("member", read);
+        if (!(read == Read::first ? hasEarlier : hasLater)) act(name, member->value);
       }
-      seen.push_back(name);
       path_.pop_back();
     }
+  }
+  void findTwice(const std::string& what, Read read) {
+    const char* counts = read == Read::first ? "first" : "last";
+    find("comment-member", "the same " + what + " twice, and the " + counts + " counts; keep one");
   }
 
   // The sequence number that the reader makes of a scheduler's key.
@@ -157,11 +193,12 @@ class Judge {
 
   void scheduler(const Json& scheduler) {
     const Names known{"priority", "one-rate-two-color", "inputs"};
-    eachMember(scheduler, known, [&](std::string_view name, const Json& value) {
+    std::set<std::string_view> ids;
+    eachMember(scheduler, known, Read::last, [&](std::string_view name, const Json& value) {
       if (name == "priority") judgePriority(value);
       if (!value.IsObject()) return;
       if (name == "one-rate-two-color") rates(value);
-      if (name == "inputs") inputs(value);
+      if (name == "inputs") inputs(value, ids);
     });
   }
 
@@ -172,46 +209,66 @@ class Judge {
   }
 
   void rates(const Json& rates) {
-    eachMember(rates, {"cir", "cir-pct"}, [&](std::string_view name, const Json& value) {
-      if (name != "cir-pct" || !value.IsUint() || value.GetUint() <= 255) return;
-      find("comment-percent",
-           "of a percentage the low 8 bits count: " + std::to_string(value.GetUint()) +
-               " is read as " + std::to_string(value.GetUint() & 0xff) + "; write 1 to 100");
-    });
+    eachMember(
+        rates, {"cir", "cir-pct"}, Read::last, [&](std::string_view name, const Json& value) {
+          judgeZero(value);
+          if (name != "cir-pct" || !value.IsUint() || value.GetUint() <= 255) return;
+          find("comment-percent",
+               "of a percentage the low 8 bits count: " + std::to_string(value.GetUint()) +
+                   " is read as " + std::to_string(value.GetUint() & 0xff) + "; write 1 to 100");
+        });
+  }
+  void judgeZero(const Json& number) {
+    if (!number.IsUint64() || number.GetUint64() != 0) return;
+    find("comment-zero",
+         "0 is read as no value, and the model gets none; "
+         "write another number or leave it out");
   }
 
-  void inputs(const Json& inputs) {
-    std::vector<std::string_view> seen;
+  // `ids` are those of the scheduler's inputs so far.
+  void inputs(const Json& inputs, std::set<std::string_view>& ids) {
     for (const auto& [key, value] : inputs.GetObject()) {
-      path_.emplace_back(textOf(key));
+      const std::string_view id = textOf(key);
+      path_.emplace_back(id);
+      if (!ids.insert(id).second) findTwice("input", Read::last);
+      if (id.empty()) {
+        find("left-out", "an empty name is no key, and the scheduler input is left out; name it");
+      }
       if (value.IsObject()) {
-        eachMember(value, {"queue", "weight"}, [](std::string_view, const Json&) {});
+        eachMember(value, {"queue", "weight"}, Read::last,
+                   [&](std::string_view name, const Json& member) {
+                     if (name == "weight") judgeZero(member);
+                   });
       }
       path_.pop_back();
     }
   }
 
   const CommentFindings& findings_;
-  rapidjson::Document document_;
   Tokens path_;  // in the comment
 };
 
 }  // namespace
 
-bool namesMetaData(std::string_view text) {
-  const auto found = std::search(text.begin(), text.end(), metaDataKey.begin(), metaDataKey.end(),
-                                 [](char a, char b) { return lower(a) == lower(b); });
-  return found != text.end();
+bool isMeantAsMetaData(std::string_view text) {
+  const Parsed parsed(text);
+  if (!parsed.fault.empty()) return !metaDataWord(text).empty();
+  const auto members = parsed.document.GetObject();
+  return std::any_of(members.begin(), members.end(), [](const auto& member) {
+    const std::string_view name = textOf(member.name);
+    return name == metaDataKey || isNearlyMetaData(name, member.value) ||
+           (isAttachmentPart(name) && member.value.IsObject());
+  });
 }
 
 void judgeAttachmentText(std::string_view text, const CommentFindings& findings) {
-  Judge judge(findings);
-  if (const Json* metaData = judge.metaData(text)) judge.attachment(*metaData);
+  TextRules rules(findings);
+  rules.judge(text, [&](const Json& metaData) { rules.attachment(metaData); });
 }
 
 void judgeProfileText(std::string_view text, const CommentFindings& findings) {
-  Judge judge(findings);
-  if (const Json* metaData = judge.metaData(text)) judge.profile(*metaData);
+  TextRules rules(findings);
+  rules.judge(text, [&](const Json& metaData) { rules.profile(metaData); });
 }
 
 }  // namespace host

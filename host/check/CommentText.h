@@ -13,8 +13,8 @@ namespace host {
 // Is called with a kind and a text for each finding.
 using CommentFindings = std::function<void(std::string_view kind, std::string text)>;
 
-// Whether a text has the key of the metadata in it, in any case.
-bool namesMetaData(std::string_view text);
+// Whether a text is metadata, or was probably meant to be.
+bool isMeantAsMetaData(std::string_view text);
 
 // A text that is read as the comment of a tx queue, or of the profile of a scheduler policy.
 void judgeAttachmentText(std::string_view text, const CommentFindings& findings);

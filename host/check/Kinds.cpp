@@ -31,6 +31,8 @@ constexpr FindingKind kinds[] = {
     {"comment-scheduler", "the key of a scheduler is no number, or two are the same"},
     {"comment-priority", "a priority is read as STRICT, whatever it says"},
     {"comment-percent", "a percentage is cut to 8 bits"},
+    {"comment-zero", "a number 0 in a comment is read as none"},
+    {"comment-shared", "interfaces of one short name have one comment"},
 };
 
 }  // namespace

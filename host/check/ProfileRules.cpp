@@ -115,10 +115,15 @@ class ProfileRules : Rule {
       find("missing", {"qos-profiles", std::string(policy.profile)},
            "there is no comment " + quoted(policy.commentKey) +
                ", so the scheduler policy has no schedulers; add it");
+    } else if (policy.info.schedulers().members() == 0 && policy.isRead) {
+      find("missing", {"qos-profiles", std::string(policy.profile)},
+           "nothing in its comment " + quoted(policy.commentKey) +
+               " is read as a scheduler, so the scheduler policy has no schedulers; write them "
+               "there, below \"MetaData-OpenConfig\"");
     }
     for (const auto& [sequence, scheduler] : policy.info.schedulers()) {
       for (const auto& [id, input] : scheduler.inputs()) {
-        if (isYangString(id)) judgeInput(sequence, id, input.q(), policy.comment());
+        if (!id.empty() && isYangString(id)) judgeInput(sequence, id, input.q(), policy.comment());
       }
     }
   }

@@ -152,7 +152,11 @@ TEST(Qosoc, CheckNamesACommentThatEndsWhoeverTranslatesIt) {
   const std::string file = folder.file("native.json", badComment);
   const HostRun run = qosoc({"check", file});
   EXPECT_EQ(run.exit, 1);
-  EXPECT_EQ(run.out, file + ":3:37: warning: " + badCommentSaid);
+  EXPECT_EQ(run.out, file +
+                         ":3:37: warning: /comments/if-Et1-uc-txq-3: at "
+                         "/MetaData-OpenConfig/scheduler-policy of this comment: expected an "
+                         "object, and any other value ends the program that translates it; write "
+                         "an object\n");
   EXPECT_EQ(run.err, "");
 }
 

@@ -95,8 +95,8 @@ TEST(StandardInput, IsNamedByTheOtherCommandsToo) {
     "comments": {"if-Et1-uc-txq-3": "{\"MetaData-OpenConfig\":{\"scheduler-policy\":1}}"}})")
                 .out,
             "standard input:2:37: warning: /comments/if-Et1-uc-txq-3: at /MetaData-OpenConfig/"
-            "scheduler-policy of this comment: expected an object; it ends the program that "
-            "translates it\n");
+            "scheduler-policy of this comment: expected an object, and any other value "
+            "ends the program that translates it; write an object\n");
 }
 
 }  // namespace

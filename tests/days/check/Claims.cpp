@@ -54,6 +54,45 @@ bool isSameWithoutMember(const Case& one, const Finding& finding) {
   return isSameWithComment(one, finding, comment(one, finding).without(placeInComment(finding)));
 }
 
+// The interfaces whose tx queue has the comment of a finding, as it names them.
+std::vector<std::string> namedInterfaces(const Case& one, const Finding& finding) {
+  std::vector<std::string> names;
+  const std::string list = finding.text.substr(finding.text.rfind(": "));
+  for (const std::string& name : one.document().below({"interfaces"})) {
+    if (has(list, host::quoted(name))) names.push_back(name);
+  }
+  return names;
+}
+
+// The document with one tx queue alone.
+Document withQueue(const Case& one, const std::string& interface, const std::string& queue) {
+  Document document(one.document());
+  for (const std::string& other : document.below({"interfaces"})) {
+    if (other != interface) document.remove({"interfaces", other});
+  }
+  for (const std::string& other : document.below({"interfaces", interface, "tx-queues"})) {
+    if (other != queue) document.remove({"interfaces", interface, "tx-queues", other});
+  }
+  return document;
+}
+
+// Whether the comment makes a difference to the tx queue of each of several interfaces.
+bool isOfEachInterface(const Case& one, const Finding& finding) {
+  const auto names = namedInterfaces(one, finding);
+  const std::size_t begin = std::string_view("speaks for ").size();
+  const std::string queue = finding.text.substr(begin, finding.text.find(' ', begin) - begin);
+  const auto differs = [&](const std::string& interface) {
+    const Document alone = withQueue(one, interface, queue);
+    return !Outcomes(alone.text()).isSame(Outcomes(alone.without(finding.place).text()));
+  };
+  // A comment that names something may still have no effect, and says so in another finding.
+  const auto isFound = [&](const Finding& other) {
+    return other.place == finding.place && other.kind != finding.kind;
+  };
+  return names.size() > 1 && (std::all_of(names.begin(), names.end(), differs) ||
+                              std::any_of(one.findings().begin(), one.findings().end(), isFound));
+}
+
 // ===== What holds for a finding
 
 using Holds = bool (*)(const Case& one, const Finding& finding);
@@ -276,6 +315,22 @@ const Claim otherClaims[] = {
 
 const Claim commentClaims[] = {
     {"comment-member", "this member is not read", isSameWithoutMember},
+    {"comment-member", "stands in this comment twice",
+     [](const Case& one, const Finding& finding) {
+       const Document text = comment(one, finding);
+       const Tokens metaData{"MetaData-OpenConfig"};
+       Document other = text.without(metaData);  // the first of two
+       other.remove(metaData);
+       other.put(metaData, text.text(metaData));
+       return isSameWithComment(one, finding, other);
+     }},
+    {"comment-member", "the last counts",
+     [](const Case& one, const Finding& finding) {
+       return isSameWithComment(one, finding,
+                                comment(one, finding).without(placeInComment(finding)));
+     }},
+    {"comment-zero", "", isSameWithoutMember},
+    {"comment-shared", "", isOfEachInterface},
     {"comment-name", "the name is empty",
      [](const Case& one, const Finding& finding) {
        Tokens object = placeInComment(finding);

@@ -276,7 +276,7 @@ class Writer {
     } else {
       put({"pfc-watchdog", oneIn(2) ? "time-a" : "time-b"},
           oneIn(4) ? "0.0123456789012" : number({100, 0}));
-      if (oneIn(2)) put({"pfc-watchdog", "action"}, number({1, 2}));
+      if (oneIn(2)) put({"pfc-watchdog", "action"}, number({1, 2, 3}));
     }
   }
 
@@ -333,6 +333,14 @@ class Writer {
         R"({"MetaData-OpenConfig":{"1":{"priority":"STRICT","inputs":{"i":{"queue":"V"}}},"01":{}}})",
         R"({"MetaData-OpenConfig":{"1":{"one-rate-two-color":{"cir-pct":300}}}})",
         R"({"MetaData-OpenConfig":{"1":{"prioriti":"STRICT"}}})",
+        R"({"MetaData":{"scheduler-policy":{"name":"core"}}})",
+        R"({"OpenConfig-MetaData":{"queue-management-profile":{"name":"ecn"}}})",
+        R"({"MetaData":{"owner":"core"}})",
+        R"({"MetaData-OpenConfg":{"scheduler-policy":{"name":"core"})",
+        R"({"MetaData-OpenConfig":{"1":{"inputs":{"i":{"queue":"W"},"i":{"queue":"V","weight":0}}}}})",
+        R"({"MetaData-OpenConfig":{"1":{"inputs":{"":{"queue":"V"},"j":{}}}}})",
+        R"({"MetaData-OpenConfig":{"scheduler-policy":{"name":"core"}},"MetaData-OpenConfig":{"1":{}}})",
+        R"({"MetaData-OpenConfig":{"1":{"one-rate-two-color":{"cir":0,"cir":7}}}})",
         R"({"MetaData-OpenConfig":{}})",
         R"({"MetaData-OpenConfig":7})",
         ""};
@@ -359,7 +367,7 @@ class Writer {
     constexpr const char* profileNames[] = {"__YANG_QMP_[ecn", "__yang_qmp_[ecn]", "gold",
                                             "__YANG_QMP_[c\x01]", "__YANG_SP_[c\x01]"};
     constexpr const char* plainNames[] = {"", "n\x01"};
-    switch (below(8)) {
+    switch (below(9)) {
       case 0:
         return document_.include({"class-maps", "qos", of(termNames), "match"},
                                  "\"ip-access-group\"");
@@ -378,6 +386,8 @@ class Writer {
         return put({"forwarding-groups", of(plainNames)}, "5");
       case 6:
         return put({"queue-names", of(plainNames)}, "3");
+      case 7:
+        return put({"class-maps", "7", of(termNames)}, "{}");
       default:
         return put({"policy-maps", "7", "__yang_[IPV4__a]", "classes"}, "{}");
     }

@@ -38,8 +38,8 @@ TEST(CommentFindings, BrokenJson) {
       "queue-names": {"EF": 5}})");
   EXPECT_THAT(found,
               ElementsAre("comment-json /comments/if-Et1~11-uc-txq-5: names MetaData-OpenConfig "
-                          "and is not one JSON object, so nothing of it is read: Missing a comma "
-                          "or '}' after an object member. (at byte 62); mend it"));
+                          "and is not one JSON object, so nothing of it is read: missing a comma "
+                          "or '}' after an object member at its end; mend it"));
 }
 
 TEST(CommentFindings, MetadataThatIsNoObject) {
@@ -52,7 +52,7 @@ TEST(CommentFindings, MetadataThatIsNoObject) {
       found,
       ElementsAre(
           "comment-json /comments/if-Et1~11-uc-txq-5: names MetaData-OpenConfig and is not one "
-          "JSON object, so nothing of it is read: it is no object. (at byte 1); mend it"));
+          "JSON object, so nothing of it is read: it is no object; mend it"));
 }
 
 TEST(CommentFindings, AnotherCaseOfTheKey) {
@@ -157,7 +157,7 @@ TEST(CommentFindings, AMemberTwice) {
       found,
       ElementsAre(
           "comment-member /comments/if-Et1~11-uc-txq-5: at /MetaData-OpenConfig/scheduler-policy "
-          "of this comment: the same member twice; keep one"));
+          "of this comment: the same member twice, and the first counts; keep one"));
 }
 
 TEST(CommentFindings, AValueOfTheWrongType) {
@@ -171,7 +171,8 @@ TEST(CommentFindings, AValueOfTheWrongType) {
       found,
       ElementsAre(
           "comment-type /comments/if-Et1~11-uc-txq-5: at /MetaData-OpenConfig/scheduler-policy of "
-          "this comment: expected an object; it ends the program that translates it"));
+          "this comment: expected an object, and any other value ends the program that translates "
+          "it; write an object"));
 }
 
 TEST(CommentFindings, AKeyWithTheLongName) {
@@ -323,7 +324,8 @@ TEST(CommentFindings, AWrongTypeInAScheduler) {
       "{\"MetaData-OpenConfig\": {\"1\": {\"inputs\": {\"voice\": {\"queue\": 5}}}}}"}})");
   EXPECT_THAT(found, ElementsAre("comment-type /comments/qos-profile-__YANG_SP_[wan]: at "
                                  "/MetaData-OpenConfig/1/inputs/voice/queue of this comment: "
-                                 "expected a string; it ends the program that translates it"));
+                                 "expected a string, and any other value ends the program that "
+                                 "translates it; write a string"));
 }
 
 TEST(CommentFindings, AMemberOutsideOfTheMetadata) {

@@ -263,7 +263,8 @@ TEST(QueueFindings, ACommentOfTheWrongTypeIsNoOtherPolicy) {
       "{\"MetaData-OpenConfig\": {\"scheduler-policy\": {\"name\": 7}}}"}})");
   EXPECT_THAT(found, ElementsAre("comment-type /comments/if-Et1~11-uc-txq-4: at "
                                  "/MetaData-OpenConfig/scheduler-policy/name of this comment: "
-                                 "expected a string; it ends the program that translates it"));
+                                 "expected a string, and any other value ends the program that "
+                                 "translates it; write a string"));
 }
 
 TEST(QueueFindings, ManyTxQueuesThatDisagree) {
