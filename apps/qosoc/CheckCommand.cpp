@@ -246,7 +246,7 @@ An error refuses the document. A warning names what the document loses, or leave
    "policy-maps": {"qos": {"__yang_[IPV4__edge-in]": {}}},
    "class-maps": {"qos": {"__yang_[edge-in]_[]": {"match": ["ip-access-group"]}}}}
   $ qosoc check router.json
-  router.json:1:67: warning: /interfaces/Ethernet1/tx-queues/uc-3/bandwidth: 150 is no percentage: queue raises over it, and queues are missing; write 0 to 100, or leave it out
+  router.json:1:67: warning: /interfaces/Ethernet1/tx-queues/uc-3/bandwidth: 150 is no percentage: the root queue raises over it, and queues are missing; write 0 to 100, or leave it out
   router.json:2:79: warning: /service-policies/1:__yang_[IPV4__edge-in]/interfaces/Ethernt1: no interface "Ethernt1" is configured: did you mean "Ethernet1"?; otherwise add it to interfaces
 )",
     .notes = R"(

@@ -4,7 +4,6 @@
 #include "QosOpenConfig/QosOpenConfigHelper.h"
 #include "QosOpenConfig/QosOpenConfigSchedulerPolicyKivToOCSm.h"
 #include "host/CommentFaults.h"
-#include "host/Nearest.h"
 #include "host/Text.h"
 #include "host/check/CommentKey.h"
 #include "host/check/CommentText.h"
@@ -18,9 +17,13 @@ constexpr std::string_view profileBegin = "qos-profile-";
 
 class CommentRules : Rule {
  public:
-  CommentRules(const Device& device, const Findings& findings) : Rule(device, findings) {
+  CommentRules(const Device& device, const Findings& findings)
+      : Rule(device, findings),
+        queueKeys_([this] { return namesOf(queues_); }),
+        policyKeys_([this] { return Suggestions::Names(policies_.begin(), policies_.end()); },
+                    profileBegin.size()),
+        interfaces_([this] { return namesOf(this->device().shortNames); }) {
     for (const auto& [id, queues] : device.interfaces) {
-      shortNames_.emplace(id.shortName(), id.stringValue());
       for (const DeviceQueue& queue : queues) queues_[queue.commentKey].push_back(&queue);
     }
     for (auto i = native().qosProfiles->config().unsafeIterator(); i; ++i) {
@@ -73,17 +76,10 @@ class CommentRules : Rule {
     if (const auto queue = CommentKey::parse(key)) return judgeQueueKey(key, *queue);
     if (std::string_view(key).starts_with(profileBegin)) return judgeProfileKey(key);
     find("comment-key", key,
-         "no translator reads a comment under this key" + didYouMean(key, keysLike(key)) +
-             "; write if-SHORT-uc-txq-N for a tx queue, or qos-profile-NAME for a profile");
-  }
-
-  // The keys that are read, unless they are too many to be compared.
-  std::vector<std::string_view> keysLike(std::string_view key) const {
-    constexpr std::size_t many = 1000;
-    const bool isOfProfile = key.starts_with(profileBegin);
-    if ((isOfProfile ? policies_.size() : queues_.size()) > many) return {};
-    if (isOfProfile) return {policies_.begin(), policies_.end()};
-    return namesOf(queues_);
+         "no translator reads a comment under this key" +
+             queueKeys_.advice(key,
+                               "write if-SHORT-uc-txq-N for a tx queue, or qos-profile-NAME for "
+                               "a profile"));
   }
 
   void judgeQueueKey(const Rok::String& key, const CommentKey& wanted) {
@@ -94,17 +90,16 @@ class CommentRules : Rule {
                   "the key has the long name of the interface; write " +
                       withName(key, wanted, asLong.shortName()));
     }
-    const auto found = shortNames_.find(wanted.shortName);
-    if (found != shortNames_.end()) {
+    const auto found = device().shortNames.find(wanted.shortName);
+    if (found != device().shortNames.end()) {
       return find("comment-unused", key,
-                  "no tx queue " + queueText(wanted.queue) + " of " + shown(found->second) +
+                  "no tx queue " + queueText(wanted.queue) + " of " +
+                      shown(found->second.stringValue()) +
                       " is there to read this; add the queue or remove the comment");
     }
-    std::vector<std::string_view> names;
-    for (const auto& [name, interfaceName] : shortNames_) names.push_back(name);
     find("comment-unused", key,
          "no interface has the short name " + quoted(wanted.shortName) +
-             didYouMean(wanted.shortName, names) + "; add the interface or remove the comment");
+             interfaces_.advice(wanted.shortName, "add the interface or remove the comment"));
   }
 
   static std::string withName(std::string_view key, const CommentKey& old, std::string_view name) {
@@ -119,23 +114,29 @@ class CommentRules : Rule {
                   "only the comments of profiles __YANG_SP_[NAME] are read; "
                   "rename the profile or remove the comment");
     }
-    std::vector<std::string_view> names;
-    for (const Rok::String& policy : policies_) {
-      names.push_back(std::string_view(policy).substr(profileBegin.size()));
+    if (const auto policy = device().policies.find(name); policy != device().policies.end()) {
+      return find(
+          "comment-key", key,
+          "the key has the name of the scheduler policy and not of its QoS profile; write " +
+              shown(policy->second.commentKey));
     }
+    const std::string_view meant = policyKeys_.nearest(key);
     find("comment-unused", key,
-         "there is no QoS profile " + quoted(name) + didYouMean(name, names) +
-             "; add the profile or remove the comment");
+         "there is no QoS profile " + quoted(name) +
+             advice(meant.empty() ? meant : meant.substr(profileBegin.size()),
+                    "add the profile or remove the comment"));
   }
 
   void find(std::string_view kind, const Rok::String& key, std::string text) {
     Rule::find(kind, {"comments", std::string(key)}, std::move(text));
   }
 
-  std::map<Rok::String, Rok::String, std::less<>> shortNames_;     // and the long ones
   std::map<Rok::String, std::vector<const DeviceQueue*>> queues_;  // by the keys of comments
   std::set<Rok::String> policies_;       // likewise, of the profiles of scheduler policies
   std::set<Rok::String> otherProfiles_;  // likewise
+  const Suggestions queueKeys_;
+  const Suggestions policyKeys_;
+  const Suggestions interfaces_;
 };
 
 }  // namespace

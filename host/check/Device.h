@@ -54,7 +54,7 @@ struct Device {
   std::map<std::string, Nerit::IntfId, std::less<>> shortNames;  // of interfaces
   // The name of each tx queue id: of several, the last.
   std::map<unsigned, std::string> queueNames;
-  std::map<std::string, DevicePolicy> policies;  // by the name of the policy
+  std::map<std::string, DevicePolicy, std::less<>> policies;  // by the name of the policy
   std::set<std::string> profiles;  // of queue management, of those that have tx queue 0
   Classification classification;
 };

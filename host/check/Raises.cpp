@@ -25,7 +25,7 @@ constexpr unsigned lastTrafficClass = Qos::Input::Config::trafficClasses - 1;
 std::string sentence(std::uint64_t value, std::string_view wrong, std::string_view root,
                      std::string_view lost, std::string_view remedy) {
   std::string text = std::to_string(value);
-  text.append(" ").append(wrong).append(": ").append(root).append(" raises over it, and ");
+  text.append(" ").append(wrong).append(": the root ").append(root).append(" raises over it, and ");
   return text.append(lost).append(" are missing; write ").append(remedy);
 }
 
@@ -176,7 +176,8 @@ void Raises::servicePolicies(std::vector<Qos::ServicePolicyKey> keys, const Foun
     const Qos::ServicePolicyKey& other = key == keys[0] ? keys[1] : keys[0];
     found({"interface-classifier", placeOf(key), placeOf(other),
            "tag " + std::to_string(other.keyTag) +
-               " has the same policy map: interface-classifier raises over it, and bindings are "
+               " has the same policy map: the root interface-classifier raises over it, and "
+               "bindings are "
                "missing; keep one of the two"});
   }
 }

@@ -235,9 +235,10 @@ TEST(CommentFindings, AKeyOfAProfileThatIsNotThere) {
       "{\"MetaData-OpenConfig\": {\"1\": {\"inputs\": {\"voice\": {\"queue\": \"EF\"}}}}}",
       "qos-profile-__YANG_SP_[wam]": "{\"MetaData-OpenConfig\": {\"1\": {}}}"},
       "queue-names": {"EF": 5}})");
-  EXPECT_THAT(found, ElementsAre("comment-unused /comments/qos-profile-__YANG_SP_[wam]: there is "
-                                 "no QoS profile \"__YANG_SP_[wam]\": did you mean "
-                                 "__YANG_SP_[wan]?; add the profile or remove the comment"));
+  EXPECT_THAT(found,
+              ElementsAre("comment-unused /comments/qos-profile-__YANG_SP_[wam]: there is no QoS "
+                          "profile \"__YANG_SP_[wam]\": did you mean \"__YANG_SP_[wan]\"?; "
+                          "otherwise add the profile or remove the comment"));
 }
 
 TEST(CommentFindings, AKeyOfAProfileThatIsNotRead) {
@@ -351,8 +352,28 @@ TEST(CommentFindings, AKeyThatIsAlmostThatOfAQueue) {
       "queue-names": {"EF": 5}})");
   EXPECT_THAT(found,
               ElementsAre("comment-key /comments/if-Et1~11-uc-tqx-5: no translator reads a comment "
-                          "under this key: did you mean if-Et1/1-uc-txq-5?; write "
+                          "under this key: did you mean \"if-Et1/1-uc-txq-5\"?; otherwise write "
                           "if-SHORT-uc-txq-N for a tx queue, or qos-profile-NAME for a profile"));
+}
+
+TEST(CommentFindings, AKeyWithTheNameOfThePolicyAndNotOfItsProfile) {
+  const auto found = findings(
+      R"({"qos-profiles": {"__YANG_SP_[wan]": {}}, "comments": {"qos-profile-wan":
+      "{\"MetaData-OpenConfig\": {\"1\": {}}}"}})");
+  EXPECT_THAT(found,
+              testing::Contains(
+                  "comment-key /comments/qos-profile-wan: the key has the name of the scheduler "
+                  "policy and not of its QoS profile; write qos-profile-__YANG_SP_[wan]"));
+}
+
+TEST(CommentFindings, AKeyWithASlipInTheNameOfTheProfile) {
+  const auto found = findings(
+      R"({"qos-profiles": {"__YANG_SP_[wan]": {}}, "comments": {"qos-profile-__YANG_SP_[wna]":
+      "{\"MetaData-OpenConfig\": {\"1\": {}}}"}})");
+  EXPECT_THAT(found, testing::Contains(
+                         "comment-unused /comments/qos-profile-__YANG_SP_[wna]: there is no QoS "
+                         "profile \"__YANG_SP_[wna]\": did you mean \"__YANG_SP_[wan]\"?; "
+                         "otherwise add the profile or remove the comment"));
 }
 
 }  // namespace

@@ -54,8 +54,9 @@ TEST(GroupFindings, AGroupOfATrafficClassOutOfRange) {
   const auto found = findings(R"({"forwarding-groups": {"voice": 17}})");
   EXPECT_THAT(
       found,
-      ElementsAre("raises /forwarding-groups/voice: 17 is no traffic class: forwarding-group "
-                  "raises over it, and forwarding groups are missing; write 0 to 16"));
+      ElementsAre(
+          "raises /forwarding-groups/voice: 17 is no traffic class: the root forwarding-group "
+          "raises over it, and forwarding groups are missing; write 0 to 16"));
 }
 
 TEST(GroupFindings, ATimeThatNoLeafHolds) {
@@ -231,23 +232,24 @@ TEST(QueueFindings, ABandwidthOutOfRange) {
       {"bandwidth": 255}, "uc-7": {"bandwidth": 101}}}}})");
   EXPECT_THAT(
       found,
-      ElementsAre("raises /interfaces/Ethernet1~11/tx-queues/uc-5/bandwidth: 102 is no percentage: "
-                  "queue raises over it, and queues are missing; write 0 to 100, or leave it out",
-                  "raises /interfaces/Ethernet1~11/tx-queues/uc-6/bandwidth: 255 is no percentage: "
-                  "queue raises over it, and queues are missing; write 0 to 100, or leave it out"));
+      ElementsAre(
+          "raises /interfaces/Ethernet1~11/tx-queues/uc-5/bandwidth: 102 is no percentage: the "
+          "root queue raises over it, and queues are missing; write 0 to 100, or leave it out",
+          "raises /interfaces/Ethernet1~11/tx-queues/uc-6/bandwidth: 255 is no percentage: the "
+          "root queue raises over it, and queues are missing; write 0 to 100, or leave it out"));
 }
 
 TEST(QueueFindings, EcnSettingsOutOfRange) {
   const auto found = findings(
       R"({"interfaces": {"Ethernet1/1": {"tx-queues": {"uc-5": {"ecn": {"min-threshold": 10,
       "max-threshold": 4294967295}}}}}})");
-  EXPECT_THAT(
-      found,
-      ElementsAre(
-          "raises /interfaces/Ethernet1~11/tx-queues/uc-5/ecn/max-drop-percent: 101 stands for "
-          "none, and one is needed: queue raises over it, and queues are missing; write 0 to 100",
-          "raises /interfaces/Ethernet1~11/tx-queues/uc-5/ecn/max-threshold: 4294967295 is no "
-          "threshold: queue raises over it, and queues are missing; write at most 4294967294"));
+  EXPECT_THAT(found,
+              ElementsAre("raises /interfaces/Ethernet1~11/tx-queues/uc-5/ecn/max-drop-percent: "
+                          "101 stands for none, and one is needed: the root queue raises over it, "
+                          "and queues are missing; write 0 to 100",
+                          "raises /interfaces/Ethernet1~11/tx-queues/uc-5/ecn/max-threshold: "
+                          "4294967295 is no threshold: the root queue raises over it, and queues "
+                          "are missing; write at most 4294967294"));
 }
 
 TEST(QueueFindings, ACommentOfTheWrongTypeIsNoOtherPolicy) {
@@ -261,10 +263,11 @@ TEST(QueueFindings, ACommentOfTheWrongTypeIsNoOtherPolicy) {
       "{\"MetaData-OpenConfig\": {\"scheduler-policy\": {\"name\": \"wan\"}}}",
       "if-Et1/1-uc-txq-4":
       "{\"MetaData-OpenConfig\": {\"scheduler-policy\": {\"name\": 7}}}"}})");
-  EXPECT_THAT(found, ElementsAre("comment-type /comments/if-Et1~11-uc-txq-4: at "
-                                 "/MetaData-OpenConfig/scheduler-policy/name of this comment: "
-                                 "expected a string, and any other value ends the program that "
-                                 "translates it; write a string"));
+  EXPECT_THAT(
+      found,
+      ElementsAre("comment-type /comments/if-Et1~11-uc-txq-4: at "
+                  "/MetaData-OpenConfig/scheduler-policy/name of this comment: expected a string, "
+                  "and any other value ends the program that translates it; write a string"));
 }
 
 TEST(QueueFindings, ManyTxQueuesThatDisagree) {
@@ -377,9 +380,10 @@ TEST(ProfileFindings, AProfilesPercentageOutOfRange) {
       20}}}}}})");
   EXPECT_THAT(
       found,
-      ElementsAre("raises /qos-profiles/__YANG_QMP_[wred]/tx-queues/uc-0/wred/max-drop-percent: "
-                  "101 stands for none, and one is needed: queue-management raises over it, and "
-                  "queue-management profiles and their attachments are missing; write 0 to 100"));
+      ElementsAre(
+          "raises /qos-profiles/__YANG_QMP_[wred]/tx-queues/uc-0/wred/max-drop-percent: 101 stands "
+          "for none, and one is needed: the root queue-management raises over it, and "
+          "queue-management profiles and their attachments are missing; write 0 to 100"));
 }
 
 TEST(ProfileFindings, ASchedulerPolicyWithoutAComment) {
@@ -418,10 +422,11 @@ TEST(ProfileFindings, ARateOutOfRange) {
   const auto found = findings(
       R"({"qos-profiles": {"__YANG_SP_[wan]": {}}, "comments": {"qos-profile-__YANG_SP_[wan]":
       "{\"MetaData-OpenConfig\": {\"1\": {\"one-rate-two-color\": {\"cir-pct\": 120}}}}"}})");
-  EXPECT_THAT(found,
-              ElementsAre("raises /comments/qos-profile-__YANG_SP_[wan]: 120 is no percentage, as "
-                          "the cir-pct of scheduler 1: scheduler-policy raises over it, and "
-                          "scheduler policies and their attachments are missing; write 0 to 100"));
+  EXPECT_THAT(
+      found,
+      ElementsAre("raises /comments/qos-profile-__YANG_SP_[wan]: 120 is no percentage, as the "
+                  "cir-pct of scheduler 1: the root scheduler-policy raises over it, and scheduler "
+                  "policies and their attachments are missing; write 0 to 100"));
 }
 
 }  // namespace

@@ -225,10 +225,11 @@ TEST(BindingFindings, AServicePolicyUnderTwoTags) {
   EXPECT_THAT(
       found,
       ElementsAre(
-          "raises /service-policies/1:__yang_[IPV4__edge-in]: tag 2 has the same policy map: "
-          "interface-classifier raises over it, and bindings are missing; keep one of the two",
-          "raises /service-policies/2:__yang_[IPV4__edge-in]: tag 1 has the same policy map: "
-          "interface-classifier raises over it, and bindings are missing; keep one of the two"));
+          "raises /service-policies/1:__yang_[IPV4__edge-in]: tag 2 has the same policy map: the "
+          "root interface-classifier raises over it, and bindings are missing; keep one of the two",
+          "raises /service-policies/2:__yang_[IPV4__edge-in]: tag 1 has the same policy map: the "
+          "root interface-classifier raises over it, and bindings are missing; keep one of the "
+          "two"));
 }
 
 TEST(BindingFindings, AClassifierThatIsSweptIsNotMade) {
