@@ -84,6 +84,7 @@ std::string listed(const List& names) {
 template <class Map>
 std::vector<std::string_view> namesOf(const Map& map) {
   std::vector<std::string_view> names;
+  names.reserve(map.size());
   for (const auto& [name, value] : map) names.push_back(name);
   return names;
 }

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <random>
+#include <utility>
 
+#include "host/Json.h"
 #include "host/openconfig/Leaves.h"
 
 namespace days {

@@ -70,7 +70,7 @@ TEST(NearComments, APolicyWhoseCommentEndsTheProcessHasThatFindingAlone) {
 // The finding of a tx queue's comment whose metadata has another name.
 std::string notRead(const std::string& name) {
   return "comment-member /comments/if-Et1-uc-txq-3: the member \"" + name +
-         "\" of this comment is not read; write \"MetaData-OpenConfig\"";
+         R"(" of this comment is not read; write "MetaData-OpenConfig")";
 }
 
 class NearKey : public testing::TestWithParam<const char*> {};
