@@ -77,7 +77,7 @@ std::size_t Wire::updates(std::string& body, const host::RecordAt& at, host::Row
   std::size_t count = 0;
   for (std::size_t i = 0; i < all.size(); ++i) {
     if ((rows >> i & 1) == 0) continue;
-    const host::LeafValue value = at.kind.read(at.record, all[i].leaf, at.keys, {});
+    const host::LeafValue value = at.leaf(all[i].leaf);
     if (host::isAbsent(value)) continue;
     setValue(all[i].type, value);
     update(body, all[i].elements);

@@ -69,7 +69,7 @@ void NodeJson::add(const RecordAt& at, RowSet rows) {
   const auto all = view_.rows(at.kind);
   for (std::size_t i = 0; i < all.size(); ++i) {
     if ((rows >> i & 1) == 0) continue;
-    const LeafValue value = at.kind.read(at.record, all[i].leaf, at.keys, {});
+    const LeafValue value = at.leaf(all[i].leaf);
     if (isAbsent(value)) continue;
     std::string_view path = all[i].path;
     while (!path.empty()) addStep(takeName(path));

@@ -20,6 +20,13 @@ struct RecordAt {
   const RecordKind& kind;
   const Keys& keys;  // of the lists on the way, its own included; good during the call alone
   const void* record;
+  // How its leaves are read, where it is no record of a model.
+  LeafValue (*read)(const RecordAt& at, std::size_t leaf) = nullptr;
+
+  // By the number in the kind's table.
+  LeafValue leaf(std::size_t number) const {
+    return read != nullptr ? read(*this, number) : kind.read(record, number, keys, {});
+  }
 };
 using RecordVisit = std::function<void(const RecordAt& at)>;
 
