@@ -210,30 +210,35 @@ class Parts {
  public:
   explicit Parts(const host::View& view) : view_(view) {}
 
-  // Returns whether the view shows a leaf there.
-  bool add(const Top& top) {
+  // Returns whether the view shows a leaf there, at whatever depth.
+  bool add(const Top& top, std::size_t depth) {
     const Node& node = top.way.empty() ? host::nodeTree() : *top.way.back();
-    return addLeaves(node, top.keys);
+    return addLeaves(
+        node, top.keys,
+        depth != 0 ? static_cast<int>(std::min<std::size_t>(depth, anyDepth)) : anyDepth);
   }
   std::vector<Path::Part> take() { return std::move(parts_); }
 
  private:
-  bool addLeaves(const Node& node, const std::vector<KeyAsked>& keys) {
-    bool added = node.leaf != nullptr && addLeaf(node, keys);
+  static constexpr int anyDepth = 1000;
+
+  // Below a depth of 0 nothing is taken in.
+  bool addLeaves(const Node& node, const std::vector<KeyAsked>& keys, int depth) {
+    bool added = node.leaf != nullptr && addLeaf(node, keys, depth >= 0);
     for (const auto& child : node.children) {
       auto with = keys;
       if (child->list != nullptr) with.emplace_back();
-      added |= addLeaves(*child, with);
+      added |= addLeaves(*child, with, depth - 1);
     }
     return added;
   }
 
-  bool addLeaf(const Node& node, const std::vector<KeyAsked>& keys) {
+  bool addLeaf(const Node& node, const std::vector<KeyAsked>& keys, bool isTaken) {
     const auto rows = view_.rows(*node.kind);
     const auto row = std::find_if(rows.begin(), rows.end(),
                                   [&](const auto& r) { return r.path == node.leaf->path; });
     if (row == rows.end()) return false;
-    part(*node.kind, keys).rows |= RowSet{1} << (row - rows.begin());
+    if (isTaken) part(*node.kind, keys).rows |= RowSet{1} << (row - rows.begin());
     return true;
   }
 
@@ -267,12 +272,18 @@ Path::Path(const Asked& asked, const host::View& view)
     : tops_(Resolution().resolve(elementsOf(asked))) {
   Parts parts(view);
   const std::string first = shownWay(tops_.front().way);
-  std::erase_if(tops_, [&](const Top& top) { return !parts.add(top); });
+  std::erase_if(tops_, [&](const Top& top) { return !parts.add(top, asked.depth); });
   parts_ = parts.take();
   if (tops_.empty()) {
     throw Refused(StatusCode::UNIMPLEMENTED,
                   std::string(asked.field) + ": " + first + " is not shown by this server");
   }
+}
+
+Path::Path(const Top& top, std::size_t depth, const host::View& view) : tops_{top} {
+  Parts parts(view);
+  parts.add(top, depth);
+  parts_ = parts.take();
 }
 
 RowSet Path::rows(const host::RecordKind& kind, std::span<const std::string_view> keys) const {

@@ -48,6 +48,8 @@ class Path {
     const gnmi::Path& prefix;
     const gnmi::Path& path;
     std::string_view field;
+    // How many elements below it leaves may stand; 0 for any number.
+    std::size_t depth = 0;
   };
   enum class Names { leaf, container, list, entry };
 
@@ -75,6 +77,8 @@ class Path {
 
   // Throws: Refused.
   Path(const Asked& asked, const host::View& view);
+  // What one of the nodes of a path takes in.
+  Path(const Top& top, std::size_t depth, const host::View& view);
 
   // None lies below another one.
   std::span<const Top> tops() const { return tops_; }
