@@ -66,21 +66,28 @@ std::int64_t Clock::now() {
   return std::chrono::duration_cast<std::chrono::nanoseconds>(now).count();
 }
 
-Clock::Clock(std::string stampFile, Now now)
-    : now_(std::move(now)), file_(std::move(stampFile)), last_(timeIn(file_)) {
-  reserveUpTo(std::max(now_(), last_) + reserve);
+Clock::Clock(std::string stampFile, Report report, Now now)
+    : now_(std::move(now)),
+      file_(std::move(stampFile)),
+      report_(std::move(report)),
+      last_(timeIn(file_)),
+      reserved_(std::max(now_(), last_) + reserve) {
+  reserveUpTo(reserved_);
 }
 
 std::int64_t Clock::next() {
-  const std::int64_t time = std::max(now_(), last_ + 1);
-  if (!file_.empty() && time > reserved_) reserveUpTo(time + reserve);
-  last_ = time;
-  return time;
+  last_ = std::max(now_(), last_ + 1);
+  if (!file_.empty() && last_ > reserved_) {
+    reserved_ = last_ + reserve;
+    try {
+      reserveUpTo(reserved_);
+    } catch (const std::runtime_error& error) {
+      report_(error.what());
+    }
+  }
+  return last_;
 }
 
-void Clock::reserveUpTo(std::int64_t time) {
-  write(file_, std::to_string(time) + '\n');
-  reserved_ = time;
-}
+void Clock::reserveUpTo(std::int64_t time) const { write(file_, std::to_string(time) + '\n'); }
 
 }  // namespace host

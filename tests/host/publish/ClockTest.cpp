@@ -54,13 +54,13 @@ TEST(Clock, GoesOnFromTheLastTimeWhenTheTimeOfDayIsSetBack) {
 
 TEST(Clock, ReservesTenSecondsInItsFile) {
   Time time;
-  const Clock clock(time.file, time.now());
+  const Clock clock(time.file, nullptr, time.now());
   EXPECT_EQ(time.text(), std::to_string(time.time + Clock::reserve) + '\n');
 }
 
 TEST(Clock, WritesItsFileOnceInTheTimeThatItReserves) {
   Time time;
-  Clock clock(time.file, time.now());
+  Clock clock(time.file, nullptr, time.now());
   std::filesystem::remove(time.file);
   time.time += Clock::reserve;
   clock.next();
@@ -72,11 +72,11 @@ TEST(Clock, WritesItsFileOnceInTheTimeThatItReserves) {
 
 TEST(Clock, BeginsBehindAllThatTheProcessBeforeMayHaveGiven) {
   Time time;
-  Clock before(time.file, time.now());
+  Clock before(time.file, nullptr, time.now());
   time.time += Clock::reserve - 1;
   const std::int64_t last = before.next();
   time.time -= 3'600'000'000'000;
-  Clock after(time.file, time.now());
+  Clock after(time.file, nullptr, time.now());
   EXPECT_GT(after.next(), last);
   EXPECT_GT(std::stoll(time.text()), after.next());
 }
@@ -86,7 +86,7 @@ TEST(Clock, RefusesAFileThatHoldsNoTime) {
     Time time;
     time.textIs(text);
     try {
-      const Clock clock(time.file, time.now());
+      const Clock clock(time.file, nullptr, time.now());
       FAIL() << text;
     } catch (const std::runtime_error& error) {
       EXPECT_EQ(error.what(), time.file + ": holds no time");
@@ -97,11 +97,26 @@ TEST(Clock, RefusesAFileThatHoldsNoTime) {
 TEST(Clock, RefusesAFileThatCannotBeWritten) {
   Time time;
   try {
-    const Clock clock("/nowhere/stamp", time.now());
+    const Clock clock("/nowhere/stamp", nullptr, time.now());
     FAIL();
   } catch (const std::runtime_error& error) {
     EXPECT_STREQ(error.what(), "/nowhere/stamp: cannot be written: No such file or directory");
   }
+}
+
+TEST(Clock, GoesOnAndSaysSoOnceWhenItsFileCannotBeWrittenAnyMore) {
+  Time time;
+  std::filesystem::create_directory(time.file);
+  const std::string file = time.file + "/stamp";
+  std::vector<std::string> reports;
+  Clock clock(
+      file, [&](const std::string& line) { reports.push_back(line); }, time.now());
+  std::filesystem::remove_all(time.file);
+  time.time += Clock::reserve + 1;
+  const std::int64_t first = clock.next();
+  EXPECT_EQ(clock.next(), first + 1);
+  EXPECT_THAT(reports,
+              testing::ElementsAre(file + ": cannot be written: No such file or directory"));
 }
 
 }  // namespace
