@@ -121,7 +121,7 @@ class Server::Parts {
   void stop() {
     if (!server_) return;
     hub_.stop();
-    server_->Shutdown(std::chrono::system_clock::now() + std::chrono::milliseconds(500));
+    server_->Shutdown(std::chrono::system_clock::now() + std::chrono::milliseconds(300));
     server_.reset();
   }
 

@@ -44,7 +44,7 @@ class Server {
   int port() const;
   // The store has something new.
   void committed();
-  // Ends all streams as UNAVAILABLE. What is on its way then has half a second.
+  // Ends all streams as UNAVAILABLE. What is on its way then has 0.3 s.
   void stop();
 
  private:

@@ -26,6 +26,7 @@ void Stream::wake() {
   {
     const std::lock_guard lock(mutex_);
     acts = next();
+    acts.plan = false;  // the caller asks for that itself
   }
   perform(acts);
 }
@@ -128,7 +129,7 @@ Stream::Acts Stream::sent(Delivery::Step step) {
   if (step.kind == Delivery::Kind::end) return finish(Status::OK);
   if (step.kind == Delivery::Kind::nothing) {
     if (isHalfClosed_ && delivery_->isPolled()) return finish(Status::OK);
-    return {.read = std::exchange(isReadDue_, false)};
+    return {.read = std::exchange(isReadDue_, false), .plan = delivery_->due().has_value()};
   }
   out_ = std::move(step.bytes);
   isWriting_ = true;
@@ -150,7 +151,7 @@ void Stream::perform(const Acts& acts) {
     StartWrite(&out_);
   } else if (acts.finish) {
     Finish(*ending_);
-  } else {
+  } else if (acts.plan) {
     context_.planned();
   }
 }

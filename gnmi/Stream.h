@@ -20,7 +20,8 @@ namespace server {
 class Stream final : public grpc::ServerBidiReactor<grpc::ByteBuffer, grpc::ByteBuffer>,
                      public std::enable_shared_from_this<Stream> {
  public:
-  // What it stands on; all must outlive it. `planned` is called when something may be due at a time.
+  // What it stands on; all must outlive it. `planned` is called when something is due at a time, but
+  // not by wake().
   struct Context {
     Bodies& bodies;
     Duration least;  // between samples
@@ -50,6 +51,7 @@ class Stream final : public grpc::ServerBidiReactor<grpc::ByteBuffer, grpc::Byte
     bool read = false;
     bool write = false;
     bool finish = false;
+    bool plan = false;  // of the hub: something is due at a time
   };
   Acts next();
   Acts finish(const grpc::Status& status);

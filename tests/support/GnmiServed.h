@@ -64,7 +64,7 @@ inline gnmi::SubscribeRequest gnmiSubscribe(gnmi::SubscriptionList::Mode mode,
 
 // What no test waits longer for.
 inline void gnmiDeadline(grpc::ClientContext& context) {
-  context.set_deadline(std::chrono::system_clock::now() + std::chrono::seconds(30));
+  context.set_deadline(std::chrono::system_clock::now() + std::chrono::seconds(120));
 }
 
 // A subscription of a client, which keeps what its stream says.
