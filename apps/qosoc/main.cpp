@@ -2,17 +2,14 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <new>
 #include <string>
 #include <vector>
 
 #include "Arguments.h"
 #include "Commands.h"
 #include "Help.h"
-#include "Input.h"
-#include "Messages.h"
-#include "Output.h"
 #include "Progress.h"
+#include "Reported.h"
 #include "StandardOutput.h"
 #include "Terminal.h"
 #include "host/Text.h"
@@ -49,17 +46,12 @@ int run(Arguments words) {
   return runCommand(qosoc::commandNamed(first), rest);
 }
 
-int refuse(const std::string& line) {
-  qosoc::tell("qosoc: " + line);
-  return qosoc::nothingDone;
-}
-
 // Where the help is that says how it is done.
 std::string helpFor(Arguments words) {
   const auto isFirst = [&](const qosoc::Command* command) { return command->name == words[0]; };
   const auto all = qosoc::commands();
   const bool isKnown = !words.empty() && std::any_of(all.begin(), all.end(), isFirst);
-  return " (see qosoc " + (isKnown ? words[0] + ' ' : "") + "--help)";
+  return qosoc::helpHint(isKnown ? words[0] : "");
 }
 
 }  // namespace
@@ -67,18 +59,5 @@ std::string helpFor(Arguments words) {
 int main(int argc, char** argv) {
   const std::vector<std::string> words(argv + 1, argv + argc);
   qosoc::progress();  // its patience counts from here
-  try {
-    return run(words);
-  } catch (const qosoc::UnknownCommand& error) {
-    return refuse(error.what() + helpFor({}));
-  } catch (const qosoc::UsageError& error) {
-    return refuse(error.what() + helpFor(words));
-  } catch (const qosoc::InputError& error) {
-    for (const std::string& line : error.lines()) refuse(line);
-    return qosoc::nothingDone;
-  } catch (const qosoc::OutputError& error) {
-    return refuse(error.what());
-  } catch (const std::bad_alloc&) {
-    return refuse("out of memory");
-  }
+  return qosoc::reported([&] { return run(words); }, helpFor(words), qosoc::helpHint());
 }
