@@ -24,7 +24,7 @@ Option named(std::string_view name, const Command& command) {
 }  // namespace
 
 Arguments::Arguments(std::span<const std::string> words, const Command& command)
-    : command_(command) {
+    : command_(command), words_(words) {
   bool onlyOperands = false;
   for (std::size_t i = 0; i < words.size(); ++i) {
     const std::string& word = words[i];

@@ -24,6 +24,8 @@ class Arguments {
   // name counts. What follows "--" is no option, and "-" alone is none. Throws: UsageError.
   Arguments(std::span<const std::string> words, const Command& command);
 
+  // As they came.
+  std::span<const std::string> words() const { return words_; }
   // By the long name of the option.
   bool has(std::string_view option) const { return options_.contains(option); }
   // The value of an option; nothing when it was not given.
@@ -36,6 +38,7 @@ class Arguments {
 
  private:
   const Command& command_;
+  std::span<const std::string> words_;
   std::map<std::string, std::string, std::less<>> options_;
   std::vector<std::string> operands_;
 };

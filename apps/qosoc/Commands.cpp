@@ -14,8 +14,8 @@ constexpr Option helpOption{.name = "--help", .shortName = "-h", .help = "print 
 namespace {
 
 constexpr const Command* all[] = {
-    &translateCommand, &checkCommand,      &diffCommand,   &schemaCommand,
-    &helpCommand,      &completionCommand, &manualCommand,
+    &translateCommand, &checkCommand, &diffCommand,       &serveCommand,
+    &schemaCommand,    &helpCommand,  &completionCommand, &manualCommand,
 };
 
 constexpr Option ofTheProgram[] = {

@@ -13,6 +13,7 @@ namespace qosoc {
 extern const Command translateCommand;
 extern const Command checkCommand;
 extern const Command diffCommand;
+extern const Command serveCommand;
 extern const Command schemaCommand;
 extern const Command helpCommand;
 extern const Command completionCommand;

@@ -23,7 +23,8 @@ void expectUsageError(const std::vector<std::string>& words, const std::string& 
 }
 
 const std::string legal =
-    " (legal: translate, check, diff, schema, help, completion, manual, --help, -h, --version, -V)";
+    " (legal: translate, check, diff, serve, schema, help, completion, manual, --help, -h, "
+    "--version, -V)";
 const std::string roots = [] {
   std::string names;
   for (const host::Root& root : host::roots()) {
@@ -43,6 +44,16 @@ TEST(Qosoc, TellsItsVersionByTheShortOptionToo) {
   const HostRun run = qosoc({"-V"});
   EXPECT_EQ(run.exit, 0);
   EXPECT_EQ(run.out, qosoc({"--version"}).out);
+}
+
+TEST(Qosoc, SaysWhatItTakesToServe) {
+  const HostFolder folder;
+  std::filesystem::copy(paths::qosoc, folder.path("qosoc"));
+  const HostRun run = support::hostRun({folder.path("qosoc"), "serve", "none.json"});
+  EXPECT_EQ(run.exit, 2);
+  EXPECT_EQ(run.err,
+            "qosoc: qosoc-serve is not beside qosoc: it is built where gRPC is there "
+            "(QOS_BUILD_GNMI) (see qosoc serve --help)\n");
 }
 
 TEST(Qosoc, RefusesWhatItDoesNotKnow) {

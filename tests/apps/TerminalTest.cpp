@@ -45,7 +45,8 @@ TEST_F(Terminal, HasErrorsWithARedHead) {
             "\033[1;31mqosoc:\033[0m " + none + ": cannot be read: No such file or directory\n");
   EXPECT_EQ(hostScreen(qosocCommand({"chek"})),
             "\033[1;31mqosoc:\033[0m there is no command \"chek\": "
-            "did you mean check? (legal: translate, check, diff, schema, help, completion, manual, "
+            "did you mean check? (legal: translate, check, diff, serve, schema, help, completion, "
+            "manual, "
             "--help, -h, --version, -V) (see qosoc --help)\n");
 }
 
