@@ -395,6 +395,9 @@ Changes::Changes(const Native& native, KeptRoots& roots, BadComments badComments
       guard_(std::make_unique<CommentGuard>(native, roots)),
       report_(std::move(report)) {}
 
+Changes::Changes(const Native& native, Judging /*judging*/, Report report)
+    : native_(native), guard_(std::make_unique<CommentGuard>(native)), report_(std::move(report)) {}
+
 Changes::~Changes() = default;
 
 Changes::Outcome Changes::line(std::string_view text) {
@@ -409,7 +412,11 @@ Changes::Outcome Changes::line(std::string_view text) {
   if (line.badComment && badComments_ == BadComments::refused) {
     return refuse(Fault(line.badComment->place(), line.badComment->reason()));
   }
-  if (line.badComment) tell(line.badComment->text() + endsTheProgram);
+  if (roots_ == nullptr) {
+    badComment_ = std::move(line.badComment);
+  } else if (line.badComment) {
+    tell(line.badComment->text() + endsTheProgram);
+  }
   std::vector<Rok::String> at;
   Writes writes([&](const std::string& what) { tell(what + culprits(at, what)); });
   for (const Change& change : line.changes) ChangeWrite(native_, writes, at).write(change);

@@ -14,6 +14,7 @@
 #include <utility>
 
 #include "Dorpel/Export.h"
+#include "host/CommentFaults.h"
 #include "host/Fault.h"
 #include "host/KeptRoots.h"
 #include "host/Native.h"
@@ -39,6 +40,9 @@ class Changes {
   // wait for what it changed. A line with which a root would read a comment that ends the process is
   // named before it is written or, with `refused`, refused.
   Changes(const Native& native, KeptRoots& roots, BadComments badComments, Report report);
+  // What judges comments for a host without roots: badComment() names what a root would read.
+  enum class Judging { comments };
+  Changes(const Native& native, Judging judging, Report report);
   Changes(const Changes&) = delete;
   Changes& operator=(const Changes&) = delete;
   ~Changes();
@@ -47,6 +51,9 @@ class Changes {
   Outcome line(std::string_view text);
   // Why the last line that was refused was. Requires: one was.
   const Fault& refusal() const { return *refusal_; }
+  // The comment that ends the process of a host that has all roots, when it applies the last line that
+  // was applied. Empty for a host with roots.
+  const std::optional<BadComment>& badComment() const { return badComment_; }
   // Whether nothing was reported so far.
   bool isClean() const { return clean_; }
 
@@ -62,6 +69,7 @@ class Changes {
   std::unique_ptr<NearbyRaises> nearby_;  // null until a handler raised
   Report report_;
   std::optional<Fault> refusal_;
+  std::optional<BadComment> badComment_;
   std::size_t number_ = 0;
   bool clean_ = true;
 };

@@ -4,6 +4,7 @@
 
 #include "QosOpenConfig/QosOpenConfigHelper.h"
 #include "QosOpenConfig/QosOpenConfigSchedulerPolicyKivToOCSm.h"
+#include "host/CommentDocument.h"
 #include "host/Json.h"
 #include "host/Pointer.h"
 
@@ -11,8 +12,6 @@ namespace host {
 namespace {
 
 namespace json = host::rapidjson;
-
-constexpr const char* metaDataKey = "MetaData-OpenConfig";
 
 // Where the reader is.
 using Path = Tokens;
@@ -42,21 +41,6 @@ std::optional<CommentFault> eachMember(const json::Value& object, const Path& pa
   return std::nullopt;
 }
 
-// What the comment holds of ours; null when it is no document, or not ours.
-struct Parsed {
-  json::Document document;
-  const json::Value* metaData = nullptr;
-
-  explicit Parsed(std::string_view comment) {
-    // For the reader a comment with a NUL in it is no document.
-    if (comment.find('\0') != comment.npos) return;
-    document.Parse<json::kParseIterativeFlag>(comment.data(), comment.size());
-    if (document.HasParseError() || !document.IsObject()) return;
-    const auto found = document.FindMember(metaDataKey);
-    if (found != document.MemberEnd()) metaData = &found->value;
-  }
-};
-
 // ===== Attachments
 
 struct NameCheck {
@@ -67,7 +51,7 @@ struct NameCheck {
 NameCheck nameOf(const json::Value& metaData, const char* part) {
   const auto found = metaData.FindMember(part);
   if (found == metaData.MemberEnd()) return {};
-  const Path path{metaDataKey, part};
+  const Path path{std::string(metaDataKey), part};
   if (const auto wrong = needObject(found->value, path)) return {wrong};
   const auto name = found->value.FindMember("name");
   if (name == found->value.MemberEnd()) return {std::nullopt, true};
@@ -104,20 +88,22 @@ std::optional<CommentFault> schedulerFault(const std::string& key, const json::V
 }  // namespace
 
 std::optional<CommentFault> attachmentFault(std::string_view comment) {
-  const Parsed parsed(comment);
-  if (parsed.metaData == nullptr) return std::nullopt;
-  if (const auto found = needObject(*parsed.metaData, {metaDataKey})) return found;
+  const CommentDocument document(comment);
+  const json::Value* metaData = document.metaData();
+  if (metaData == nullptr) return std::nullopt;
+  if (const auto found = needObject(*metaData, {std::string(metaDataKey)})) return found;
   for (const char* part : {"scheduler-policy", "queue-management-profile"}) {
-    const NameCheck check = nameOf(*parsed.metaData, part);
+    const NameCheck check = nameOf(*metaData, part);
     if (check.fault || check.isMissing) return check.fault;
   }
   return std::nullopt;
 }
 
 std::optional<CommentFault> profileFault(std::string_view comment) {
-  const Parsed parsed(comment);
-  if (parsed.metaData == nullptr) return std::nullopt;
-  return eachMember(*parsed.metaData, {metaDataKey},
+  const CommentDocument document(comment);
+  const json::Value* metaData = document.metaData();
+  if (metaData == nullptr) return std::nullopt;
+  return eachMember(*metaData, {std::string(metaDataKey)},
                     [](const std::string&, const json::Value& scheduler, const Path& path) {
                       return eachMember(scheduler, path, schedulerFault);
                     });

@@ -84,7 +84,18 @@ class CommentGuard::BadKeys final : public Rok::PtrInterface::NotifieeConst {
 };
 
 CommentGuard::CommentGuard(const Native& native, const KeptRoots& roots)
-    : native_(native), roots_(roots), badKeys_(Rok::make<BadKeys>(native.cliConfig)) {}
+    : native_(native), roots_(&roots), badKeys_(Rok::make<BadKeys>(native.cliConfig)) {}
+
+CommentGuard::CommentGuard(const Native& native)
+    : native_(native), roots_(nullptr), badKeys_(Rok::make<BadKeys>(native.cliConfig)) {}
+
+bool CommentGuard::isBuilt(std::string_view root) const {
+  return roots_ == nullptr || roots_->isBuilt(root);
+}
+
+bool CommentGuard::isKept(std::string_view root) const {
+  return roots_ == nullptr || roots_->isKept(root);
+}
 
 CommentGuard::~CommentGuard() = default;
 
@@ -99,7 +110,7 @@ Rok::String CommentGuard::text(const Rok::String& key) const {
 }
 
 bool CommentGuard::decodesAll() const {
-  return roots_.isKept("queue-management") || roots_.isKept("scheduler-policy");
+  return isKept("queue-management") || isKept("scheduler-policy");
 }
 
 std::optional<BadComment> CommentGuard::judge(const Write& write, Draft& draft) {
@@ -138,7 +149,7 @@ CommentGuard::Found CommentGuard::judgeText(const Rok::String& key, const Rok::S
                                             Draft& draft) {
   if (Found found = badAttachment(key, text)) {
     if (decodesAll()) return found;
-    if (roots_.isKept("queue") && isOfQueue(key, std::nullopt, draft)) return found;
+    if (isKept("queue") && isOfQueue(key, std::nullopt, draft)) return found;
   }
   return judgeProfileText(key, text, draft);
 }
@@ -147,7 +158,7 @@ CommentGuard::Found CommentGuard::judgeProfileText(const Rok::String& key, const
                                                    Draft& draft) const {
   if (!QosOc::Helper::profileNameFromCommentKey(key)) return std::nullopt;
   auto fault = profileFault(text);
-  if (!fault || !roots_.isKept("scheduler-policy") || !isOfPolicy(key, draft)) return std::nullopt;
+  if (!fault || !isKept("scheduler-policy") || !isOfPolicy(key, draft)) return std::nullopt;
   return BadComment{std::string(std::string_view(key)), std::move(*fault)};
 }
 
@@ -157,7 +168,7 @@ CommentGuard::Found CommentGuard::judgeInterfaces(const Write& write) const {
   const Keys keys = write.keys;
   if (keys.size() > 2 && keys[2] != "tx-queues") return std::nullopt;
   if (keys.size() > 4) return isRead(write) ? judgeQueue(keys[1], keys[3]) : std::nullopt;
-  if (write.value == nullptr || !(decodesAll() || roots_.isKept("queue"))) return std::nullopt;
+  if (write.value == nullptr || !(decodesAll() || isKept("queue"))) return std::nullopt;
   if (keys.size() == 4) return judgeQueue(keys[1], keys[3]);
   if (keys.size() == 3) return judgeQueues(keys[1], *write.value);
   if (keys.size() == 2) return judgeInterface(keys[1], *write.value);
@@ -173,9 +184,9 @@ bool CommentGuard::isRead(const Write& write) const {
   const std::string_view setting = write.keys[4];
   const bool isOfBlock = setting == "ecn" || setting == "wred";
   if (!isOfBlock && !write.isChange) return false;
-  if (isOfBlock && roots_.isBuilt("queue-management")) return true;
-  if (!isOfBlock && roots_.isBuilt("scheduler-policy")) return true;
-  return setting != "wred" && setting != "shape" && roots_.isBuilt("queue");
+  if (isOfBlock && isBuilt("queue-management")) return true;
+  if (!isOfBlock && isBuilt("scheduler-policy")) return true;
+  return setting != "wred" && setting != "shape" && isBuilt("queue");
 }
 
 CommentGuard::Found CommentGuard::judgeInterface(const Rok::String& name,
@@ -204,7 +215,7 @@ CommentGuard::Found CommentGuard::judgeQueue(const Rok::String& interface,
 CommentGuard::Found CommentGuard::judgeQueueName(const Write& write, Draft& draft) const {
   if (write.keys.size() != 2 || write.value == nullptr || !write.isChange) return std::nullopt;
   const Qos::TxQueueId id(write.value->number());
-  const bool isRead = roots_.isBuilt("queue-management") || roots_.isBuilt("scheduler-policy");
+  const bool isRead = isBuilt("queue-management") || isBuilt("scheduler-policy");
   if (id == Qos::noTxQueue || !isRead) return std::nullopt;
   std::set<Rok::String> keys = badKeys_->keys();
   for (const auto& [key, text] : texts_) keys.insert(key);
@@ -218,7 +229,7 @@ CommentGuard::Found CommentGuard::judgeQueueName(const Write& write, Draft& draf
 // ===== Profiles
 
 CommentGuard::Found CommentGuard::judgeProfiles(const Write& write) const {
-  if (write.value == nullptr || !roots_.isKept("scheduler-policy")) return std::nullopt;
+  if (write.value == nullptr || !isKept("scheduler-policy")) return std::nullopt;
   if (write.keys.size() == 2) return judgeProfile(write.keys[1]);
   if (write.keys.size() > 2) return std::nullopt;
   for (const auto& [name, profile] : write.value->object()) {

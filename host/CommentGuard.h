@@ -22,6 +22,8 @@ class CommentGuard {
  public:
   // Reads all comments once, and follows them from then on. Both must outlive this.
   CommentGuard(const Native& native, const KeptRoots& roots);
+  // As if all roots were there.
+  explicit CommentGuard(const Native& native);
   CommentGuard(const CommentGuard&) = delete;
   CommentGuard& operator=(const CommentGuard&) = delete;
   ~CommentGuard();
@@ -55,11 +57,13 @@ class CommentGuard {
   Found judgeProfile(const Rok::String& name) const;
   Found judgeQueueName(const Write& write, Draft& draft) const;
   bool isRead(const Write& write) const;
+  bool isBuilt(std::string_view root) const;
+  bool isKept(std::string_view root) const;
   bool decodesAll() const;
   Rok::String text(const Rok::String& key) const;
 
   const Native& native_;
-  const KeptRoots& roots_;
+  const KeptRoots* roots_;  // null: all are there
   Rok::Ptr<BadKeys> badKeys_;
   // What the line made of comments so far.
   std::map<Rok::String, Rok::String> texts_;

@@ -64,33 +64,29 @@ std::string_view NearNames::nearest(std::string_view word) const {
   if (word.size() <= same_ || word.size() > longest) return {};
   word.remove_prefix(same_);
   const Letters letters(word);
-  Found found{{}, longest};
-  search(word, letters, true, found);
-  search(word, letters, false, found);
-  if (found.name.empty()) return {};
-  return {found.name.data() - same_, found.name.size() + same_};
-}
-
-void NearNames::search(std::string_view word, const Letters& letters, bool isOfSameDigits,
-                       Found& found) const {
-  const bool isNumbered = !letters.digits.empty();
+  std::string_view found;
+  std::size_t fewest = longest;
   std::size_t compared = 0;
   for (const auto& [name, others] : names_) {
-    if (found.slips == 0) return;
-    if ((letters.digits == others.digits) != isOfSameDigits) continue;
+    const bool areNumbered = !letters.digits.empty() && !others.digits.empty();
+    const bool isOtherNumber =
+        letters.digits != others.digits && (areNumbered || letters.text == others.text);
     const auto [shorter, longer] = std::minmax({name.size(), word.size()});
-    const std::size_t most = std::min(longer / 3, found.slips - 1);
-    if (longer - shorter > most) continue;
+    const std::size_t most = std::min(longer / 3, fewest - 1);
+    if (isOtherNumber || longer - shorter > most) continue;
     // A slip takes at most one letter away, and brings at most one.
     const auto missing = static_cast<std::size_t>(std::popcount(letters.bits & ~others.bits));
     const auto added = static_cast<std::size_t>(std::popcount(others.bits & ~letters.bits));
     if (std::max(missing, added) > most) continue;
-    const bool isOtherNumber = isNumbered && letters.text == others.text;
-    if (isOtherNumber && !isSameInAnyCase(word, name)) continue;
-    if (++compared > mostCompared) return;
+    if (++compared > mostCompared) break;
     const std::size_t count = slips(word, name);
-    if (count <= most) found = {name, count};
+    if (count > most) continue;
+    fewest = count;
+    found = name;
+    if (fewest == 0) break;
   }
+  if (found.empty()) return {};
+  return {found.data() - same_, found.size() + same_};
 }
 
 std::string NearNames::didYouMean(std::string_view word) const {

@@ -11,7 +11,7 @@ namespace host {
 
 // Names among which the one is found that was probably meant. Slips count: a letter too many, one too
 // few, another one, two that changed places. Case doesn't. At most a third of the letters of the
-// longer one are slips, and two names that differ in their numbers alone are not alike.
+// longer one are slips, and two names with different numbers are not alike.
 class NearNames {
  public:
   // The names must outlive this. That many characters at their front are the same in all, and are
@@ -19,8 +19,9 @@ class NearNames {
   explicit NearNames(const std::vector<std::string_view>& names, std::size_t same = 0);
 
   // The name that is most like `word`; of several, the first. Empty when none is like it. Most names
-  // are passed over by their letters alone, and of the others a bounded number is compared, so that
-  // a search among thousands of names costs microseconds.
+  // are passed over by their letters and digits alone, and of the others the first 64 are compared,
+  // so that a search costs microseconds. Among more than 4096 names, and for one of more than 64
+  // characters, nothing is found.
   std::string_view nearest(std::string_view word) const;
   // ": did you mean NAME?", or nothing when no name is like it.
   std::string didYouMean(std::string_view word) const;
@@ -38,14 +39,6 @@ class NearNames {
     std::string_view name;  // behind what is the same
     Letters letters;
   };
-
-  struct Found {
-    std::string_view name;
-    std::size_t slips;
-  };
-  // Among the names that have the word's digits, or among all others.
-  void search(std::string_view word, const Letters& letters, bool isOfSameDigits,
-              Found& found) const;
 
   std::vector<Name> names_;
   std::size_t same_;

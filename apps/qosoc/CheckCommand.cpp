@@ -117,7 +117,8 @@ class Check {
 
   void apply() {
     Lines lines(*changes_);
-    host::Changes changes(native_, [](const std::string& /*line*/) {});
+    host::Changes changes(native_, host::Changes::Judging::comments,
+                          [](const std::string& /*line*/) {});
     progress().begin(!lines.areTyped());
     for (std::uint64_t number = 1; const auto line = lines.next(); ++number) {
       line_ = number;
@@ -131,7 +132,10 @@ class Check {
     using Outcome = host::Changes::Outcome;
     const Outcome outcome = changes.line(line);
     if (outcome == Outcome::refused) printRefused(changes.refusal());
-    if (outcome == Outcome::applied) printDifference(host::findingsOf(native_));
+    if (outcome == Outcome::applied) {
+      printDifference(host::findingsOf(native_));
+      if (const auto& comment = changes.badComment()) printBadComment(host::findingOf(*comment));
+    }
     out_.flush();
   }
 
@@ -146,6 +150,12 @@ class Check {
     each(findings_, after, "resolved");
     each(after, findings_, "warning");
     findings_ = std::move(after);
+  }
+
+  // What a line reads need not stand in the document behind it, or not as what is read at a start.
+  void printBadComment(const Finding& finding) {
+    if (std::binary_search(findings_.begin(), findings_.end(), finding)) return;
+    print(lineOf(finding, inputName(*changes_), {line_, 1}, "warning"));
   }
 
   // ===== Lines

@@ -19,4 +19,10 @@ std::vector<Finding> findingsOf(const Native& native) {
   return found;
 }
 
+Finding findingOf(const BadComment& comment) {
+  return {"comment-type", comment.place(),
+          comment.reason() + ", and any other value ends the program that translates it; write " +
+              comment.fault.expected};
+}
+
 }  // namespace host

@@ -1,7 +1,5 @@
 #include "host/check/Classification.h"
 
-#include <algorithm>
-
 #include "QosOpenConfig/QosOpenConfigClassifierKivToOCSmTerms.h"
 
 namespace host {
@@ -59,6 +57,7 @@ class Gathering {
         const auto& rules = acl->aclSubConfig();
         if (!rules || rules->ruleBySequence().members() == 0) continue;
         const bool isIpv6 = family == Acl::aclTypeIpv6;
+        objects.hasRules[static_cast<int>(family)] = true;
         objects.later.push_back({isIpv6 ? classifierTypeIpv6 : classifierTypeIpv4,
                                  {"access-lists", name, std::string(key)}});
       }
@@ -91,7 +90,8 @@ class Gathering {
       ClassifierObjects& objects = all_[std::string(classifier)];
       const Tokens at = below(place, i->key());
       objects.later.push_back({classifier == ipv4 ? classifierTypeIpv4 : classifierTypeIpv6, at});
-      objects.terms[std::string(term)].classes.push_back({at, hasTarget(*i->value())});
+      objects.terms[std::string(term)].classes.push_back(
+          {at, i->value()->policyAction(Qos::actionSetTc) != nullptr, hasTarget(*i->value())});
     }
   }
   bool hasTarget(const Qos::ClassAction& action) const {
@@ -109,11 +109,6 @@ class Gathering {
 bool TermObjects::hasRules(ClassifierType family) const {
   const auto& acl = acls[family == classifierTypeIpv6 ? 1 : 0];
   return acl && acl->aclSubConfig() && acl->aclSubConfig()->ruleBySequence().members() > 0;
-}
-
-bool ClassifierObjects::hasRules(ClassifierType family) const {
-  return std::any_of(terms.begin(), terms.end(),
-                     [&](const auto& term) { return term.second.hasRules(family); });
 }
 
 Classification classificationOf(const Native& native) { return Gathering(native).gathered(); }

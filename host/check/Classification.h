@@ -17,6 +17,7 @@ using ClassifierType = QosOc::Classifier::Type;
 // A class of a policy map.
 struct TermClass {
   Tokens place;
+  bool hasAction;  // that sets a traffic class
   bool hasTarget;  // a traffic class that has a forwarding group
 };
 
@@ -39,6 +40,7 @@ struct TypeMaker {
 
 struct ClassifierObjects {
   bool hasPlaceholder = false;
+  bool hasRules[2] = {};  // by family: an ACL of a term has rules
   std::map<std::string, TermObjects, std::less<>> terms;
   // The class maps, a match statement each, in no order.
   std::vector<TypeMaker> classMaps;
@@ -49,7 +51,6 @@ struct ClassifierObjects {
 
   // Whether the model has the classifier when all roots are built.
   bool isMade() const { return !later.empty() || (hasPlaceholder && !classMaps.empty()); }
-  bool hasRules(ClassifierType family) const;
 };
 
 using Classification = std::map<std::string, ClassifierObjects, std::less<>>;

@@ -142,7 +142,7 @@ class ClassifierRules : Rule {
     if (!term.hasRules(classifierTypeIpv4)) return;
     const auto& other = term.acls[1];
     const bool isOverwritten = other && other->aclSubConfig();
-    const bool isSwept = !other && classifier.hasRules(classifierTypeIpv6);
+    const bool isSwept = !other && classifier.hasRules[static_cast<int>(Acl::aclTypeIpv6)];
     if (!isOverwritten && !isSwept) return;
     find("families", aclPlace(*term.acls[0]),
          "is not translated: " +
@@ -190,6 +190,10 @@ class ClassifierRules : Rule {
         find("untranslated", below(place, "tc"),
              "the two low bits of the traffic class are no part of the DSCP and are dropped; "
              "write a multiple of 4");
+      }
+      if ((filter.tcMask & ~dscpBits) != 0) {
+        find("untranslated", below(place, "tc-mask"),
+             "the two low bits of the mask are no part of the DSCP and are dropped; write 252");
       }
       return filter.tc >> 2;
     }

@@ -5,6 +5,7 @@
 #include "QosOpenConfig/QosOpenConfigSchedulerPolicyKivToOCSm.h"
 #include "host/CommentFaults.h"
 #include "host/Text.h"
+#include "host/check/Check.h"
 #include "host/check/CommentKey.h"
 #include "host/check/CommentText.h"
 #include "host/check/Rule.h"
@@ -22,6 +23,7 @@ class CommentRules : Rule {
         queueKeys_([this] { return namesOf(queues_); }),
         policyKeys_([this] { return Suggestions::Names(policies_.begin(), policies_.end()); },
                     profileBegin.size()),
+        wholePolicyKeys_([this] { return Suggestions::Names(policies_.begin(), policies_.end()); }),
         interfaces_([this] { return namesOf(this->device().shortNames); }) {
     for (const auto& [id, queues] : device.interfaces) {
       for (const DeviceQueue& queue : queues) queues_[queue.commentKey].push_back(&queue);
@@ -55,9 +57,7 @@ class CommentRules : Rule {
   }
 
   void judgeFault(const Rok::String& key, const CommentFault& fault) {
-    find("comment-type", key,
-         "at " + fault.place + " of this comment: expected " + fault.expected +
-             ", and any other value ends the program that translates it; write " + fault.expected);
+    find("comment-type", key, findingOf({std::string(key), fault}).text);
   }
 
   // Interfaces that are meant to differ have one comment when their short names are the same.
@@ -75,11 +75,19 @@ class CommentRules : Rule {
   void judgeKey(const Rok::String& key) {
     if (const auto queue = CommentKey::parse(key)) return judgeQueueKey(key, *queue);
     if (std::string_view(key).starts_with(profileBegin)) return judgeProfileKey(key);
+    const std::string_view meant = queueKeys_.nearest(key);
     find("comment-key", key,
          "no translator reads a comment under this key" +
-             queueKeys_.advice(key,
-                               "write if-SHORT-uc-txq-N for a tx queue, or qos-profile-NAME for "
-                               "a profile"));
+             advice(meant.empty() ? profileKey(key) : std::string(meant),
+                    "write if-SHORT-uc-txq-N for a tx queue, or qos-profile-NAME for "
+                    "a profile"));
+  }
+
+  // The key of a scheduler policy's profile that a key nearly is; empty: none.
+  std::string profileKey(const Rok::String& key) const {
+    const std::string behind = std::string(profileBegin) + std::string(key);
+    if (policies_.contains(Rok::String(behind))) return behind;
+    return std::string(wholePolicyKeys_.nearest(key));
   }
 
   void judgeQueueKey(const Rok::String& key, const CommentKey& wanted) {
@@ -135,7 +143,8 @@ class CommentRules : Rule {
   std::set<Rok::String> policies_;       // likewise, of the profiles of scheduler policies
   std::set<Rok::String> otherProfiles_;  // likewise
   const Suggestions queueKeys_;
-  const Suggestions policyKeys_;
+  const Suggestions policyKeys_;  // of keys that begin as they should
+  const Suggestions wholePolicyKeys_;
   const Suggestions interfaces_;
 };
 

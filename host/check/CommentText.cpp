@@ -6,7 +6,7 @@
 #include <set>
 #include <vector>
 
-#include "host/Json.h"
+#include "host/CommentDocument.h"
 #include "host/Nearest.h"
 #include "host/Pointer.h"
 #include "host/Text.h"
@@ -27,42 +27,6 @@ std::string_view textOf(const Json& string) {
 
 std::string quotedKey() { return quoted(metaDataKey); }
 
-// A comment as its reader takes it.
-struct Parsed {
-  explicit Parsed(std::string_view text) {
-    if (const std::size_t nul = text.find('\0'); nul != text.npos) {
-      fault = "a NUL byte" + at(nul, text);
-      return;
-    }
-    document.Parse<rapidjson::kParseIterativeFlag>(text.data(), text.size());
-    if (document.HasParseError()) {
-      fault = reason(text) + at(document.GetErrorOffset(), text);
-    } else if (!document.IsObject()) {
-      fault = "it is no object";
-    }
-  }
-
-  rapidjson::Document document;
-  std::string fault;  // why nothing of it is read; empty for an object
-
- private:
-  static std::string at(std::size_t offset, std::string_view text) {
-    return offset < text.size() ? " at byte " + std::to_string(offset + 1) : " at its end";
-  }
-  // The parser's words, as part of a sentence.
-  std::string reason(std::string_view text) const {
-    const std::size_t offset = document.GetErrorOffset();
-    const bool isControl = offset < text.size() && static_cast<unsigned char>(text[offset]) < ' ';
-    const auto code = document.GetParseError();
-    if (isControl && code == rapidjson::kParseErrorStringEscapeInvalid)
-      return "a control character in a string";
-    std::string words = rapidjson::GetParseError_En(code);
-    words[0] = lower(words[0]);
-    if (words.ends_with('.')) words.pop_back();
-    return words;
-  }
-};
-
 class TextRules {
  public:
   explicit TextRules(const CommentFindings& findings) : findings_(findings) {}
@@ -70,13 +34,13 @@ class TextRules {
   // Goes on with the object under the metadata's key, if the text gets there.
   template <class Rest>
   void judge(std::string_view text, const Rest& rest) {
-    const Parsed parsed(text);
-    if (!parsed.fault.empty()) return judgeBroken(metaDataWord(text), parsed.fault);
-    judgeRoot(parsed.document);
-    const auto found = parsed.document.FindMember(metaDataKey.data());
-    if (found == parsed.document.MemberEnd() || !found->value.IsObject()) return;
+    const CommentDocument comment(text);
+    if (comment.object() == nullptr) return judgeBroken(metaDataWord(text), comment);
+    judgeRoot(*comment.object());
+    const Json* metaData = comment.metaData();
+    if (metaData == nullptr || !metaData->IsObject()) return;
     path_ = {std::string(metaDataKey)};
-    rest(found->value);
+    rest(*metaData);
   }
 
   void attachment(const Json& metaData) {
@@ -84,7 +48,9 @@ class TextRules {
     eachMember(metaData, parts, Read::first, [&](std::string_view part, const Json& value) {
       if (!value.IsObject()) return;
       eachMember(value, {"name"}, Read::first, [&](std::string_view, const Json& name) {
-        if (name.IsString() && name.GetStringLength() == 0) {
+        if (!name.IsString()) return;
+        judgeNul(textOf(name));
+        if (name.GetStringLength() == 0) {
           find("comment-name", "the name is empty, and says nothing; name the " +
                                    std::string(part) + " or leave it out");
         }
@@ -120,13 +86,13 @@ class TextRules {
   }
 
   // A text that is no JSON object, and what it has of the metadata.
-  void judgeBroken(std::string_view word, const std::string& fault) {
+  void judgeBroken(std::string_view word, const CommentDocument& comment) {
     if (word.empty()) return;
     const bool isKey = isSameInAnyCase(word, metaDataKey);
     findings_("comment-json",
               "names " + (isKey ? std::string(metaDataKey) : quoted(word)) +
-                  " and is not one JSON object, so nothing of it is read: " + fault + "; mend it" +
-                  (isKey ? "" : ", and write " + quotedKey()));
+                  " and is not one JSON object, so nothing of it is read: " + comment.fault() +
+                  "; mend it" + (isKey ? "" : ", and write " + quotedKey()));
   }
 
   // What stands beside the metadata that is read, or in its place.
@@ -156,28 +122,47 @@ class TextRules {
   // of which act(name, value) is called for the one that counts.
   template <class Act>
   void eachMember(const Json& object, const Names& known, Read read, const Act& act) {
-    const auto members = object.GetObject();
-    for (auto member = members.begin(); member != members.end(); ++member) {
-      const std::string_view name = textOf(member->name);
-      const auto isSame = [&](const auto& other) { return textOf(other.name) == name; };
-      const bool hasEarlier = std::any_of(members.begin(), member, isSame);
-      const bool hasLater = std::any_of(member + 1, members.end(), isSame);
+    const std::map<std::string_view, const Json*> counting = membersOf(object, read);
+    std::set<std::string_view> seen;
+    for (const auto& [key, value] : object.GetObject()) {
+      const std::string_view name = textOf(key);
       path_.emplace_back(name);
       if (std::find(known.begin(), known.end(), name) == known.end()) {
-        const char* remedy = nearest(name, known).empty() ? "; leave it out" : "; rename it";
-        find("comment-member", "this member is not read" + didYouMeanOf(name, known) + remedy);
+        judgeUnknown(name, known);
       } else if (name == "inputs") {
-        act(name, member->value);  // of several all are read
+        act(name, value);  // of several all are read
       } else {
-        if (hasEarlier) findTwice("member", read);
-        if (!(read == Read::first ? hasEarlier : hasLater)) act(name, member->value);
+        if (!seen.insert(name).second) findTwice("member", read);
+        if (counting.find(name)->second == &value) act(name, value);
       }
       path_.pop_back();
     }
   }
+  // By name, that which counts.
+  static std::map<std::string_view, const Json*> membersOf(const Json& object, Read read) {
+    std::map<std::string_view, const Json*> members;
+    for (const auto& [key, value] : object.GetObject()) {
+      const Json*& member = members[textOf(key)];
+      if (member == nullptr || read == Read::last) member = &value;
+    }
+    return members;
+  }
+  void judgeUnknown(std::string_view name, const Names& known) {
+    const std::string meant = didYouMeanOf(name, known);
+    const bool isNear = meant.starts_with(": did");
+    find("comment-member",
+         "this member is not read" + meant + (isNear ? "; rename it" : "; leave it out"));
+  }
   void findTwice(const std::string& what, Read read) {
     const char* counts = read == Read::first ? "first" : "last";
     find("comment-member", "the same " + what + " twice, and the " + counts + " counts; keep one");
+  }
+
+  void judgeNul(std::string_view name) {
+    const std::size_t end = name.find('\0');
+    if (end == name.npos) return;
+    find("comment-name", "the name is read up to its NUL character, as " +
+                             quoted(name.substr(0, end)) + "; leave the NUL out");
   }
 
   // The sequence number that the reader makes of a scheduler's key.
@@ -231,6 +216,7 @@ class TextRules {
       const std::string_view id = textOf(key);
       path_.emplace_back(id);
       if (!ids.insert(id).second) findTwice("input", Read::last);
+      judgeNul(id);
       if (id.empty()) {
         find("left-out", "an empty name is no key, and the scheduler input is left out; name it");
       }
@@ -238,6 +224,7 @@ class TextRules {
         eachMember(value, {"queue", "weight"}, Read::last,
                    [&](std::string_view name, const Json& member) {
                      if (name == "weight") judgeZero(member);
+                     if (name == "queue" && member.IsString()) judgeNul(textOf(member));
                    });
       }
       path_.pop_back();
@@ -251,9 +238,9 @@ class TextRules {
 }  // namespace
 
 bool isMeantAsMetaData(std::string_view text) {
-  const Parsed parsed(text);
-  if (!parsed.fault.empty()) return !metaDataWord(text).empty();
-  const auto members = parsed.document.GetObject();
+  const CommentDocument comment(text);
+  if (comment.object() == nullptr) return !metaDataWord(text).empty();
+  const auto members = comment.object()->GetObject();
   return std::any_of(members.begin(), members.end(), [](const auto& member) {
     const std::string_view name = textOf(member.name);
     return name == metaDataKey || isNearlyMetaData(name, member.value) ||

@@ -8,7 +8,7 @@ namespace host {
 
 struct FindingKind {
   std::string_view word;
-  std::string_view meaning;  // what `check --help` says
+  std::string_view meaning;  // as docs/checking.md has it
 };
 
 // All of them, those of errors first.

@@ -14,16 +14,19 @@ using Json = rapidjson::Value;
 
 // Also with its two words exchanged.
 bool isNearName(std::string_view name) {
-  return !nearest(name, {metaDataKey, "OpenConfig-MetaData"}).empty();
+  static const NearNames names({metaDataKey, "OpenConfig-MetaData"});
+  return !names.nearest(name).empty();
 }
 
 // A word of the key alone, which other comments may have, too.
 bool isHalfName(std::string_view name) {
-  return !nearest(name, {"MetaData", "OpenConfig"}).empty();
+  static const NearNames names({"MetaData", "OpenConfig"});
+  return !names.nearest(name).empty();
 }
 
 bool isNearPart(std::string_view name) {
-  return !nearest(name, {std::begin(attachmentParts), std::end(attachmentParts)}).empty();
+  static const NearNames names({std::begin(attachmentParts), std::end(attachmentParts)});
+  return !names.nearest(name).empty();
 }
 
 bool isScheduler(const Json& value) {
@@ -41,9 +44,10 @@ bool holdsMetaData(const Json& value) {
   });
 }
 
-// The text behind white space and the quotes of a word.
+// The text behind white space and the quotes of a word, of which there are few.
 std::string_view behindWord(std::string_view text) {
-  const std::size_t begin = text.find_first_not_of(" \t\r\n\"'");
+  constexpr std::size_t most = 64;
+  const std::size_t begin = text.substr(0, most).find_first_not_of(" \t\r\n\"'");
   return begin == text.npos ? std::string_view() : text.substr(begin);
 }
 
@@ -67,9 +71,16 @@ bool isNearlyMetaData(std::string_view name, const Json& value) {
 std::string_view metaDataWord(std::string_view text) {
   const auto found = std::search(text.begin(), text.end(), metaDataKey.begin(), metaDataKey.end(),
                                  [](char a, char b) { return lower(a) == lower(b); });
-  if (found != text.end())
-    return text.substr(static_cast<std::size_t>(found - text.begin()), metaDataKey.size());
-  if (!behindWord(text).starts_with('{')) return {};
+  const bool isObject = behindWord(text).starts_with('{');
+  const bool isList = behindWord(text).starts_with('[');
+  if (found != text.end()) {
+    const std::string_view from = text.substr(static_cast<std::size_t>(found - text.begin()));
+    const std::string_view next = behindWord(from.substr(metaDataKey.size())).substr(0, 1);
+    // A sentence may have the word, too.
+    return isObject || isList || next == ":" || next == "{" ? from.substr(0, metaDataKey.size())
+                                                            : "";
+  }
+  if (!isObject) return {};
   while (!text.empty()) {
     const std::size_t end = std::min(text.find_first_of("{}[]:,\"'\t\r\n"), text.size());
     const std::string_view word = trimmed(text.substr(0, end));

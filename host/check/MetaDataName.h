@@ -3,11 +3,10 @@
 
 #include <string_view>
 
-#include "host/Json.h"
+#include "host/CommentDocument.h"
 
 namespace host {
 
-inline constexpr std::string_view metaDataKey = "MetaData-OpenConfig";
 // The members of the metadata of a tx queue.
 inline constexpr std::string_view attachmentParts[] = {"scheduler-policy",
                                                        "queue-management-profile"};

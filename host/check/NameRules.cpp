@@ -30,7 +30,7 @@ bool isNearly(std::string_view name) {
   const std::size_t bracket = letters.find('[');
   if (begin == letters.npos || bracket == letters.npos) return false;
   const std::string word = letters.substr(begin, letters.find_first_of("_[ ", begin) - begin);
-  return word == "yang" || (begin > 0 && !nearest(word, {"yang"}).empty());
+  return word == "yang" || (begin > 0 && word[0] == 'y' && !nearest(word, {"yang"}).empty());
 }
 
 class NameRules : Rule {

@@ -91,11 +91,6 @@ bool isReadPolicyMap(const Rok::String& policyMap) {
   return !ipv4.empty() || !ipv6.empty() || policyMap == "__yang_";
 }
 
-Tokens placeOf(const Qos::ServicePolicyKey& key) {
-  return {"service-policies",
-          std::to_string(key.keyTag) + ':' + std::string(std::string_view(key.pmapName))};
-}
-
 }  // namespace
 
 void Raises::bandwidth(const Nerit::IntfId& interface, const Qos::TxQueueConfig& queue,
@@ -155,7 +150,7 @@ void Raises::rates(const Rok::String& profile, const Found& found) const {
     if (percent <= Qos::percentMax || hasRate(model_, policy, i->key())) continue;
     judge.raise({"comments", std::string(key)}, percent,
                 "is no percentage, as the cir-pct of scheduler " + std::to_string(i->key()),
-                "0 to 100");
+                "1 to 100");
   }
 }
 
@@ -174,7 +169,7 @@ void Raises::servicePolicies(std::vector<Qos::ServicePolicyKey> keys, const Foun
   std::sort(keys.begin(), keys.end());
   for (const Qos::ServicePolicyKey& key : keys) {
     const Qos::ServicePolicyKey& other = key == keys[0] ? keys[1] : keys[0];
-    found({"interface-classifier", placeOf(key), placeOf(other),
+    found({"interface-classifier", servicePolicyPlace(key), servicePolicyPlace(other),
            "tag " + std::to_string(other.keyTag) +
                " has the same policy map: the root interface-classifier raises over it, and "
                "bindings are "

@@ -1,5 +1,7 @@
 // What the objects of a term need beside them: a class map an access list with rules and a class of
 // the classifier's policy map, these two the class map, and a policy map a classifier.
+#include <algorithm>
+
 #include "host/check/Classification.h"
 #include "host/check/Rule.h"
 #include "host/check/Rules.h"
@@ -69,6 +71,7 @@ class TermRules : Rule {
   void judgeMatched(std::string_view id, const TermObjects& term) {
     const Tokens place = classMapPlace(termName(id));
     if (term.isMatched && !hasRules(term)) judgeConditions(id, term, place);
+    judgeAction(term);
     if (objects_.policyMaps.empty() || !term.classes.empty()) return;
     find("missing", place,
          "no policy map has this class, so the term gets no actions; add it to the policy map of "
@@ -84,6 +87,15 @@ class TermRules : Rule {
     find("missing", place,
          "there is no access list of the name of this class map, so the term has no conditions" +
              advice(meant(accessLists_, id), "add it to access-lists"));
+  }
+
+  void judgeAction(const TermObjects& term) {
+    const auto& classes = term.classes;
+    const auto hasAction = [](const TermClass& one) { return one.hasAction; };
+    if (classes.empty() || std::any_of(classes.begin(), classes.end(), hasAction)) return;
+    find("missing", classes.front().place,
+         "sets no traffic class, so the term gets no target group; add set-traffic-class to its "
+         "actions");
   }
 
   // The name of an object of the term that was probably meant; empty: unknown.

@@ -135,6 +135,21 @@ TEST_F(Check, JudgesEachChangeLineAsThoseBeforeItLeaveTheDocument) {
                              "not 256\n");
 }
 
+// A running host reads each comment that changes, be it there at the end of the line or not.
+TEST_F(Check, NamesAChangeLineThatEndsTheProgram) {
+  const std::string bad = R"("value": "{\"MetaData-OpenConfig\": {\"scheduler-policy\": 5}}"})";
+  const std::string end =
+      ": at /MetaData-OpenConfig/scheduler-policy of this comment: expected an object, and any "
+      "other value ends the program that translates it; write an object\n";
+  const HostRun run = changed(R"([{"op": "add", "path": "/comments/note", )" + bad + "]\n" +
+                              R"([{"op": "add", "path": "/comments/if-Et1-uc-txq-5", )" + bad +
+                              R"(, {"op": "remove", "path": "/comments/if-Et1-uc-txq-5"}])" + "\n");
+  EXPECT_EQ(run.exit, 1);
+  EXPECT_THAT(behind(run), testing::HasSubstr(changes_ + ":1:1: warning: /comments/note" + end));
+  EXPECT_THAT(behind(run),
+              testing::HasSubstr(changes_ + ":2:1: warning: /comments/if-Et1-uc-txq-5" + end));
+}
+
 TEST_F(Check, PrintsChangeLinesAsJsonToo) {
   const HostRun run =
       changed("[{\"op\": \"remove\", \"path\": \"/queue-names/EF\"}]\n[7]\n", {"--json"});

@@ -30,9 +30,10 @@ TEST(Nearest, MayHaveASlipFromThreeLettersOn) {
   EXPECT_EQ(nearest("XY", {"xy"}), "xy");
 }
 
-TEST(Nearest, IsNoNameThatDiffersInItsNumbersAlone) {
+TEST(Nearest, IsNoNameOfAnotherNumber) {
   EXPECT_EQ(nearest("Ethernet1", {"Ethernet2", "Ethernet11"}), "");
-  EXPECT_EQ(nearest("Etherent1", {"Ethernet1"}), "Ethernet1");
+  EXPECT_EQ(nearest("Etherent1", {"Ethernet2", "Ethernet1"}), "Ethernet1");
+  EXPECT_EQ(nearest("Etherent1", {"Ethernet2", "Ethernet"}), "Ethernet");
   EXPECT_EQ(nearest("ethernet1", {"Ethernet1"}), "Ethernet1");
 }
 

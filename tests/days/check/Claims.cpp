@@ -143,6 +143,11 @@ const Claim missingClaims[] = {
        const std::string& key = finding.place[1];
        return one.document().find({"policy-maps", "qos", key.substr(key.find(':') + 1)}) == nullptr;
      }},
+    {"missing", "sets no traffic class",
+     [](const Case& one, const Finding& finding) {
+       const std::string leaf = termPath(finding.place.back()) + "/actions/config/target-group";
+       return !one.outcomes().values().contains(leaf);
+     }},
     {"missing", "so the term gets no target group", hasNoEffect},
     {"missing", "so the term has no conditions",
      [](const Case& one, const Finding& finding) {

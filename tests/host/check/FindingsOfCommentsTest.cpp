@@ -47,7 +47,7 @@ TEST(CommentFindings, MetadataThatIsNoObject) {
       findings(R"({"interfaces": {"Ethernet1/1": {"tx-queues": {"uc-5": {}}}}, "qos-profiles":
       {"__YANG_SP_[wan]": {}}, "comments": {"qos-profile-__YANG_SP_[wan]":
       "{\"MetaData-OpenConfig\": {\"1\": {\"inputs\": {\"voice\": {\"queue\": \"EF\"}}}}}",
-      "if-Et1/1-uc-txq-5": "\"MetaData-OpenConfig\""}, "queue-names": {"EF": 5}})");
+      "if-Et1/1-uc-txq-5": "[\"MetaData-OpenConfig\"]"}, "queue-names": {"EF": 5}})");
   EXPECT_THAT(
       found,
       ElementsAre(

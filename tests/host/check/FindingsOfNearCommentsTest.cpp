@@ -237,6 +237,55 @@ TEST(NearComments, RatesOf0) {
                           inScheduler("comment-zero", "one-rate-two-color/cir-pct" + rest)));
 }
 
+// ===== Texts that JSON holds and their readers don't
+
+TEST(NearComments, AByteOrderMarkKeepsAllOfACommentFromBeingRead) {
+  EXPECT_THAT(
+      ofQueue("\ufeff{\"MetaData-OpenConfig\": {\"scheduler-policy\": 5}}"),
+      ElementsAre("comment-json /comments/if-Et1-uc-txq-3: names MetaData-OpenConfig and is "
+                  "not one JSON object, so nothing of it is read: a byte-order mark at "
+                  "byte 1; mend it"));
+}
+
+TEST(NearComments, ANulInANameEndsIt) {
+  EXPECT_THAT(
+      ofQueue(R"({"MetaData-OpenConfig": {"scheduler-policy": {"name": "wan\u0000x"}}})"),
+      ElementsAre("comment-name /comments/if-Et1-uc-txq-3: at "
+                  "/MetaData-OpenConfig/scheduler-policy/name of this comment: the name is read "
+                  "up to its NUL character, as \"wan\"; leave the NUL out"));
+  const auto inputs =
+      ofPolicy(R"({"MetaData-OpenConfig": {"1": {"inputs": {"a\u0000": {"queue": "EF\u0000"}}}}})");
+  EXPECT_EQ(inputs.size(), 2U);
+}
+
+TEST(NearComments, ASentenceThatHasTheKeyIsOfOtherOrigin) {
+  EXPECT_THAT(withComment("note", "see MetaData-OpenConfig in the manual"),
+              ElementsAre(testing::StartsWith("missing /qos-profiles")));
+  EXPECT_THAT(withComment("note", R"("MetaData-OpenConfig": {"scheduler-policy")"),
+              testing::Contains(testing::StartsWith("comment-key /comments/note")));
+}
+
+TEST(NearComments, LongOnesAreJudgedInTheTimeOfTheirLength) {
+  EXPECT_THAT(ofQueue("{" + std::string(1'000'000, '\n')), IsEmpty());
+  std::string members = R"({"MetaData-OpenConfig": {"x0": 1)";
+  for (int i = 1; i < 50'000; ++i) members += ", \"x" + std::to_string(i) + "\": 1";
+  EXPECT_EQ(ofQueue(members + "}}").size(), 50'000U);
+}
+
+// ===== Keys
+
+TEST(NearComments, AKeyThatIsNearlyThatOfAProfile) {
+  for (const char* key : {"qos-profile__YANG_SP_[wan]", "Qos-Profile-__YANG_SP_[wan]",
+                          "profile-__YANG_SP_[wan]", "__YANG_SP_[wan]"}) {
+    EXPECT_THAT(withComment(key, R"({"MetaData-OpenConfig": {}})"),
+                testing::Contains("comment-key /comments/" + std::string(key) +
+                                  ": no translator reads a comment under this key: did you mean "
+                                  "\"qos-profile-__YANG_SP_[wan]\"?; otherwise write "
+                                  "if-SHORT-uc-txq-N for a tx queue, or qos-profile-NAME for a "
+                                  "profile"));
+  }
+}
+
 // ===== Interfaces of one short name
 
 TEST(NearComments, ACommentOfTwoInterfaces) {

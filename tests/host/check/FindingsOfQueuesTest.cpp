@@ -426,7 +426,7 @@ TEST(ProfileFindings, ARateOutOfRange) {
       found,
       ElementsAre("raises /comments/qos-profile-__YANG_SP_[wan]: 120 is no percentage, as the "
                   "cir-pct of scheduler 1: the root scheduler-policy raises over it, and scheduler "
-                  "policies and their attachments are missing; write 0 to 100"));
+                  "policies and their attachments are missing; write 1 to 100"));
 }
 
 }  // namespace

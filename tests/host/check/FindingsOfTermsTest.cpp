@@ -115,6 +115,22 @@ TEST(TermFindings, APolicyMapOfAnotherNameThanItsClassifier) {
                                  "you mean \"edge-in\"?; otherwise add its class maps"));
 }
 
+TEST(TermFindings, AClassThatSetsNoTrafficClass) {
+  const auto found =
+      findings(R"({"class-maps": {"qos": {"__yang_[edge-in]_[]": {"match": ["ip-access-group"]},
+      "__yang_[edge-in]_[voice]": {"match": ["ip-access-group"]}}}, "access-lists": {"ipv4":
+      {"__yang_[edge-in]_[voice]": {"rules": {"10": {"dscp": 46}}}}}, "policy-maps": {"qos":
+      {"__yang_[IPV4__edge-in]": {"classes": {"__yang_[edge-in]_[voice]": {"actions":
+      {}}}}}}, "queue-names": {"EF": 5}, "forwarding-groups": {"voice": 5},
+      "tc-to-tx-queue": {"5": 5}})");
+  EXPECT_THAT(
+      found,
+      ElementsAre(
+          "missing /policy-maps/qos/__yang_[IPV4__edge-in]/classes/__yang_[edge-in]_[voice]: sets "
+          "no traffic class, so the term gets no target group; add set-traffic-class to its "
+          "actions"));
+}
+
 TEST(BindingFindings, AnInterfaceThatIsNotConfigured) {
   const auto found =
       findings(R"({"class-maps": {"qos": {"__yang_[edge-in]_[]": {"match": ["ip-access-group"]}}},

@@ -208,7 +208,9 @@ TEST(ClassifierFindings, TheTwoLowBitsOfATrafficClass) {
       found,
       ElementsAre(
           "untranslated /access-lists/ipv6/__yang_[edge-in6]_[voice]/rules/10/tc: the two low bits "
-          "of the traffic class are no part of the DSCP and are dropped; write a multiple of 4"));
+          "of the traffic class are no part of the DSCP and are dropped; write a multiple of 4",
+          "untranslated /access-lists/ipv6/__yang_[edge-in6]_[voice]/rules/10/tc-mask: the two low "
+          "bits of the mask are no part of the DSCP and are dropped; write 252"));
 }
 
 TEST(ClassifierFindings, AnActionOfATrafficClassWithoutAForwardingGroup) {
@@ -359,6 +361,18 @@ TEST(ClassifierFindings, AnActionOfNoTrafficClass) {
                  "/policy-maps/qos/__yang_[IPV4__edge-in]/classes/__yang_[edge-in]_[voice]/actions/"
                  "set-traffic-class: 17 is no traffic class, so the term gets no target group; "
                  "write one of a forwarding group"));
+}
+
+TEST(ClassifierFindings, TheTwoLowBitsOfAMask) {
+  const auto found =
+      findings(R"({"class-maps": {"qos": {"__yang_[edge-in6]_[]": {"match": ["ipv6-access-group"]},
+      "__yang_[edge-in6]_[voice]": {"match": ["ipv6-access-group"]}}}, "access-lists":
+      {"ipv6": {"__yang_[edge-in6]_[voice]": {"rules": {"10": {"tc": 72, "tc-mask":
+      255}}}}}})");
+  EXPECT_THAT(
+      found,
+      ElementsAre("untranslated /access-lists/ipv6/__yang_[edge-in6]_[voice]/rules/10/tc-mask: the "
+                  "two low bits of the mask are no part of the DSCP and are dropped; write 252"));
 }
 
 }  // namespace
