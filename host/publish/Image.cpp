@@ -73,8 +73,8 @@ Ref<Image> Image::withRoom(const RecordKind& kind, std::size_t leaves, std::stri
   void* block = ::operator new(sizeof(Image) + tailSize);
   auto* image = new (block) Image(kind, leaves, tailSize);
   char* tail = reinterpret_cast<char*>(image + 1);
-  std::memcpy(tail + table, values.data(), values.size());
-  std::memcpy(tail + table + values.size(), name.data(), name.size());
+  values.copy(tail + table, values.size());  // memcpy takes no null of an empty text
+  name.copy(tail + table + values.size(), name.size());
   image->nameAt_ = static_cast<std::uint32_t>(table + values.size());
   image->nameSize_ = static_cast<std::uint32_t>(name.size());
   return Ref<Image>(image);
